@@ -1,0 +1,107 @@
+# What every room's CMakeLists.txt uses to make its targets.
+#
+#   selvane_add_library(<target> SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
+#       static library; includes start at the project's root
+#   selvane_add_program(<target> SOURCES ... [LINK ...])
+#       program in build/<preset>/bin
+#   selvane_add_test(<target> SOURCES ... LINK ... [DATA_DESCRIPTIONS])
+#       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
+#       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
+#       Every test gets SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS, paths that std::ifstream opens
+#       on the platform the test runs on.
+#   selvane_add_benchmark(<target> SOURCES ... LINK ...)
+#       Google Benchmark program in bin/; nothing in a cross build
+#   selvane_add_fuzzer(<target> SOURCES ... LINK ...)
+#       libFuzzer program in bin/; nothing outside the preset linux-fuzz
+
+include_guard(GLOBAL)
+
+option(SELVANE_WERROR "Treat warnings as errors" ON)
+option(SELVANE_FUZZ "Build the fuzz targets (clang only)" OFF)
+set(SELVANE_SANITIZE "" CACHE STRING "Value of -fsanitize= for everything of the project")
+
+set(descriptions_default "${PROJECT_SOURCE_DIR}/../shared/descriptions")
+if(DEFINED ENV{SELVANE_DESCRIPTIONS})
+  set(descriptions_default "$ENV{SELVANE_DESCRIPTIONS}")
+endif()
+cmake_path(NORMAL_PATH descriptions_default)
+set(SELVANE_DESCRIPTIONS "${descriptions_default}" CACHE PATH
+  "Folder of real descriptions; tests that need it skip when it is absent")
+
+# Wine shows the root directory as drive Z.
+set(data_prefix "")
+if(CMAKE_CROSSCOMPILING)
+  set(data_prefix "Z:")
+endif()
+
+add_library(selvane_options INTERFACE)
+target_compile_features(selvane_options INTERFACE cxx_std_17)
+target_include_directories(selvane_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(selvane_options INTERFACE
+  -Wall -Wextra -pedantic -Wundef -Wshadow -Wcast-align -Wcast-qual -Wold-style-cast
+  -Wdouble-promotion -Wconversion -Wsign-conversion
+  $<$<BOOL:${SELVANE_WERROR}>:-Werror>
+  -fvisibility=hidden)
+if(WIN32)
+  target_compile_definitions(selvane_options INTERFACE UNICODE _UNICODE)
+  # One section per function lets the linker leave out what a program does not use.
+  target_compile_options(selvane_options INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(selvane_options INTERFACE -Wl,--gc-sections)
+endif()
+if(SELVANE_SANITIZE)
+  target_compile_options(selvane_options INTERFACE
+    -fsanitize=${SELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(selvane_options INTERFACE -fsanitize=${SELVANE_SANITIZE})
+endif()
+
+function(selvane_add_library target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
+  add_library(${target} STATIC ${ARG_SOURCES})
+  target_link_libraries(${target}
+    PUBLIC ${ARG_PUBLIC_LINK}
+    PRIVATE ${ARG_PRIVATE_LINK} selvane_options)
+  target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+endfunction()
+
+function(selvane_add_program target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_LINK} selvane_options)
+endfunction()
+
+function(selvane_add_test target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS" "" "SOURCES;LINK")
+  if(NOT BUILD_TESTING)
+    return()
+  endif()
+  selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_gtest)
+  target_compile_definitions(${target} PRIVATE
+    SELVANE_SOURCE_DIR="${data_prefix}${PROJECT_SOURCE_DIR}"
+    SELVANE_SHARED_DESCRIPTIONS="${data_prefix}${SELVANE_DESCRIPTIONS}")
+  add_test(NAME ${target} COMMAND ${target})
+  # A hang is a failure, not a wait: no test program comes near this.
+  set_tests_properties(${target} PROPERTIES TIMEOUT 600)
+  if(ARG_DATA_DESCRIPTIONS)
+    set_tests_properties(${target} PROPERTIES LABELS descriptions)
+  endif()
+endfunction()
+
+function(selvane_add_benchmark target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  if(NOT TARGET selvane_benchmark)
+    return()
+  endif()
+  selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_benchmark)
+  target_compile_definitions(${target} PRIVATE
+    SELVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+    SELVANE_SHARED_DESCRIPTIONS="${SELVANE_DESCRIPTIONS}")
+endfunction()
+
+function(selvane_add_fuzzer target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  if(NOT SELVANE_FUZZ)
+    return()
+  endif()
+  selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK})
+  target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+endfunction()

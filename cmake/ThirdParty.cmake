@@ -1,0 +1,67 @@
+# Third-party code as interface targets. Rooms link these names and never a package directly, so that
+# the native and the cross build differ here only.
+
+# Headers that need no library. The native compiler has /usr/include on its own path. The cross compiler
+# must not see it, so it gets a folder that holds nothing but links to the header-only packages.
+add_library(selvane_headers INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  set(header_links "${CMAKE_BINARY_DIR}/deps/include")
+  file(MAKE_DIRECTORY "${header_links}")
+  foreach(package boost fmt gsl CLI nlohmann)
+    if(NOT EXISTS "/usr/include/${package}")
+      message(FATAL_ERROR "/usr/include/${package} is missing: run scripts/setup")
+    endif()
+    file(CREATE_LINK "/usr/include/${package}" "${header_links}/${package}" SYMBOLIC)
+  endforeach()
+  target_include_directories(selvane_headers SYSTEM INTERFACE "${header_links}")
+endif()
+
+function(selvane_header_only target)
+  add_library(${target} INTERFACE)
+  target_link_libraries(${target} INTERFACE selvane_headers)
+endfunction()
+
+selvane_header_only(selvane_fmt)
+target_compile_definitions(selvane_fmt INTERFACE FMT_HEADER_ONLY)
+selvane_header_only(selvane_outcome) # Boost headers: Outcome and Container
+selvane_header_only(selvane_gsl)
+selvane_header_only(selvane_cli11)
+selvane_header_only(selvane_json)
+
+# pugixml. For Windows it is compiled from the source package that scripts/setup fetches.
+add_library(selvane_pugixml INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  find_path(SELVANE_PUGIXML_SOURCE pugixml.cpp
+    PATHS /usr/local/src/selvane_page/pugixml/src
+    NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+  if(NOT SELVANE_PUGIXML_SOURCE)
+    message(FATAL_ERROR "the source of pugixml is missing: run scripts/setup")
+  endif()
+  add_library(selvane_pugixml_static STATIC EXCLUDE_FROM_ALL "${SELVANE_PUGIXML_SOURCE}/pugixml.cpp")
+  target_include_directories(selvane_pugixml_static SYSTEM PUBLIC "${SELVANE_PUGIXML_SOURCE}")
+  target_compile_features(selvane_pugixml_static PUBLIC cxx_std_17)
+  target_link_libraries(selvane_pugixml INTERFACE selvane_pugixml_static)
+else()
+  find_package(pugixml REQUIRED)
+  target_link_libraries(selvane_pugixml INTERFACE pugixml::pugixml)
+endif()
+
+# GoogleTest and GMock, with a main. Debian brings native libraries and the sources.
+add_library(selvane_gtest INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/deps/googletest" EXCLUDE_FROM_ALL SYSTEM)
+  set_target_properties(gtest gmock gtest_main gmock_main PROPERTIES
+    ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/deps/lib")
+  target_link_libraries(selvane_gtest INTERFACE gmock_main)
+else()
+  find_package(GTest REQUIRED)
+  target_link_libraries(selvane_gtest INTERFACE GTest::gmock_main)
+endif()
+
+# Google Benchmark, with a main. Measurements are made natively.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_package(benchmark REQUIRED)
+  add_library(selvane_benchmark INTERFACE)
+  target_link_libraries(selvane_benchmark INTERFACE benchmark::benchmark_main)
+endif()

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "genicam/genicam_doc.h"
+#include "platform/com_ptr.h"
+#include "simcam/camera_options.h"
+#include "simcam/fault.h"
+#include "simcam/register_memory.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simcam {
+
+class camera_core;
+
+/// A capture filter with a camera behind it, made of nothing but memory. It offers IKsPropertySet,
+/// IAMCameraControl and IAMVideoProcAmp as its options say, and answers the gate set, the device set and the
+/// vendor sets in their wire formats. Named access is answered from its own view of the descriptions over its
+/// own registers.
+///
+/// "/IsLocked": property pages take a non-zero answer for "may be changed now", and so does this driver mean
+/// it. A feature with a `pIsLocked` link answers what the link reads; one without answers whether it is
+/// available and writable.
+///
+/// Calls may come from any thread; they are answered one after the other.
+class simulated_camera final : public IUnknown {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    simulated_camera(const simulated_camera&) = delete;
+    simulated_camera& operator=(const simulated_camera&) = delete;
+
+    /// References that are held now, those of the caller among them.
+    [[nodiscard]] std::int32_t references() const noexcept;
+    /// Cameras that exist in the process.
+    [[nodiscard]] static std::int32_t live_cameras() noexcept;
+
+    /// The interfaces without a reference, whether the options offer them or not.
+    [[nodiscard]] IKsPropertySet* property_set() noexcept;
+    [[nodiscard]] IAMCameraControl* camera_control() noexcept;
+    [[nodiscard]] IAMVideoProcAmp* video_proc_amp() noexcept;
+
+    // What was called. Kept only while `keep_transcript` is set.
+    [[nodiscard]] std::vector<std::string> transcript() const;
+    [[nodiscard]] std::vector<driver_call> calls() const;
+    void clear_transcript();
+    /// Every call made, also those cleared or not kept.
+    [[nodiscard]] std::uint64_t call_count() const noexcept;
+    /// Hears of each call when it has been answered, on the thread of the call.
+    void set_listener(std::function<void(const driver_call&)> listener);
+
+    void add_fault(fault added);
+    void clear_faults();
+
+    // What the camera holds, from inside: not in the transcript, not subject to faults.
+    [[nodiscard]] register_memory& memory() noexcept;
+    [[nodiscard]] vendor_model& vendor() noexcept;
+    [[nodiscard]] const camera_options& options() const noexcept;
+    [[nodiscard]] std::size_t document_count() const noexcept;
+    /// The camera's own view of a description.
+    [[nodiscard]] GenICam::IGenICamDoc& document(std::size_t index);
+    /// A feature of the camera's own view, in the first description that has it; null for none.
+    [[nodiscard]] GenICam::INode* find_node(std::string_view name);
+    /// Answers a path like property 4 does, 8 bytes or a text.
+    [[nodiscard]] HRESULT get_named(std::string_view path, std::uint64_t& raw);
+    [[nodiscard]] HRESULT get_named(std::string_view path, double& value);
+    [[nodiscard]] HRESULT get_named(std::string_view path, std::string& entry);
+    HRESULT set_named(std::string_view path, std::uint64_t raw);
+    HRESULT set_named(std::string_view path, double value);
+    HRESULT set_named(std::string_view path, std::string_view entry);
+
+private:
+    friend platform::com_ptr<simulated_camera> make_camera(camera_options options);
+    explicit simulated_camera(camera_options options);
+    ~simulated_camera();
+
+    std::unique_ptr<camera_core> core_;
+};
+
+using camera_ptr = platform::com_ptr<simulated_camera>;
+
+[[nodiscard]] camera_ptr make_camera(camera_options options);
+/// A ready-made camera; null for an unknown name.
+[[nodiscard]] camera_ptr make_camera(std::string_view name);
+
+} // namespace simcam

@@ -1,0 +1,139 @@
+#include "adapter/genicam_adapter_device.h"
+
+#include "adapter/device_property_set.h"
+#include "adapter/interface_key.h"
+#include "adapter/item_discovery.h"
+#include "adapter/propdata_named.h"
+#include "adapter/propdata_portbased.h"
+#include "adapter/zeroed_buffer.h"
+
+#include <optional>
+#include <utility>
+
+namespace genicam_adapter {
+namespace {
+
+bool is_property_supported(IKsPropertySet* filter, DWORD property) {
+    DWORD support = 0;
+    return SUCCEEDED(filter->QuerySupported(device_property_set, property, &support)) && support != 0;
+}
+
+// The answer to one request for a description's size; false where the driver refuses the request.
+bool ask_size(IKsPropertySet* filter, description_request& request, std::uint32_t& size, DWORD& returned) {
+    size = 0;
+    returned = 0;
+    return SUCCEEDED(filter->Get(device_property_set, device_property::description_size, &request,
+                                 sizeof(request), &size, sizeof(size), &returned));
+}
+
+// The size of a description, and in the request the first field that the driver took. Nothing ends the list.
+std::optional<std::uint32_t> find_size(IKsPropertySet* filter, description_request& request) {
+    std::uint32_t size = 0;
+    DWORD returned = 0;
+    if (!ask_size(filter, request, size, returned)) {
+        if (request.index != 0) return std::nullopt;
+        request.first_field = 0;
+        if (!ask_size(filter, request, size, returned)) return std::nullopt;
+    }
+    if (returned != sizeof(size)) return std::nullopt;
+    return size;
+}
+
+// The text of a description, zero behind what the driver wrote of it; null ends the list.
+zeroed_buffer fetch_text(IKsPropertySet* filter, description_request& request, std::uint32_t size) {
+    zeroed_buffer text = make_zeroed_buffer(size);
+    if (text == nullptr) return nullptr;
+    DWORD returned = 0;
+    const HRESULT hr = filter->Get(device_property_set, device_property::description_data, &request,
+                                   sizeof(request), text.get(), size, &returned);
+    if (FAILED(hr) || returned > size) return nullptr;
+    return text;
+}
+
+std::shared_ptr<GenICam::IGenICamDoc> load_document(const char* text, std::uint32_t size) {
+    GenICam::load_options options;
+    options.reserved_option = true;
+    options.keep_debug_properties = true;
+    std::shared_ptr<GenICam::IGenICamDoc> document(GenICam::load_genicam_doc(text, size, options));
+    if (document == nullptr) throw hr_exception("Failed to parse GenICam data");
+    return document;
+}
+
+}  // namespace
+
+bool is_adapter_device(IKsPropertySet* filter) {
+    DWORD support = 0;
+    if (filter == nullptr || FAILED(filter->QuerySupported(gate_property_set, gate_property, &support))) {
+        return false;
+    }
+    if ((support & 1U) == 0) return false;
+    device_kind_query block = {};
+    DWORD returned = 0;
+    const HRESULT hr = filter->Get(gate_property_set, gate_property, &block, sizeof(block), &block,
+                                   sizeof(block), &returned);
+    return SUCCEEDED(hr) && returned >= sizeof(block) && block.device_kind == served_device_kind;
+}
+
+GenICamAdapterDevice::GenICamAdapterDevice(IKsPropertySet* filter) : filter_(filter) {
+    named_access_ = is_property_supported(filter, device_property::named_access);
+    register_access_ = is_property_supported(filter, device_property::register_access);
+    if (!named_access_ && !register_access_) throw hr_exception("Failed to access GenICam data");
+}
+
+// The members go in the order that their owners need: the table and what it points into, the filter, and last
+// the documents, whose ports are bound to this object.
+GenICamAdapterDevice::~GenICamAdapterDevice() = default;
+
+std::error_code GenICamAdapterDevice::read(std::uint64_t address, void* buffer, std::int64_t length,
+                                           std::uint32_t) {
+    DWORD returned = 0;
+    return GenICam::from_hresult(filter_->Get(device_property_set, device_property::register_access, &address,
+                                              sizeof(address), buffer, static_cast<DWORD>(length),
+                                              &returned));
+}
+
+std::error_code GenICamAdapterDevice::write(std::uint64_t address, const void* buffer, std::int64_t length,
+                                            std::uint32_t) {
+    // The interface has no const, but Set only reads.
+    return GenICam::from_hresult(filter_->Set(device_property_set, device_property::register_access, &address,
+                                              sizeof(address), const_cast<void*>(buffer),
+                                              static_cast<DWORD>(length)));
+}
+
+void GenICamAdapterDevice::fetch_descriptions() {
+    for (std::uint32_t index = 0;; ++index) {
+        description_request request = {1, index};
+        const std::optional<std::uint32_t> size = find_size(filter_.get(), request);
+        if (!size) return;
+        const zeroed_buffer text = fetch_text(filter_.get(), request, *size);
+        if (text == nullptr) return;
+        std::shared_ptr<GenICam::IGenICamDoc> document = load_document(text.get(), *size);
+        if (auto* const port = node_as<GenICam::IPort>(document->find_port("Device"))) port->bind(this);
+        documents_.push_back(std::move(document));
+    }
+}
+
+const std::vector<ZELAdapterHelper::ItemRecord>& GenICamAdapterDevice::get_item_table() {
+    if (table_.empty()) {
+        fetch_descriptions();
+        build_table();
+    }
+    return table_;
+}
+
+// Takes effect as a whole: an exception on the way leaves no half of a table behind.
+void GenICamAdapterDevice::build_table() {
+    std::list<item_definition> definitions;
+    for (const auto& document : documents_) {
+        append_definitions(*document, filter_.get(), named_access_, definitions);
+    }
+    std::vector<ZELAdapterHelper::ItemRecord> table;
+    for (const item_definition& definition : definitions) {
+        table.push_back(definition.record);
+        table.back().factory = named_access_ ? make_genicam_propdata_named : make_genicam_propdata_portbased;
+    }
+    definitions_.swap(definitions);
+    table_.swap(table);
+}
+
+}  // namespace genicam_adapter

@@ -1,0 +1,47 @@
+#include "adapter/named_access.h"
+
+#include "adapter/device_property_set.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace genicam_adapter {
+namespace {
+
+std::vector<char> make_request(named_path path) {
+    std::size_t size = named_property_request::size_without_path;
+    for (const std::string_view part : path) size += part.size();
+    std::vector<char> request(size);
+    auto place = request.begin() + named_property_request::path_offset;
+    for (const std::string_view part : path) place = std::copy(part.begin(), part.end(), place);
+    return request;
+}
+
+}  // namespace
+
+HRESULT get_named_property(IKsPropertySet* filter, named_path path, void* buffer, DWORD size) {
+    if (filter == nullptr) return E_NOINTERFACE;
+    std::vector<char> request = make_request(path);
+    DWORD returned = 0;
+    return filter->Get(device_property_set, device_property::named_access, request.data(),
+                       static_cast<DWORD>(request.size()), buffer, size, &returned);
+}
+
+HRESULT set_named_property(IKsPropertySet* filter, named_path path, const void* data, DWORD size) {
+    if (filter == nullptr) return E_NOINTERFACE;
+    std::vector<char> request = make_request(path);
+    // The interface has no const, but Set only reads.
+    return filter->Set(device_property_set, device_property::named_access, request.data(),
+                       static_cast<DWORD>(request.size()), const_cast<void*>(data), size);
+}
+
+HRESULT set_named_value(IKsPropertySet* filter, named_path path, std::uint64_t value) {
+    return set_named_property(filter, path, &value, sizeof(value));
+}
+
+bool get_named_bool(IKsPropertySet* filter, named_path path) {
+    std::uint64_t value = 0;
+    return SUCCEEDED(get_named_value(filter, path, value)) && value != 0;
+}
+
+}  // namespace genicam_adapter

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "genicam/inode.h"
+
+#include <functional>
+#include <string_view>
+
+#include <gsl/span>
+
+namespace GenICam {
+
+/// The document as its nodes see it.
+class document_services {
+public:
+    virtual void add_callback(INode* node, std::function<void(INode*)> callback) = 0;
+    virtual void clear_callbacks(INode* node) = 0;
+    /// In the order of registration; a node without callbacks does nothing.
+    virtual void fire_callbacks(INode* node) = 0;
+    [[nodiscard]] virtual INode* find_node(std::string_view name) = 0;
+    /// For nodes that keep no list of their own, during the load only.
+    virtual void add_dependent(IEval* owner, IEval* dependent) = 0;
+    [[nodiscard]] virtual gsl::span<IEval* const> get_dependents(IEval* owner) = 0;
+    /// True until the load ends.
+    [[nodiscard]] virtual bool is_loading() const = 0;
+
+protected:
+    ~document_services() = default;
+};
+
+}  // namespace GenICam

@@ -1,0 +1,60 @@
+#include "genicam/core/log.h"
+
+#include "platform/debug_output.h"
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace GenICam {
+
+std::uint32_t log_threshold = 0;
+std::uint32_t log_category_mask = 0;
+
+namespace {
+
+constexpr std::size_t message_size = 512;
+
+// "I64" is the length modifier of one C library only, while "ll" is known to all of them.
+std::string with_portable_lengths(const char* format) {
+    constexpr std::string_view foreign = "I64";
+    std::string portable;
+    for (std::string_view rest = format; !rest.empty();) {
+        const bool is_percent = rest.substr(0, 2) == "%%";
+        const bool is_conversion = rest.front() == '%' && !is_percent;
+        portable += rest.substr(0, is_percent ? 2 : 1);
+        rest.remove_prefix(is_percent ? 2 : 1);
+        if (is_conversion && rest.substr(0, foreign.size()) == foreign) {
+            portable += "ll";
+            rest.remove_prefix(foreign.size());
+        }
+    }
+    return portable;
+}
+
+void print(const char* format, std::va_list arguments) {
+    char text[message_size];
+    const std::string portable = with_portable_lengths(format);
+    const int length = std::vsnprintf(text, message_size, portable.c_str(), arguments);
+    if (length > 0) platform::write_debug_output(text);
+}
+
+void print_time_stamp() {
+    char text[message_size];
+    const unsigned long long now = platform::performance_microseconds();
+    if (std::snprintf(text, message_size, "{%lluus} ", now) > 0) platform::write_debug_output(text);
+}
+
+}  // namespace
+
+void log_message(std::uint32_t spec, const char* format, ...) {
+    if ((spec & log_time_stamp) != 0) print_time_stamp();
+    std::va_list arguments;
+    va_start(arguments, format);
+    print(format, arguments);
+    va_end(arguments);
+}
+
+}  // namespace GenICam

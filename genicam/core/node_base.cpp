@@ -1,0 +1,198 @@
+#include "genicam/core/node_base.h"
+
+#include "genicam/core/log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/value_links.h"
+#include "genicam/core/xml_words.h"
+#include "genicam/genicam_doc.h"
+
+#include <utility>
+
+namespace GenICam {
+namespace {
+
+// A link that is not there answers with its default.
+std::error_code evaluate_flag(INode* link, bool& value, std::uint32_t flags) {
+    const result<bool> evaluated = get_eval_bool(link, flags);
+    if (!evaluated) return evaluated.error();
+    value = evaluated.assume_value();
+    return {};
+}
+
+bool has_truth_value(const INode& node) {
+    switch (node.get_node_type()) {
+        case node_type::integer:
+        case node_type::floating:
+        case node_type::enumeration:
+        case node_type::boolean:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+node_base_data::node_base_data(document_services* services, pugi::xml_node xml)
+    : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml) {
+    imposed_access_mode_ =
+        children_.has(child::ImposedAccessMode) ? parse_imposed_access_mode(xml) : AccessMode::RW;
+}
+
+void node_base_data::resolve_references(IGenICamDoc* doc) {
+    if (children_.has_any(child::pIsImplemented, child::pIsAvailable, child::pIsLocked,
+                          child::pInvalidator)) {
+        is_implemented_node_ = resolve_common_link(doc, child::pIsImplemented);
+        is_available_node_ = resolve_common_link(doc, child::pIsAvailable);
+        is_locked_node_ = resolve_common_link(doc, child::pIsLocked);
+        resolve_invalidators(doc);
+    }
+    _resolve_references(doc, xml_);
+}
+
+INode* node_base_data::resolve_common_link(IGenICamDoc* doc, child name) {
+    if (!children_.has(name)) return nullptr;
+    INode* node = doc->find_node(child_text(xml_, name));
+    if (node == nullptr || !has_truth_value(*node)) return nullptr;
+    node->get_eval()->add_dependent(get_node());
+    return node;
+}
+
+void node_base_data::resolve_invalidators(IGenICamDoc* doc) {
+    if (!children_.has(child::pInvalidator)) return;
+    for (const pugi::xml_node element : xml_.children("pInvalidator")) {
+        if (INode* node = doc->find_node(element.child_value())) {
+            node->get_eval()->add_dependent(get_node());
+        } else if (log_enabled(log_failure)) {
+            log_message(log_failure,
+                        "GenICam::node_base_data::resolve_references, %s (\"%s\"). Failed to resolve "
+                        "\"pInvalidator\" xml element.\n",
+                        element_name(), name_text());
+        }
+    }
+}
+
+void node_base_data::invalidate() { notify_changed(); }
+
+std::error_code node_base_data::check_links(std::uint32_t flags) const {
+    bool implemented = true;
+    const std::error_code failure = test_implemented(implemented, flags);
+    if (!failure && !implemented) return make_error_code(not_implemented);
+    bool available = true;
+    if (test_available(available, flags) || !available) return make_error_code(node_not_available);
+    return {};
+}
+
+void node_base_data::set_actual_access_mode(AccessMode mode) {
+    if (imposed_access_mode_ == AccessMode::RW) imposed_access_mode_ = mode;
+    if (mode == imposed_access_mode_ || mode == AccessMode::RW || !log_enabled(log_failure)) return;
+    log_message(
+        log_failure,
+        imposed_access_mode_ == AccessMode::RO
+            ? "GenICam::node_base_data::set_actual_access_mode, %s (\"%s\"). Trying to change access mode "
+              "from ImposedAccessMode == RO to WO.\n"
+            : "GenICam::node_base_data::set_actual_access_mode, %s (\"%s\"). Trying to change access mode "
+              "from ImposedAccessMode == WO to RO.\n",
+        element_name(), name_text());
+}
+
+INode* node_base_data::resolve_node(const char* element) const {
+    const std::string_view text = child_text(xml_, element);
+    if (text.empty()) return nullptr;
+    INode* node = services_->find_node(text);
+    if (node == nullptr && log_enabled(log_failure)) {
+        log_message(
+            log_failure,
+            "GenICam::node_base_data::resolve_node, %s (\"%s\"). Failed to resolve \"%s\" xml node contents "
+            "(\"%.*s\").\n",
+            element_name(), name_text(), element, static_cast<int>(text.size()), text.data());
+    }
+    return node;
+}
+
+std::vector<INode*> node_base_data::resolve_node_list(const char* element) const {
+    std::vector<INode*> nodes;
+    for (const pugi::xml_node listed : xml_.children(element)) {
+        const std::string_view text = listed.child_value();
+        if (INode* node = services_->find_node(text)) {
+            nodes.push_back(node);
+        } else if (log_enabled(log_failure)) {
+            log_message(
+                log_failure,
+                "GenICam::node_base_data::resolve_node_list, %s (\"%s\"). Failed to resolve \"%s\" xml node "
+                "contents (\"%.*s\").\n",
+                element_name(), name_text(), element, static_cast<int>(text.size()), text.data());
+        }
+    }
+    return nodes;
+}
+
+std::vector<INode::extension> node_base_data::find_extensions() const {
+    std::vector<INode::extension> extensions;
+    for (const pugi::xml_node key : xml_.child("Extension")) {
+        if (key.type() == pugi::node_element) extensions.emplace_back(key.name(), key.child_value());
+    }
+    return extensions;
+}
+
+std::string_view node_base_data::find_extension(std::string_view key) const {
+    if (!children_.has(child::Extension)) return {};
+    for (const pugi::xml_node candidate : xml_.child("Extension")) {
+        if (key == candidate.name()) return candidate.child_value();
+    }
+    return {};
+}
+
+std::error_code node_base_data::test_implemented(bool& value, std::uint32_t flags) const {
+    value = true;
+    return is_implemented_node_ == nullptr ? std::error_code()
+                                           : evaluate_flag(is_implemented_node_, value, flags);
+}
+
+std::error_code node_base_data::test_available(bool& value, std::uint32_t flags) const {
+    value = true;
+    return is_available_node_ == nullptr ? std::error_code()
+                                         : evaluate_flag(is_available_node_, value, flags);
+}
+
+std::error_code node_base_data::test_locked(bool& value, std::uint32_t flags) {
+    value = find_access_mode() == AccessMode::RO;
+    return value || is_locked_node_ == nullptr ? std::error_code()
+                                               : evaluate_flag(is_locked_node_, value, flags);
+}
+
+bool node_base_data::is_locked_by_link() const {
+    bool locked = false;
+    return is_locked_node_ != nullptr && !evaluate_flag(is_locked_node_, locked, access_flags::none) &&
+           locked;
+}
+
+std::string_view node_base_data::find_display_name() const {
+    const std::string_view text = child_text(xml_, "DisplayName");
+    return text.empty() ? name_ : text;
+}
+
+AccessMode node_base_data::find_access_mode() {
+    if (!children_.has(child::ImposedAccessMode)) {
+        if (INode* source = get_access_source()) return source->get_access_mode();
+    }
+    return imposed_access_mode_;
+}
+
+void node_base_data::add_callback(INode::callback fn) {
+    services_->add_callback(get_node(), std::move(fn));
+    has_callbacks_ = true;
+}
+
+void node_base_data::clear_callbacks() {
+    services_->clear_callbacks(get_node());
+    has_callbacks_ = false;
+}
+
+std::optional<std::uint64_t> node_base_data::find_event_id() const {
+    std::uint64_t id = 0;
+    if (parse_hex(child_text(xml_, "EventID"), id) == 0) return std::nullopt;
+    return id;
+}
+
+}  // namespace GenICam

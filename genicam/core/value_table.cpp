@@ -1,0 +1,129 @@
+#include "genicam/core/value_table.h"
+
+#include "genicam/core/children.h"
+#include "genicam/core/log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/value_links.h"
+#include "genicam/genicam_doc.h"
+#include "genicam/ieval.h"
+
+#include <string_view>
+
+namespace GenICam {
+namespace {
+
+void log_element(const char* format, pugi::xml_node xml) {
+    if (log_enabled(log_failure)) log_message(log_failure, format, xml.name(), xml.attribute("Name").value());
+}
+
+bool parse_constant(std::string_view text, bool is_float, eval_value::payload& value) {
+    return (is_float ? parse_double(text, value.real) : parse_int(text, value.integer)) != 0;
+}
+
+bool parse_index(pugi::xml_node element, std::int64_t& index) {
+    return parse_int(element.attribute("Index").value(), index) != 0;
+}
+
+}  // namespace
+
+bool value_eval_indexed::resolve_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+                                            bool is_float) {
+    default_entry_.node = doc->find_node(child_text(xml, child::pValueDefault));
+    if (default_entry_.node == nullptr) {
+        if (!parse_constant(child_text(xml, child::ValueDefault), is_float, default_entry_.value)) {
+            log_element(
+                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Invalid or no "
+                "\"pValueDefault\"/\"ValueDefault\" element.\n",
+                xml);
+            return false;
+        }
+        default_entry_.index = -1;
+    }
+    std::size_t count = 0;
+    for (const char* name : {"pValueIndexed", "ValueIndexed"}) {
+        for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
+    }
+    entries_.reserve(count);
+    read_links(doc, xml, self);
+    read_constants(xml, is_float);
+    return true;
+}
+
+void value_eval_indexed::read_links(IGenICamDoc* doc, pugi::xml_node xml, INode* self) {
+    for (const pugi::xml_node element : xml.children("pValueIndexed")) {
+        indexed_entry entry;
+        if (!parse_index(element, entry.index)) {
+            log_element(
+                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
+                "attribute of "
+                "\"pValueIndexed\" element.\n",
+                xml);
+            continue;
+        }
+        entry.node = doc->find_node(element.child_value());
+        if (entry.node == nullptr) {
+            log_element(
+                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
+                "contents of "
+                "\"pValueIndexed\" element.\n",
+                xml);
+            continue;
+        }
+        entry.node->get_eval()->add_dependent(self);
+        entries_.push_back(entry);
+    }
+}
+
+void value_eval_indexed::read_constants(pugi::xml_node xml, bool is_float) {
+    for (const pugi::xml_node element : xml.children("ValueIndexed")) {
+        indexed_entry entry;
+        if (!parse_index(element, entry.index)) {
+            log_element(
+                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
+                "attribute of "
+                "\"ValueIndexed\" element.\n",
+                xml);
+            continue;
+        }
+        if (!parse_constant(element.child_value(), is_float, entry.value)) {
+            log_element(
+                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
+                "contents of "
+                "\"ValueIndexed\" element.\n",
+                xml);
+            continue;
+        }
+        entries_.push_back(entry);
+    }
+}
+
+indexed_entry& value_eval_indexed::find(std::int64_t index) noexcept {
+    for (indexed_entry& entry : entries_) {
+        if (entry.index == index) return entry;
+    }
+    return default_entry_;
+}
+
+bool indexed_values::resolve_index(IGenICamDoc* doc, pugi::xml_node xml, INode* self) {
+    index_ = static_cast<IInteger*>(resolve_pIndex(doc, xml));
+    if (index_ != nullptr) index_->get_eval()->add_dependent(self);
+    return index_ != nullptr;
+}
+
+void indexed_values::resolve_table(IGenICamDoc* doc, pugi::xml_node xml, INode* self, bool is_float) {
+    table_.resolve_references(doc, xml, self, is_float);
+}
+
+result<indexed_entry*> indexed_values::current_entry(std::uint32_t flags) {
+    if (index_ == nullptr) return make_error_code(not_implemented);
+    const result<std::int64_t> index = index_->get_val(flags);
+    if (!index) return index.error();
+    return &table_.find(index.assume_value());
+}
+
+INode* indexed_values::current_link(std::uint32_t flags) {
+    const result<indexed_entry*> entry = current_entry(flags);
+    return entry ? entry.assume_value()->node : nullptr;
+}
+
+}  // namespace GenICam

@@ -1,0 +1,206 @@
+#include "genicam/core/xml_words.h"
+
+#include "genicam/core/children.h"
+#include "genicam/core/log.h"
+#include "genicam/core/number_parser.h"
+
+namespace GenICam {
+namespace {
+
+template <class T>
+struct word {
+    std::string_view text;
+    T value;
+};
+
+constexpr word<AccessMode> access_modes[] = {
+    {"RW", AccessMode::RW}, {"RO", AccessMode::RO}, {"WO", AccessMode::WO}};
+constexpr word<Visibility> visibilities[] = {
+    {"Beginner", Visibility::Beginner},
+    {"Expert", Visibility::Expert},
+    {"Guru", Visibility::Guru},
+    {"Invisible", Visibility::Invisible},
+};
+constexpr word<NameSpace> name_spaces[] = {{"Custom", NameSpace::Custom}, {"Standard", NameSpace::Standard}};
+constexpr word<MergePriority> merge_priorities[] = {
+    {"-1", MergePriority::low}, {"0", MergePriority::normal}, {"+1", MergePriority::high}};
+constexpr word<Representation> representations[] = {
+    {"Linear", Representation::Linear},         {"Logarithmic", Representation::Logarithmic},
+    {"Boolean", Representation::Boolean},       {"PureNumber", Representation::PureNumber},
+    {"HexNumber", Representation::HexNumber},   {"IPV4Address", Representation::IPV4Address},
+    {"MACAddress", Representation::MACAddress},
+};
+constexpr word<FloatRepresentation> float_representations[] = {
+    {"Linear", FloatRepresentation::Linear},
+    {"Logarithmic", FloatRepresentation::Logarithmic},
+    {"PureNumber", FloatRepresentation::PureNumber},
+};
+constexpr word<DisplayNotation> display_notations[] = {
+    {"Automatic", DisplayNotation::Automatic},
+    {"Fixed", DisplayNotation::Fixed},
+    {"Scientific", DisplayNotation::Scientific},
+};
+constexpr word<Cachable> cachables[] = {{"WriteThrough", Cachable::WriteThrough},
+                                        {"WriteAround", Cachable::WriteAround},
+                                        {"NoCache", Cachable::NoCache}};
+constexpr word<Endianess> endianesses[] = {{"LittleEndian", Endianess::LittleEndian},
+                                           {"BigEndian", Endianess::BigEndian}};
+constexpr word<Sign> signs[] = {{"Signed", Sign::Signed}, {"Unsigned", Sign::Unsigned}};
+constexpr word<bool> yes_no[] = {{"Yes", true}, {"No", false}};
+constexpr word<StandardNameSpace> standard_name_spaces[] = {
+    {"None", StandardNameSpace::None}, {"IIDC", StandardNameSpace::IIDC}, {"GEV", StandardNameSpace::GEV},
+    {"CL", StandardNameSpace::CL},     {"U3V", StandardNameSpace::U3V},   {"CXP", StandardNameSpace::CXP},
+    {"CLHS", StandardNameSpace::CLHS},
+};
+
+template <class T, std::size_t Count>
+std::optional<T> find_word(const word<T> (&words)[Count], std::string_view text) noexcept {
+    for (const word<T>& candidate : words) {
+        if (candidate.text == text) return candidate.value;
+    }
+    return std::nullopt;
+}
+
+using message_writer = void (*)(const char* format, pugi::xml_node xml, std::string_view text);
+
+void log_contents(const char* format, pugi::xml_node, std::string_view text) {
+    if (log_enabled(log_failure))
+        log_message(log_failure, format, static_cast<int>(text.size()), text.data());
+}
+
+// For the messages that name the node.
+void log_node_contents(const char* format, pugi::xml_node xml, std::string_view text) {
+    if (log_enabled(log_failure)) {
+        log_message(log_failure, format, xml.name(), xml.attribute("Name").value(),
+                    static_cast<int>(text.size()), text.data());
+    }
+}
+
+template <class T, std::size_t Count>
+T parse_word(const word<T> (&words)[Count], pugi::xml_node xml, const char* name, T default_value,
+             const char* message, message_writer write = log_contents) {
+    const std::string_view text = child_text(xml, name);
+    if (text.empty()) return default_value;
+    const std::optional<T> value = find_word(words, text);
+    if (!value) write(message, xml, text);
+    return value.value_or(default_value);
+}
+
+}  // namespace
+
+AccessMode parse_imposed_access_mode(pugi::xml_node xml) {
+    return parse_word(access_modes, xml, "ImposedAccessMode", AccessMode::RW,
+                      "Invalid contents of \"ImposedAccessMode\" node (\"%.*s\"\n");
+}
+
+AccessMode parse_access_mode(pugi::xml_node xml) {
+    return parse_word(access_modes, xml, "AccessMode", AccessMode::RW,
+                      "Invalid contents of \"AccessMode\" node (\"%.*s\"\n");
+}
+
+Visibility parse_visibility(pugi::xml_node xml) {
+    return parse_word(
+        visibilities, xml, "Visibility", Visibility::Beginner,
+        "GenICam::node_base_data::getVisibility, %s (\"%s\"). Failed to parse \"Visibility\" xml "
+        "node contents (\"%.*s\").\n",
+        log_node_contents);
+}
+
+bool parse_streamable(pugi::xml_node xml) {
+    return parse_word(
+        yes_no, xml, "Streamable", false,
+        "GenICam::node_base_data::get_streamable, %s (\"%s\"). Failed to parse \"Streamable\" xml "
+        "node contents (\"%.*s\").\n",
+        log_node_contents);
+}
+
+Representation parse_representation(pugi::xml_node xml) {
+    return parse_word(representations, xml, "Representation", Representation::PureNumber,
+                      "Invalid contents (\"%.*s\") of Integer \"Representation\" xml node.\n");
+}
+
+FloatRepresentation parse_float_representation(pugi::xml_node xml) {
+    return parse_word(float_representations, xml, "Representation", FloatRepresentation::PureNumber,
+                      "Invalid contents (\"%.*s\") of Float \"Representation\" xml node.\n");
+}
+
+DisplayNotation parse_display_notation(pugi::xml_node xml) {
+    return parse_word(display_notations, xml, "DisplayNotation", DisplayNotation::Automatic,
+                      "Invalid contents (\"%.*s\") of \"DisplayNotation\" xml node.\n");
+}
+
+std::int64_t parse_display_precision(pugi::xml_node xml) {
+    const std::optional<std::int64_t> precision = find_display_precision(xml);
+    const std::string_view text = child_text(xml, "DisplayPrecision");
+    if (!precision && !text.empty())
+        log_contents("Invalid contents (\"%.*s\") of \"DisplayPrecision\" xml node.\n", xml, text);
+    return precision.value_or(default_display_precision);
+}
+
+Endianess parse_endianess(pugi::xml_node xml) {
+    return parse_word(endianesses, xml, "Endianess", Endianess::BigEndian,
+                      "Invalid contents of \"Endianess\" node (\"%.*s\"\n");
+}
+
+Sign parse_sign(pugi::xml_node xml) {
+    return parse_word(signs, xml, "Sign", Sign::Unsigned, "Invalid contents of \"Sign\" node (\"%.*s\"\n");
+}
+
+Cachable parse_cachable(pugi::xml_node xml, Cachable default_value) {
+    return parse_word(cachables, xml, "Cachable", default_value,
+                      "Invalid contents of \"Cachable\" node (\"%.*s\"\n");
+}
+
+std::optional<AccessMode> find_access_mode(pugi::xml_node xml) {
+    return find_word(access_modes, child_text(xml, "AccessMode"));
+}
+
+std::optional<Cachable> find_cachable(pugi::xml_node xml) {
+    return find_word(cachables, child_text(xml, "Cachable"));
+}
+
+std::optional<Representation> find_representation(pugi::xml_node xml) {
+    return find_word(representations, child_text(xml, "Representation"));
+}
+
+std::optional<FloatRepresentation> find_float_representation(pugi::xml_node xml) {
+    return find_word(float_representations, child_text(xml, "Representation"));
+}
+
+std::optional<DisplayNotation> find_display_notation(pugi::xml_node xml) {
+    return find_word(display_notations, child_text(xml, "DisplayNotation"));
+}
+
+std::optional<std::int64_t> find_display_precision(pugi::xml_node xml) {
+    std::int64_t precision = 0;
+    if (parse_int(child_text(xml, "DisplayPrecision"), precision) == 0) return std::nullopt;
+    return precision;
+}
+
+NameSpace parse_name_space(pugi::xml_node xml) {
+    return find_word(name_spaces, xml.attribute("NameSpace").value()).value_or(NameSpace::Custom);
+}
+
+MergePriority parse_merge_priority(pugi::xml_node xml) {
+    return find_word(merge_priorities, xml.attribute("MergePriority").value())
+        .value_or(MergePriority::normal);
+}
+
+std::optional<bool> parse_expose_static(pugi::xml_node xml) {
+    return find_word(yes_no, xml.attribute("ExposeStatic").value());
+}
+
+StandardNameSpace parse_standard_name_space(pugi::xml_node xml) {
+    return find_word(standard_name_spaces, xml.attribute("StandardNameSpace").value())
+        .value_or(StandardNameSpace::None);
+}
+
+std::optional<std::int64_t> parse_polling_time(pugi::xml_node xml) {
+    std::int64_t milliseconds = 0;
+    if (parse_int(child_text(xml, "PollingTime"), milliseconds) == 0 || milliseconds < 0) return std::nullopt;
+    return milliseconds;
+}
+
+std::optional<bool> find_yes_no(std::string_view text) noexcept { return find_word(yes_no, text); }
+
+}  // namespace GenICam

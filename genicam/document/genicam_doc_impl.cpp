@@ -1,0 +1,157 @@
+#include "genicam/document/genicam_doc_impl.h"
+
+#include "genicam/core/log.h"
+#include "genicam/core/node_state.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/xml_words.h"
+#include "genicam/document/node_factory.h"
+#include "genicam/document/statistics.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace GenICam {
+
+IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options options) {
+    auto doc = std::make_unique<genicam_doc>(options);
+    return doc->load(data, size) ? doc.release() : nullptr;
+}
+
+bool genicam_doc::load(const char* data, std::uint64_t size) {
+    xml_buffer_.assign(data, data + size);
+    const pugi::xml_parse_result parsed = xml_.load_buffer_inplace(xml_buffer_.data(), xml_buffer_.size());
+    if (!parsed) {
+        if (log_enabled(log_failure)) {
+            log_message(log_failure, "The XML file does contain errors : \"%s\" @ offset=%td.\n",
+                        parsed.description(), parsed.offset);
+        }
+        return false;
+    }
+    build_nodes();
+    resolve_nodes();
+    return true;
+}
+
+void genicam_doc::build_nodes() {
+    std::size_t count = 0;
+    for (element_walk walk(root(), options_); walk.next(); ++count) {
+        walk.chosen_class().reserve(allocator_, walk.element());
+    }
+    allocator_.make_arena();
+    nodes_.reserve(count);
+    for (element_walk walk(root(), options_); walk.next();) {
+        INode* node = walk.chosen_class().construct(allocator_, this, walk.element());
+        nodes_.push_back({node->get_name(), node});
+    }
+    std::sort(nodes_.begin(), nodes_.end(),
+              [](const named_node& left, const named_node& right) { return left.name < right.name; });
+}
+
+void genicam_doc::resolve_nodes() {
+    for (const named_node& named : nodes_) {
+        named.node->get_eval()->resolve_references(this);
+        if (named.node->get_streamable()) streamable_nodes_.push_back(named.node);
+    }
+    for (const named_node& named : nodes_) named.node->get_eval()->close_dependents();
+    dependents_ = dependents_map(first_buckets);
+    is_loading_ = false;
+}
+
+std::vector<genicam_doc::named_node>::const_iterator genicam_doc::find_first(std::string_view name) const {
+    return std::lower_bound(nodes_.begin(), nodes_.end(), name,
+                            [](const named_node& left, std::string_view right) { return left.name < right; });
+}
+
+INode* genicam_doc::find_node(std::string_view name) {
+    if (name.empty()) return nullptr;
+    const auto found = find_first(name);
+    return found != nodes_.end() && found->name == name ? found->node : nullptr;
+}
+
+INode* genicam_doc::find_port(std::string_view name) {
+    if (name.empty()) return find_port("Device");
+    // Of several nodes with the name, one may be a port without being the first.
+    for (auto found = find_first(name); found != nodes_.end() && found->name == name; ++found) {
+        if (found->node->get_node_type() == node_type::port) return found->node;
+    }
+    return nullptr;
+}
+
+void genicam_doc::for_each_node(std::function<void(INode*)> fn) {
+    for (const named_node& named : nodes_) fn(named.node);
+}
+
+void genicam_doc::for_each_streamable_node(std::function<void(INode*)> fn) {
+    for (INode* node : streamable_nodes_) fn(node);
+}
+
+std::string_view genicam_doc::get_model_name() { return root().attribute("ModelName").value(); }
+
+std::string_view genicam_doc::get_vendor_name() { return root().attribute("VendorName").value(); }
+
+std::string_view genicam_doc::get_tooltip() { return root().attribute("ToolTip").value(); }
+
+StandardNameSpace genicam_doc::get_standard_name_space() { return parse_standard_name_space(root()); }
+
+std::uint64_t genicam_doc::get_version(const char* attribute) const {
+    std::int64_t version = 0;
+    if (parse_int(root().attribute(attribute).value(), version) == 0 || version < 0) return 0;
+    return static_cast<std::uint64_t>(version);
+}
+
+std::uint64_t genicam_doc::get_major_version() { return get_version("MajorVersion"); }
+
+std::uint64_t genicam_doc::get_minor_version() { return get_version("MinorVersion"); }
+
+std::uint64_t genicam_doc::get_subminor_version() { return get_version("SubMinorVersion"); }
+
+std::string genicam_doc::dump(std::int32_t mode) {
+    switch (mode) {
+        case 0:
+            return count_elements(root(), options_);
+        case 1:
+            return list_nodes();
+        default:
+            return {};
+    }
+}
+
+std::string genicam_doc::list_nodes() const {
+    node_listing listing;
+    for (const named_node& named : nodes_)
+        listing.add(named.name, named.node->get_eval()->get_dependent_count());
+    return listing.text();
+}
+
+void genicam_doc::add_callback(INode* node, std::function<void(INode*)> callback) {
+    callbacks_[node].push_back(std::move(callback));
+}
+
+void genicam_doc::clear_callbacks(INode* node) {
+    const auto found = callbacks_.find(node);
+    if (found != callbacks_.end()) found->second.clear();
+}
+
+void genicam_doc::fire_callbacks(INode* node) {
+    const auto found = callbacks_.find(node);
+    if (found == callbacks_.end()) return;
+    // By index, as a callback may register or clear callbacks of this very node.
+    for (std::size_t at = 0; at < found->second.size(); ++at) {
+        const std::function<void(INode*)> callback = found->second[at];
+        callback(node);
+    }
+}
+
+void genicam_doc::add_dependent(IEval* owner, IEval* dependent) {
+    auto& known = dependents_[owner];
+    if (!is_registered(known, dependent, is_loading_)) known.push_back(dependent);
+}
+
+gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {
+    const auto found = dependents_.find(owner);
+    if (found == dependents_.end()) return {};
+    return {found->second.data(), found->second.size()};
+}
+
+}  // namespace GenICam

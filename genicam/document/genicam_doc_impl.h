@@ -1,0 +1,73 @@
+#pragma once
+
+#include "genicam/core/document_services.h"
+#include "genicam/document/document_allocator.h"
+#include "genicam/genicam_doc.h"
+
+#include <unordered_map>
+#include <vector>
+
+#include <boost/container/small_vector.hpp>
+#include <pugixml.hpp>
+
+namespace GenICam {
+
+class genicam_doc final : public IGenICamDoc, public document_services {
+public:
+    explicit genicam_doc(load_options options) : options_(options) {}
+    genicam_doc(const genicam_doc&) = delete;
+    genicam_doc& operator=(const genicam_doc&) = delete;
+
+    /// False, and a message, for malformed XML.
+    [[nodiscard]] bool load(const char* data, std::uint64_t size);
+
+    INode* find_port(std::string_view name) override;
+    INode* find_node(std::string_view name) override;
+    void for_each_node(std::function<void(INode*)> fn) override;
+    void for_each_streamable_node(std::function<void(INode*)> fn) override;
+    std::string_view get_model_name() override;
+    std::string_view get_vendor_name() override;
+    std::string_view get_tooltip() override;
+    StandardNameSpace get_standard_name_space() override;
+    std::uint64_t get_major_version() override;
+    std::uint64_t get_minor_version() override;
+    std::uint64_t get_subminor_version() override;
+    std::vector<INode*> get_streamable_nodes() override { return streamable_nodes_; }
+    std::string dump(std::int32_t mode) override;
+
+    void add_callback(INode* node, std::function<void(INode*)> callback) override;
+    void clear_callbacks(INode* node) override;
+    void fire_callbacks(INode* node) override;
+    void add_dependent(IEval* owner, IEval* dependent) override;
+    gsl::span<IEval* const> get_dependents(IEval* owner) override;
+    bool is_loading() const override { return is_loading_; }
+
+private:
+    // The name stands beside the node, so that sorting and searching touch no node.
+    struct named_node {
+        std::string_view name;
+        INode* node;
+    };
+    using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
+
+    [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
+    [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
+    [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
+    void build_nodes();
+    void resolve_nodes();
+    [[nodiscard]] std::string list_nodes() const;
+
+    static constexpr std::size_t first_buckets = 8;
+
+    std::vector<named_node> nodes_;
+    std::vector<INode*> streamable_nodes_;
+    std::vector<char> xml_buffer_;
+    load_options options_;
+    pugi::xml_document xml_;
+    document_allocator allocator_;
+    std::unordered_map<INode*, std::vector<std::function<void(INode*)>>> callbacks_{first_buckets};
+    dependents_map dependents_{first_buckets};  // only while loading
+    bool is_loading_ = true;
+};
+
+}  // namespace GenICam

@@ -1,0 +1,243 @@
+#include "genicam/document/node_factory.h"
+
+#include "genicam/core/children.h"
+#include "genicam/core/name_table.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/xml_words.h"
+#include "genicam/nodes/boolean_nodes.h"
+#include "genicam/nodes/category_node.h"
+#include "genicam/nodes/command_nodes.h"
+#include "genicam/nodes/enumeration_nodes.h"
+#include "genicam/nodes/float_nodes.h"
+#include "genicam/nodes/integer_nodes.h"
+#include "genicam/nodes/port_nodes.h"
+
+#include <iterator>
+#include <new>
+
+namespace GenICam {
+namespace {
+
+constexpr std::uint64_t alignment = 8;
+
+template <class T>
+constexpr bool is_enumeration =
+    std::is_same_v<T, enumeration_Value_type> || std::is_same_v<T, enumeration_pValue_type>;
+
+// Some classes keep an array beside themselves in the arena.
+template <class T>
+void reserve_node(alloc_itf& allocator, pugi::xml_node element, bool has_destructor) {
+    allocator.reserve(sizeof(T), 1, alignment, has_destructor);
+    if constexpr (std::is_same_v<T, category_type>) {
+        allocator.reserve(sizeof(INode*), category_type::count_features(element), alignment, false);
+    } else if constexpr (is_enumeration<T>) {
+        allocator.reserve(sizeof(enum_entry_type), enum_entries::count_in(element), alignment, false);
+    }
+}
+
+template <class T>
+T* construct_node(alloc_itf& allocator, document_services* services, pugi::xml_node element) {
+    void* place = allocator.allocate(sizeof(T), alignment);
+    if constexpr (std::is_same_v<T, category_type>) {
+        void* features =
+            allocator.allocate_array(sizeof(INode*), category_type::count_features(element), alignment);
+        return ::new (place) T(services, element, features);
+    } else if constexpr (is_enumeration<T>) {
+        void* entries =
+            allocator.allocate_array(sizeof(enum_entry_type), enum_entries::count_in(element), alignment);
+        return ::new (place) T(services, element, entries);
+    } else {
+        return ::new (place) T(services, element);
+    }
+}
+
+template <class T, bool has_destructor>
+constexpr node_class make_class(std::string_view name) {
+    static_assert(alignof(T) <= alignment);
+    return {name, sizeof(T), has_destructor,
+            [](alloc_itf& allocator, pugi::xml_node element) {
+                reserve_node<T>(allocator, element, has_destructor);
+            },
+            [](alloc_itf& allocator, document_services* services, pugi::xml_node element) -> INode* {
+                T* node = construct_node<T>(allocator, services, element);
+                if constexpr (has_destructor) {
+                    allocator.add_destructor(
+                        {[](void* object) noexcept { static_cast<T*>(object)->~T(); }, node});
+                }
+                return node->get_node();
+            }};
+}
+
+struct decision_rule {
+    std::string_view element;
+    bool (*holds)(const child_set& children, pugi::xml_node element);
+    node_class made;
+    bool has_address_formulas;  // each direct child IntSwissKnife of the element is a node as well
+};
+
+bool always(const child_set&, pugi::xml_node) { return true; }
+
+template <child... Names>
+bool has_all(const child_set& children, pugi::xml_node) {
+    return (children.has(Names) && ...);
+}
+
+template <child... Names>
+bool has_any(const child_set& children, pugi::xml_node) {
+    return children.has_any(Names...);
+}
+
+bool has_read_only_value(const child_set& children, pugi::xml_node element) {
+    return children.has(child::Value) && children.has(child::ImposedAccessMode) &&
+           child_text(element, child::ImposedAccessMode) == "RO";
+}
+
+bool has_constant_address(const child_set& children, pugi::xml_node) {
+    return children.has(child::Address) &&
+           !children.has_any(child::pAddress, child::IntSwissKnife, child::pIndex);
+}
+
+bool has_constant_place(const child_set& children, pugi::xml_node element) {
+    return has_constant_address(children, element) && children.has(child::Length) &&
+           !children.has(child::pLength);
+}
+
+// The first rule of an element's name that holds gives the class. The rules of one name stand together.
+#define RULE(element, condition, type, has_destructor) \
+    { element, condition, make_class<type, has_destructor>(#type), false }
+#define RULE_WITH_FORMULAS(element, condition, type) \
+    { element, condition, make_class<type, true>(#type), true }
+
+constexpr decision_rule decision_list[] = {
+    RULE("Category", always, category_type, false),
+    RULE("Integer", has_read_only_value, integer_constant_value_type, false),
+    RULE("Integer", has_all<child::Value>, integer_floating_value_type, true),
+    RULE("Integer", (has_all<child::pValue, child::pValueCopy>), integer_pValueCopy_type, true),
+    RULE("Integer", has_all<child::pIndex>, integer_pIndex_type, true),
+    RULE("Integer", has_all<child::pValue>, integer_pValue_type, false),
+    RULE("Float", has_read_only_value, float_constant_value_type, false),
+    RULE("Float", has_all<child::Value>, float_floating_value_type, true),
+    RULE("Float", has_all<child::pIndex>, float_pIndex_type, true),
+    RULE("Float", has_all<child::pValue>, float_pValue_type, false),
+    RULE("Boolean", has_all<child::pValue>, boolean_pValue_type, false),
+    RULE("Boolean", has_all<child::Value>, boolean_Value_type, true),
+    RULE("Command", has_all<child::Value>, command_Value_type, true),
+    RULE("Command", has_all<child::pValue>, command_pValue_type, false),
+    RULE("Enumeration", has_all<child::Value>, enumeration_Value_type, true),
+    RULE("Enumeration", has_all<child::pValue>, enumeration_pValue_type, false),
+    RULE("Port", (has_any<child::ChunkID, child::pChunkID>), port_chunk_type, false),
+    RULE("Port", always, port_device_type, false),
+};
+
+#undef RULE
+#undef RULE_WITH_FORMULAS
+
+constexpr std::size_t rule_count = std::size(decision_list);
+
+constexpr std::size_t count_elements() {
+    std::size_t count = 1;
+    for (std::size_t at = 1; at < rule_count; ++at)
+        count += decision_list[at].element != decision_list[at - 1].element;
+    return count;
+}
+
+constexpr std::size_t element_count = count_elements();
+
+// The names that rules are about, and where the rules of each begin.
+struct element_index {
+    std::array<std::string_view, element_count> names{};
+    std::array<std::size_t, element_count + 1> first_rule{};
+};
+
+constexpr element_index make_element_index() {
+    element_index index;
+    std::size_t name = 0;
+    for (std::size_t at = 0; at < rule_count; ++at) {
+        if (at != 0 && decision_list[at].element == decision_list[at - 1].element) continue;
+        index.names[name] = decision_list[at].element;
+        index.first_rule[name] = at;
+        ++name;
+    }
+    index.first_rule[element_count] = rule_count;
+    return index;
+}
+
+constexpr element_index elements = make_element_index();
+constexpr name_table<element_count> element_names(elements.names);
+
+const decision_rule* find_rule(pugi::xml_node element) {
+    const std::size_t name = element_names.find(element.name());
+    if (name == element_names.not_found) return nullptr;
+    const child_set children(element);
+    for (std::size_t at = elements.first_rule[name]; at < elements.first_rule[name + 1]; ++at) {
+        if (decision_list[at].holds(children, element)) return &decision_list[at];
+    }
+    return nullptr;
+}
+
+constexpr std::array<node_class, rule_count> make_class_list() {
+    std::array<node_class, rule_count> classes{};
+    for (std::size_t at = 0; at < rule_count; ++at) classes[at] = decision_list[at].made;
+    return classes;
+}
+
+constexpr std::array<node_class, rule_count> class_list = make_class_list();
+
+constexpr std::array<std::string_view, 2> container_list = {"Group", "StructReg"};
+constexpr name_table<container_list.size()> containers(container_list);
+
+bool is_container(pugi::xml_node element) { return containers.find(element.name()) != containers.not_found; }
+
+}  // namespace
+
+gsl::span<const node_class> all_node_classes() noexcept { return class_list; }
+
+element_walk::element_walk(pugi::xml_node root, const load_options& options)
+    : root_(root), at_(root.first_child()), keep_debug_properties_(options.keep_debug_properties) {}
+
+// In document order: into containers, past everything else, and back up where a container ends.
+void element_walk::advance() {
+    if (is_container(at_) && at_.first_child()) {
+        at_ = at_.first_child();
+        return;
+    }
+    while (at_ && !at_.next_sibling()) {
+        at_ = at_.parent();
+        if (at_ == root_) at_ = pugi::xml_node();
+    }
+    if (at_) at_ = at_.next_sibling();
+}
+
+bool element_walk::is_dropped(pugi::xml_node element) const {
+    if (keep_debug_properties_) return false;
+    std::int64_t is_debug = 0;
+    return parse_int(child_text(element.child("Extension"), "ZELIsDebugProperty"), is_debug) != 0 &&
+           is_debug != 0;
+}
+
+bool element_walk::take(pugi::xml_node element) {
+    const decision_rule* rule = find_rule(element);
+    if (rule == nullptr) return false;
+    if (rule->has_address_formulas) embedded_ = element.child("IntSwissKnife");
+    if (is_dropped(element)) return false;
+    taken_ = element;
+    class_ = &rule->made;
+    return true;
+}
+
+bool element_walk::next() {
+    while (at_ || embedded_) {
+        pugi::xml_node candidate;
+        if (embedded_) {
+            candidate = embedded_;
+            embedded_ = embedded_.next_sibling("IntSwissKnife");
+        } else {
+            candidate = at_;
+            advance();
+        }
+        if (take(candidate)) return true;
+    }
+    return false;
+}
+
+}  // namespace GenICam

@@ -1,0 +1,110 @@
+#include "genicam/nodes/boolean_nodes.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/genicam_doc.h"
+
+namespace GenICam {
+namespace {
+
+std::optional<bool> find_truth(std::string_view text) noexcept {
+    if (text == "true" || text == "1") return true;
+    if (text == "false" || text == "0") return false;
+    return std::nullopt;
+}
+
+}  // namespace
+
+boolean_mapping::boolean_mapping(pugi::xml_node xml) {
+    // Text that is no number leaves the usual 1 and 0, and the parser leaves what it cannot read.
+    static_cast<void>(parse_int(child_text(xml, child::OnValue), on_value_));
+    static_cast<void>(parse_int(child_text(xml, child::OffValue), off_value_));
+}
+
+void boolean_mapping::resolve_default(IGenICamDoc* doc, node_base_data& owner) {
+    if (!owner.children().has(child::Extension)) return;
+    default_.store(resolve_link_or_value_from_contents(doc, owner.xml(), owner.find_extension("Default"),
+                                                       owner.find_extension("pDefault")),
+                   owner.get_node());
+}
+
+bool boolean_mapping::value_of(std::int64_t number, const node_base_data& owner, const char* message) const {
+    if (number == on_value_) return true;
+    if (number == off_value_) return false;
+    log_node(message, owner, static_cast<long long>(number));
+    return number != 0;
+}
+
+result<bool> boolean_mapping::get_default(std::uint32_t flags) const {
+    const result<std::int64_t> number = default_.evaluate(flags);
+    if (!number) return number.error();
+    return number.assume_value() != off_value_;
+}
+
+boolean_pValue_type::boolean_pValue_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_dependent_cache(services, xml), mapping_(xml) {}
+
+void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    mapping_.resolve_default(doc, *this);
+    value_ = doc->find_node(child_text(xml, child::pValue));
+    if (value_ != nullptr) {
+        value_->get_eval()->add_dependent(this);
+    } else {
+        log_node(
+            "GenICam::boolean_pValue_type::_resolve_references, Boolean (\"%s\"). Failed to parse or resolve "
+            "\"pValue\" xml element.\n",
+            *this);
+    }
+}
+
+std::error_code boolean_pValue_type::set_val(bool value, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    return set_eval_val(value_, mapping_.number_of(value), flags);
+}
+
+result<bool> boolean_pValue_type::get_val(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    const result<std::int64_t> number = get_eval_int(value_, flags);
+    if (!number) return number.error();
+    return mapping_.value_of(
+        number.assume_value(), *this,
+        "GenICam::boolean_pValue_type::get_val, Boolean (\"%s\"). Invalid floating_value contents=%lld.\n");
+}
+
+boolean_Value_type::boolean_Value_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_value(services, xml), mapping_(xml) {}
+
+void boolean_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    mapping_.resolve_default(doc, *this);
+    if (const std::optional<bool> value = find_truth(child_text(xml, child::Value))) {
+        value_ = mapping_.number_of(*value);
+    } else {
+        log_node(
+            "GenICam::boolean_Value_type::_resolve_references, Boolean (\"%s\"). Failed to parse or resolve "
+            "\"Value\" "
+            "xml element.\n",
+            *this);
+    }
+}
+
+std::error_code boolean_Value_type::set_val(bool value, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const std::int64_t number = mapping_.number_of(value);
+    if (number != value_) {
+        value_ = number;
+        invalidate_dependents();
+        invalidate();
+    }
+    return {};
+}
+
+result<bool> boolean_Value_type::get_val(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    return mapping_.value_of(
+        value_, *this,
+        "GenICam::boolean_Value_type::get_val, Boolean (\"%s\"). Invalid floating_value contents=%lld.\n");
+}
+
+}  // namespace GenICam

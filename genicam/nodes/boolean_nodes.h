@@ -1,0 +1,58 @@
+#pragma once
+
+#include "genicam/core/implement_inode.h"
+#include "genicam/core/node_state.h"
+#include "genicam/nodes/range_record.h"
+
+namespace GenICam {
+
+/// The two integers that a `Boolean` element stands for, and its default.
+class boolean_mapping {
+public:
+    explicit boolean_mapping(pugi::xml_node xml);
+    void resolve_default(IGenICamDoc* doc, node_base_data& owner);
+    [[nodiscard]] std::int64_t number_of(bool value) const noexcept { return value ? on_value_ : off_value_; }
+    /// Any other number than the two is logged with `message` and counts as true unless it is 0.
+    [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner, const char* message) const;
+    [[nodiscard]] result<bool> get_default(std::uint32_t flags) const;
+
+private:
+    std::int64_t on_value_ = 1;
+    std::int64_t off_value_ = 0;
+    integer_pair default_;
+};
+
+/// `Boolean` with `pValue`. With an unresolved link reading and writing fail with `not_implemented`.
+class boolean_pValue_type final : public node_base_impl_dependent_cache,
+                                  public implement_inode_boolean<boolean_pValue_type> {
+public:
+    boolean_pValue_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return value_; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(bool value, std::uint32_t flags) override;
+    result<bool> get_val(std::uint32_t flags) override;
+    result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }
+
+private:
+    boolean_mapping mapping_;
+    INode* value_ = nullptr;
+};
+
+/// `Boolean` with `Value`.
+class boolean_Value_type final : public node_base_impl_value,
+                                 public implement_inode_boolean<boolean_Value_type> {
+public:
+    boolean_Value_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(bool value, std::uint32_t flags) override;
+    result<bool> get_val(std::uint32_t flags) override;
+    result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }
+
+private:
+    boolean_mapping mapping_;
+    std::int64_t value_ = 0;
+};
+
+}  // namespace GenICam

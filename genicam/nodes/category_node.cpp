@@ -1,0 +1,38 @@
+#include "genicam/nodes/category_node.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/genicam_doc.h"
+
+namespace GenICam {
+
+category_type::category_type(document_services* services, pugi::xml_node xml, void* place)
+    : node_base_impl_ignore_dependent(services, xml),
+      features_(static_cast<INode**>(place), count_features(xml)) {
+    for (INode*& feature : features_) feature = nullptr;
+}
+
+std::size_t category_type::count_features(pugi::xml_node xml) {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const pugi::xml_node feature : xml.children("pFeature")) ++count;
+    return count;
+}
+
+void category_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    std::size_t found = 0;
+    for (const pugi::xml_node feature : xml.children("pFeature")) {
+        const std::string_view name = feature.child_value();
+        if (INode* node = doc->find_node(name)) {
+            features_[found++] = node;
+        } else if (log_enabled(log_rejection)) {
+            log_message(log_rejection,
+                        "GenICam::category_type::_resolve_references, Category (\"%s\"). Failed to resolve "
+                        "\"pFeature\" for feature=%.*s.\n",
+                        name_text(), static_cast<int>(name.size()), name.data());
+        }
+    }
+    features_ = features_.first(found);
+}
+
+std::vector<INode*> category_type::get_features() const { return {features_.begin(), features_.end()}; }
+
+}  // namespace GenICam

@@ -1,0 +1,89 @@
+#include "genicam/nodes/command_nodes.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/genicam_doc.h"
+
+namespace GenICam {
+namespace {
+
+void resolve_command_value(IGenICamDoc* doc, node_base_data& owner, integer_pair& command_value,
+                           const char* message) {
+    if (!owner.children().has_any(child::CommandValue, child::pCommandValue)) {
+        log_node(message, owner);
+        return;
+    }
+    command_value.store(resolve_link_or_value_(doc, owner.xml(), "CommandValue", "pCommandValue"),
+                        owner.get_node());
+}
+
+}  // namespace
+
+void command_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    if (parse_int(child_text(xml, child::Value), value_) == 0) {
+        log_node(
+            "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse contents of "
+            "\"Value\" xml node.\n",
+            *this);
+    }
+    resolve_command_value(
+        doc, *this, command_value_,
+        "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse "
+        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+}
+
+std::error_code command_Value_type::execute(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const result<std::int64_t> number = command_value_.evaluate(flags);
+    if (!number) return number.error();
+    if (number.assume_value() != value_) {
+        value_ = number.assume_value();
+        invalidate_dependents();
+        invalidate();
+    }
+    return {};
+}
+
+result<bool> command_Value_type::is_done(std::uint32_t flags) {
+    if (check_access(false, flags)) return true;
+    const result<std::int64_t> number = command_value_.evaluate(flags);
+    if (!number) return number.error();
+    return value_ != number.assume_value();
+}
+
+void command_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    value_ = doc->find_node(child_text(xml, child::pValue));
+    if (value_ != nullptr) {
+        value_->get_eval()->add_dependent(this);
+    } else {
+        log_node(
+            "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse/resolve "
+            "contents of "
+            "\"pValue\" xml node.\n",
+            *this);
+    }
+    resolve_command_value(
+        doc, *this, command_value_,
+        "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse "
+        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+}
+
+std::error_code command_pValue_type::execute(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const result<std::int64_t> number = command_value_.evaluate(flags);
+    if (!number) return number.error();
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    return set_eval_val(value_, number.assume_value(), flags);
+}
+
+result<bool> command_pValue_type::is_done(std::uint32_t flags) {
+    if (check_access(false, flags)) return true;
+    const result<std::int64_t> number = command_value_.evaluate(flags);
+    if (!number) return number.error();
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    const result<std::int64_t> present = get_eval_int(value_, flags);
+    if (!present) return present.error();
+    return present.assume_value() != number.assume_value();
+}
+
+}  // namespace GenICam

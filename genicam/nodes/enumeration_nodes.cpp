@@ -1,0 +1,169 @@
+#include "genicam/nodes/enumeration_nodes.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/value_links.h"
+#include "genicam/genicam_doc.h"
+
+#include <cmath>
+#include <limits>
+#include <new>
+
+namespace GenICam {
+
+enum_entry_type::enum_entry_type(document_services* services, pugi::xml_node xml, std::uint32_t index)
+    : node_base_impl_ignore_dependent(services, xml), index_(index) {
+    if (parse_int(child_text(xml, child::Value), value_) == 0) {
+        log_node(
+            "GenICam::enum_entry_type::enum_entry_type, EnumEntry (\"%s\"). Failed to parse \"Value\" xml "
+            "node.\n",
+            *this);
+    }
+}
+
+std::optional<double> enum_entry_type::get_numeric_value() const {
+    double number = 0;
+    if (parse_double(child_text(node_base_data::xml(), "NumericValue"), number) == 0) return std::nullopt;
+    return number;
+}
+
+bool enum_entry_type::is_self_clearing() const {
+    return find_yes_no(child_text(node_base_data::xml(), "IsSelfClearing")).value_or(false);
+}
+
+enum_entries::enum_entries(document_services* services, pugi::xml_node xml, void* place) {
+    auto* first = static_cast<enum_entry_type*>(place);
+    std::uint32_t count = 0;
+    for (const pugi::xml_node entry : xml.children("EnumEntry")) {
+        ::new (first + count) enum_entry_type(services, entry, count);
+        ++count;
+    }
+    entries_ = {first, count};
+}
+
+std::size_t enum_entries::count_in(pugi::xml_node xml) {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const pugi::xml_node entry : xml.children("EnumEntry")) ++count;
+    return count;
+}
+
+void enum_entries::resolve_references(IGenICamDoc* doc) {
+    for (enum_entry_type& entry : entries_) static_cast<node_base_data&>(entry).resolve_references(doc);
+}
+
+std::vector<IEnumEntry*> enum_entries::list() const {
+    std::vector<IEnumEntry*> entries;
+    entries.reserve(entries_.size());
+    for (enum_entry_type& entry : entries_) entries.push_back(&entry);
+    return entries;
+}
+
+IEnumEntry* enum_entries::find_nearest(double value) const {
+    double best = std::numeric_limits<double>::max();
+    IEnumEntry* nearest = nullptr;
+    for (enum_entry_type& entry : entries_) {
+        const double number = entry.get_numeric_value().value_or(static_cast<double>(entry.get_value()));
+        const double distance = std::fabs(number - value);
+        if (distance < best) {
+            best = distance;
+            nearest = &entry;
+        }
+    }
+    return nearest;
+}
+
+IEnumEntry* enum_entries::find(std::int64_t value) const {
+    for (enum_entry_type& entry : entries_) {
+        if (entry.get_value() == value) return &entry;
+    }
+    return nullptr;
+}
+
+IEnumEntry* enum_entries::find(std::string_view name) const {
+    for (enum_entry_type& entry : entries_) {
+        if (entry.get_name() == name) return &entry;
+    }
+    return nullptr;
+}
+
+namespace {
+
+result<IEnumEntry*> entry_of(const enum_entries& entries, std::int64_t value, const node_base_data& owner,
+                             const char* message) {
+    if (IEnumEntry* entry = entries.find(value)) return entry;
+    log_node(message, owner, static_cast<long long>(value));
+    return make_error_code(index_out_of_range);
+}
+
+}  // namespace
+
+enumeration_Value_type::enumeration_Value_type(document_services* services, pugi::xml_node xml, void* entries)
+    : node_base_impl_value(services, xml), implement_enum_entries(services, xml, entries) {}
+
+void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    if (parse_int(child_text(xml, child::Value), value_) == 0) {
+        log_node(
+            "GenICam::enumeration_Value_type::_resolve_references, Enumeration (\"%s\"). Failed to parse "
+            "\"Value\" xml "
+            "element.\n",
+            *this);
+    }
+    entries_.resolve_references(doc);
+}
+
+std::error_code enumeration_Value_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (entry == nullptr) return make_error_code(index_out_of_range);
+    if (entry->get_value() != value_) {
+        value_ = entry->get_value();
+        invalidate_dependents();
+        invalidate();
+    }
+    return {};
+}
+
+result<IEnumEntry*> enumeration_Value_type::get_selected_entry(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    return entry_of(
+        entries_, value_, *this,
+        "GenICam::enumeration_Value_type::get_selected_entry, Enumeration (\"%s\"). Failed to find "
+        "EnumEntry corresponding to current value=%lld.\n");
+}
+
+enumeration_pValue_type::enumeration_pValue_type(document_services* services, pugi::xml_node xml,
+                                                 void* entries)
+    : node_base_impl_dependent_cache(services, xml), implement_enum_entries(services, xml, entries) {}
+
+void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    value_ = doc->find_node(child_text(xml, child::pValue));
+    if (value_ != nullptr) {
+        value_->get_eval()->add_dependent(this);
+    } else {
+        log_node(
+            "GenICam::enumeration_pValue_type::_resolve_references, Enumeration (\"%s\"). Failed to "
+            "parse/resolve "
+            "\"pValue\" xml element.\n",
+            *this);
+    }
+    entries_.resolve_references(doc);
+}
+
+std::error_code enumeration_pValue_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (entry == nullptr) return make_error_code(index_out_of_range);
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    return set_eval_val(value_, entry->get_value(), flags);
+}
+
+result<IEnumEntry*> enumeration_pValue_type::get_selected_entry(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (value_ == nullptr) return make_error_code(not_implemented);
+    const result<std::int64_t> value = get_eval_int(value_, flags);
+    if (!value) return value.error();
+    return entry_of(
+        entries_, value.assume_value(), *this,
+        "GenICam::enumeration_pValue_type::get_selected_entry, Enumeration (\"%s\"). Failed to find "
+        "EnumEntry corresponding to current value=%lld.\n");
+}
+
+}  // namespace GenICam

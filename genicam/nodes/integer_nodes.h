@@ -1,0 +1,131 @@
+#pragma once
+
+#include "genicam/core/implement_inode.h"
+#include "genicam/core/node_state.h"
+#include "genicam/core/value_table.h"
+#include "genicam/nodes/range_record.h"
+
+#include <boost/container/small_vector.hpp>
+
+namespace GenICam {
+
+/// Holds the range of an `Integer` element: what it states wins, for the rest `T` has `unstated_limit`.
+template <class T>
+class implement_inode_Integer_type : public implement_inode_IInteger<T> {
+public:
+    result<std::int64_t> get_min(std::uint32_t flags) final { return get_limit(range_record::min, flags); }
+    result<std::int64_t> get_max(std::uint32_t flags) final { return get_limit(range_record::max, flags); }
+    result<std::int64_t> get_inc(std::uint32_t flags) final { return get_limit(range_record::inc, flags); }
+    result<std::int64_t> get_default(std::uint32_t flags) override {
+        return get_limit(range_record::default_value, flags);
+    }
+
+protected:
+    ~implement_inode_Integer_type() = default;
+
+    range_record range_;
+
+private:
+    result<std::int64_t> get_limit(range_record::limit which, std::uint32_t flags) {
+        switch (range_.kind(which)) {
+            case limit_kind::link:
+                return get_eval_int(range_.link(which), flags);
+            case limit_kind::constant:
+                return range_.number(which).integer;
+            default:
+                return static_cast<T&>(*this).unstated_limit(which, flags);
+        }
+    }
+};
+
+/// `Integer` with `Value`, imposed read-only.
+class integer_constant_value_type final : public node_base_impl_dependent_cache,
+                                          public implement_inode_Integer_type<integer_constant_value_type> {
+public:
+    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
+
+private:
+    std::int64_t value_ = 0;
+};
+
+/// `Integer` with `Value`.
+class integer_floating_value_type final : public node_base_impl_value,
+                                          public implement_inode_Integer_type<integer_floating_value_type> {
+public:
+    using node_base_impl_value::node_base_impl_value;
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
+
+private:
+    std::int64_t value_ = 0;
+};
+
+/// `Integer` with `pValue`. With an unresolved link every operation that needs it fails with
+/// `not_implemented`.
+class integer_pValue_type final : public node_base_impl_dependent_cache,
+                                  public implement_inode_Integer_type<integer_pValue_type> {
+public:
+    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return value_; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
+
+private:
+    INode* value_ = nullptr;
+};
+
+/// `Integer` with `pValue` and `pValueCopy`: reads the one, writes all.
+class integer_pValueCopy_type final : public node_base_impl_dependent_cache,
+                                      public implement_inode_Integer_type<integer_pValueCopy_type> {
+public:
+    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return value_; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
+    /// Answers with the increment where one is stated: the `Default` of such a node is never used.
+    result<std::int64_t> get_default(std::uint32_t flags) override;
+
+private:
+    void add_target(IGenICamDoc* doc, pugi::xml_node element);
+    result<std::int64_t> get_common_limit(range_record::limit which, std::uint32_t flags);
+
+    INode* value_ = nullptr;
+    boost::container::small_vector<INode*, 3> targets_;
+};
+
+/// `Integer` with `pIndex`: a table of links and constants, selected by an index node.
+class integer_pIndex_type final : public node_base_impl_value,
+                                  public implement_inode_Integer_type<integer_pIndex_type> {
+public:
+    using node_base_impl_value::node_base_impl_value;
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return current_target(); }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    Representation get_representation() override;
+    std::string_view get_unit() override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
+
+private:
+    /// The current entry's link, if it is an integer node.
+    [[nodiscard]] IInteger* current_target();
+
+    indexed_values values_;
+};
+
+}  // namespace GenICam

@@ -1,0 +1,43 @@
+#include "items/unknown.h"
+
+#include <algorithm>
+
+namespace ZELAdapterHelper {
+namespace {
+
+std::atomic<std::int32_t> live_objects{0};
+
+ULONG at_least_one(std::int32_t count) noexcept { return static_cast<ULONG>(std::max(count, 1)); }
+
+}  // namespace
+
+CUnknown::CUnknown(IUnknown* outer) noexcept : controlling_(outer != nullptr ? outer : &face_), face_(*this) {
+    ++live_objects;
+}
+
+CUnknown::~CUnknown() { --live_objects; }
+
+HRESULT CUnknown::NonDelegatingQueryInterface(REFIID iid, void** out) {
+    if (out == nullptr) return E_POINTER;
+    if (iid != platform::iid_unknown) {
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    face_.AddRef();
+    *out = static_cast<IUnknown*>(&face_);
+    return S_OK;
+}
+
+ULONG CUnknown::NonDelegatingAddRef() { return at_least_one(++references_); }
+
+ULONG CUnknown::NonDelegatingRelease() {
+    const std::int32_t left = --references_;
+    if (left != 0) return at_least_one(left);
+    ++references_;  // the destructor may hand the object around without deleting it a second time
+    delete this;
+    return 0;
+}
+
+std::int32_t CUnknown::LiveObjects() noexcept { return live_objects; }
+
+}  // namespace ZELAdapterHelper

@@ -1,0 +1,124 @@
+#include "platform/text.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+
+namespace platform {
+namespace {
+
+constexpr std::wstring_view guid_form = L"{00000000-0000-0000-0000-000000000000}";
+
+int hex_digit(wchar_t c) noexcept {
+    if (c >= L'0' && c <= L'9') return c - L'0';
+    if (c >= L'a' && c <= L'f') return c - L'a' + 10;
+    if (c >= L'A' && c <= L'F') return c - L'A' + 10;
+    return -1;
+}
+
+// The 32 digits of the braced form as 16 bytes in reading order; false for any other text.
+bool read_guid_bytes(std::wstring_view text, std::array<std::uint8_t, 16>& bytes) noexcept {
+    if (text.size() != guid_form.size()) return false;
+    std::size_t digits = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (guid_form[at] != L'0') {
+            if (text[at] != guid_form[at]) return false;
+            continue;
+        }
+        const int digit = hex_digit(text[at]);
+        if (digit < 0) return false;
+        std::uint8_t& byte = bytes[digits / 2];
+        byte = static_cast<std::uint8_t>((byte << 4) | digit);
+        ++digits;
+    }
+    return true;
+}
+
+template <class Unsigned>
+Unsigned big_endian(const std::uint8_t* bytes) noexcept {
+    Unsigned number = 0;
+    for (std::size_t at = 0; at < sizeof(Unsigned); ++at)
+        number = static_cast<Unsigned>((number << 8) | bytes[at]);
+    return number;
+}
+
+void append_hex(std::wstring& text, std::uint64_t number, int digits) {
+    for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4)
+        text += L"0123456789ABCDEF"[(number >> shift) & 0xF];
+}
+
+bool is_space(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+bool has_hex_prefix(std::string_view text) noexcept {
+    return text.size() >= 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+}
+
+// Whether the magnitude that did not fit is too large rather than too small.
+bool is_overflow(std::string_view digits, std::chars_format form) {
+    const bool hexadecimal = form == std::chars_format::hex;
+    const std::size_t exponent_at = digits.find_first_of(hexadecimal ? "pP" : "eE");
+    if (exponent_at != std::string_view::npos) return digits.substr(exponent_at + 1, 1) != "-";
+    return digits.front() != '0' && digits.front() != '.';
+}
+
+// from_chars on the text behind white space, sign and prefix.
+std::size_t read_magnitude(std::string_view text, std::chars_format form, double& magnitude) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, form);
+    const std::size_t consumed = static_cast<std::size_t>(end - text.data());
+    if (error == std::errc::result_out_of_range) {
+        magnitude =
+            is_overflow(text.substr(0, consumed), form) ? std::numeric_limits<double>::infinity() : 0.0;
+        return consumed;
+    }
+    return error == std::errc() ? consumed : 0;
+}
+
+}  // namespace
+
+bool parse_guid(std::wstring_view text, GUID& guid) {
+    guid = GUID{};
+    std::array<std::uint8_t, 16> bytes{};
+    if (!read_guid_bytes(text, bytes)) return false;
+    guid.Data1 = big_endian<std::uint32_t>(&bytes[0]);
+    guid.Data2 = big_endian<std::uint16_t>(&bytes[4]);
+    guid.Data3 = big_endian<std::uint16_t>(&bytes[6]);
+    for (std::size_t at = 0; at < 8; ++at) guid.Data4[at] = bytes[8 + at];
+    return true;
+}
+
+std::wstring format_guid(const GUID& guid) {
+    std::wstring text = L"{";
+    append_hex(text, guid.Data1, 8);
+    text += L'-';
+    append_hex(text, guid.Data2, 4);
+    text += L'-';
+    append_hex(text, guid.Data3, 4);
+    text += L'-';
+    for (std::size_t at = 0; at < 8; ++at) {
+        if (at == 2) text += L'-';
+        append_hex(text, guid.Data4[at], 2);
+    }
+    return text + L'}';
+}
+
+std::size_t read_double(std::string_view text, double& number) {
+    std::string_view rest = text;
+    while (!rest.empty() && is_space(rest.front())) rest.remove_prefix(1);
+    const bool negative = !rest.empty() && rest.front() == '-';
+    if (!rest.empty() && (rest.front() == '-' || rest.front() == '+')) rest.remove_prefix(1);
+    if (rest.empty() || rest.front() == '-') return 0;
+
+    double magnitude = 0;
+    std::size_t consumed = 0;
+    if (has_hex_prefix(rest)) {
+        consumed = read_magnitude(rest.substr(2), std::chars_format::hex, magnitude);
+        if (consumed != 0) consumed += 2;
+    }
+    if (consumed == 0) consumed = read_magnitude(rest, std::chars_format::general, magnitude);
+    if (consumed == 0) return 0;
+    number = negative ? -magnitude : magnitude;
+    return text.size() - rest.size() + consumed;
+}
+
+}  // namespace platform

@@ -1,0 +1,132 @@
+#include "items/vendor_properties.h"
+
+#include <limits>
+
+namespace ZELAdapterHelper {
+
+bool IsSupported(IKsPropertySet& filter, REFGUID set, DWORD id) {
+    constexpr DWORD get_or_set = 3;
+    DWORD support = 0;
+    return SUCCEEDED(filter.QuerySupported(set, id, &support)) && (support & get_or_set) != 0;
+}
+
+bool PropertySupported(IKsPropertySet& filter, DWORD id) {
+    return IsSupported(filter, vendor_property_set, id);
+}
+
+HRESULT GetProperty(IKsPropertySet& filter, DWORD id, PropertyRecord& record) {
+    return ReadRecord(filter, vendor_property_set, id, record);
+}
+
+HRESULT SetProperty(IKsPropertySet& filter, DWORD id, const PropertyRecord& record) {
+    return WriteRecord(filter, vendor_property_set, id, record);
+}
+
+HRESULT GetFloatProperty(IKsPropertySet& filter, DWORD id, FloatPropertyRecord& record) {
+    return ReadRecord(filter, vendor_property_set, id, record);
+}
+
+HRESULT SetFloatProperty(IKsPropertySet& filter, DWORD id, const FloatPropertyRecord& record) {
+    return WriteRecord(filter, vendor_property_set, id, record);
+}
+
+HRESULT GetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t& value) {
+    PropertyRecord record;
+    const HRESULT hr = GetProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        value = record.value;
+    }
+    return hr;
+}
+
+HRESULT GetPropertyRange(IKsPropertySet& filter, DWORD id, RangeInfo& range) {
+    PropertyRecord record;
+    const HRESULT hr = GetProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        range = {record.min, record.max, record.default_value, 1};
+    }
+    return hr;
+}
+
+HRESULT SetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t value) {
+    PropertyRecord record = {};
+    record.value = value;
+    record.flags = flag_manual;
+    return SetProperty(filter, id, record);
+}
+
+HRESULT GetPropertySwitch(IKsPropertySet& filter, DWORD id, bool& on) {
+    std::int32_t value = 0;
+    const HRESULT hr = GetPropertyValue(filter, id, value);
+    if (SUCCEEDED(hr)) {
+        on = value != 0;
+    }
+    return hr;
+}
+
+HRESULT SetPropertySwitch(IKsPropertySet& filter, DWORD id, bool on) {
+    return SetPropertyValue(filter, id, on ? 1 : 0);
+}
+
+HRESULT GetScaledRange(IKsPropertySet& filter, DWORD id, double per_unit, AbsRangeInfo& range) {
+    RangeInfo ticks;
+    const HRESULT hr = GetPropertyRange(filter, id, ticks);
+    if (SUCCEEDED(hr)) {
+        range = {ticks.min / per_unit, ticks.max / per_unit, ticks.default_value / per_unit};
+    }
+    return hr;
+}
+
+HRESULT GetScaledValue(IKsPropertySet& filter, DWORD id, double per_unit, double& value) {
+    std::int32_t ticks = 0;
+    const HRESULT hr = GetPropertyValue(filter, id, ticks);
+    if (SUCCEEDED(hr)) {
+        value = ticks / per_unit;
+    }
+    return hr;
+}
+
+HRESULT SetScaledValue(IKsPropertySet& filter, DWORD id, double per_unit, double value) {
+    return SetPropertyValue(filter, id, TruncateToInt32(value * per_unit));
+}
+
+HRESULT GetFloatRange(IKsPropertySet& filter, DWORD id, AbsRangeInfo& range) {
+    FloatPropertyRecord record;
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        range = {static_cast<double>(record.min), static_cast<double>(record.max),
+                 static_cast<double>(record.default_value)};
+    }
+    return hr;
+}
+
+HRESULT GetFloatValue(IKsPropertySet& filter, DWORD id, double& value) {
+    FloatPropertyRecord record;
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        value = static_cast<double>(record.value);
+    }
+    return hr;
+}
+
+HRESULT SetFloatValue(IKsPropertySet& filter, DWORD id, float value) {
+    FloatPropertyRecord record = {};
+    record.value = value;
+    record.flags = flag_manual;
+    return SetFloatProperty(filter, id, record);
+}
+
+std::int32_t TruncateToInt32(double value) noexcept {
+    using limits = std::numeric_limits<std::int32_t>;
+    const bool fits = value > limits::min() - 1.0 && value < limits::max() + 1.0;
+    return fits ? static_cast<std::int32_t>(value) : limits::min();
+}
+
+HRESULT AvailableUnlessOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available) {
+    bool on = false;
+    const HRESULT hr = item.SupportsInterface(switch_key) ? item.GetSwitch(switch_key, on) : S_OK;
+    available = !on;
+    return hr;
+}
+
+}  // namespace ZELAdapterHelper

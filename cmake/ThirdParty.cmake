@@ -22,7 +22,8 @@ function(selvane_header_only target)
 endfunction()
 
 selvane_header_only(selvane_fmt)
-target_compile_definitions(selvane_fmt INTERFACE FMT_HEADER_ONLY)
+# With a fixed separator fmt has no need of the run-time library's locales, which are half a megabyte.
+target_compile_definitions(selvane_fmt INTERFACE FMT_HEADER_ONLY FMT_STATIC_THOUSANDS_SEPARATOR=',')
 selvane_header_only(selvane_outcome) # Boost headers: Outcome and Container
 selvane_header_only(selvane_gsl)
 selvane_header_only(selvane_cli11)
@@ -40,6 +41,9 @@ if(CMAKE_CROSSCOMPILING)
   add_library(selvane_pugixml_static STATIC EXCLUDE_FROM_ALL "${SELVANE_PUGIXML_SOURCE}/pugixml.cpp")
   target_include_directories(selvane_pugixml_static SYSTEM PUBLIC "${SELVANE_PUGIXML_SOURCE}")
   target_compile_features(selvane_pugixml_static PUBLIC cxx_std_17)
+  # Streams and XPath are not used, and the run-time library's streams are larger than all the rest.
+  target_compile_definitions(selvane_pugixml_static PUBLIC PUGIXML_NO_STL PUGIXML_NO_XPATH)
+  target_compile_options(selvane_pugixml_static PRIVATE -ffunction-sections -fdata-sections)
   target_link_libraries(selvane_pugixml INTERFACE selvane_pugixml_static)
 else()
   find_package(pugixml REQUIRED)

@@ -1,0 +1,64 @@
+#include "propui/windows/button.h"
+
+#include "propui/attempt.h"
+#include "propui/windows/button_class.h"
+
+#include <tuple>
+#include <utility>
+
+namespace ZELPropUI {
+namespace {
+
+constexpr DWORD style = 0x50010000;
+static_assert(style == (WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON));
+
+constexpr UINT_PTR timer_id = 1025;
+constexpr UINT timer_period = 500;  // ms
+constexpr std::int32_t last_tick = 10;
+
+}  // namespace
+
+CZELButton::CZELButton(ZELAdapterHelper::CZELItemDataBase* item, ZELAdapterHelper::InterfaceKey key,
+                       std::wstring caption)
+    : CItemControl(item, key), caption_(std::move(caption)) {}
+
+bool CZELButton::Create(HWND parent, const RECT& place, HWND) {
+    if (!CreateChild(ButtonClass(), parent, place, style)) return false;
+    UseFontOfParent();
+    return true;
+}
+
+void CZELButton::Init() {
+    SetText(caption_);
+    Update();
+}
+
+void CZELButton::Update() {
+    Enable(IsItemAvailable());
+    UpdateValue();
+}
+
+bool CZELButton::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT&) {
+    if (IsOwnCommand(message, wparam, lparam, BN_CLICKED)) {
+        Click();
+        return true;
+    }
+    if (message == WM_TIMER && wparam == timer_id) {
+        Tick();
+        return true;
+    }
+    return false;
+}
+
+void CZELButton::Click() {
+    std::ignore = Attempt([&] { return Item().Push(Key()); });
+    PostUpdateControls();
+    ticks_ = 0;
+    if (Handle() != nullptr) SetTimer(Handle(), timer_id, timer_period, nullptr);
+}
+
+void CZELButton::Tick() {
+    if (ticks_++ > last_tick) KillTimer(Handle(), timer_id);
+}
+
+}  // namespace ZELPropUI

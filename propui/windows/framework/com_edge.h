@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include <new>
+
+namespace ZELPropUI::Framework {
+
+/// The edge of a COM operation: what a body throws becomes a code.
+template <class Body>
+[[nodiscard]] HRESULT AtComEdge(Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
+
+}  // namespace ZELPropUI::Framework

@@ -1,0 +1,58 @@
+#include "propui/windows/framework/superclassed_window.h"
+
+#include "propui/windows/framework/module.h"
+#include "propui/windows/framework/pending_window.h"
+
+namespace ZELPropUI::Framework {
+
+SuperclassedWindow::~SuperclassedWindow() {
+    if (Handle() == nullptr) return;
+    SetWindowLongPtrW(Handle(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(base_procedure_));
+    DestroyWindow(Handle());
+}
+
+bool SuperclassedWindow::CreateChild(Superclass& superclass, HWND parent, const RECT& place, DWORD style) {
+    if (!superclass.Register()) return false;
+    base_procedure_ = superclass.BaseProcedure();
+    const PendingWindow pending(*this);
+    return CreateWindowExW(0, superclass.Name(), nullptr, style, place.left, place.top,
+                           place.right - place.left, place.bottom - place.top, parent, nullptr,
+                           ModuleHandle(), nullptr) != nullptr;
+}
+
+LRESULT SuperclassedWindow::CallBase(UINT message, WPARAM wparam, LPARAM lparam) const {
+    return Handle() != nullptr ? CallWindowProcW(base_procedure_, Handle(), message, wparam, lparam) : 0;
+}
+
+SuperclassedWindow* SuperclassedWindow::FromHandle(HWND handle) noexcept {
+    const auto procedure = reinterpret_cast<WNDPROC>(GetClassLongPtrW(handle, GCLP_WNDPROC));
+    return procedure == Procedure ? static_cast<SuperclassedWindow*>(Superclass::Pointer(handle)) : nullptr;
+}
+
+bool SuperclassedWindow::SendReflected(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) {
+    const Holder hold(*this);
+    result = SendMessageW(Handle(), message, wparam, lparam);
+    return HandledLast();
+}
+
+LRESULT CALLBACK SuperclassedWindow::Procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* window = static_cast<SuperclassedWindow*>(Superclass::Pointer(handle));
+    if (window == nullptr) {
+        // Messages after the last one that the object saw find no announcement either.
+        window = static_cast<SuperclassedWindow*>(PendingWindow::Take());
+        if (window == nullptr) return DefWindowProcW(handle, message, wparam, lparam);
+        window->Attach(handle);
+        Superclass::SetPointer(handle, window);
+    }
+    const Holder hold(*window);
+    LRESULT result = 0;
+    if (window->Dispatch(message, wparam, lparam, result)) return result;
+    result = window->CallBase(message, wparam, lparam);
+    if (message == WM_NCDESTROY) {
+        Superclass::SetPointer(handle, nullptr);
+        window->Detach();
+    }
+    return result;
+}
+
+}  // namespace ZELPropUI::Framework

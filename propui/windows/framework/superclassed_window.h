@@ -1,0 +1,36 @@
+#pragma once
+
+#include "propui/windows/framework/superclass.h"
+#include "propui/windows/framework/window.h"
+
+namespace ZELPropUI::Framework {
+
+/// An object behind a window of a superclassed platform class. Messages that it declines go on to the
+/// platform's procedure.
+class SuperclassedWindow : public Window {
+public:
+    /// The procedure for `Superclass`.
+    static LRESULT CALLBACK Procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+
+    /// The object behind a window of any class; null where it is none of ours.
+    [[nodiscard]] static SuperclassedWindow* FromHandle(HWND handle) noexcept;
+
+    /// Sends a message to the window as the parent's answer to a notification of it. True if the object
+    /// handled it.
+    bool SendReflected(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result);
+
+protected:
+    SuperclassedWindow() = default;
+    /// Destroys the window if it is still there; no message reaches the object any more.
+    ~SuperclassedWindow();
+
+    /// Creates the window as a child. False if the platform refuses.
+    [[nodiscard]] bool CreateChild(Superclass& superclass, HWND parent, const RECT& place, DWORD style);
+    /// What the platform's class does with a message.
+    LRESULT CallBase(UINT message, WPARAM wparam, LPARAM lparam) const;
+
+private:
+    WNDPROC base_procedure_ = nullptr;
+};
+
+}  // namespace ZELPropUI::Framework

@@ -1,0 +1,46 @@
+#include "propui/windows/slider.h"
+
+#include <commctrl.h>
+
+namespace ZELPropUI {
+namespace {
+
+constexpr DWORD style = 0x50010010;
+static_assert(style == (WS_CHILD | WS_VISIBLE | WS_TABSTOP | TBS_NOTICKS));
+
+Framework::Superclass window_class(L"Selvane_msctls_trackbar32", L"msctls_trackbar32",
+                                   Framework::SuperclassedWindow::Procedure);
+
+}  // namespace
+
+bool CZELSlider::Create(HWND parent, const RECT& place, HWND) {
+    return CreateChild(window_class, parent, place, style);
+}
+
+void CZELSlider::Init() {
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    if (Controller().GetPositionRange(low, high)) Send(TBM_SETRANGE, TRUE, MAKELPARAM(low, high));
+    Update();
+}
+
+void CZELSlider::Update() {
+    Enable(IsEditable());
+    UpdateValue();
+}
+
+void CZELSlider::UpdateValue() {
+    std::int32_t position = 0;
+    if (Controller().GetPosition(position)) Send(TBM_SETPOS, TRUE, position);
+    Redraw();
+}
+
+bool CZELSlider::OnMessage(UINT message, WPARAM wparam, LPARAM, LRESULT&) {
+    if (message != WM_HSCROLL && message != Framework::ocm_base + WM_HSCROLL) return false;
+    if (LOWORD(wparam) == TB_ENDTRACK) return true;
+    Controller().SetPosition(static_cast<std::int32_t>(Send(TBM_GETPOS)));
+    PostUpdateControls();
+    return true;
+}
+
+}  // namespace ZELPropUI

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "propui/windows/controller_control.h"
+
+namespace ZELPropUI {
+
+/// A trackbar. The device follows each step of a drag.
+class CZELSlider : public CControllerControl {
+public:
+    explicit CZELSlider(ISliderController* controller) : CControllerControl(controller) {}
+    bool Create(HWND parent, const RECT& place, HWND extra) override;
+    void Init() override;
+    void Update() override;
+    void UpdateValue() override;
+
+protected:
+    bool OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) override;
+};
+
+}  // namespace ZELPropUI

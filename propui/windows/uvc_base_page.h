@@ -1,0 +1,60 @@
+#pragma once
+
+#include "items/unknown.h"
+#include "platform/com_ptr.h"
+#include "propui/windows/framework/dialog_window.h"
+#include "propui/windows/framework/property_page.h"
+#include "propui/windows/window_canvas.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace genicam_adapter {
+class GenICamAdapterDevice;
+}
+
+namespace uvc_page {
+
+/// A property page that shows the items of a few groups. Lives on the window thread of its host.
+class CUVCBasePage : public ZELPropUI::Framework::PropertyPage,
+                     public ZELPropUI::Framework::DialogWindow,
+                     public ZELAdapterHelper::CUnknown {
+public:
+    /// `outer` is the object that aggregates the page, or null; `title` a string resource.
+    CUVCBasePage(IUnknown* outer, UINT title, std::vector<std::wstring> groups);
+    ~CUVCBasePage() override;
+
+    HRESULT NonDelegatingQueryInterface(REFIID iid, void** out) override;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    /// Creates the window and its controls. S_OK even if that fails: the frame stays empty then.
+    HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT place, BOOL modal) override;
+    HRESULT STDMETHODCALLTYPE Deactivate() override;
+    /// Takes the first object that is a camera with something to show on this page. E_NOINTERFACE if there is
+    /// none. Throws `hr_exception` when a camera cannot be reached or hands out a malformed description.
+    HRESULT STDMETHODCALLTYPE SetObjects(ULONG count, IUnknown** objects) override;
+
+protected:
+    bool OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) override;
+    void Hold() noexcept override { NonDelegatingAddRef(); }
+    void Drop() noexcept override { NonDelegatingRelease(); }
+    [[nodiscard]] HWND PageWindow() const noexcept override { return Handle(); }
+
+private:
+    [[nodiscard]] bool TakeObject(IUnknown& object);
+    bool BuildPage(bool measure_only);
+    void CreatePage(HWND parent, LPCRECT place);
+    void UpdateControls();
+
+    platform::com_ptr<IKsPropertySet> filter_;
+    std::vector<std::wstring> groups_;
+    ZELPropUI::ControlList controls_;
+    std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter_;
+    HFONT font_ = nullptr;  // the dialog's
+};
+
+}  // namespace uvc_page

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "propui/page_canvas.h"
+#include "propui/windows/control_base.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace ZELPropUI {
+
+using ControlList = std::vector<std::shared_ptr<CZELControlBase>>;
+
+/// Makes a layout's rows as windows on a page. Controls go into the list of the page in the order of
+/// creation.
+class WindowCanvas final : public IPageCanvas {
+public:
+    /// The list belongs to the page. Each control keeps `source`, whatever its item needs to live, for as
+    /// long as it lives itself: a page may turn to another camera in the midst of a control's work.
+    WindowCanvas(HWND page, ControlList& controls, std::shared_ptr<const void> source)
+        : page_(page), controls_(controls), source_(std::move(source)) {}
+
+    [[nodiscard]] int TextWidth(std::wstring_view text) override;
+    [[nodiscard]] int ScaleX(int measure) override;
+    [[nodiscard]] int ScaleY(int measure) override;
+    void AddLabel(const PageRect& place, std::wstring_view text) override;
+    void AddSlider(const PageRect& place, ISliderController& controller) override;
+    void AddEdit(const PageRect& place, ISliderController& controller) override;
+    void AddSpinButton(const PageRect& place, ISliderController& controller) override;
+    void AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) override;
+    void AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                   std::wstring_view caption) override;
+    void AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                   std::wstring_view caption) override;
+
+private:
+    [[nodiscard]] HFONT PageFont() const;
+    [[nodiscard]] int DotsPerInch(int direction) const;
+    /// Gives the window of the new control.
+    template <class Control, class... Arguments>
+    HWND Add(const PageRect& place, HWND extra, Arguments&&... arguments);
+
+    HWND page_;
+    ControlList& controls_;
+    std::shared_ptr<const void> source_;
+    HWND edit_ = nullptr;  // of the latest AddEdit
+};
+
+}  // namespace ZELPropUI

@@ -1,0 +1,26 @@
+#include "propui/windows/framework/module.h"
+#include "server/class_factory.h"
+#include "server/counters.h"
+#include "server/registration.h"
+
+#include <olectl.h>
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* out) {
+    return selvane_server::GetClassObject(clsid, iid, out);
+}
+
+STDAPI DllCanUnloadNow() { return selvane_server::CanUnload() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() { return selvane_server::RegisterServer(); }
+
+STDAPI DllUnregisterServer() { return selvane_server::UnregisterServer(); }
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        ZELPropUI::Framework::SetModuleHandle(module);
+        DisableThreadLibraryCalls(module);
+    } else if (reason == DLL_PROCESS_DETACH) {
+        ZELPropUI::Framework::SetModuleHandle(nullptr);
+    }
+    return TRUE;
+}

@@ -9,8 +9,14 @@
 #include "genicam/nodes/command_nodes.h"
 #include "genicam/nodes/enumeration_nodes.h"
 #include "genicam/nodes/float_nodes.h"
+#include "genicam/nodes/float_reg_nodes.h"
+#include "genicam/nodes/int_reg_nodes.h"
 #include "genicam/nodes/integer_nodes.h"
+#include "genicam/nodes/masked_int_reg_nodes.h"
 #include "genicam/nodes/port_nodes.h"
+#include "genicam/nodes/register_node.h"
+#include "genicam/nodes/string_nodes.h"
+#include "genicam/nodes/struct_entry_node.h"
 
 #include <iterator>
 #include <new>
@@ -125,6 +131,16 @@ constexpr decision_rule decision_list[] = {
     RULE("Command", has_all<child::pValue>, command_pValue_type, false),
     RULE("Enumeration", has_all<child::Value>, enumeration_Value_type, true),
     RULE("Enumeration", has_all<child::pValue>, enumeration_pValue_type, false),
+    RULE("String", always, string_type, true),
+    RULE("FloatReg", has_constant_place, float_reg_type_const_address, true),
+    RULE_WITH_FORMULAS("FloatReg", always, float_reg_type_dyn),
+    RULE("IntReg", has_constant_place, int_reg_type_const_address, true),
+    RULE_WITH_FORMULAS("IntReg", always, int_reg_type_dyn),
+    RULE_WITH_FORMULAS("Register", always, register_type),
+    RULE("MaskedIntReg", has_constant_address, masked_int_reg_type_const_address, true),
+    RULE_WITH_FORMULAS("MaskedIntReg", always, masked_int_reg_type_dyn_address),
+    RULE_WITH_FORMULAS("StringReg", always, string_reg_type),
+    RULE_WITH_FORMULAS("StructEntry", always, struct_entry_type),
     RULE("Port", (has_any<child::ChunkID, child::pChunkID>), port_chunk_type, false),
     RULE("Port", always, port_device_type, false),
 };

@@ -1,0 +1,110 @@
+#include "genicam/nodes/float_reg_nodes.h"
+
+#include "genicam/core/node_log.h"
+
+#include <cstring>
+#include <limits>
+
+namespace GenICam {
+namespace {
+
+using single_limits = std::numeric_limits<float>;
+using double_limits = std::numeric_limits<double>;
+
+constexpr std::int64_t single_size = sizeof(float);
+constexpr std::int64_t double_size = sizeof(double);
+
+constexpr bool is_float_size(std::int64_t length) noexcept {
+    return length == single_size || length == double_size;
+}
+
+// Rounded as the processor does it. The language leaves numbers beyond the greatest single undefined.
+float to_single(double number) noexcept {
+    constexpr double greatest = single_limits::max();
+    constexpr double first_infinite = 0x1.ffffffp127;  // half a step above the greatest
+    if (number > greatest) return number < first_infinite ? single_limits::max() : single_limits::infinity();
+    if (number < -greatest)
+        return number > -first_infinite ? single_limits::lowest() : -single_limits::infinity();
+    return static_cast<float>(number);
+}
+
+template <class To, class From>
+To bit_copy(From from) noexcept {
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
+}
+
+std::uint64_t bits_of(double number, std::int64_t length) noexcept {
+    return length == single_size ? bit_copy<std::uint32_t>(to_single(number))
+                                 : bit_copy<std::uint64_t>(number);
+}
+
+double number_of(std::uint64_t bits, std::int64_t length) noexcept {
+    if (length == double_size) return bit_copy<double>(bits);
+    return static_cast<double>(bit_copy<float>(static_cast<std::uint32_t>(bits)));
+}
+
+std::error_code refuse_length(const char* format, std::int64_t length) {
+    if (log_enabled(log_failure)) log_message(log_failure, format, static_cast<long long>(length));
+    return make_error_code(index_out_of_range);
+}
+
+}  // namespace
+
+float_reg_type_base::float_reg_type_base(document_services* services, pugi::xml_node xml)
+    : node_base_impl_register(services, xml) {
+    read_cache_words();
+    read_access_mode(*this);
+}
+
+void float_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    cache_.port = find_register_port(doc, xml, children());
+}
+
+result<double> float_reg_type_base::get_min(std::uint32_t) {
+    return get_length() == double_size ? double_limits::min() : double{single_limits::min()};
+}
+
+result<double> float_reg_type_base::get_max(std::uint32_t) {
+    return get_length() == double_size ? double_limits::max() : double{single_limits::max()};
+}
+
+result<double> float_reg_type_base::get_inc(std::uint32_t) { return make_error_code(not_implemented); }
+
+result<double> float_reg_type_base::get_default(std::uint32_t) { return make_error_code(not_implemented); }
+
+result<double> float_reg_type_base::read_number(const register_place& place, std::uint32_t flags) {
+    if (!is_float_size(place.length)) {
+        return refuse_length(
+            "GenICam::float_reg_type_base::get_val, length value out of range [1;8]. value=%I64d.\n",
+            place.length);
+    }
+    std::uint64_t bits = 0;
+    if (const std::error_code failure = cache_.read_word(place, bits, flags)) return failure;
+    return number_of(bits, place.length);
+}
+
+std::error_code float_reg_type_base::write_number(const register_place& place, double value,
+                                                  std::uint32_t flags) {
+    if (!is_float_size(place.length)) {
+        return refuse_length(
+            "GenICam::float_reg_type_base::set_val, length value should be either 4 or 8. value=%I64d.\n",
+            place.length);
+    }
+    return cache_.write_word(place, bits_of(value, place.length), flags);
+}
+
+float_reg_type_const_address::float_reg_type_const_address(document_services* services, pugi::xml_node xml)
+    : placed_register(services, xml, register_const_address_eval(xml)) {}
+
+float_reg_type_dyn::float_reg_type_dyn(document_services* services, pugi::xml_node xml)
+    : placed_register(services, xml, register_dyn_address_eval()) {}
+
+void float_reg_type_dyn::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    float_reg_type_base::_resolve_references(doc, xml);
+    place_.resolve_references_len(doc, xml, children(), this);
+}
+
+}  // namespace GenICam

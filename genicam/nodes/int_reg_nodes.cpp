@@ -1,0 +1,62 @@
+#include "genicam/nodes/int_reg_nodes.h"
+
+#include "genicam/core/node_log.h"
+
+#include <algorithm>
+
+namespace GenICam {
+
+int_reg_type_base::int_reg_type_base(document_services* services, pugi::xml_node xml)
+    : node_base_impl_register(services, xml) {
+    read_cache_words();
+    if (children().has(child::Sign)) cache_.sign = parse_sign(xml);
+    read_access_mode(*this);
+}
+
+void int_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    cache_.port = find_register_port(doc, xml, children());
+}
+
+integer_range int_reg_type_base::get_value_range() {
+    const std::int64_t length = std::clamp<std::int64_t>(get_length(), 0, word_size);
+    return range_of_bits(static_cast<unsigned>(length) * 8, cache_.sign);
+}
+
+result<std::int64_t> int_reg_type_base::read_number(const register_place& place, std::uint32_t flags) {
+    if (!fits_word(place.length)) {
+        log_node(
+            "GenICam::int_reg_type_base::get_val, IntReg (\"%s\"). Invalid Length value=%lld out of range "
+            "[1;8].\n",
+            *this, static_cast<long long>(place.length));
+        return make_error_code(index_out_of_range);
+    }
+    std::uint64_t word = 0;
+    if (const std::error_code failure = cache_.read_word(place, word, flags)) return failure;
+    if (cache_.sign == Sign::Signed) word = extend_sign(word, static_cast<unsigned>(place.length) * 8);
+    return static_cast<std::int64_t>(word);
+}
+
+std::error_code int_reg_type_base::write_number(const register_place& place, std::int64_t value,
+                                                std::uint32_t flags) {
+    if (!fits_word(place.length)) {
+        log_node(
+            "GenICam::int_reg_type_base::set_val, IntReg (\"%s\"). Invalid Length value=%lld out of range "
+            "[1;8].\n",
+            *this, static_cast<long long>(place.length));
+        return make_error_code(index_out_of_range);
+    }
+    return cache_.write_word(place, static_cast<std::uint64_t>(value), flags);
+}
+
+int_reg_type_const_address::int_reg_type_const_address(document_services* services, pugi::xml_node xml)
+    : placed_register(services, xml, register_const_address_eval(xml)) {}
+
+int_reg_type_dyn::int_reg_type_dyn(document_services* services, pugi::xml_node xml)
+    : placed_register(services, xml, register_dyn_address_eval()) {}
+
+void int_reg_type_dyn::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    int_reg_type_base::_resolve_references(doc, xml);
+    place_.resolve_references_len(doc, xml, children(), this);
+}
+
+}  // namespace GenICam

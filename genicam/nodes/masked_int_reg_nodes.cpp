@@ -1,0 +1,70 @@
+#include "genicam/nodes/masked_int_reg_nodes.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/core/number_parser.h"
+
+namespace GenICam {
+namespace {
+
+constexpr std::int32_t fallback_length = 4;
+
+}  // namespace
+
+masked_int_reg_type_base::masked_int_reg_type_base(document_services* services, pugi::xml_node xml)
+    : node_base_impl_bit_field(services, xml) {
+    if (children().has(child::Endianess)) cache_.endianess = parse_endianess(xml);
+    read_access_mode(*this);
+}
+
+void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    std::int64_t length = 0;
+    if (parse_int(child_text(xml, children(), child::Length), length) == 0 || length < 0) {
+        log_element(
+            "GenICam::masked_int_reg_type_base::_resolve_references, %s (\"%s\"). Failed to parse \"Length\" "
+            "XML "
+            "element.\n",
+            xml);
+    } else {
+        length_ = fits_word(length) ? static_cast<std::int32_t>(length) : fallback_length;
+    }
+    cache_.port = find_register_port(doc, xml, children());
+}
+
+masked_int_reg_type_const_address::masked_int_reg_type_const_address(document_services* services,
+                                                                     pugi::xml_node xml)
+    : masked_int_reg_type_base(services, xml), address_(calc_address_nodes_sum(xml)) {}
+
+std::error_code masked_int_reg_type_const_address::set_val(std::int64_t value, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    return spread_write(*this, write_field({address_, length()}, value, flags));
+}
+
+result<std::int64_t> masked_int_reg_type_const_address::get_val(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    return read_field({address_, length()}, flags);
+}
+
+void masked_int_reg_type_dyn_address::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    address_.resolve_references(doc, xml, children(), this);
+    masked_int_reg_type_base::_resolve_references(doc, xml);
+}
+
+result<std::uint64_t> masked_int_reg_type_dyn_address::get_address(std::uint32_t flags) {
+    return address_.calc_address(length(), flags);
+}
+
+std::error_code masked_int_reg_type_dyn_address::set_val(std::int64_t value, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const result<std::uint64_t> address = get_address(flags);
+    if (!address) return address.error();
+    return spread_write(*this, write_field({address.assume_value(), length()}, value, flags));
+}
+
+result<std::int64_t> masked_int_reg_type_dyn_address::get_val(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    const result<std::uint64_t> address = get_address(flags);
+    if (!address) return address.error();
+    return read_field({address.assume_value(), length()}, flags);
+}
+
+}  // namespace GenICam

@@ -1,0 +1,196 @@
+#include "genicam/nodes/register_address.h"
+
+#include "genicam/core/node_log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/genicam_doc.h"
+
+#include <cstddef>
+
+namespace GenICam {
+namespace {
+
+constexpr std::int64_t default_length = 4;
+
+constexpr const char* term_names[] = {"IntSwissKnife", "pAddress", "pIndex"};
+
+std::size_t count_terms(pugi::xml_node xml) {
+    std::size_t count = 0;
+    for (const char* name : term_names) {
+        for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
+    }
+    return count;
+}
+
+std::error_code fail_term(const char* format, const std::error_code& failure) {
+    // An address does not know whose it is.
+    if (log_enabled(log_failure)) log_message(log_failure, format, "RegisterNodeTemplate", "Unknown");
+    return failure;
+}
+
+// What one term adds to the address. Wraps, so everything is unsigned.
+result<std::uint64_t> evaluate_index(const address_term& term, std::int64_t length, std::uint32_t flags) {
+    const result<std::int64_t> index = get_eval_int(term.index_node, flags);
+    if (!index) {
+        return fail_term(
+            "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from \"pIndex\" "
+            "element.\n",
+            index.error());
+    }
+    auto stride = static_cast<std::uint64_t>(term.offset);
+    if (term.value_node != nullptr) {
+        const result<std::int64_t> offset = get_eval_int(term.value_node, flags);
+        if (!offset) {
+            return fail_term(
+                "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from "
+                "\"pIndex/@pOffset\" element.\n",
+                offset.error());
+        }
+        stride += static_cast<std::uint64_t>(offset.assume_value());
+    } else if (term.offset == 0) {
+        stride = static_cast<std::uint64_t>(length);
+    }
+    return stride * static_cast<std::uint64_t>(index.assume_value());
+}
+
+result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t flags) {
+    const result<std::int64_t> value = get_eval_int(term.value_node, flags);
+    if (!value) {
+        return fail_term(
+            "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from \"pAddres\" "
+            "element.\n",
+            value.error());
+    }
+    return static_cast<std::uint64_t>(value.assume_value());
+}
+
+}  // namespace
+
+std::uint64_t calc_address_nodes_sum(pugi::xml_node xml) {
+    std::uint64_t sum = 0;
+    for (const pugi::xml_node element : xml.children("Address")) {
+        std::int64_t address = 0;
+        if (parse_int(element.child_value(), address) == 0) {
+            log_element(
+                "calc_address_nodes_sum, %s (\"%s\"). Node contains invalid \"Address\" XML element.\n", xml);
+        }
+        sum += static_cast<std::uint64_t>(address);
+    }
+    return sum;
+}
+
+IPort* find_register_port(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children) {
+    return static_cast<IPort*>(doc->find_port(child_text(xml, children, child::pPort)));
+}
+
+register_const_address_eval::register_const_address_eval(pugi::xml_node xml) : place_{0, 0} {
+    if (parse_int(child_text(xml, child::Length), place_.length) == 0) {
+        log_element(
+            "GenICam::register_const_address_eval::register_const_address_eval, %s (\"%s\"). Failed to parse "
+            "\"Length\" XML element.\n",
+            xml);
+    }
+    place_.address = calc_address_nodes_sum(xml);
+}
+
+void address_eval::resolve_references(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children,
+                                      INode* self) {
+    if (children.has(child::Address)) base_ = calc_address_nodes_sum(xml);
+    if (!children.has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
+    terms_.reserve(count_terms(xml));
+    for (const pugi::xml_node element : xml.children("IntSwissKnife")) {
+        append_added(doc->find_node(element.attribute("Name").value()), xml, self,
+                     "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
+                     "\"IntSwissKnife\" XML element.\n");
+    }
+    for (const pugi::xml_node element : xml.children("pAddress")) {
+        append_added(doc->find_node(element.child_value()), xml, self,
+                     "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
+                     "\"pAddress\" XML element.\n");
+    }
+    for (const pugi::xml_node element : xml.children("pIndex")) append_index(doc, xml, element, self);
+}
+
+void address_eval::append_added(INode* node, pugi::xml_node xml, INode* self, const char* unresolved) {
+    if (node == nullptr) {
+        log_element(unresolved, xml);
+        return;
+    }
+    address_term term;
+    term.value_node = node;
+    terms_.push_back(term);
+    node->get_eval()->add_dependent(self);
+}
+
+void address_eval::append_index(IGenICamDoc* doc, pugi::xml_node xml, pugi::xml_node element, INode* self) {
+    address_term term;
+    term.index_node = doc->find_node(element.child_value());
+    if (term.index_node == nullptr) {
+        log_element(
+            "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid \"pIndex\" XML "
+            "element.\n",
+            xml);
+        return;
+    }
+    const pugi::xml_attribute offset = element.attribute("Offset");
+    if (offset && parse_int(offset.value(), term.offset) == 0) {
+        log_element(
+            "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
+            "\"pIndex/@Offset\" XML "
+            "element.\n",
+            xml);
+    }
+    if (const pugi::xml_attribute offset_node = element.attribute("pOffset")) {
+        term.value_node = doc->find_node(offset_node.value());
+        if (term.value_node != nullptr) {
+            term.value_node->get_eval()->add_dependent(self);
+        } else {
+            log_element(
+                "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
+                "\"pIndex/@pOffset\" XML element.\n",
+                xml);
+        }
+    }
+    terms_.push_back(term);
+}
+
+result<std::uint64_t> address_eval::add_terms(std::int64_t length, std::uint32_t flags) const {
+    std::uint64_t address = base_;
+    for (const address_term& term : terms_) {
+        const result<std::uint64_t> added =
+            term.index_node != nullptr ? evaluate_index(term, length, flags) : evaluate_added(term, flags);
+        if (!added) return added.error();
+        address += added.assume_value();
+    }
+    return address;
+}
+
+void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, pugi::xml_node xml,
+                                                       const child_set& children, INode* self) {
+    length_.store(resolve_link_or_value_(doc, xml, "Length", "pLength"), self);
+    if (length_.kind == limit_kind::absent) {
+        if (log_enabled(log_failure)) {
+            log_message(log_failure,
+                        "resolve_references_len, node=\"%s\". Node contains neither pLength nor Length XML "
+                        "elements.\n",
+                        xml.attribute("Name").value());
+        }
+        length_.number = default_length;
+        length_.kind = limit_kind::constant;
+    }
+    address_.resolve_references(doc, xml, children, self);
+}
+
+result<register_place> register_dyn_address_eval::get_address_and_length(std::uint32_t flags) const {
+    const result<std::int64_t> length = length_.evaluate(flags);
+    if (!length) return length.error();
+    const result<std::uint64_t> address = address_.calc_address(length.assume_value(), flags);
+    if (!address) return address.error();
+    return register_place{address.assume_value(), length.assume_value()};
+}
+
+std::int64_t register_dyn_address_eval::get_length() const {
+    const result<std::int64_t> length = length_.evaluate(access_flags::none);
+    return length ? length.assume_value() : default_length;
+}
+
+}  // namespace GenICam

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "genicam/core/children.h"
+#include "genicam/inode.h"
+#include "genicam/nodes/range_record.h"
+
+#include <cstdint>
+
+#include <boost/container/small_vector.hpp>
+#include <pugixml.hpp>
+
+namespace GenICam {
+
+class IGenICamDoc;
+
+/// Where a register lies and how many bytes it has. The length is what the description says, not yet checked.
+struct register_place {
+    std::uint64_t address;
+    std::int64_t length;
+};
+
+/// The sum of the `Address` children, wrapping; a child that is no number is logged and left out.
+[[nodiscard]] std::uint64_t calc_address_nodes_sum(pugi::xml_node xml);
+
+/// The port named by `pPort`, "Device" without a name; null if there is no such port.
+[[nodiscard]] IPort* find_register_port(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children);
+
+/// The place of a register that the description fixes.
+class register_const_address_eval {
+public:
+    explicit register_const_address_eval(pugi::xml_node xml);
+
+    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t) const { return place_; }
+    [[nodiscard]] std::int64_t get_length() const noexcept { return place_.length; }
+
+private:
+    register_place place_;
+};
+
+/// One dynamic part of an address: a node that is added, or an index times a stride.
+struct address_term {
+    INode* index_node = nullptr;  ///< null for a node that is added
+    INode* value_node = nullptr;  ///< what is added; of an index the `pOffset` node or null
+    std::int64_t offset = 0;      ///< of an index
+};
+
+/// An address that depends on other nodes, computed anew at each access.
+class address_eval {
+public:
+    /// `self` becomes a dependent of every node of the address except the indexes.
+    void resolve_references(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children, INode* self);
+
+    /// The register's length is the stride of an index that states none. Wraps at 64 bits.
+    [[nodiscard]] result<std::uint64_t> calc_address(std::int64_t length, std::uint32_t flags) const {
+        if (terms_.empty()) return base_;
+        return add_terms(length, flags);
+    }
+
+private:
+    void append_added(INode* node, pugi::xml_node xml, INode* self, const char* unresolved);
+    void append_index(IGenICamDoc* doc, pugi::xml_node xml, pugi::xml_node element, INode* self);
+    [[nodiscard]] result<std::uint64_t> add_terms(std::int64_t length, std::uint32_t flags) const;
+
+    std::uint64_t base_ = 0;
+    boost::container::small_vector<address_term, 1> terms_;
+};
+
+/// The place of a register that depends on other nodes: an address with the length record.
+class register_dyn_address_eval {
+public:
+    /// `self` becomes a dependent of `pLength` too. Without a usable length the register has 4 bytes.
+    void resolve_references_len(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children, INode* self);
+
+    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t flags) const;
+    /// 4 where the length cannot be evaluated.
+    [[nodiscard]] std::int64_t get_length() const;
+
+private:
+    address_eval address_;
+    integer_pair length_;
+};
+
+}  // namespace GenICam

@@ -1,0 +1,26 @@
+#include "genicam/nodes/register_base.h"
+
+#include <limits>
+
+namespace GenICam {
+
+void read_access_mode(node_base_data& node) {
+    if (node.children().has(child::AccessMode)) node.set_actual_access_mode(parse_access_mode(node.xml()));
+}
+
+void node_base_impl_register::read_cache_words() {
+    if (children().has(child::Cachable)) cache_.cachable = parse_cachable(xml(), Cachable::NoCache);
+    if (children().has(child::Endianess)) cache_.endianess = parse_endianess(xml());
+}
+
+integer_range range_of_bits(unsigned bits, Sign sign) noexcept {
+    constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
+    if (bits == 0) return {0, 0};
+    if (sign == Sign::Signed) {
+        const std::int64_t max = highest >> (64 - bits);
+        return {-max - 1, max};
+    }
+    return {0, bits == 64 ? highest : highest >> (63 - bits)};
+}
+
+}  // namespace GenICam

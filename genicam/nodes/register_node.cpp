@@ -1,0 +1,57 @@
+#include "genicam/nodes/register_node.h"
+
+#include "genicam/core/node_log.h"
+
+namespace GenICam {
+
+register_type::register_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_value(services, xml) {
+    read_access_mode(*this);
+}
+
+void register_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    place_.resolve_references_len(doc, xml, children(), this);
+    port_ = find_register_port(doc, xml, children());
+    if (port_ == nullptr) {
+        log_node("GenICam::register_type::_resolve_references, Register (\"%s\"). Failed resolve port.\n",
+                 *this);
+    }
+}
+
+result<register_place> register_type::find_bytes(std::int64_t length, std::uint32_t flags) const {
+    const result<register_place> place = place_.get_address_and_length(flags);
+    if (place && (length < 1 || length > place.assume_value().length))
+        return make_error_code(invalid_parameter);
+    return place;
+}
+
+std::error_code register_type::read(void* buffer, std::int64_t length, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (port_ == nullptr) return make_error_code(not_implemented);
+    const result<register_place> place = find_bytes(length, flags);
+    if (!place) return place.error();
+    return port_->read(place.assume_value().address, buffer, length, flags);
+}
+
+// Asks for the port first, unlike a read.
+std::error_code register_type::write(const void* buffer, std::int64_t length, std::uint32_t flags) {
+    if (port_ == nullptr) return make_error_code(not_implemented);
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const result<register_place> place = find_bytes(length, flags);
+    if (!place) return place.error();
+    return spread_write(*this, port_->write(place.assume_value().address, buffer, length, flags));
+}
+
+result<std::uint64_t> register_type::get_address(std::uint32_t flags) {
+    const result<register_place> place = place_.get_address_and_length(flags);
+    if (!place) return place.error();
+    return place.assume_value().address;
+}
+
+result<std::int64_t> register_type::get_length(std::uint32_t flags) {
+    const result<register_place> place = place_.get_address_and_length(flags);
+    if (!place) return place.error();
+    return place.assume_value().length;
+}
+
+}  // namespace GenICam

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "genicam/nodes/register_base.h"
+
+namespace GenICam {
+
+/// `Register`: a block of bytes, not cached.
+class register_type final : public node_base_impl_value, public implement_inode_IRegister<register_type> {
+public:
+    register_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code read(void* buffer, std::int64_t length, std::uint32_t flags) override;
+    std::error_code write(const void* buffer, std::int64_t length, std::uint32_t flags) override;
+    result<std::uint64_t> get_address(std::uint32_t flags) override;
+    result<std::int64_t> get_length(std::uint32_t flags) override;
+
+private:
+    /// The register's place, if it is at least `length` bytes long.
+    [[nodiscard]] result<register_place> find_bytes(std::int64_t length, std::uint32_t flags) const;
+
+    IPort* port_ = nullptr;
+    register_dyn_address_eval place_;
+};
+
+}  // namespace GenICam

@@ -1,0 +1,55 @@
+#include "genicam/nodes/struct_entry_node.h"
+
+#include <string_view>
+
+namespace GenICam {
+namespace {
+
+// The element with the settings that the entries share: usually the parent, but groups may lie between.
+pugi::xml_node find_frame(pugi::xml_node entry) {
+    for (pugi::xml_node frame = entry.parent(); frame; frame = frame.parent()) {
+        if (frame.name() == std::string_view("StructReg")) return frame;
+    }
+    return entry.parent();
+}
+
+}  // namespace
+
+struct_entry_type::struct_entry_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_bit_field(services, xml) {
+    const pugi::xml_node frame = find_frame(xml);
+    const std::optional<Cachable> own_cachable = find_cachable(xml);
+    cache_.cachable = own_cachable ? *own_cachable : parse_cachable(frame, Cachable::NoCache);
+    cache_.endianess = parse_endianess(frame);
+    const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml);
+    set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame));
+}
+
+void struct_entry_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    const pugi::xml_node frame = find_frame(xml);
+    const child_set children_of_frame(frame);
+    place_.resolve_references_len(doc, frame, children_of_frame, this);
+    cache_.port = find_register_port(doc, frame, children_of_frame);
+}
+
+result<register_place> struct_entry_type::find_word(std::uint32_t flags) const {
+    const result<register_place> place = place_.get_address_and_length(flags);
+    if (place && !fits_word(place.assume_value().length)) return make_error_code(index_out_of_range);
+    return place;
+}
+
+std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {
+    if (const std::error_code refused = check_access(true, flags)) return refused;
+    const result<register_place> place = find_word(flags);
+    if (!place) return place.error();
+    return spread_write(*this, write_field(place.assume_value(), value, flags));
+}
+
+result<std::int64_t> struct_entry_type::get_val(std::uint32_t flags) {
+    if (const std::error_code refused = check_access(false, flags)) return refused;
+    const result<register_place> place = find_word(flags);
+    if (!place) return place.error();
+    return read_field(place.assume_value(), flags);
+}
+
+}  // namespace GenICam

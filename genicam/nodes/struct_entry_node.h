@@ -1,0 +1,24 @@
+#pragma once
+
+#include "genicam/nodes/bit_field.h"
+
+namespace GenICam {
+
+/// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of
+/// more than 8 bytes, or of none, fails every read and write with `index_out_of_range`.
+class struct_entry_type final : public node_base_impl_bit_field,
+                                public implement_inode_register_integer<struct_entry_type> {
+public:
+    struct_entry_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+
+private:
+    [[nodiscard]] result<register_place> find_word(std::uint32_t flags) const;
+
+    register_dyn_address_eval place_;
+};
+
+}  // namespace GenICam

@@ -15,18 +15,22 @@ class register_memory;
 
 /// What a camera is and what its driver offers.
 struct camera_options {
-    std::vector<std::string> descriptions; ///< texts of device descriptions, by index
-    bool named_access = true;              ///< property 4 of the device set
-    bool register_access = true;           ///< property 3 of the device set
+    std::vector<std::string> descriptions;  ///< texts of device descriptions, by index
+    bool named_access = true;               ///< property 4 of the device set
+    bool register_access = true;            ///< property 3 of the device set
     bool gate_set = true;
     std::uint32_t device_kind = 5;
     /// First field of the description requests that the driver accepts.
     std::uint32_t description_field = 1;
-    bool property_set = true;   ///< whether the filter has IKsPropertySet at all
-    bool camera_control = true; ///< whether it has IAMCameraControl
+    bool property_set = true;    ///< whether the filter has IKsPropertySet at all
+    bool camera_control = true;  ///< whether it has IAMCameraControl
     bool video_proc_amp = true;
     vendor_model vendor;
-    /// Fills the register memory before the camera is used.
+    /// Contents of the register memory at the start, in the form that `register_memory::load` takes.
+    std::string memory;
+    /// Writes the `Default` of every feature that states one, where it can be written.
+    bool start_from_defaults = false;
+    /// Gives the registers their behaviour: protected areas, commands, registers that change by themselves.
     std::function<void(register_memory&)> prepare_memory;
     /// Keeps the transcript; benchmarks and fuzzers do without.
     bool keep_transcript = true;
@@ -45,6 +49,8 @@ struct camera_name {
 /// A description that is built into the program, by its file name without extension ("simulated_camera");
 /// empty for an unknown one.
 [[nodiscard]] std::string_view bundled_description(std::string_view name);
-[[nodiscard]] std::vector<std::string_view> bundled_description_names();
+[[nodiscard]] const std::vector<std::string_view>& bundled_description_names();
+/// The register contents that belong to a bundled description; empty where there are none.
+[[nodiscard]] std::string_view bundled_memory(std::string_view name);
 
-} // namespace simcam
+}  // namespace simcam

@@ -29,22 +29,24 @@ enum class call_kind {
 
 /// One call of the driver, as it came and as it was answered.
 struct driver_call {
-    std::uint64_t number = 0; ///< from 1; every call of a camera counts, whatever becomes of it
+    std::uint64_t number = 0;  ///< from 1; every call of a camera counts, whatever becomes of it
     call_kind kind = call_kind::get;
-    GUID set = {};             ///< of property-set calls
-    DWORD id = 0;              ///< the property of the set, or the DirectShow property
-    bytes instance;            ///< instance data as handed over
-    bytes data;                ///< the data buffer as handed over
-    bytes answer;              ///< the data buffer after a successful `Get`
-    bool one_buffer = false;   ///< instance and data were the same memory
-    DWORD support = 0;         ///< answer of `QuerySupported`
-    DWORD returned = 0;        ///< size that a `Get` reported
-    std::string path;          ///< of named feature access
-    std::uint64_t address = 0; ///< of register access
-    std::vector<LONG> numbers; ///< DirectShow: min, max, step, default, flags, or value, flags
+    GUID set = {};              ///< of property-set calls
+    DWORD id = 0;               ///< the property of the set, or the DirectShow property
+    bytes instance;             ///< instance data as handed over
+    bytes data;                 ///< the data buffer as handed over
+    bytes answer;               ///< the data buffer after a successful `Get`
+    bool one_buffer = false;    ///< instance and data were the same memory
+    DWORD support = 0;          ///< answer of `QuerySupported`
+    DWORD returned = 0;         ///< size that a `Get` reported
+    std::string path;           ///< of named feature access
+    std::uint64_t address = 0;  ///< of register access
+    std::vector<LONG> numbers;  ///< DirectShow: min, max, step, default, flags, or value, flags
     HRESULT result = S_OK;
-    std::string text; ///< the readable line
+    std::string text;  ///< the readable line
 };
+
+[[nodiscard]] bool is_property_call(call_kind kind) noexcept;
 
 using call_filter = std::function<bool(const driver_call&)>;
 
@@ -58,4 +60,4 @@ using call_filter = std::function<bool(const driver_call&)>;
 [[nodiscard]] call_filter suffix_calls(std::string suffix);
 [[nodiscard]] call_filter register_calls(std::uint64_t address);
 
-} // namespace simcam
+}  // namespace simcam

@@ -15,14 +15,14 @@ namespace simcam {
 struct fault {
     static constexpr std::uint64_t always = std::numeric_limits<std::uint64_t>::max();
 
-    call_filter when;        ///< empty: every call
-    std::uint64_t first = 1; ///< from 1
+    call_filter when;         ///< empty: every call
+    std::uint64_t first = 1;  ///< from 1
     std::uint64_t count = always;
-    std::optional<HRESULT> result; ///< the driver does nothing and answers this
-    std::optional<DWORD> returned; ///< size that a `Get` reports, whatever it wrote
-    std::optional<DWORD> support;  ///< word that a `QuerySupported` gives
-    std::optional<bytes> data;     ///< laid over the data of a `Get`, cut to the buffer
-    std::function<void()> action;  ///< runs before the driver does anything; what it throws leaves the call
+    std::optional<HRESULT> result;  ///< the driver does nothing and answers this
+    std::optional<DWORD> returned;  ///< size that a `Get` reports, whatever it wrote
+    std::optional<DWORD> support;   ///< word that a `QuerySupported` gives
+    std::optional<bytes> data;      ///< laid over the data of a `Get`, cut to the buffer
+    std::function<void()> action;   ///< runs before the driver does anything; what it throws leaves the call
 };
 
 /// Fails one call, the n-th from now (from 1).
@@ -35,4 +35,4 @@ struct fault {
 [[nodiscard]] fault claim_size(call_filter when, DWORD returned);
 [[nodiscard]] fault answer_bytes(call_filter when, bytes data);
 
-} // namespace simcam
+}  // namespace simcam

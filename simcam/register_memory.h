@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <istream>
 #include <map>
-#include <memory>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace simcam {
@@ -47,9 +47,10 @@ public:
     /// themselves.
     void after_write(std::uint64_t address, std::uint64_t length, hook run);
 
-    /// Reads lines "address: bytes" in hexadecimal ("#" starts a comment) into the memory. False, with the
-    /// number of the line, at the first that is neither; lines before it are in.
-    [[nodiscard]] bool load(std::istream& text, std::size_t& bad_line);
+    /// Takes contents from lines "address: contents", where contents are bytes in hexadecimal and texts in
+    /// quotes and "#" starts a comment: `0x0100: "Selvane" 00 # vendor`. Gives 0, or the number of the first
+    /// line that is not so; the lines before it are in.
+    [[nodiscard]] std::size_t load(std::string_view lines);
 
 private:
     static constexpr std::size_t page_size = 256;
@@ -63,6 +64,7 @@ private:
 
     [[nodiscard]] std::error_code check(std::uint64_t address, std::int64_t length,
                                         area_access forbidden) const;
+    void run_hooks(const std::vector<area>& hooks, std::uint64_t address, std::uint64_t length);
 
     std::map<std::uint64_t, page> pages_;
     std::vector<area> protections_;
@@ -70,4 +72,4 @@ private:
     std::vector<area> write_hooks_;
 };
 
-} // namespace simcam
+}  // namespace simcam

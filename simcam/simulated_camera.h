@@ -11,11 +11,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace simcam {
-
-class camera_core;
 
 /// A capture filter with a camera behind it, made of nothing but memory. It offers IKsPropertySet,
 /// IAMCameraControl and IAMVideoProcAmp as its options say, and answers the gate set, the device set and the
@@ -51,7 +50,7 @@ public:
     [[nodiscard]] std::vector<driver_call> calls() const;
     void clear_transcript();
     /// Every call made, also those cleared or not kept.
-    [[nodiscard]] std::uint64_t call_count() const noexcept;
+    [[nodiscard]] std::uint64_t call_count() const;
     /// Hears of each call when it has been answered, on the thread of the call.
     void set_listener(std::function<void(const driver_call&)> listener);
 
@@ -63,24 +62,33 @@ public:
     [[nodiscard]] vendor_model& vendor() noexcept;
     [[nodiscard]] const camera_options& options() const noexcept;
     [[nodiscard]] std::size_t document_count() const noexcept;
-    /// The camera's own view of a description.
-    [[nodiscard]] GenICam::IGenICamDoc& document(std::size_t index);
+    /// The camera's own view of a description; null for one that does not parse.
+    [[nodiscard]] GenICam::IGenICamDoc* document(std::size_t index);
     /// A feature of the camera's own view, in the first description that has it; null for none.
     [[nodiscard]] GenICam::INode* find_node(std::string_view name);
-    /// Answers a path like property 4 does, 8 bytes or a text.
-    [[nodiscard]] HRESULT get_named(std::string_view path, std::uint64_t& raw);
+    // Paths are answered as property 4 does, and fail with what it would answer.
+    [[nodiscard]] HRESULT get_named(std::string_view path, std::int64_t& value);
     [[nodiscard]] HRESULT get_named(std::string_view path, double& value);
-    [[nodiscard]] HRESULT get_named(std::string_view path, std::string& entry);
-    HRESULT set_named(std::string_view path, std::uint64_t raw);
-    HRESULT set_named(std::string_view path, double value);
-    HRESULT set_named(std::string_view path, std::string_view entry);
+    [[nodiscard]] HRESULT get_named(std::string_view path, std::string& text);
+    /// Numbers go as the 8 bytes of a double or of an integer, as their type says: the path's own kind must
+    /// agree.
+    template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+    HRESULT set_named(std::string_view path, Number value) {
+        using wire = std::conditional_t<std::is_floating_point_v<Number>, double, std::int64_t>;
+        return set_named_bytes(path, static_cast<wire>(value));
+    }
+    HRESULT set_named(std::string_view path, std::string_view text);
 
 private:
     friend platform::com_ptr<simulated_camera> make_camera(camera_options options);
     explicit simulated_camera(camera_options options);
     ~simulated_camera();
 
-    std::unique_ptr<camera_core> core_;
+    HRESULT set_named_bytes(std::string_view path, std::int64_t value);
+    HRESULT set_named_bytes(std::string_view path, double value);
+
+    class parts;
+    std::unique_ptr<parts> parts_;
 };
 
 using camera_ptr = platform::com_ptr<simulated_camera>;
@@ -89,4 +97,4 @@ using camera_ptr = platform::com_ptr<simulated_camera>;
 /// A ready-made camera; null for an unknown name.
 [[nodiscard]] camera_ptr make_camera(std::string_view name);
 
-} // namespace simcam
+}  // namespace simcam

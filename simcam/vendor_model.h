@@ -14,11 +14,21 @@ constexpr DWORD support_both = support_get | support_set;
 /// What the driver does with a value outside the limits.
 enum class limit_policy { clamp, refuse, accept };
 
+// Bits of the trigger property's flags, and of its capabilities.
+constexpr std::uint32_t trigger_flag_off = 1U << 2;
+constexpr std::uint32_t trigger_flag_polarity = 1U << 24;
+constexpr std::uint32_t trigger_flag_operation = 1U << 25;
+
+// Bits of the strobe's restrictions.
+constexpr std::int32_t strobe_without_polarity = 1;
+constexpr std::int32_t strobe_without_delay = 2;
+constexpr std::int32_t strobe_exposure_only = 4;
+
 /// A property of the 48-byte record.
 struct integer_property {
     std::int32_t value = 0;
-    std::int32_t flags = 2;
-    std::int32_t capabilities = 2;
+    std::uint32_t flags = 2;
+    std::uint32_t capabilities = 2;
     std::int32_t min = 0;
     std::int32_t max = 1;
     std::int32_t default_value = 0;
@@ -32,8 +42,8 @@ struct float_property {
     float min = 0;
     float max = 1;
     float default_value = 0;
-    std::int32_t flags = 2;
-    std::int32_t capabilities = 2;
+    std::uint32_t flags = 2;
+    std::uint32_t capabilities = 2;
     limit_policy policy = limit_policy::clamp;
     DWORD support = support_both;
 };
@@ -61,8 +71,8 @@ struct strobe_property {
 /// A property of IAMCameraControl or IAMVideoProcAmp.
 struct direct_show_property {
     std::int32_t value = 0;
-    std::int32_t flags = 2; ///< 1 automatic, 2 manual
-    std::int32_t capabilities = 2;
+    std::uint32_t flags = 2;  ///< 1 automatic, 2 manual
+    std::uint32_t capabilities = 2;
     std::int32_t min = 0;
     std::int32_t max = 1;
     std::int32_t step = 1;
@@ -75,11 +85,12 @@ struct direct_show_property {
 struct vendor_model {
     std::map<DWORD, integer_property> integers;
     std::map<DWORD, float_property> floats;
-    std::map<DWORD, gpio_property> gpio;                 ///< 122 alone
-    std::map<DWORD, strobe_property> strobe;             ///< 125 alone
-    std::map<DWORD, integer_property> color_enhancement; ///< property 0 of the set of its own
+    std::map<DWORD, gpio_property> gpio;                  ///< 122 alone
+    std::map<DWORD, strobe_property> strobe;              ///< 125 alone
+    std::map<DWORD, integer_property> color_enhancement;  ///< property 0 of the set of its own
     std::map<LONG, direct_show_property> camera_control;
     std::map<LONG, direct_show_property> video_proc_amp;
+    std::uint64_t software_triggers = 0;  ///< how many have come while the trigger was on
 
     /// Removes a vendor property of any record.
     void remove(DWORD id);
@@ -88,4 +99,4 @@ struct vendor_model {
 /// Every property and DirectShow interface that the built-in items use, as a capable camera has them.
 [[nodiscard]] vendor_model full_vendor_model();
 
-} // namespace simcam
+}  // namespace simcam

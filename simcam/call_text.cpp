@@ -1,0 +1,196 @@
+#include "simcam/call_text.h"
+
+#include "adapter/device_property_set.h"
+#include "items/vendor_properties.h"
+#include "platform/text.h"
+#include "simcam/io_records.h"
+
+#include <fmt/format.h>
+
+#include <cstring>
+#include <iterator>
+#include <optional>
+
+namespace simcam {
+namespace {
+
+using namespace genicam_adapter;
+using namespace ZELAdapterHelper;
+
+constexpr std::size_t longest_byte_list = 64;
+
+template <class Value>
+std::optional<Value> read_as(const bytes& data) {
+    Value value;
+    if (data.size() < sizeof(value)) return std::nullopt;
+    std::memcpy(&value, data.data(), sizeof(value));
+    return value;
+}
+
+std::string set_name(REFGUID set) {
+    if (set == gate_property_set) return "gate";
+    if (set == device_property_set) return "device";
+    if (set == vendor_property_set) return "vendor";
+    if (set == color_enhancement_set) return "color-enhancement";
+    return platform::narrow(platform::format_guid(set));
+}
+
+std::string hex_bytes(const bytes& data) {
+    std::string text;
+    for (std::size_t at = 0; at < data.size() && at < longest_byte_list; ++at) {
+        fmt::format_to(std::back_inserter(text), at == 0 ? "{:02X}" : " {:02X}", data[at]);
+    }
+    if (data.size() > longest_byte_list) {
+        fmt::format_to(std::back_inserter(text), " ... ({} bytes)", data.size());
+    }
+    return text;
+}
+
+// Up to the first zero.
+std::string quoted(const bytes& data) {
+    std::string text(data.begin(), data.end());
+    return fmt::format("\"{}\"", text.c_str());
+}
+
+std::string named_value(const bytes& data, value_form form) {
+    if (form == value_form::text) return quoted(data);
+    if (data.size() != sizeof(std::uint64_t)) return hex_bytes(data);
+    if (form == value_form::real) return fmt::format("{}", *read_as<double>(data));
+    return fmt::format("{}", *read_as<std::int64_t>(data));
+}
+
+std::string text_of(const PropertyRecord& r) {
+    return fmt::format("value={} flags=0x{:X} caps=0x{:X} min={} max={} default={}", r.value, r.flags,
+                       r.capabilities, r.min, r.max, r.default_value);
+}
+
+std::string text_of(const FloatPropertyRecord& r) {
+    return fmt::format("value={} flags=0x{:X} caps=0x{:X} min={} max={} default={}", r.value, r.flags,
+                       r.capabilities, r.min, r.max, r.default_value);
+}
+
+std::string text_of(const gpio_record& r) {
+    return fmt::format("in={} out={} in-max={} out-max={}", r.input, r.output, r.input_max, r.output_max);
+}
+
+std::string text_of(const strobe_record& r) {
+    return fmt::format(
+        "enable={} delay={} [{}..{} default {}] duration={} [{}..{} default {}] polarity={} "
+        "follow-exposure={} "
+        "restrictions=0x{:X}",
+        r.enable, r.delay, r.delay_min, r.delay_max, r.delay_default, r.duration, r.duration_min,
+        r.duration_max, r.duration_default, r.polarity, r.follow_exposure,
+        static_cast<std::uint32_t>(r.restrictions));
+}
+
+// The vendor records differ in size, so the size tells the record.
+std::string vendor_record(const bytes& data) {
+    switch (data.size()) {
+        case sizeof(PropertyRecord):
+            return text_of(*read_as<PropertyRecord>(data));
+        case sizeof(FloatPropertyRecord):
+            return text_of(*read_as<FloatPropertyRecord>(data));
+        case sizeof(gpio_record):
+            return text_of(*read_as<gpio_record>(data));
+        case sizeof(strobe_record):
+            return text_of(*read_as<strobe_record>(data));
+        default:
+            return hex_bytes(data);
+    }
+}
+
+bool is_device(const driver_call& call, DWORD id) { return call.set == device_property_set && call.id == id; }
+
+// What is asked for, behind set and id.
+std::string target(const driver_call& call) {
+    if (call.kind == call_kind::query_supported || call.set != device_property_set) return {};
+    switch (call.id) {
+        case device_property::description_size:
+        case device_property::description_data: {
+            const auto request = read_as<description_request>(call.instance);
+            if (!request) return " (short request)";
+            return fmt::format(" {{{}, {}}}", request->first_field, request->index);
+        }
+        case device_property::register_access:
+            return fmt::format(" 0x{:08X}", call.address);
+        case device_property::named_access:
+            return " " + call.path;
+        default:
+            return {};
+    }
+}
+
+std::string contents(const driver_call& call, const bytes& data, value_form form) {
+    if (call.set == vendor_property_set || call.set == color_enhancement_set) return vendor_record(data);
+    if (is_device(call, device_property::named_access)) return named_value(data, form);
+    if (is_device(call, device_property::description_data)) return fmt::format("{} bytes", call.returned);
+    const bool number = is_device(call, device_property::description_size) || call.set == gate_property_set;
+    const auto value = number ? read_as<std::uint32_t>(data) : std::nullopt;
+    return value ? fmt::format("{}", *value) : hex_bytes(data);
+}
+
+// A size that a driver reports but that is not the buffer's is worth a word; texts never fill theirs.
+std::string size_note(const driver_call& call, value_form form) {
+    if (form == value_form::text || call.returned == call.data.size()) return {};
+    return fmt::format(" (returned {})", call.returned);
+}
+
+std::string property_line(const driver_call& call, value_form form) {
+    const std::string head = fmt::format("{} {}{}", set_name(call.set), call.id, target(call));
+    const bool answered = SUCCEEDED(call.result);
+    switch (call.kind) {
+        case call_kind::query_supported:
+            return fmt::format("QuerySupported {}{}", head,
+                               answered ? fmt::format(" -> 0x{:X}", call.support) : std::string());
+        case call_kind::get:
+            return fmt::format(
+                "Get {}{}", head,
+                answered ? fmt::format(" -> {}{}", contents(call, call.answer, form), size_note(call, form))
+                         : std::string());
+        default:
+            return fmt::format("Set {} <- {}", head, contents(call, call.data, form));
+    }
+}
+
+std::string_view control_word(call_kind kind) {
+    switch (kind) {
+        case call_kind::camera_range:
+            return "CameraControl GetRange";
+        case call_kind::camera_get:
+            return "CameraControl Get";
+        case call_kind::camera_set:
+            return "CameraControl Set";
+        case call_kind::amp_range:
+            return "VideoProcAmp GetRange";
+        case call_kind::amp_get:
+            return "VideoProcAmp Get";
+        default:
+            return "VideoProcAmp Set";
+    }
+}
+
+std::string control_line(const driver_call& call) {
+    const bool sent = call.kind == call_kind::camera_set || call.kind == call_kind::amp_set;
+    std::string line = fmt::format("{} {}", control_word(call.kind), call.id);
+    if (call.numbers.size() == 5) {
+        fmt::format_to(std::back_inserter(line), " -> min={} max={} step={} default={} caps=0x{:X}",
+                       call.numbers[0], call.numbers[1], call.numbers[2], call.numbers[3], call.numbers[4]);
+    } else if (call.numbers.size() == 2) {
+        fmt::format_to(std::back_inserter(line), " {} value={} flags=0x{:X}", sent ? "<-" : "->",
+                       call.numbers[0], call.numbers[1]);
+    }
+    return line;
+}
+
+}  // namespace
+
+std::string describe_result(HRESULT result) {
+    return result == S_OK ? "ok" : fmt::format("0x{:08X}", static_cast<std::uint32_t>(result));
+}
+
+std::string describe_call(const driver_call& call, value_form form, bool threw) {
+    const std::string line = is_property_call(call.kind) ? property_line(call, form) : control_line(call);
+    return fmt::format("{}, {}", line, threw ? "threw" : describe_result(call.result));
+}
+
+}  // namespace simcam

@@ -1,0 +1,293 @@
+#include "simcam/camera_core.h"
+
+#include "adapter/device_property_set.h"
+#include "adapter/named_access.h"
+#include "genicam/core/error.h"
+#include "simcam/call_text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace simcam {
+namespace {
+
+using namespace genicam_adapter;
+
+constexpr HRESULT no_more_descriptions = static_cast<HRESULT>(0x80070103);
+constexpr std::size_t kept_bytes = 0x10000;
+
+bytes copy_of(const void* data, DWORD size) {
+    if (data == nullptr) return {};
+    const auto* first = static_cast<const std::uint8_t*>(data);
+    return bytes(first, first + std::min<std::size_t>(size, kept_bytes));
+}
+
+// The reserved bytes must be zero and the path terminated inside the request.
+bool read_path(const bytes& request, std::string& path) {
+    if (request.size() < named_property_request::size_without_path) return false;
+    const auto start = request.begin() + named_property_request::path_offset;
+    if (std::any_of(request.begin(), start, [](std::uint8_t byte) { return byte != 0; })) return false;
+    const auto end = std::find(start, request.end(), std::uint8_t{0});
+    path.assign(start, end);
+    return end != request.end();
+}
+
+bool is_device_property(const driver_call& call, DWORD id) noexcept {
+    return call.set == device_property_set && call.id == id;
+}
+
+// What the instance data of a device property says, noted in the call. False where it cannot be understood.
+bool read_instance(driver_call& call) {
+    if (is_device_property(call, device_property::named_access)) return read_path(call.instance, call.path);
+    if (is_device_property(call, device_property::register_access)) {
+        if (call.instance.size() < sizeof(call.address)) return false;
+        std::memcpy(&call.address, call.instance.data(), sizeof(call.address));
+    }
+    return true;
+}
+
+}  // namespace
+
+camera_core::camera_core(camera_options wanted)
+    : options(std::move(wanted)), book(options.keep_transcript), vendor_(options.vendor) {
+    if (const std::size_t line = memory.load(options.memory); line != 0) {
+        throw std::invalid_argument("register contents: line " + std::to_string(line) + " is not understood");
+    }
+    if (options.prepare_memory) options.prepare_memory(memory);
+    for (const std::string& description : options.descriptions) features.add(description, memory);
+    if (options.start_from_defaults) features.write_defaults();
+}
+
+void camera_core::close(driver_call& call, bool watched, bool threw) {
+    if (!watched || !book.is_read()) return;
+    const bool named = is_device_property(call, device_property::named_access) && !call.path.empty();
+    call.text = describe_call(call, named ? features.form_of(call.path) : value_form::integer, threw);
+    book.close(std::move(call));
+}
+
+// Does the work of a call unless a fault is in its way, and enters it in the book.
+template <class Work>
+HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
+    try {
+        const std::optional<fault> struck = watched ? book.strike(call) : std::nullopt;
+        if (struck && struck->action) struck->action();
+        call.result = struck && struck->result ? *struck->result : work(struck);
+    } catch (...) {
+        close(call, watched, true);
+        throw;
+    }
+    const HRESULT result = call.result;
+    close(call, watched, false);
+    return result;
+}
+
+HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
+    if (support == nullptr) return E_POINTER;
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = call_kind::query_supported;
+    call.set = set;
+    call.id = id;
+    return answer(call, book.is_watched(), [&](const std::optional<fault>& struck) {
+        DWORD word = 0;
+        HRESULT hr = property_set_unknown;
+        if (set == gate_property_set && options.gate_set) {
+            hr = id == gate_property ? S_OK : property_unknown;
+            word = support_get;
+        } else if (set == device_property_set) {
+            hr = query_device(id, word);
+        } else if (vendor_driver::serves(set)) {
+            hr = vendor_.query(set, id, word);
+        }
+        if (FAILED(hr)) return hr;
+        *support = call.support = struck && struck->support ? *struck->support : word;
+        return hr;
+    });
+}
+
+HRESULT camera_core::query_device(DWORD id, DWORD& support) const {
+    const bool description =
+        id == device_property::description_size || id == device_property::description_data;
+    const bool access = (id == device_property::register_access && options.register_access) ||
+                        (id == device_property::named_access && options.named_access);
+    if (!description && !access) return property_unknown;
+    support = access ? support_both : support_get;
+    return S_OK;
+}
+
+HRESULT camera_core::get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                         DWORD data_size, DWORD* returned) {
+    if (returned == nullptr || (data == nullptr && data_size != 0)) return E_POINTER;
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = call_kind::get;
+    call.set = set;
+    call.id = id;
+    call.instance = copy_of(instance, instance_size);
+    call.one_buffer = instance == data;
+    const bool understood = read_instance(call);
+    const bool watched = book.is_watched();
+    if (watched) call.data = copy_of(data, data_size);
+    return answer(call, watched, [&](const std::optional<fault>& struck) {
+        DWORD written = 0;
+        const HRESULT hr = understood ? get_property(call, data, data_size, written) : E_INVALIDARG;
+        if (FAILED(hr)) return hr;
+        if (struck && struck->data) {
+            std::memcpy(data, struck->data->data(), std::min<std::size_t>(struck->data->size(), data_size));
+        }
+        *returned = call.returned = struck && struck->returned ? *struck->returned : written;
+        if (watched) call.answer = copy_of(data, data_size);
+        return hr;
+    });
+}
+
+HRESULT camera_core::get_property(const driver_call& call, void* data, DWORD size, DWORD& returned) {
+    if (call.set == gate_property_set && options.gate_set && call.id == gate_property) {
+        if (size < sizeof(device_kind_query)) return buffer_too_small_hr;
+        std::memcpy(data, &options.device_kind, sizeof(options.device_kind));
+        returned = sizeof(device_kind_query);
+        return S_OK;
+    }
+    if (vendor_driver::serves(call.set)) return vendor_.get(call.set, call.id, data, size, returned);
+    DWORD support = 0;
+    if (call.set != device_property_set) return property_set_unknown;
+    if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
+    if (call.id == device_property::named_access) return get_named(call.path, data, size, returned);
+    if (call.id == device_property::register_access) {
+        returned = size;
+        return GenICam::to_hresult(memory.read(call.address, data, size, 0));
+    }
+    return get_description(call.instance, call.id, data, size, returned);
+}
+
+HRESULT camera_core::get_description(const bytes& instance, DWORD id, void* data, DWORD size,
+                                     DWORD& returned) const {
+    description_request request = {};
+    if (instance.size() < sizeof(request)) return E_INVALIDARG;
+    std::memcpy(&request, instance.data(), sizeof(request));
+    if (request.first_field != options.description_field) return E_INVALIDARG;
+    if (request.index >= options.descriptions.size()) return no_more_descriptions;
+    const std::string& text = options.descriptions[request.index];
+    const auto length = static_cast<std::uint32_t>(text.size());
+    const bool asks_size = id == device_property::description_size;
+    returned = asks_size ? sizeof(length) : length;
+    if (size < returned) return buffer_too_small_hr;
+    if (asks_size)
+        std::memcpy(data, &length, sizeof(length));
+    else
+        std::memcpy(data, text.data(), text.size());
+    return S_OK;
+}
+
+HRESULT camera_core::get_named(const std::string& path, void* data, DWORD size, DWORD& returned) const {
+    if (features.form_of(path) == value_form::text) {
+        std::string text;
+        if (const HRESULT hr = features.get_text(path, text); FAILED(hr)) return hr;
+        if (size == 0) return buffer_too_small_hr;
+        returned = static_cast<DWORD>(std::min<std::size_t>(text.size() + 1, size));
+        std::memcpy(data, text.c_str(), returned - 1);
+        static_cast<char*>(data)[returned - 1] = 0;
+        return S_OK;
+    }
+    std::uint64_t raw = 0;
+    if (size < sizeof(raw)) return buffer_too_small_hr;
+    if (const HRESULT hr = features.get(path, raw); FAILED(hr)) return hr;
+    std::memcpy(data, &raw, sizeof(raw));
+    returned = sizeof(raw);
+    return S_OK;
+}
+
+HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                         DWORD data_size) {
+    if (data == nullptr && data_size != 0) return E_POINTER;
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = call_kind::set;
+    call.set = set;
+    call.id = id;
+    call.instance = copy_of(instance, instance_size);
+    call.one_buffer = instance == data;
+    const bool understood = read_instance(call);
+    const bool watched = book.is_watched();
+    if (watched) call.data = copy_of(data, data_size);
+    return answer(call, watched, [&](const std::optional<fault>&) {
+        return understood ? set_property(call, data, data_size) : E_INVALIDARG;
+    });
+}
+
+HRESULT camera_core::set_property(const driver_call& call, const void* data, DWORD size) {
+    if (vendor_driver::serves(call.set)) return vendor_.set(call.set, call.id, data, size);
+    if (call.set != device_property_set) return property_set_unknown;
+    DWORD support = 0;
+    if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
+    if ((support & support_set) == 0) return property_unknown;
+    if (call.id == device_property::named_access) return set_named(call.path, data, size);
+    return GenICam::to_hresult(memory.write(call.address, data, size, 0));
+}
+
+HRESULT camera_core::set_named(const std::string& path, const void* data, DWORD size) const {
+    if (features.form_of(path) == value_form::text) {
+        return features.set_text(path, std::string_view(static_cast<const char*>(data), size));
+    }
+    std::uint64_t raw = 0;
+    if (size != sizeof(raw)) return E_INVALIDARG;
+    std::memcpy(&raw, data, sizeof(raw));
+    return features.set(path, raw);
+}
+
+HRESULT camera_core::control_range(call_kind kind, const control_map& controls, LONG property,
+                                   const std::array<LONG*, 5>& out) {
+    if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = kind;
+    call.id = static_cast<DWORD>(property);
+    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
+        const auto found = controls.find(property);
+        if (found == controls.end()) return property_unknown;
+        const direct_show_property& control = found->second;
+        call.numbers = {control.min, control.max, control.step, control.default_value,
+                        static_cast<LONG>(control.capabilities)};
+        for (std::size_t at = 0; at < out.size(); ++at) *out[at] = call.numbers[at];
+        return S_OK;
+    });
+}
+
+HRESULT camera_core::control_get(call_kind kind, const control_map& controls, LONG property, LONG* value,
+                                 LONG* flags) {
+    if (value == nullptr || flags == nullptr) return E_POINTER;
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = kind;
+    call.id = static_cast<DWORD>(property);
+    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
+        const auto found = controls.find(property);
+        if (found == controls.end()) return property_unknown;
+        *value = found->second.value;
+        *flags = static_cast<LONG>(found->second.flags);
+        call.numbers = {*value, *flags};
+        return S_OK;
+    });
+}
+
+HRESULT camera_core::control_set(call_kind kind, control_map& controls, LONG property, LONG value,
+                                 LONG flags) {
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    driver_call call;
+    call.number = book.open();
+    call.kind = kind;
+    call.id = static_cast<DWORD>(property);
+    call.numbers = {value, flags};
+    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
+        return vendor_.set_control(controls, property, value, flags);
+    });
+}
+
+}  // namespace simcam

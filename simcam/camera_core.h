@@ -1,0 +1,57 @@
+#pragma once
+
+#include "simcam/call_book.h"
+#include "simcam/camera_options.h"
+#include "simcam/feature_server.h"
+#include "simcam/register_memory.h"
+#include "simcam/vendor_driver.h"
+
+#include <array>
+#include <mutex>
+#include <string>
+
+namespace simcam {
+
+/// The driver behind the interfaces of a simulated camera. One call at a time; listeners and faults may call
+/// back.
+class camera_core {
+public:
+    explicit camera_core(camera_options options);
+
+    [[nodiscard]] HRESULT query(REFGUID set, DWORD id, DWORD* support);
+    [[nodiscard]] HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                              DWORD data_size, DWORD* returned);
+    [[nodiscard]] HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                              DWORD data_size);
+
+    using control_map = vendor_driver::control_map;
+    [[nodiscard]] HRESULT control_range(call_kind kind, const control_map& controls, LONG property,
+                                        const std::array<LONG*, 5>& out);
+    [[nodiscard]] HRESULT control_get(call_kind kind, const control_map& controls, LONG property, LONG* value,
+                                      LONG* flags);
+    [[nodiscard]] HRESULT control_set(call_kind kind, control_map& controls, LONG property, LONG value,
+                                      LONG flags);
+
+    camera_options options;
+    register_memory memory;
+    feature_server features;
+    call_book book;
+    mutable std::recursive_mutex mutex;
+
+private:
+    template <class Work>
+    HRESULT answer(driver_call& call, bool watched, Work work);
+    void close(driver_call& call, bool watched, bool threw);
+
+    [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
+    [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);
+    [[nodiscard]] HRESULT get_description(const bytes& request, DWORD id, void* data, DWORD size,
+                                          DWORD& returned) const;
+    [[nodiscard]] HRESULT get_named(const std::string& path, void* data, DWORD size, DWORD& returned) const;
+    [[nodiscard]] HRESULT set_property(const driver_call& call, const void* data, DWORD size);
+    [[nodiscard]] HRESULT set_named(const std::string& path, const void* data, DWORD size) const;
+
+    vendor_driver vendor_;
+};
+
+}  // namespace simcam

@@ -1,0 +1,114 @@
+#include "simcam/quantities.h"
+
+#include "items/standard_controls.h"
+#include "items/vendor_properties.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <type_traits>
+
+namespace simcam {
+namespace {
+
+using namespace ZELAdapterHelper;
+
+// One property that shows a quantity, and how many of its units make one of the quantity's.
+struct view {
+    int quantity;
+    view_place place;
+    LONG id;
+    double per_unit;
+};
+
+constexpr int exposure = 0;        // seconds
+constexpr int exposure_limit = 1;  // seconds
+constexpr int gain = 2;            // dB
+
+constexpr view views[] = {
+    {exposure, view_place::integer, property_exposure_ticks, 1e4},
+    {exposure, view_place::integer, property_exposure_microseconds, 1e6},
+    {exposure, view_place::real, property_exposure_float, 1.0},
+    {exposure, view_place::camera_control, camera_control_exposure, 1e4},
+    {exposure_limit, view_place::integer, property_auto_max_ticks, 1e4},
+    {exposure_limit, view_place::integer, property_auto_max_microseconds, 1e6},
+    {exposure_limit, view_place::real, property_auto_max_float, 1.0},
+    {gain, view_place::integer, property_gain, 100.0},
+    {gain, view_place::video_proc_amp, video_proc_amp_gain, 10.0},
+};
+
+const view* find_view(view_place place, LONG id) noexcept {
+    const auto* found = std::find_if(std::begin(views), std::end(views), [&](const view& candidate) {
+        return candidate.place == place && candidate.id == id;
+    });
+    return found == std::end(views) ? nullptr : found;
+}
+
+template <class Map, class Use>
+void use_property(Map& map, LONG id, Use use) {
+    const auto found = map.find(static_cast<typename std::decay_t<Map>::key_type>(id));
+    if (found != map.end()) use(found->second);
+}
+
+// Calls `use` with the property of a view, if the camera has it.
+template <class Model, class Use>
+void with_view(Model& model, const view& seen, Use use) {
+    switch (seen.place) {
+        case view_place::integer:
+            use_property(model.integers, seen.id, use);
+            break;
+        case view_place::real:
+            use_property(model.floats, seen.id, use);
+            break;
+        case view_place::camera_control:
+            use_property(model.camera_control, seen.id, use);
+            break;
+        case view_place::video_proc_amp:
+            use_property(model.video_proc_amp, seen.id, use);
+            break;
+    }
+}
+
+template <class Property>
+void show(Property& property, double amount, std::uint32_t mode) {
+    const double limited =
+        std::clamp(amount, static_cast<double>(property.min), static_cast<double>(property.max));
+    if constexpr (std::is_same_v<Property, float_property>)
+        property.value = static_cast<float>(limited);
+    else
+        property.value = static_cast<std::int32_t>(std::lround(limited));
+    if ((property.capabilities & mode) != 0) property.flags = mode;
+}
+
+}  // namespace
+
+void follow_view(vendor_model& model, view_place place, LONG id) {
+    const view* set = find_view(place, id);
+    if (set == nullptr) return;
+    double amount = 0;
+    std::uint32_t mode = 0;
+    with_view(model, *set, [&](const auto& property) {
+        amount = static_cast<double>(property.value) / set->per_unit;
+        mode = property.flags;
+    });
+    for (const view& other : views) {
+        if (other.quantity != set->quantity || &other == set) continue;
+        with_view(model, other, [&](auto& property) { show(property, amount * other.per_unit, mode); });
+    }
+}
+
+bool is_quantity_automatic(const vendor_model& model, LONG id) {
+    const view* asked = find_view(view_place::integer, id);
+    if (asked == nullptr) return false;
+    return std::any_of(std::begin(views), std::end(views), [&](const view& other) {
+        bool automatic = false;
+        if (other.quantity == asked->quantity) {
+            with_view(model, other,
+                      [&](const auto& property) { automatic = (property.flags & flag_automatic) != 0; });
+        }
+        return automatic;
+    });
+}
+
+}  // namespace simcam

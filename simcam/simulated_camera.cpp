@@ -1,0 +1,232 @@
+#include "simcam/simulated_camera.h"
+
+#include "simcam/camera_core.h"
+
+#include <atomic>
+#include <cstring>
+#include <utility>
+
+namespace simcam {
+namespace {
+
+std::atomic<std::int32_t> cameras{0};
+
+// The three IUnknown operations of an interface that is part of a camera.
+template <class Interface>
+class camera_face : public Interface {
+public:
+    camera_face(simulated_camera& camera, camera_core& core) noexcept : camera_(camera), core_(core) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) final {
+        return camera_.QueryInterface(iid, out);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() final { return camera_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() final { return camera_.Release(); }
+
+protected:
+    ~camera_face() = default;
+    [[nodiscard]] camera_core& core() const noexcept { return core_; }
+
+private:
+    simulated_camera& camera_;
+    camera_core& core_;
+};
+
+class property_set_face final : public camera_face<IKsPropertySet> {
+public:
+    using camera_face::camera_face;
+    HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
+                                  DWORD data_size) override {
+        return core().set(set, id, instance, instance_size, data, data_size);
+    }
+    HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
+                                  DWORD data_size, DWORD* returned) override {
+        return core().get(set, id, instance, instance_size, data, data_size, returned);
+    }
+    HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
+        return core().query(set, id, support);
+    }
+};
+
+// IAMCameraControl and IAMVideoProcAmp differ in their properties alone.
+struct camera_words {
+    static constexpr call_kind range = call_kind::camera_range;
+    static constexpr call_kind get = call_kind::camera_get;
+    static constexpr call_kind set = call_kind::camera_set;
+    static vendor_driver::control_map& map(camera_core& core) { return core.options.vendor.camera_control; }
+};
+struct amp_words {
+    static constexpr call_kind range = call_kind::amp_range;
+    static constexpr call_kind get = call_kind::amp_get;
+    static constexpr call_kind set = call_kind::amp_set;
+    static vendor_driver::control_map& map(camera_core& core) { return core.options.vendor.video_proc_amp; }
+};
+
+template <class Interface, class Words>
+class control_face final : public camera_face<Interface> {
+public:
+    using camera_face<Interface>::camera_face;
+    HRESULT STDMETHODCALLTYPE GetRange(LONG property, LONG* min, LONG* max, LONG* step, LONG* default_value,
+                                       LONG* flags) override {
+        camera_core& core = this->core();
+        return core.control_range(Words::range, Words::map(core), property,
+                                  {min, max, step, default_value, flags});
+    }
+    HRESULT STDMETHODCALLTYPE Set(LONG property, LONG value, LONG flags) override {
+        camera_core& core = this->core();
+        return core.control_set(Words::set, Words::map(core), property, value, flags);
+    }
+    HRESULT STDMETHODCALLTYPE Get(LONG property, LONG* value, LONG* flags) override {
+        camera_core& core = this->core();
+        return core.control_get(Words::get, Words::map(core), property, value, flags);
+    }
+};
+
+}  // namespace
+
+/// Everything of a camera behind its public face.
+class simulated_camera::parts {
+public:
+    parts(simulated_camera& camera, camera_options options)
+        : core(std::move(options)),
+          property_set(camera, core),
+          camera_control(camera, core),
+          proc_amp(camera, core) {}
+
+    std::atomic<std::int32_t> references{0};
+    camera_core core;
+    property_set_face property_set;
+    control_face<IAMCameraControl, camera_words> camera_control;
+    control_face<IAMVideoProcAmp, amp_words> proc_amp;
+};
+
+simulated_camera::simulated_camera(camera_options options)
+    : parts_(std::make_unique<parts>(*this, std::move(options))) {
+    ++cameras;
+}
+
+simulated_camera::~simulated_camera() { --cameras; }
+
+HRESULT simulated_camera::QueryInterface(REFIID iid, void** out) {
+    if (out == nullptr) return E_POINTER;
+    const camera_options& offered = parts_->core.options;
+    *out = nullptr;
+    if (iid == platform::iid_unknown) *out = static_cast<IUnknown*>(this);
+    if (iid == platform::iid_property_set && offered.property_set) *out = property_set();
+    if (iid == platform::iid_camera_control && offered.camera_control) *out = camera_control();
+    if (iid == platform::iid_video_proc_amp && offered.video_proc_amp) *out = video_proc_amp();
+    if (*out == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+}
+
+ULONG simulated_camera::AddRef() { return static_cast<ULONG>(++parts_->references); }
+
+ULONG simulated_camera::Release() {
+    const std::int32_t left = --parts_->references;
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+}
+
+std::int32_t simulated_camera::references() const noexcept { return parts_->references; }
+std::int32_t simulated_camera::live_cameras() noexcept { return cameras; }
+
+IKsPropertySet* simulated_camera::property_set() noexcept { return &parts_->property_set; }
+IAMCameraControl* simulated_camera::camera_control() noexcept { return &parts_->camera_control; }
+IAMVideoProcAmp* simulated_camera::video_proc_amp() noexcept { return &parts_->proc_amp; }
+
+std::vector<std::string> simulated_camera::transcript() const {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    std::vector<std::string> lines;
+    for (const driver_call& call : parts_->core.book.calls()) lines.push_back(call.text);
+    return lines;
+}
+
+std::vector<driver_call> simulated_camera::calls() const {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    return parts_->core.book.calls();
+}
+
+void simulated_camera::clear_transcript() {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    parts_->core.book.clear();
+}
+
+std::uint64_t simulated_camera::call_count() const {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    return parts_->core.book.count();
+}
+
+void simulated_camera::set_listener(std::function<void(const driver_call&)> listener) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    parts_->core.book.set_listener(std::move(listener));
+}
+
+void simulated_camera::add_fault(fault added) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    parts_->core.book.add_fault(std::move(added));
+}
+
+void simulated_camera::clear_faults() {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    parts_->core.book.clear_faults();
+}
+
+register_memory& simulated_camera::memory() noexcept { return parts_->core.memory; }
+vendor_model& simulated_camera::vendor() noexcept { return parts_->core.options.vendor; }
+const camera_options& simulated_camera::options() const noexcept { return parts_->core.options; }
+std::size_t simulated_camera::document_count() const noexcept { return parts_->core.features.size(); }
+
+GenICam::IGenICamDoc* simulated_camera::document(std::size_t index) {
+    return parts_->core.features.document(index);
+}
+
+GenICam::INode* simulated_camera::find_node(std::string_view name) {
+    return parts_->core.features.find_node(name);
+}
+
+HRESULT simulated_camera::get_named(std::string_view path, std::int64_t& value) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    std::uint64_t raw = 0;
+    const HRESULT hr = parts_->core.features.get(path, raw);
+    if (SUCCEEDED(hr)) value = static_cast<std::int64_t>(raw);
+    return hr;
+}
+
+HRESULT simulated_camera::get_named(std::string_view path, double& value) {
+    std::int64_t raw = 0;
+    const HRESULT hr = get_named(path, raw);
+    if (SUCCEEDED(hr)) std::memcpy(&value, &raw, sizeof(value));
+    return hr;
+}
+
+HRESULT simulated_camera::get_named(std::string_view path, std::string& text) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    return parts_->core.features.get_text(path, text);
+}
+
+HRESULT simulated_camera::set_named_bytes(std::string_view path, std::int64_t value) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    return parts_->core.features.set(path, static_cast<std::uint64_t>(value));
+}
+
+HRESULT simulated_camera::set_named_bytes(std::string_view path, double value) {
+    std::int64_t raw = 0;
+    std::memcpy(&raw, &value, sizeof(raw));
+    return set_named_bytes(path, raw);
+}
+
+HRESULT simulated_camera::set_named(std::string_view path, std::string_view text) {
+    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    return parts_->core.features.set_text(path, text);
+}
+
+camera_ptr make_camera(camera_options options) {
+    return camera_ptr(new simulated_camera(std::move(options)));
+}
+
+camera_ptr make_camera(std::string_view name) {
+    std::optional<camera_options> options = ready_made(name);
+    return options ? make_camera(std::move(*options)) : camera_ptr();
+}
+
+}  // namespace simcam

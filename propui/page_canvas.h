@@ -1,0 +1,41 @@
+#pragma once
+
+#include "propui/slider_controller.h"
+
+#include <string_view>
+
+namespace ZELPropUI {
+
+/// Pixels of the page.
+struct PageRect {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// What a layout asks of whatever shows it: a page makes windows, a recorder notes what was asked, a preview
+/// draws. Controls are to be made, shown current and remembered in the order of the calls; items and
+/// controllers are the caller's, and an implementation that keeps one takes a reference.
+class IPageCanvas {
+public:
+    virtual ~IPageCanvas() = default;
+    /// Width of the text in the page's font.
+    [[nodiscard]] virtual int TextWidth(std::wstring_view text) = 0;
+    /// A measure at 96 dots per inch in pixels of the page.
+    [[nodiscard]] virtual int ScaleX(int measure) = 0;
+    [[nodiscard]] virtual int ScaleY(int measure) = 0;
+
+    virtual void AddLabel(const PageRect& place, std::wstring_view text) = 0;
+    virtual void AddSlider(const PageRect& place, ISliderController& controller) = 0;
+    virtual void AddEdit(const PageRect& place, ISliderController& controller) = 0;
+    /// Belongs to the edit of the call before.
+    virtual void AddSpinButton(const PageRect& place, ISliderController& controller) = 0;
+    virtual void AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) = 0;
+    virtual void AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                           std::wstring_view caption) = 0;
+    virtual void AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                           std::wstring_view caption) = 0;
+};
+
+}  // namespace ZELPropUI

@@ -1,0 +1,205 @@
+#include "propui/slider_controller.h"
+
+#include "items/vendor_properties.h"
+#include "propui/attempt.h"
+#include "propui/number_text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ZELPropUI {
+namespace {
+
+using ZELAdapterHelper::AbsRangeInfo;
+using ZELAdapterHelper::SharedString;
+using ZELAdapterHelper::TruncateToInt32;
+
+using BoolGetter = HRESULT (CZELItemDataBase::*)(InterfaceKey, bool&);
+
+bool AsksTrue(CZELItemDataBase& item, BoolGetter getter, InterfaceKey key) {
+    return Succeeds([&] {
+        bool answer = false;
+        return SUCCEEDED((item.*getter)(key, answer)) && answer;
+    });
+}
+
+// Limits and steps come from a driver and may be anything: the arithmetic on them wraps as the machine's
+// does.
+std::int32_t Wrap(std::int64_t number) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
+}
+
+// How many whole steps lie between two numbers.
+std::int32_t Steps(std::int32_t from, std::int32_t to, std::int32_t step) {
+    return Wrap(std::int64_t{Wrap(std::int64_t{to} - from)} / step);
+}
+
+constexpr double last_position = 100.0;
+constexpr double half_steps = 200.0;
+constexpr double longest_fraction = 0.25;
+
+// Exposure times in seconds that a position near them stands for, ascending.
+constexpr double snap_times[] = {0.0001,     0.00025,    0.0005, 0.001, 0.002, 0.004, 1.0 / 120.0, 1.0 / 60.0,
+                                 1.0 / 30.0, 1.0 / 15.0, 0.125,  0.25,  0.5,   1.0,   2.0,         4.0};
+
+}  // namespace
+
+ULONG ISliderController::AddRef() { return static_cast<ULONG>(++references_); }
+
+ULONG ISliderController::Release() {
+    const std::int32_t left = --references_;
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+}
+
+CRangeSliderController::CRangeSliderController(CZELItemDataBase* item, InterfaceKey key)
+    : item_(item), key_(key) {}
+
+bool CRangeSliderController::EnsureRange() {
+    if (!range_known_) range_known_ = SUCCEEDED(item_->GetRange(key_, range_));
+    return range_known_;
+}
+
+bool CRangeSliderController::GetPositionRange(std::int32_t& low, std::int32_t& high) {
+    return Succeeds([&] {
+        if (!EnsureRange()) return false;
+        low = 0;
+        if (range_.step != 0) high = Steps(range_.min, range_.max, range_.step);
+        return true;
+    });
+}
+
+bool CRangeSliderController::SetPosition(std::int32_t position) {
+    return Succeeds([&] {
+        if (!EnsureRange()) return false;
+        const std::int64_t offset = std::int64_t{range_.step} * position;
+        return SUCCEEDED(item_->SetValue(key_, Wrap(offset + range_.min)));
+    });
+}
+
+bool CRangeSliderController::GetPosition(std::int32_t& position) {
+    return Succeeds([&] {
+        std::int32_t value = 0;
+        if (!EnsureRange() || FAILED(item_->GetValue(key_, value)) || range_.step < 1) return false;
+        position = Steps(range_.min, value, range_.step);
+        return true;
+    });
+}
+
+bool CRangeSliderController::IsReadOnly() { return AsksTrue(*item_, &CZELItemDataBase::IsReadOnly, key_); }
+
+bool CRangeSliderController::IsAvailable() { return AsksTrue(*item_, &CZELItemDataBase::IsAvailable, key_); }
+
+bool CRangeSliderController::SetText(std::wstring_view text) {
+    return Succeeds([&] {
+        std::int32_t value = 0;
+        return ParseInteger(text, value) && SUCCEEDED(item_->SetValue(key_, value));
+    });
+}
+
+bool CRangeSliderController::GetText(std::wstring& text) {
+    return Succeeds([&] {
+        std::int32_t value = 0;
+        return SUCCEEDED(item_->GetValue(key_, value)) && FormatInteger(value, text);
+    });
+}
+
+CAbsValSliderController::CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key)
+    : item_(item), key_(key) {}
+
+bool CAbsValSliderController::EnsureInfo(AbsRangeInfo& range) {
+    if (!range_known_) {
+        range_known_ = SUCCEEDED(item_->GetAbsRange(key_, range_));
+        SharedString unit;
+        std::int32_t scale = scale_;
+        if (SUCCEEDED(item_->GetAbsUnit(key_, unit, scale))) {
+            unit_ = unit.View();
+            scale_ = scale;
+        }
+    }
+    if (range_known_) range = range_;
+    return range_known_;
+}
+
+double CAbsValSliderController::ToScale(double value) const {
+    return scale_ == ZELAdapterHelper::scale_logarithmic ? std::log(value) : value;
+}
+
+double CAbsValSliderController::FromScale(double scaled) const {
+    return scale_ == ZELAdapterHelper::scale_logarithmic ? std::exp(scaled) : scaled;
+}
+
+bool CAbsValSliderController::GetPositionRange(std::int32_t& low, std::int32_t& high) {
+    low = 0;
+    high = static_cast<std::int32_t>(last_position);
+    return true;
+}
+
+bool CAbsValSliderController::SetPosition(std::int32_t position) {
+    return Succeeds([&] {
+        AbsRangeInfo range;
+        if (!EnsureInfo(range)) return false;
+        const double step = (ToScale(range.max) - ToScale(range.min)) / last_position;
+        double value = FromScale(ToScale(range.min) + step * static_cast<double>(position));
+        // The order of the arguments decides what a NaN ends as, and the order of the calls what crossed
+        // limits give.
+        value = std::max(range.min, std::min(range.max, value));
+        return SUCCEEDED(item_->SetAbsValue(key_, SnapValue(value)));
+    });
+}
+
+bool CAbsValSliderController::GetPosition(std::int32_t& position) {
+    return Succeeds([&] {
+        double value = 0;
+        AbsRangeInfo range;
+        if (FAILED(item_->GetAbsValue(key_, value)) || !EnsureInfo(range)) return false;
+        const double low = ToScale(range.min);
+        position =
+            TruncateToInt32((ToScale(value) - low) * (last_position / (ToScale(range.max) - low)) + 0.5);
+        return true;
+    });
+}
+
+bool CAbsValSliderController::IsReadOnly() { return AsksTrue(*item_, &CZELItemDataBase::IsReadOnly, key_); }
+
+bool CAbsValSliderController::IsAvailable() { return AsksTrue(*item_, &CZELItemDataBase::IsAvailable, key_); }
+
+bool CAbsValSliderController::SetText(std::wstring_view text) {
+    return Succeeds([&] {
+        double value = 0;
+        return ParseValue(text, unit_, value) && SUCCEEDED(item_->SetAbsValue(key_, value));
+    });
+}
+
+bool CAbsValSliderController::GetText(std::wstring& text) {
+    return Succeeds([&] {
+        double value = 0;
+        if (FAILED(item_->GetAbsValue(key_, value))) return false;
+        text = FormatValue(value, 3, unit_);
+        return true;
+    });
+}
+
+double CAbsValSliderController::SnapValue(double value) { return value; }
+
+bool CAbsValExposureSliderController::GetText(std::wstring& text) {
+    return Succeeds([&] {
+        double value = 0;
+        if (FAILED(Item().GetAbsValue(Key(), value))) return false;
+        text = value <= longest_fraction ? FormatFraction(TruncateToInt32(1.0 / value + 0.5), Unit())
+                                         : FormatValue(value, 3, Unit());
+        return true;
+    });
+}
+
+double CAbsValExposureSliderController::SnapValue(double value) {
+    AbsRangeInfo range;
+    if (!EnsureInfo(range)) return value;
+    const double tolerance = (ToScale(range.max) - ToScale(range.min)) / half_steps;
+    for (const double time : snap_times) {
+        if (tolerance > std::fabs(ToScale(time) - ToScale(value))) value = time;
+    }
+    return value;
+}
+
+}  // namespace ZELPropUI

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "items/item_contract.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace ZELPropUI {
+
+using ZELAdapterHelper::CZELItemDataBase;
+using ZELAdapterHelper::InterfaceKey;
+
+/// Logic between an element's value and the slider, edit and up-down control that show it. Counted; starts
+/// with one reference for whoever makes it. Every failure is a false result that changes nothing shown.
+class ISliderController {
+public:
+    ISliderController() = default;
+    ISliderController(const ISliderController&) = delete;
+    ISliderController& operator=(const ISliderController&) = delete;
+    virtual ~ISliderController() = default;
+    virtual ULONG AddRef();
+    virtual ULONG Release();
+    [[nodiscard]] virtual bool GetPositionRange(std::int32_t& low, std::int32_t& high) = 0;
+    /// Writes the value that the position stands for.
+    virtual bool SetPosition(std::int32_t position) = 0;
+    [[nodiscard]] virtual bool GetPosition(std::int32_t& position) = 0;
+    /// False also when the item fails to tell.
+    [[nodiscard]] virtual bool IsReadOnly() = 0;
+    /// False also when the item fails to tell.
+    [[nodiscard]] virtual bool IsAvailable() = 0;
+    /// Parses and writes; false if the text is no value or the write failed.
+    virtual bool SetText(std::wstring_view text) = 0;
+    [[nodiscard]] virtual bool GetText(std::wstring& text) = 0;
+
+private:
+    std::atomic<std::int32_t> references_{1};
+};
+
+/// Integer elements: one position per step.
+class CRangeSliderController : public ISliderController {
+public:
+    CRangeSliderController(CZELItemDataBase* item, InterfaceKey key);
+    bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
+    bool SetPosition(std::int32_t position) override;
+    bool GetPosition(std::int32_t& position) override;
+    bool IsReadOnly() override;
+    bool IsAvailable() override;
+    bool SetText(std::wstring_view text) override;
+    bool GetText(std::wstring& text) override;
+
+private:
+    bool EnsureRange();
+
+    platform::com_ptr<CZELItemDataBase> item_;
+    InterfaceKey key_;
+    bool range_known_ = false;
+    ZELAdapterHelper::RangeInfo range_;
+};
+
+/// Elements in physical units: positions 0 to 100 on a linear or logarithmic scale.
+class CAbsValSliderController : public ISliderController {
+public:
+    CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key);
+    bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
+    bool SetPosition(std::int32_t position) override;
+    bool GetPosition(std::int32_t& position) override;
+    bool IsReadOnly() override;
+    bool IsAvailable() override;
+    bool SetText(std::wstring_view text) override;
+    bool GetText(std::wstring& text) override;
+    /// Last correction of a value made from a position.
+    [[nodiscard]] virtual double SnapValue(double value);
+
+protected:
+    bool EnsureInfo(ZELAdapterHelper::AbsRangeInfo& range);
+    [[nodiscard]] double ToScale(double value) const;
+    [[nodiscard]] double FromScale(double scaled) const;
+    [[nodiscard]] const std::wstring& Unit() const noexcept { return unit_; }
+    [[nodiscard]] CZELItemDataBase& Item() const noexcept { return *item_; }
+    [[nodiscard]] InterfaceKey Key() const noexcept { return key_; }
+
+private:
+    platform::com_ptr<CZELItemDataBase> item_;
+    InterfaceKey key_;
+    std::int32_t scale_ = ZELAdapterHelper::scale_linear;
+    std::wstring unit_;
+    bool range_known_ = false;
+    ZELAdapterHelper::AbsRangeInfo range_;
+};
+
+/// Exposure in seconds: short times as fractions, positions snapped to the usual times.
+class CAbsValExposureSliderController : public CAbsValSliderController {
+public:
+    using CAbsValSliderController::CAbsValSliderController;
+    bool GetText(std::wstring& text) override;
+    double SnapValue(double value) override;
+};
+
+}  // namespace ZELPropUI

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "platform/text.h"
+#include "propui/page_canvas.h"
+#include "propui/scale_measure.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace test_support {
+
+/// A canvas that shows nothing and keeps what a layout puts on it.
+class RecorderCanvas final : public ZELPropUI::IPageCanvas {
+    using Item = ZELPropUI::CZELItemDataBase;
+    using Controller = ZELPropUI::ISliderController;
+    using Key = ZELPropUI::InterfaceKey;
+    using Rect = ZELPropUI::PageRect;
+
+public:
+    struct Placed {
+        std::string kind;
+        Rect place;
+        std::wstring text;
+        Key key = 0;                               ///< of combo, switch and button
+        platform::com_ptr<Item> item;              ///< the same
+        platform::com_ptr<Controller> controller;  ///< of slider, edit and spin
+    };
+
+    int dots_per_inch_x = 96;
+    int dots_per_inch_y = 96;
+    int character_width = 6;
+    /// Runs before anything is placed; may throw.
+    std::function<void(const std::string& kind)> before_add;
+
+    std::map<std::wstring, int> widths;  ///< texts that are not as wide as their characters
+
+    std::vector<Placed> placed;
+    std::vector<std::wstring> measured;
+
+    int TextWidth(std::wstring_view text) override {
+        const auto special = widths.find(measured.emplace_back(text));
+        return special != widths.end() ? special->second : static_cast<int>(text.size()) * character_width;
+    }
+    int ScaleX(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_x); }
+    int ScaleY(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_y); }
+
+    void AddLabel(const Rect& place, std::wstring_view text) override { Add("label", place, text); }
+    void AddSlider(const Rect& place, Controller& controller) override { AddOn("slider", place, controller); }
+    void AddEdit(const Rect& place, Controller& controller) override { AddOn("edit", place, controller); }
+    void AddSpinButton(const Rect& place, Controller& controller) override {
+        AddOn("spin", place, controller);
+    }
+    void AddCombo(const Rect& place, Item& item, Key key) override { AddFor("combo", place, item, key, {}); }
+    void AddSwitch(const Rect& place, Item& item, Key key, std::wstring_view caption) override {
+        AddFor("switch", place, item, key, caption);
+    }
+    void AddButton(const Rect& place, Item& item, Key key, std::wstring_view caption) override {
+        AddFor("button", place, item, key, caption);
+    }
+
+    /// One line for each thing placed, in the order of the calls: "slider 135,18 140x23", "label 20,18 110x23
+    /// Gain", "button 365,18 49x23 #7 Read" with the key behind the number sign.
+    [[nodiscard]] std::vector<std::string> Lines() const {
+        std::vector<std::string> lines;
+        for (const Placed& one : placed) lines.push_back(Line(one));
+        return lines;
+    }
+
+private:
+    static std::string Line(const Placed& one) {
+        std::string line = one.kind + " " + std::to_string(one.place.left) + "," +
+                           std::to_string(one.place.top) + " " + std::to_string(one.place.width) + "x" +
+                           std::to_string(one.place.height);
+        if (one.item) line += " #" + std::to_string(one.key);
+        if (!one.text.empty()) line += " " + platform::narrow(one.text);
+        return line;
+    }
+
+    Placed& Add(const char* kind, const Rect& place, std::wstring_view text) {
+        if (before_add) before_add(kind);
+        Placed one;
+        one.kind = kind;
+        one.place = place;
+        one.text = text;
+        return placed.emplace_back(std::move(one));
+    }
+
+    void AddOn(const char* kind, const Rect& place, Controller& controller) {
+        Add(kind, place, {}).controller = platform::com_ptr<Controller>(&controller);
+    }
+
+    void AddFor(const char* kind, const Rect& place, Item& item, Key key, std::wstring_view caption) {
+        Placed& one = Add(kind, place, caption);
+        one.item = platform::com_ptr<Item>(&item);
+        one.key = key;
+    }
+};
+
+}  // namespace test_support

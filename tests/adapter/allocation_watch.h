@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace adapter_test {
+
+/// Allocations through operator new on this thread since the program began.
+[[nodiscard]] std::uint64_t AllocationCount() noexcept;
+
+/// The n-th allocation of this thread from now on throws std::bad_alloc, while this lives. n starts at 1.
+class FailingAllocation {
+public:
+    explicit FailingAllocation(std::uint64_t n) noexcept;
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation();
+
+    /// Whether that many allocations came.
+    [[nodiscard]] bool Came() const noexcept;
+};
+
+/// Zeroed blocks of at least this size do not come to exist, while this lives.
+class NoLargeBlocks {
+public:
+    explicit NoLargeBlocks(std::size_t size) noexcept;
+    NoLargeBlocks(const NoLargeBlocks&) = delete;
+    NoLargeBlocks& operator=(const NoLargeBlocks&) = delete;
+    ~NoLargeBlocks();
+};
+
+}  // namespace adapter_test

@@ -3,6 +3,7 @@
 #include "adapter/device_property_set.h"
 #include "adapter/named_access.h"
 #include "genicam/core/error.h"
+#include "simcam/call_reading.h"
 #include "simcam/call_text.h"
 
 #include <algorithm>
@@ -16,36 +17,9 @@ namespace {
 using namespace genicam_adapter;
 
 constexpr HRESULT no_more_descriptions = static_cast<HRESULT>(0x80070103);
-constexpr std::size_t kept_bytes = 0x10000;
-
-bytes copy_of(const void* data, DWORD size) {
-    if (data == nullptr) return {};
-    const auto* first = static_cast<const std::uint8_t*>(data);
-    return bytes(first, first + std::min<std::size_t>(size, kept_bytes));
-}
-
-// The reserved bytes must be zero and the path terminated inside the request.
-bool read_path(const bytes& request, std::string& path) {
-    if (request.size() < named_property_request::size_without_path) return false;
-    const auto start = request.begin() + named_property_request::path_offset;
-    if (std::any_of(request.begin(), start, [](std::uint8_t byte) { return byte != 0; })) return false;
-    const auto end = std::find(start, request.end(), std::uint8_t{0});
-    path.assign(start, end);
-    return end != request.end();
-}
 
 bool is_device_property(const driver_call& call, DWORD id) noexcept {
     return call.set == device_property_set && call.id == id;
-}
-
-// What the instance data of a device property says, noted in the call. False where it cannot be understood.
-bool read_instance(driver_call& call) {
-    if (is_device_property(call, device_property::named_access)) return read_path(call.instance, call.path);
-    if (is_device_property(call, device_property::register_access)) {
-        if (call.instance.size() < sizeof(call.address)) return false;
-        std::memcpy(&call.address, call.instance.data(), sizeof(call.address));
-    }
-    return true;
 }
 
 }  // namespace

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace selvane_host {
+
+/// Writes UTF-8 text at once: whoever reads a pipe sees each line when it is written.
+void write_output(std::string_view text);
+/// The same with a line end.
+void write_line(std::string_view line);
+/// A line on standard error behind the program's name.
+void write_error(std::string_view line);
+
+/// The program's arguments without its name, in UTF-8.
+[[nodiscard]] std::vector<std::string> command_line();
+
+/// The system's words for one of its error codes, without a line end.
+[[nodiscard]] std::string system_message(unsigned long code);
+
+}  // namespace selvane_host

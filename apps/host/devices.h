@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/com_ptr.h"
+
+#include <string>
+
+namespace selvane_host {
+
+/// The names of the video capture devices of this system, a line each. Throws `host_error` if there is none.
+[[nodiscard]] std::string list_devices();
+
+/// The capture filter of the first device of that name. Throws `host_error` if there is none or if it cannot
+/// be made.
+[[nodiscard]] platform::com_ptr<IUnknown> open_device(const std::string& name);
+
+}  // namespace selvane_host

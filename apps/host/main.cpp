@@ -1,0 +1,93 @@
+#include "apps/host/camera_setup.h"
+#include "apps/host/console.h"
+#include "apps/host/devices.h"
+#include "apps/host/frame.h"
+#include "apps/host/host_error.h"
+#include "apps/host/options.h"
+#include "apps/host/page_layout_text.h"
+#include "apps/host/page_offer.h"
+#include "apps/host/page_server.h"
+#include "apps/host/picture_walk.h"
+#include "apps/host/trace_filter.h"
+
+#include <exception>
+#include <optional>
+
+namespace {
+
+using namespace selvane_host;
+using object_ptr = platform::com_ptr<IUnknown>;
+
+struct camera_to_show {
+    object_ptr filter;
+    std::string caption;
+};
+
+camera_to_show find_camera(const host_options& options) {
+    if (!options.device.empty()) return {open_device(options.device), options.device};
+    const simcam::camera_ptr camera = make_wanted_camera(options);
+    return {object_ptr(camera.get()), camera_caption(*camera)};
+}
+
+std::vector<CLSID> choose_pages(const host_options& options, IUnknown& filter) {
+    const std::vector<page_answer> answers = ask_pages(filter);
+    if (options.probe || options.trace || options.layout) {
+        for (const page_answer& answer : answers) write_line(describe_answer(answer));
+    }
+    std::vector<CLSID> pages = willing_pages(answers);
+    if (pages.empty())
+        throw host_error(exit_code::nothing_to_show, "no page has anything to show for this camera");
+    return pages;
+}
+
+void show_pages(const host_options& options, const camera_to_show& camera, const std::vector<CLSID>& pages) {
+    std::optional<picture_walk> walk;
+    if (!options.pictures.empty()) walk.emplace(options.pictures);
+    std::string listed;
+    show_frame(camera.caption, *camera.filter, pages, [&](const frame_window& frame) {
+        if (options.layout) {
+            const std::string layout = describe_layout(frame);
+            if (layout != listed) write_output(layout);
+            listed = layout;
+        }
+        if (walk) walk->step(frame);
+    });
+}
+
+void work_on_camera(const host_options& options) {
+    const com_apartment apartment;
+    camera_to_show camera = find_camera(options);
+    const page_server server(page_server_path());
+    if (options.trace) camera.filter = make_trace_filter(*camera.filter, write_line);
+    const std::vector<CLSID> pages = choose_pages(options, *camera.filter);
+    if (!options.probe) show_pages(options, camera, pages);
+}
+
+void run(const host_options& options) {
+    if (!options.message.empty()) return write_output(options.message);
+    if (options.list_cameras) return write_output(list_cameras());
+    if (options.list_devices) {
+        const com_apartment apartment;
+        return write_output(list_devices());
+    }
+    work_on_camera(options);
+}
+
+}  // namespace
+
+int main() {
+    // A DLL that cannot be loaded is reported on standard error, not in a box.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    try {
+        run(parse_options(command_line()));
+        return exit_code::fine;
+    } catch (const host_error& failure) {
+        write_error(failure.what());
+        return failure.code();
+    } catch (const std::exception& failure) {
+        write_error(failure.what());
+    } catch (...) {
+        write_error("an unknown failure");
+    }
+    return exit_code::wrong_use;
+}

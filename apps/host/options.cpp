@@ -1,0 +1,98 @@
+#include "apps/host/options.h"
+
+#include "apps/host/host_error.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+
+namespace selvane_host {
+namespace {
+
+const std::map<std::string, access_road> roads = {{"named", access_road::named},
+                                                  {"registers", access_road::registers}};
+
+constexpr const char* about =
+    "Opens the Selvane property pages of a simulated camera, or of a video capture device, in the "
+    "platform's property frame.";
+constexpr const char* exit_codes =
+    "Exit codes: 0 fine, 1 no page has anything to show, 2 wrong use or unusable input.";
+
+// What the command line fills; the paths are UTF-8 until it has been read.
+struct raw_options {
+    std::vector<std::string> descriptions;
+    std::string pictures;
+};
+
+void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) {
+    CLI::Option* files =
+        app.add_option("FILE", raw.descriptions, "Device descriptions in place of the bundled one");
+    CLI::Option* camera =
+        app.add_option("--camera", options.camera, "A ready-made camera")->type_name("NAME");
+    CLI::Option* access =
+        app.add_option("--access", options.access,
+                       "Only this road to the features: named or registers (default: what the camera has)")
+            ->type_name("ROAD")
+            ->transform(CLI::IsMember(roads));
+    app.add_option("--device", options.device, "The video capture device of that name, no simulation")
+        ->type_name("NAME")
+        ->excludes(files)
+        ->excludes(camera)
+        ->excludes(access);
+}
+
+void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
+    app.add_flag("--trace", options.trace, "Print every call of the driver");
+    app.add_flag("--layout", options.layout,
+                 "Print where the shown page has its controls, and again when something has changed");
+    CLI::Option* probe =
+        app.add_flag("--probe", options.probe, "Tell which pages have something to show, and leave");
+    app.add_option("--pictures", raw.pictures, "Save a picture of each page there as PNG, and leave")
+        ->type_name("DIR")
+        ->excludes(probe);
+    app.add_flag("--list-cameras", options.list_cameras, "Name the ready-made cameras, and leave");
+    app.add_flag("--list", options.list_devices, "Name the video capture devices, and leave");
+}
+
+// The library breaks some of its messages into lines.
+std::string one_line(std::string text) {
+    while (!text.empty() && text.back() == '\n') text.pop_back();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+void refuse_empty(const CLI::App& app, const char* option, bool empty) {
+    if (app.count(option) > 0 && empty) throw wrong_use(std::string(option) + " needs a value");
+}
+
+}  // namespace
+
+host_options parse_options(std::vector<std::string> arguments) {
+    CLI::App app(about, "selvane_host");
+    app.footer(exit_codes);
+    app.set_version_flag("--version", "selvane_host " SELVANE_VERSION);
+    host_options options;
+    raw_options raw;
+    add_camera_options(app, options, raw);
+    add_outputs(app, options, raw);
+    std::reverse(arguments.begin(), arguments.end());  // as the library wants them
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        options.message = app.help();
+    } catch (const CLI::CallForVersion& version) {
+        options.message = std::string(version.what()) + "\n";
+    } catch (const CLI::Error& error) {
+        throw wrong_use(one_line(error.what()) + " (--help tells the options)");
+    }
+    refuse_empty(app, "--camera", options.camera.empty());
+    refuse_empty(app, "--device", options.device.empty());
+    refuse_empty(app, "--pictures", raw.pictures.empty());
+    for (const std::string& file : raw.descriptions)
+        options.descriptions.push_back(std::filesystem::u8path(file));
+    options.pictures = std::filesystem::u8path(raw.pictures);
+    return options;
+}
+
+}  // namespace selvane_host

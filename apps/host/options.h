@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace selvane_host {
+
+/// By which road the simulated driver lets the pages reach the camera.
+enum class access_road { as_offered, named, registers };
+
+/// What the user asked for.
+struct host_options {
+    std::vector<std::filesystem::path> descriptions;  ///< in place of the camera's own
+    std::string camera;                               ///< of the ready-made ones; empty for the usual one
+    access_road access = access_road::as_offered;
+    std::string device;              ///< name of a real device; empty for the simulated camera
+    std::filesystem::path pictures;  ///< folder for pictures of the pages; empty for none
+    bool trace = false;
+    bool layout = false;
+    bool probe = false;
+    bool list_cameras = false;
+    bool list_devices = false;
+    /// Text to print and leave with; empty to go on.
+    std::string message;
+};
+
+/// Arguments without the program's name, in UTF-8. Throws `host_error`.
+[[nodiscard]] host_options parse_options(std::vector<std::string> arguments);
+
+}  // namespace selvane_host

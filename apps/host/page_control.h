@@ -1,0 +1,35 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace selvane_host {
+
+enum class control_kind { label, slider, edit, spin_button, combo, check_box, button };
+
+/// A control that stands on the shown page.
+struct page_control {
+    HWND window;
+    control_kind kind;
+    RECT place;  ///< in pixels of the screen
+    std::string text;
+};
+
+/// Every visible control inside a window, in the order of their creation; windows of other kinds are left
+/// out.
+[[nodiscard]] std::vector<page_control> find_controls(HWND parent);
+
+[[nodiscard]] const char* kind_word(control_kind kind) noexcept;
+
+/// What it shows at the moment, such as `checked` or `text "6.00 dB"`; empty for a button.
+[[nodiscard]] std::string control_state(const page_control& control);
+
+/// In double quotes, with a backslash before a quote or a backslash.
+[[nodiscard]] std::string quoted(const std::string& text);
+
+/// "x,y widthxheight"
+[[nodiscard]] std::string place_text(const RECT& place);
+
+}  // namespace selvane_host

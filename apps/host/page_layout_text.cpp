@@ -1,0 +1,97 @@
+#include "apps/host/page_layout_text.h"
+
+#include "apps/host/page_control.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace selvane_host {
+namespace {
+
+using controls = std::vector<page_control>;
+
+// The window of the shown page: the one that its controls stand on. The frame's own buttons stand on the
+// frame.
+HWND page_window(HWND frame) {
+    for (const page_control& control : find_controls(frame)) {
+        const HWND parent = GetParent(control.window);
+        if (parent != frame) return parent;
+    }
+    return nullptr;
+}
+
+LONG outermost_label(const controls& all) {
+    LONG left = 0;
+    bool found = false;
+    for (const page_control& control : all) {
+        if (control.kind != control_kind::label) continue;
+        left = found ? std::min(left, control.place.left) : control.place.left;
+        found = true;
+    }
+    return left;
+}
+
+// The last label in front of a control in its row; null for none.
+const page_control* label_of(const page_control& control, const controls& all) {
+    const page_control* nearest = nullptr;
+    for (const page_control& label : all) {
+        if (label.kind != control_kind::label || label.place.top != control.place.top) continue;
+        if (label.place.left >= control.place.left) continue;
+        if (nearest == nullptr || label.place.left > nearest->place.left) nearest = &label;
+    }
+    return nearest;
+}
+
+// The last item label that is not below a control; null for none.
+const page_control* item_of(const page_control& control, const controls& all, LONG item_left) {
+    const page_control* nearest = nullptr;
+    for (const page_control& label : all) {
+        if (label.kind != control_kind::label || label.place.left != item_left) continue;
+        if (label.place.top > control.place.top) continue;
+        if (nearest == nullptr || label.place.top > nearest->place.top) nearest = &label;
+    }
+    return nearest;
+}
+
+std::string name_of(const page_control& control, const controls& all) {
+    const bool has_caption = control.kind == control_kind::check_box || control.kind == control_kind::button;
+    if (has_caption) return control.text;
+    const page_control* label = label_of(control, all);
+    return label != nullptr ? label->text : std::string();
+}
+
+std::string control_line(const page_control& control, const controls& all, LONG item_left) {
+    if (control.kind == control_kind::label) {
+        return fmt::format("label {} {}\n", quoted(control.text), place_text(control.place));
+    }
+    const page_control* item = item_of(control, all, item_left);
+    const std::string state = control_state(control);
+    return fmt::format("{} {} of {} {} {}{}{}\n", kind_word(control.kind), quoted(name_of(control, all)),
+                       quoted(item != nullptr ? item->text : std::string()), place_text(control.place),
+                       IsWindowEnabled(control.window) != 0 ? "enabled" : "disabled",
+                       state.empty() ? "" : " ", state);
+}
+
+}  // namespace
+
+std::string describe_layout(const frame_window& frame) {
+    const int shown = frame.shown_page();
+    const HWND page = page_window(frame.handle());
+    if (shown < 0 || page == nullptr) return {};
+    RECT place{};
+    GetWindowRect(page, &place);
+    std::string text = fmt::format("page {} of {} {} {}\n", shown + 1, frame.page_count(),
+                                   quoted(frame.page_title(shown)), place_text(place));
+    for (int tab = 0; tab < frame.page_count(); ++tab) {
+        text += fmt::format("tab {} {} {}\n", tab + 1, quoted(frame.page_title(tab)),
+                            place_text(frame.tab_place(tab)));
+    }
+    const controls all = find_controls(page);
+    const LONG item_left = outermost_label(all);
+    for (const page_control& control : all) text += control_line(control, all, item_left);
+    return text + "end\n";
+}
+
+}  // namespace selvane_host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "apps/host/frame_window.h"
+
+#include <string>
+
+namespace selvane_host {
+
+/// What the shown page holds and where, a line for each thing, in pixels of the screen:
+///
+///     page 1 of 4 "Selvane Exposure Controls" 40,60 428x457
+///     tab 1 "Selvane Exposure Controls" 42,32 150x20
+///     label "Gain" 60,78 110x23
+///     slider "Gain" of "Gain" 175,78 140x23 enabled position 40 of 0..100 thumb 210,80 11x20
+///     edit "Gain" of "Gain" 320,78 60x22 enabled text "6.00 dB"
+///     end
+///
+/// A control bears its own caption, or the label in front of it in its row, and the item it belongs to: the
+/// outermost label above it. Empty while no page is shown.
+[[nodiscard]] std::string describe_layout(const frame_window& frame);
+
+}  // namespace selvane_host

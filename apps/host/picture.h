@@ -1,0 +1,12 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace selvane_host {
+
+/// Saves what a window shows as a PNG. The window must be in view. Throws `host_error`.
+void save_picture(HWND window, const std::filesystem::path& file);
+
+}  // namespace selvane_host

@@ -1,0 +1,264 @@
+#include "tests/items/item_test.h"
+
+namespace item_tests {
+namespace {
+
+using Kind = DriverRequest::Kind;
+using ZELAdapterHelper::MakeUVCColorEnhancement;
+using ZELAdapterHelper::MakeUVCWhiteBalance;
+
+const GUID& ColorSet() {
+    static const GUID set = Guid(L"{8CBCF1C6-53C3-4D79-8EDB-C0646575DAC8}");
+    return set;
+}
+
+class ColorEnhancementTest : public ItemTest {
+protected:
+    ScriptedProperty& Color() { return driver.Property(ColorSet(), 0); }
+};
+
+TEST_F(ColorEnhancementTest, NeedsItsPropertyToBeSupported) {
+    EXPECT_FALSE(Make(MakeUVCColorEnhancement));
+    driver.Property(VendorSet(), 0);
+    EXPECT_FALSE(Make(MakeUVCColorEnhancement)) << "the vendor set does not stand in for its own";
+    for (const std::uint32_t support : {0U, 1U, 2U, 3U, 4U}) {
+        Color().support = support;
+        EXPECT_EQ(static_cast<bool>(Make(MakeUVCColorEnhancement)), (support & 3) != 0) << support;
+    }
+    Color().support = 3;
+    Color().support_result = driver_failure;
+    EXPECT_FALSE(Make(MakeUVCColorEnhancement));
+    Color().support_result = S_OK;
+    driver.has_property_set = false;
+    EXPECT_FALSE(Make(MakeUVCColorEnhancement));
+}
+
+TEST_F(ColorEnhancementTest, SupportIsAskedEachTime) {
+    Color();
+    const Item item = Make(MakeUVCColorEnhancement);
+    EXPECT_TRUE(item->SupportsInterface(0));
+    Color().support = 0;
+    EXPECT_FALSE(item->SupportsInterface(0));
+    EXPECT_EQ(Asked(), Requests(2, Query(ColorSet(), 0)));
+    EXPECT_FALSE(item->SupportsInterface(1));
+    EXPECT_FALSE(item->SupportsInterface(0x100000000));
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(ColorEnhancementTest, IsASwitchAndNothingElse) {
+    Color();
+    const Item item = Make(MakeUVCColorEnhancement);
+    ExpectOnly(*item, 0, op_switch);
+    ExpectOnly(*item, 1, op_switch);
+    EXPECT_TRUE(Asked().empty());
+    EXPECT_TRUE(Available(item, 0));
+}
+
+TEST_F(ColorEnhancementTest, SwitchIsTheValueAndItsFlagsStayZero) {
+    Color();
+    const Item item = Make(MakeUVCColorEnhancement);
+    for (const std::int32_t value : {0, 1, -1}) {
+        Color().bytes = IntRecord(value);
+        EXPECT_EQ(Switch(item, 0), value != 0);
+        EXPECT_EQ(Asked(), Requests{Get(ColorSet(), 0, 48)});
+    }
+    EXPECT_EQ(item->SetSwitch(0, true), S_OK);
+    EXPECT_EQ(item->SetSwitch(0, false), S_OK);
+    EXPECT_EQ(Asked(), (Requests{Set(ColorSet(), 0, IntRecord(1)), Set(ColorSet(), 0, IntRecord(0))}));
+}
+
+TEST_F(ColorEnhancementTest, TheKeyIsTheNumberOfTheProperty) {
+    Color();
+    driver.Property(ColorSet(), 7).bytes = IntRecord(1);
+    const Item item = Make(MakeUVCColorEnhancement);
+    EXPECT_TRUE(Switch(item, 7));
+    EXPECT_EQ(item->SetSwitch(7, false), S_OK);
+    EXPECT_EQ(Asked(), (Requests{Get(ColorSet(), 7, 48), Set(ColorSet(), 7, IntRecord(0))}));
+}
+
+TEST_F(ColorEnhancementTest, FailuresAreHandedOn) {
+    Color();
+    const Item item = Make(MakeUVCColorEnhancement);
+    Color().get_result = driver_failure;
+    Color().set_result = driver_refusal;
+    bool on = true;
+    EXPECT_EQ(item->GetSwitch(0, on), driver_failure);
+    EXPECT_TRUE(on);
+    EXPECT_EQ(item->SetSwitch(0, false), driver_refusal);
+}
+
+constexpr std::uint32_t white_balance = 7;  // property of the proc amp
+
+class WhiteBalanceTest : public ItemTest {
+protected:
+    struct Gain {
+        InterfaceKey key;
+        std::uint32_t id;
+    };
+    static constexpr Gain gains[] = {{0, 102}, {1, 101}, {4, 206}};
+
+    void OfferAll(std::int32_t flags = 2) {
+        Vendor(102).bytes = IntRecord(64, 0, 0, 0, 255, 32);
+        Vendor(101).bytes = IntRecord(65, 0, 0, 1, 254, 33);
+        Vendor(206).bytes = IntRecord(66, 0, 0, 2, 253, 34);
+        Vendor(107).bytes = IntRecord(0);
+        driver.VideoProcAmp()[white_balance] = {2800, 6500, 1, 4600, 3, 5000, flags};
+    }
+    ScriptedControl& Amp() { return driver.VideoProcAmp()[white_balance]; }
+};
+
+TEST_F(WhiteBalanceTest, NeedsBothInterfacesAndNoProperty) {
+    EXPECT_FALSE(Make(MakeUVCWhiteBalance));
+    driver.VideoProcAmp();
+    ZELAdapterHelper::CZELItemDataBase* made = nullptr;
+    MakeUVCWhiteBalance(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
+    {
+        const Item item = Item::attach(made);
+        ASSERT_TRUE(item);
+        EXPECT_TRUE(Asked().empty());
+        for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U}) {
+            EXPECT_FALSE(item->SupportsInterface(key)) << key;
+        }
+    }
+    driver.has_property_set = false;
+    EXPECT_FALSE(Make(MakeUVCWhiteBalance));
+}
+
+TEST_F(WhiteBalanceTest, SupportsWhatTheDriverHas) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U}) {
+        EXPECT_TRUE(item->SupportsInterface(key)) << key;
+    }
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(102), QueryVendor(101), Control(Kind::AmpGetRange, white_balance),
+                        QueryVendor(107), QueryVendor(206)}));
+    EXPECT_FALSE(item->SupportsInterface(5));
+    EXPECT_FALSE(item->SupportsInterface(0x100000000));
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(WhiteBalanceTest, ACameraWithoutGreenLacksThatAlone) {
+    OfferAll();
+    driver.RemoveProperty(VendorSet(), 206);
+    const Item item = Make(MakeUVCWhiteBalance);
+    EXPECT_FALSE(item->SupportsInterface(4));
+    for (const InterfaceKey key : {0U, 1U, 2U, 3U}) {
+        EXPECT_TRUE(item->SupportsInterface(key)) << key;
+    }
+}
+
+TEST_F(WhiteBalanceTest, AutomaticModeNeedsItsCapability) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    for (const std::int32_t capabilities : {0, 1, 2, 3}) {
+        Amp().capabilities = capabilities;
+        EXPECT_EQ(item->SupportsInterface(2), (capabilities & 1) != 0);
+    }
+    Amp().range_result = driver_failure;
+    EXPECT_FALSE(item->SupportsInterface(2));
+}
+
+TEST_F(WhiteBalanceTest, EachKeyHasItsOperations) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    ExpectOnly(*item, 0, op_range);
+    ExpectOnly(*item, 1, op_range);
+    ExpectOnly(*item, 2, op_switch);
+    ExpectOnly(*item, 3, op_push);
+    ExpectOnly(*item, 4, op_range);
+    ExpectOnly(*item, 5, op_none);
+    ExpectOnly(*item, 0x100000000, op_none);
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(WhiteBalanceTest, EverythingButTheSwitchGivesWayToTheAutomaticMode) {
+    OfferAll(1);
+    const Item item = Make(MakeUVCWhiteBalance);
+    EXPECT_TRUE(Available(item, 2));
+    EXPECT_TRUE(Asked().empty());
+    for (const InterfaceKey key : {0U, 1U, 3U, 4U, 5U}) {
+        Amp().flags = 1;
+        EXPECT_FALSE(Available(item, key)) << key;
+        EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGetRange, white_balance),
+                                     Control(Kind::AmpGet, white_balance)}));
+        Amp().flags = 2;
+        EXPECT_TRUE(Available(item, key)) << key;
+        (void)Asked();
+    }
+    Amp().flags = 1;
+    Amp().capabilities = 2;
+    EXPECT_TRUE(Available(item, 0)) << "no automatic mode to give way to";
+    Amp().capabilities = 3;
+    Amp().get_result = driver_failure;
+    bool available = false;
+    EXPECT_EQ(item->IsAvailable(0, available), driver_failure);
+    EXPECT_TRUE(available);
+}
+
+TEST_F(WhiteBalanceTest, GainsAreProperties) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    EXPECT_EQ(Range(item, 0), (RangeInfo{0, 255, 32, 1}));
+    EXPECT_EQ(Range(item, 1), (RangeInfo{1, 254, 33, 1}));
+    EXPECT_EQ(Range(item, 4), (RangeInfo{2, 253, 34, 1}));
+    EXPECT_EQ(Value(item, 0), 64);
+    EXPECT_EQ(Value(item, 1), 65);
+    EXPECT_EQ(Value(item, 4), 66);
+    (void)Asked();
+    for (const Gain& gain : gains) {
+        (void)Range(item, gain.key);
+        (void)Value(item, gain.key);
+        EXPECT_EQ(item->SetValue(gain.key, 99), S_OK);
+        EXPECT_EQ(Asked(),
+                  (Requests{GetInt(gain.id), GetInt(gain.id), SetVendor(gain.id, IntRecord(99, 2))}));
+    }
+}
+
+TEST_F(WhiteBalanceTest, AutomaticModeIsWrittenWithoutReading) {
+    OfferAll(2);
+    const Item item = Make(MakeUVCWhiteBalance);
+    EXPECT_EQ(item->SetSwitch(2, true), S_OK);
+    EXPECT_EQ(item->SetSwitch(2, true), S_OK);
+    EXPECT_EQ(item->SetSwitch(2, false), S_OK);
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpSet, white_balance, 0, 1),
+                                 Control(Kind::AmpSet, white_balance, 0, 1),
+                                 Control(Kind::AmpSet, white_balance, 0, 2)}));
+    for (const std::int32_t flags : {0, 1, 2, 3}) {
+        Amp().flags = flags;
+        EXPECT_EQ(Switch(item, 2), (flags & 1) != 0);
+    }
+    EXPECT_EQ(Asked(), Requests(4, Control(Kind::AmpGet, white_balance)));
+}
+
+TEST_F(WhiteBalanceTest, OnePushWritesOne) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    EXPECT_EQ(item->Push(3), S_OK);
+    EXPECT_EQ(Asked(), Requests{SetVendor(107, IntRecord(1, 2))});
+}
+
+TEST_F(WhiteBalanceTest, FailuresAreHandedOn) {
+    OfferAll();
+    const Item item = Make(MakeUVCWhiteBalance);
+    Vendor(102).get_result = driver_failure;
+    Vendor(102).set_result = driver_refusal;
+    Vendor(107).set_result = driver_refusal;
+    Amp().get_result = driver_failure;
+    Amp().set_result = driver_refusal;
+    RangeInfo range{1, 2, 3, 4};
+    std::int32_t value = 5;
+    bool on = true;
+    EXPECT_EQ(item->GetRange(0, range), driver_failure);
+    EXPECT_EQ(item->GetValue(0, value), driver_failure);
+    EXPECT_EQ(item->SetValue(0, 1), driver_refusal);
+    EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
+    EXPECT_EQ(item->SetSwitch(2, true), driver_refusal);
+    EXPECT_EQ(item->Push(3), driver_refusal);
+    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
+    EXPECT_EQ(value, 5);
+    EXPECT_TRUE(on);
+}
+
+}  // namespace
+}  // namespace item_tests

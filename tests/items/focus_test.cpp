@@ -1,0 +1,206 @@
+#include "tests/items/item_test.h"
+
+namespace item_tests {
+namespace {
+
+using Kind = DriverRequest::Kind;
+using ZELAdapterHelper::MakeFocusItem;
+
+constexpr std::uint32_t focus = 6;  // property of the camera control
+
+class FocusTest : public ItemTest {
+protected:
+    struct KeyAndProperty {
+        InterfaceKey key;
+        std::uint32_t id;
+    };
+    static constexpr KeyAndProperty ranges[] = {{3, 244}, {4, 245}, {6, 248}, {7, 247}, {8, 249}, {9, 250}};
+
+    void OfferAll() {
+        for (const KeyAndProperty& range : ranges) {
+            const auto id = static_cast<std::int32_t>(range.id);
+            Vendor(range.id).bytes = IntRecord(id, 0, 0, -id, 10 * id, 5 * id);
+        }
+        Vendor(124).bytes = IntRecord(0);
+        Vendor(251).bytes = IntRecord(0);
+        driver.CameraControl()[focus] = {10, 900, 5, 450, 3, 123, 1};
+    }
+    ScriptedControl& Camera() { return driver.CameraControl()[focus]; }
+};
+
+TEST_F(FocusTest, NeedsBothInterfacesAndTheOnePushProperty) {
+    EXPECT_FALSE(Make(MakeFocusItem));
+    Vendor(124);
+    EXPECT_FALSE(Make(MakeFocusItem)) << "the property exists, the camera control does not";
+    driver.CameraControl();
+    EXPECT_TRUE(Make(MakeFocusItem));
+    driver.RemoveProperty(VendorSet(), 124);
+    EXPECT_FALSE(Make(MakeFocusItem));
+    Vendor(124);
+    driver.has_property_set = false;
+    EXPECT_FALSE(Make(MakeFocusItem));
+}
+
+TEST_F(FocusTest, SupportsWhatTheDriverHas) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (InterfaceKey key = 0; key <= 9; ++key) {
+        EXPECT_TRUE(item->SupportsInterface(key)) << key;
+    }
+    EXPECT_EQ(Asked(), (Requests{QueryVendor(124), Control(Kind::CameraGetRange, focus), QueryVendor(124),
+                                 QueryVendor(244), QueryVendor(245), QueryVendor(251), QueryVendor(248),
+                                 QueryVendor(247), QueryVendor(249), QueryVendor(250)}));
+    EXPECT_FALSE(item->SupportsInterface(10));
+    EXPECT_FALSE(item->SupportsInterface(0x100000000));
+    EXPECT_TRUE(Asked().empty());
+
+    Camera().capabilities = 0;
+    EXPECT_TRUE(item->SupportsInterface(1)) << "any answer of the range is enough";
+    Camera().range_result = driver_failure;
+    EXPECT_FALSE(item->SupportsInterface(1));
+    for (const std::uint32_t id : {124U, 244U, 245U, 247U, 248U, 249U, 250U, 251U}) {
+        Vendor(id).support = 0;
+    }
+    for (InterfaceKey key = 0; key <= 9; ++key) {
+        EXPECT_FALSE(item->SupportsInterface(key)) << key;
+    }
+}
+
+TEST_F(FocusTest, EachKeyHasItsOperations) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    ExpectOnly(*item, 0, op_push);
+    ExpectOnly(*item, 1, op_push | op_range);
+    ExpectOnly(*item, 2, op_push | op_get_switch);
+    ExpectOnly(*item, 3, op_push | op_range);
+    ExpectOnly(*item, 4, op_push | op_range);
+    ExpectOnly(*item, 5, op_push | op_switch | op_switch_default);
+    for (const InterfaceKey key : {6U, 7U, 8U, 9U}) {
+        ExpectOnly(*item, key, op_push | op_range);
+    }
+    ExpectOnly(*item, 10, op_push);
+    ExpectOnly(*item, 0x100000000, op_push);
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(FocusTest, TheRegionIsAvailableWhileItIsEnabled) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (const InterfaceKey key : {6U, 7U, 8U, 9U}) {
+        for (const std::int32_t enabled : {0, 1, -1}) {
+            Vendor(251).bytes = IntRecord(enabled);
+            EXPECT_EQ(Available(item, key), enabled != 0) << key;
+            EXPECT_EQ(Asked(), Requests{GetInt(251)});
+        }
+        Vendor(251).get_result = driver_failure;
+        EXPECT_FALSE(Available(item, key));
+        Vendor(251).get_result = S_OK;
+        (void)Asked();
+    }
+    for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U, 10U}) {
+        EXPECT_TRUE(Available(item, key)) << key;
+    }
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(FocusTest, TickingTheRegionEnablesItsEdges) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    EXPECT_FALSE(Available(item, 6));
+    EXPECT_EQ(item->SetSwitch(5, true), S_OK);
+    for (const InterfaceKey key : {6U, 7U, 8U, 9U}) {
+        EXPECT_TRUE(Available(item, key)) << key;
+    }
+}
+
+TEST_F(FocusTest, OnlyOnePushRunningIsReadOnly) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (InterfaceKey key = 0; key <= 10; ++key) {
+        bool read_only = key != 2;
+        EXPECT_EQ(item->IsReadOnly(key, read_only), S_OK);
+        EXPECT_EQ(read_only, key == 2) << key;
+    }
+}
+
+TEST_F(FocusTest, PositionIsTheCameraControls) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    EXPECT_EQ(Range(item, 1), (RangeInfo{10, 900, 450, 5}));
+    EXPECT_EQ(Value(item, 1), 123);
+    EXPECT_EQ(item->SetValue(1, 222), S_OK);
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGetRange, focus), Control(Kind::CameraGet, focus),
+                                 Control(Kind::CameraSet, focus, 222, 2)}));
+}
+
+TEST_F(FocusTest, RangesAreProperties) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (const KeyAndProperty& one : ranges) {
+        const auto id = static_cast<std::int32_t>(one.id);
+        EXPECT_EQ(Range(item, one.key), (RangeInfo{-id, 10 * id, 5 * id, 1}));
+        EXPECT_EQ(Value(item, one.key), id);
+        EXPECT_EQ(item->SetValue(one.key, 17), S_OK);
+        EXPECT_EQ(Asked(), (Requests{GetInt(one.id), GetInt(one.id), SetVendor(one.id, IntRecord(17, 2))}));
+    }
+}
+
+TEST_F(FocusTest, SwitchesAreProperties) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (const std::int32_t value : {0, 1, -1}) {
+        Vendor(124).bytes = IntRecord(value);
+        Vendor(251).bytes = IntRecord(value == 0 ? 1 : 0);
+        EXPECT_EQ(Switch(item, 2), value != 0);
+        EXPECT_EQ(Switch(item, 5), value == 0);
+        EXPECT_EQ(Asked(), (Requests{GetInt(124), GetInt(251)}));
+    }
+    EXPECT_EQ(item->SetSwitch(5, true), S_OK);
+    EXPECT_EQ(item->SetSwitch(5, false), S_OK);
+    EXPECT_EQ(Asked(), (Requests{SetVendor(251, IntRecord(1, 2)), SetVendor(251, IntRecord(0, 2))}));
+}
+
+TEST_F(FocusTest, TheRegionIsOffByDefault) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    bool on = true;
+    EXPECT_EQ(item->GetSwitchDefault(5, on), S_OK);
+    EXPECT_FALSE(on);
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(FocusTest, PushStartsOnePushWhateverItsKey) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    for (const InterfaceKey key : {0U, 5U, 99U}) {
+        EXPECT_EQ(item->Push(key), S_OK);
+        EXPECT_EQ(Asked(), Requests{SetVendor(124, IntRecord(1, 2))});
+    }
+}
+
+TEST_F(FocusTest, FailuresAreHandedOn) {
+    OfferAll();
+    const Item item = Make(MakeFocusItem);
+    Vendor(124).get_result = driver_failure;
+    Vendor(124).set_result = driver_refusal;
+    Vendor(247).get_result = driver_failure;
+    Camera().get_result = driver_failure;
+    Camera().set_result = driver_refusal;
+    Camera().range_result = driver_refusal;
+    RangeInfo range{1, 2, 3, 4};
+    std::int32_t value = 5;
+    bool on = true;
+    EXPECT_EQ(item->GetRange(1, range), driver_refusal);
+    EXPECT_EQ(item->GetRange(7, range), driver_failure);
+    EXPECT_EQ(item->GetValue(1, value), driver_failure);
+    EXPECT_EQ(item->GetValue(7, value), driver_failure);
+    EXPECT_EQ(item->SetValue(1, 9), driver_refusal);
+    EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
+    EXPECT_EQ(item->Push(0), driver_refusal);
+    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
+    EXPECT_EQ(value, 5);
+    EXPECT_TRUE(on);
+}
+
+}  // namespace
+}  // namespace item_tests

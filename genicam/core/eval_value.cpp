@@ -12,6 +12,11 @@ std::int64_t truncate_to_int(double number) noexcept {
     return static_cast<std::int64_t>(number);
 }
 
-std::int64_t round_to_int(double number) noexcept { return truncate_to_int(std::round(number)); }
+std::int64_t round_to_int(double number) noexcept {
+    // Not std::round: in one C library that gives 1 for the double just below one half.
+    const double whole = std::trunc(number);
+    const bool is_half_or_more = std::fabs(number - whole) >= 0.5;
+    return truncate_to_int(is_half_or_more ? whole + std::copysign(1.0, number) : whole);
+}
 
 }  // namespace GenICam

@@ -32,13 +32,11 @@ public:
 
     /// The first thing that a value operation does. Order: implemented, available, access mode.
     [[nodiscard]] std::error_code check_access(bool is_write, std::uint32_t flags) {
-        if ((flags & access_flags::skip_access_check) != 0) return {};
-        if (is_implemented_node_ != nullptr || is_available_node_ != nullptr) {
-            if (const std::error_code refused = check_links(flags)) return refused;
-        }
-        const AccessMode refusing = is_write ? AccessMode::RO : AccessMode::WO;
-        if (find_access_mode() == refusing) return make_error_code(access_denied);
-        return {};
+        return check_access_by(is_write, flags, [this] { return find_access_mode(); });
+    }
+    /// The same for classes without an access source, which need not be asked for it.
+    [[nodiscard]] std::error_code check_own_access(bool is_write, std::uint32_t flags) const {
+        return check_access_by(is_write, flags, [this] { return imposed_access_mode_; });
     }
     /// Narrows an access mode that is RW so far; an imposed restriction is never turned around.
     void set_actual_access_mode(AccessMode mode);
@@ -74,6 +72,16 @@ public:
 private:
     friend class node_base_impl_value;
 
+    template <class Mode>
+    [[nodiscard]] std::error_code check_access_by(bool is_write, std::uint32_t flags, Mode mode) const {
+        if ((flags & access_flags::skip_access_check) != 0) return {};
+        if (is_implemented_node_ != nullptr || is_available_node_ != nullptr) {
+            if (const std::error_code refused = check_links(flags)) return refused;
+        }
+        const AccessMode refusing = is_write ? AccessMode::RO : AccessMode::WO;
+        if (mode() == refusing) return make_error_code(access_denied);
+        return {};
+    }
     [[nodiscard]] std::error_code check_links(std::uint32_t flags) const;
     [[nodiscard]] INode* resolve_common_link(IGenICamDoc* doc, child name);
     void resolve_invalidators(IGenICamDoc* doc);

@@ -69,13 +69,13 @@ node_base_impl_bit_field::node_base_impl_bit_field(document_services* services, 
     if (children().has(child::Sign)) cache_.sign = parse_sign(xml);
 }
 
-result<std::int64_t> node_base_impl_bit_field::read_field(const register_place& place, std::uint32_t flags) {
+result<std::int64_t> node_base_impl_bit_field::read_field(register_place place, std::uint32_t flags) {
     std::uint64_t word = 0;
     if (const std::error_code failure = cache_.read_word(place, word, flags)) return failure;
     return bits_.get(word, place.length, cache_.endianess, cache_.sign);
 }
 
-std::error_code node_base_impl_bit_field::write_field(const register_place& place, std::int64_t value,
+std::error_code node_base_impl_bit_field::write_field(register_place place, std::int64_t value,
                                                       std::uint32_t flags) {
     std::uint64_t word = 0;
     if (const std::error_code failure = cache_.read_word(place, word, flags)) return failure;

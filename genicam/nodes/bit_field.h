@@ -55,10 +55,9 @@ protected:
 
     // The length of the place must fit a number.
 
-    [[nodiscard]] result<std::int64_t> read_field(const register_place& place, std::uint32_t flags);
+    [[nodiscard]] result<std::int64_t> read_field(register_place place, std::uint32_t flags);
     /// Reads the register, with the same flags, puts the value in and writes it back.
-    [[nodiscard]] std::error_code write_field(const register_place& place, std::int64_t value,
-                                              std::uint32_t flags);
+    [[nodiscard]] std::error_code write_field(register_place place, std::int64_t value, std::uint32_t flags);
 
 private:
     bit_field bits_;

@@ -75,7 +75,7 @@ result<double> float_reg_type_base::get_inc(std::uint32_t) { return make_error_c
 
 result<double> float_reg_type_base::get_default(std::uint32_t) { return make_error_code(not_implemented); }
 
-result<double> float_reg_type_base::read_number(const register_place& place, std::uint32_t flags) {
+result<double> float_reg_type_base::read_number(register_place place, std::uint32_t flags) {
     if (!is_float_size(place.length)) {
         return refuse_length(
             "GenICam::float_reg_type_base::get_val, length value out of range [1;8]. value=%I64d.\n",
@@ -86,8 +86,7 @@ result<double> float_reg_type_base::read_number(const register_place& place, std
     return number_of(bits, place.length);
 }
 
-std::error_code float_reg_type_base::write_number(const register_place& place, double value,
-                                                  std::uint32_t flags) {
+std::error_code float_reg_type_base::write_number(register_place place, double value, std::uint32_t flags) {
     if (!is_float_size(place.length)) {
         return refuse_length(
             "GenICam::float_reg_type_base::set_val, length value should be either 4 or 8. value=%I64d.\n",

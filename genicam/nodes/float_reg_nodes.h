@@ -25,9 +25,8 @@ protected:
     float_reg_type_base(document_services* services, pugi::xml_node xml);
     ~float_reg_type_base() = default;
 
-    [[nodiscard]] result<double> read_number(const register_place& place, std::uint32_t flags);
-    [[nodiscard]] std::error_code write_number(const register_place& place, double value,
-                                               std::uint32_t flags);
+    [[nodiscard]] result<double> read_number(register_place place, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_number(register_place place, double value, std::uint32_t flags);
 };
 
 /// `FloatReg` at a place that the description fixes.

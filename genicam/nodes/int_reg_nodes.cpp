@@ -22,7 +22,7 @@ integer_range int_reg_type_base::get_value_range() {
     return range_of_bits(static_cast<unsigned>(length) * 8, cache_.sign);
 }
 
-result<std::int64_t> int_reg_type_base::read_number(const register_place& place, std::uint32_t flags) {
+result<std::int64_t> int_reg_type_base::read_number(register_place place, std::uint32_t flags) {
     if (!fits_word(place.length)) {
         log_node(
             "GenICam::int_reg_type_base::get_val, IntReg (\"%s\"). Invalid Length value=%lld out of range "
@@ -36,7 +36,7 @@ result<std::int64_t> int_reg_type_base::read_number(const register_place& place,
     return static_cast<std::int64_t>(word);
 }
 
-std::error_code int_reg_type_base::write_number(const register_place& place, std::int64_t value,
+std::error_code int_reg_type_base::write_number(register_place place, std::int64_t value,
                                                 std::uint32_t flags) {
     if (!fits_word(place.length)) {
         log_node(

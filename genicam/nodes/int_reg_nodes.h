@@ -21,9 +21,8 @@ protected:
     int_reg_type_base(document_services* services, pugi::xml_node xml);
     ~int_reg_type_base() = default;
 
-    [[nodiscard]] result<std::int64_t> read_number(const register_place& place, std::uint32_t flags);
-    [[nodiscard]] std::error_code write_number(const register_place& place, std::int64_t value,
-                                               std::uint32_t flags);
+    [[nodiscard]] result<std::int64_t> read_number(register_place place, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_number(register_place place, std::int64_t value, std::uint32_t flags);
 };
 
 /// `IntReg` at a place that the description fixes.

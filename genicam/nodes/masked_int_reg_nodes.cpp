@@ -35,12 +35,12 @@ masked_int_reg_type_const_address::masked_int_reg_type_const_address(document_se
     : masked_int_reg_type_base(services, xml), address_(calc_address_nodes_sum(xml)) {}
 
 std::error_code masked_int_reg_type_const_address::set_val(std::int64_t value, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
     return spread_write(*this, write_field({address_, length()}, value, flags));
 }
 
 result<std::int64_t> masked_int_reg_type_const_address::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
     return read_field({address_, length()}, flags);
 }
 
@@ -54,14 +54,14 @@ result<std::uint64_t> masked_int_reg_type_dyn_address::get_address(std::uint32_t
 }
 
 std::error_code masked_int_reg_type_dyn_address::set_val(std::int64_t value, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
     const result<std::uint64_t> address = get_address(flags);
     if (!address) return address.error();
     return spread_write(*this, write_field({address.assume_value(), length()}, value, flags));
 }
 
 result<std::int64_t> masked_int_reg_type_dyn_address::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
     const result<std::uint64_t> address = get_address(flags);
     if (!address) return address.error();
     return read_field({address.assume_value(), length()}, flags);

@@ -16,13 +16,13 @@ public:
     using number = typename Base::number;
 
     std::error_code set_val(number value, std::uint32_t flags) final {
-        if (const std::error_code refused = this->check_access(true, flags)) return refused;
+        if (const std::error_code refused = this->check_own_access(true, flags)) return refused;
         const result<register_place> place = place_.get_address_and_length(flags);
         if (!place) return place.error();
         return spread_write(*this, this->write_number(place.assume_value(), value, flags));
     }
     result<number> get_val(std::uint32_t flags) final {
-        if (const std::error_code refused = this->check_access(false, flags)) return refused;
+        if (const std::error_code refused = this->check_own_access(false, flags)) return refused;
         const result<register_place> place = place_.get_address_and_length(flags);
         if (!place) return place.error();
         return this->read_number(place.assume_value(), flags);

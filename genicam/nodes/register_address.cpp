@@ -180,7 +180,7 @@ void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, pugi::x
     address_.resolve_references(doc, xml, children, self);
 }
 
-result<register_place> register_dyn_address_eval::get_address_and_length(std::uint32_t flags) const {
+result<register_place> register_dyn_address_eval::evaluate(std::uint32_t flags) const {
     const result<std::int64_t> length = length_.evaluate(flags);
     if (!length) return length.error();
     const result<std::uint64_t> address = address_.calc_address(length.assume_value(), flags);

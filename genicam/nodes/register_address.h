@@ -52,9 +52,12 @@ public:
 
     /// The register's length is the stride of an index that states none. Wraps at 64 bits.
     [[nodiscard]] result<std::uint64_t> calc_address(std::int64_t length, std::uint32_t flags) const {
-        if (terms_.empty()) return base_;
+        if (is_fixed()) return base_;
         return add_terms(length, flags);
     }
+    /// Whether no node takes part in the address, which is then `base`.
+    [[nodiscard]] bool is_fixed() const noexcept { return terms_.empty(); }
+    [[nodiscard]] std::uint64_t base() const noexcept { return base_; }
 
 private:
     void append_added(INode* node, pugi::xml_node xml, INode* self, const char* unresolved);
@@ -71,11 +74,18 @@ public:
     /// `self` becomes a dependent of `pLength` too. Without a usable length the register has 4 bytes.
     void resolve_references_len(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children, INode* self);
 
-    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t flags) const;
+    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t flags) const {
+        if (length_.kind == limit_kind::constant && address_.is_fixed()) {
+            return register_place{address_.base(), length_.number};
+        }
+        return evaluate(flags);
+    }
     /// 4 where the length cannot be evaluated.
     [[nodiscard]] std::int64_t get_length() const;
 
 private:
+    [[nodiscard]] result<register_place> evaluate(std::uint32_t flags) const;
+
     address_eval address_;
     integer_pair length_;
 };

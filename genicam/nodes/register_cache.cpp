@@ -30,6 +30,12 @@ void unload(std::uint64_t word, unsigned char (&bytes)[word_size], std::index_se
 // The usual lengths of registers without a call.
 void copy_bytes(void* dest, const void* src, std::int64_t length) noexcept {
     switch (length) {
+        case 1:
+            std::memcpy(dest, src, 1);
+            return;
+        case 2:
+            std::memcpy(dest, src, 2);
+            return;
         case 4:
             std::memcpy(dest, src, 4);
             return;
@@ -98,16 +104,7 @@ void register_cache::store(std::uint64_t address, const void* bytes, std::int64_
     cached_length = static_cast<std::uint8_t>(length);
 }
 
-std::error_code register_cache::read_word(const register_place& place, std::uint64_t& word,
-                                          std::uint32_t flags) {
-    unsigned char bytes[word_size] = {};
-    const std::error_code failure = cache_read(place.address, bytes, place.length, flags);
-    if (!failure) word = decode_word(bytes, place.length, endianess);
-    return failure;
-}
-
-std::error_code register_cache::write_word(const register_place& place, std::uint64_t word,
-                                           std::uint32_t flags) {
+std::error_code register_cache::write_word(register_place place, std::uint64_t word, std::uint32_t flags) {
     unsigned char bytes[word_size];
     encode_word(word, place.length, endianess, bytes);
     return cache_write(place.address, bytes, place.length, flags);

@@ -26,7 +26,7 @@ result<register_place> register_type::find_bytes(std::int64_t length, std::uint3
 }
 
 std::error_code register_type::read(void* buffer, std::int64_t length, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
     if (port_ == nullptr) return make_error_code(not_implemented);
     const result<register_place> place = find_bytes(length, flags);
     if (!place) return place.error();
@@ -36,7 +36,7 @@ std::error_code register_type::read(void* buffer, std::int64_t length, std::uint
 // Asks for the port first, unlike a read.
 std::error_code register_type::write(const void* buffer, std::int64_t length, std::uint32_t flags) {
     if (port_ == nullptr) return make_error_code(not_implemented);
-    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
     const result<register_place> place = find_bytes(length, flags);
     if (!place) return place.error();
     return spread_write(*this, port_->write(place.assume_value().address, buffer, length, flags));

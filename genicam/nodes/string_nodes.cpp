@@ -40,19 +40,19 @@ void string_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
 }
 
 result<std::string> string_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
     if (link_ != nullptr) return link_->get_val(flags);
     return value_;
 }
 
 std::error_code string_type::set_val(std::string_view value, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
     if (link_ != nullptr) return link_->set_val(value, flags);
     value_ = value;
     return spread_write(*this, {});
 }
 
-std::error_code string_cache::read(const register_place& place, std::string& text, std::uint32_t flags) {
+std::error_code string_cache::read(register_place place, std::string& text, std::uint32_t flags) {
     if (port == nullptr) return make_error_code(not_implemented);
     const bool is_cache_only = (flags & access_flags::cache_only) != 0;
     if ((flags & access_flags::bypass_cache) == 0 && (is_cache_only || cachable != Cachable::NoCache)) {
@@ -110,7 +110,7 @@ void string_reg_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) 
 }
 
 result<std::string> string_reg_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
     const result<register_place> place = place_.get_address_and_length(flags);
     if (!place) return place.error();
     const std::int64_t length = place.assume_value().length;
@@ -121,7 +121,7 @@ result<std::string> string_reg_type::get_val(std::uint32_t flags) {
 }
 
 std::error_code string_reg_type::set_val(std::string_view value, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(true, flags)) return refused;
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
     const result<register_place> place = place_.get_address_and_length(flags);
     if (!place) return place.error();
     return spread_write(*this, cache_.write(place.assume_value().address, value, flags));

@@ -32,23 +32,19 @@ void struct_entry_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml
     cache_.port = find_register_port(doc, frame, children_of_frame);
 }
 
-result<register_place> struct_entry_type::find_word(std::uint32_t flags) const {
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (place && !fits_word(place.assume_value().length)) return make_error_code(index_out_of_range);
-    return place;
-}
-
 std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {
-    if (const std::error_code refused = check_access(true, flags)) return refused;
-    const result<register_place> place = find_word(flags);
+    if (const std::error_code refused = check_own_access(true, flags)) return refused;
+    const result<register_place> place = place_.get_address_and_length(flags);
     if (!place) return place.error();
+    if (!fits_word(place.assume_value().length)) return make_error_code(index_out_of_range);
     return spread_write(*this, write_field(place.assume_value(), value, flags));
 }
 
 result<std::int64_t> struct_entry_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
-    const result<register_place> place = find_word(flags);
+    if (const std::error_code refused = check_own_access(false, flags)) return refused;
+    const result<register_place> place = place_.get_address_and_length(flags);
     if (!place) return place.error();
+    if (!fits_word(place.assume_value().length)) return make_error_code(index_out_of_range);
     return read_field(place.assume_value(), flags);
 }
 

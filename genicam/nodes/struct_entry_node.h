@@ -16,8 +16,6 @@ public:
     result<std::int64_t> get_val(std::uint32_t flags) override;
 
 private:
-    [[nodiscard]] result<register_place> find_word(std::uint32_t flags) const;
-
     register_dyn_address_eval place_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/debug_output.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -18,18 +19,18 @@ namespace {
 constexpr std::size_t message_size = 512;
 
 // "I64" is the length modifier of one C library only, while "ll" is known to all of them.
-std::string with_portable_lengths(const char* format) {
+std::string with_portable_lengths(std::string_view format) {
     constexpr std::string_view foreign = "I64";
     std::string portable;
-    for (std::string_view rest = format; !rest.empty();) {
-        const bool is_percent = rest.substr(0, 2) == "%%";
-        const bool is_conversion = rest.front() == '%' && !is_percent;
-        portable += rest.substr(0, is_percent ? 2 : 1);
-        rest.remove_prefix(is_percent ? 2 : 1);
-        if (is_conversion && rest.substr(0, foreign.size()) == foreign) {
-            portable += "ll";
-            rest.remove_prefix(foreign.size());
-        }
+    while (!format.empty()) {
+        const std::size_t ordinary = std::min(format.find('%'), format.size());
+        const std::size_t conversion =
+            std::min(format.find_first_not_of("-+ #0123456789.*", ordinary + 1), format.size());
+        portable += format.substr(0, conversion);
+        format.remove_prefix(conversion);
+        const bool is_foreign = format.substr(0, foreign.size()) == foreign;
+        portable += is_foreign ? "ll" : format.substr(0, 1);
+        format.remove_prefix(is_foreign ? foreign.size() : std::min<std::size_t>(1, format.size()));
     }
     return portable;
 }

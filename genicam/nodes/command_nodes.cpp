@@ -7,14 +7,10 @@
 namespace GenICam {
 namespace {
 
-void resolve_command_value(IGenICamDoc* doc, node_base_data& owner, integer_pair& command_value,
-                           const char* message) {
-    if (!owner.children().has_any(child::CommandValue, child::pCommandValue)) {
-        log_node(message, owner);
-        return;
-    }
-    command_value.store(resolve_link_or_value_(doc, owner.xml(), "CommandValue", "pCommandValue"),
-                        owner.get_node());
+void resolve_command_value(IGenICamDoc* doc, node_base_data& owner, integer_pair& command_value, const char* message) {
+    const link_or_value resolved = resolve_link_or_value_(doc, owner.xml(), "CommandValue", "pCommandValue");
+    if (!resolved.valid) log_node(message, owner);
+    command_value.store(resolved, owner.get_node());
 }
 
 }  // namespace

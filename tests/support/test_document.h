@@ -2,6 +2,7 @@
 
 #include "genicam/genicam_doc.h"
 #include "genicam/idevice_port.h"
+#include "genicam/ieval.h"
 #include "genicam/inode.h"
 
 #include <cstddef>

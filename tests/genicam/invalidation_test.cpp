@@ -1,0 +1,274 @@
+#include "genicam/core/document_services.h"
+#include "genicam/ieval.h"
+#include "tests/support/small_stack.h"
+#include "tests/support/test_document.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace GenICam;
+using test_support::ChangeCounter;
+using test_support::TestDocument;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+std::vector<std::string> dependents_of(TestDocument& doc, const char* name) {
+    std::vector<std::string> names;
+    for (IEval* dependent : doc.Node(name).get_eval()->get_dependents()) {
+        names.emplace_back(dependent->get_node()->get_name());
+    }
+    return names;
+}
+
+TEST(Invalidation, AChainMovesIntoTheListOfTheValueNode) {
+    TestDocument doc(
+        "<Integer Name='V'><Value>1</Value></Integer><Integer Name='P'><pValue>V</pValue></Integer>"
+        "<SwissKnife Name='S'><pVariable Name='x'>P</pVariable><Formula>x</Formula></SwissKnife>");
+    EXPECT_THAT(dependents_of(doc, "V"), UnorderedElementsAre("P", "S"));
+    EXPECT_THAT(dependents_of(doc, "P"), ElementsAre());
+    EXPECT_EQ(doc.Node("V").get_eval()->get_dependent_count(), 2);
+    EXPECT_EQ(doc.Node("P").get_eval()->get_dependent_count(), 0);
+    EXPECT_EQ(doc.Node("Device").get_eval()->get_dependent_count(), -1);
+}
+
+TEST(Invalidation, TwoNodesThatInvalidateEachOther) {
+    TestDocument doc(
+        "<Integer Name='A'><Value>1</Value><pInvalidator>B</pInvalidator></Integer>"
+        "<Integer Name='B'><Value>1</Value><pInvalidator>A</pInvalidator></Integer>");
+    EXPECT_THAT(dependents_of(doc, "A"), ElementsAre("B", "A"));
+    EXPECT_THAT(dependents_of(doc, "B"), ElementsAre("A", "B"));
+    ChangeCounter changes_of_a(doc.Node("A"));
+    ChangeCounter changes_of_b(doc.Node("B"));
+    EXPECT_FALSE(doc.Integer("A").set_val(2, 0));
+    EXPECT_EQ(changes_of_a.Count(), 2) << "as its own dependent through the circle, and as the node written";
+    EXPECT_EQ(changes_of_b.Count(), 1);
+}
+
+TEST(Invalidation, InvalidatorsThatRegisterNothing) {
+    TestDocument doc(
+        "<Integer Name='n'><Value>1</Value><pInvalidator>n</pInvalidator><pInvalidator>Device</pInvalidator>"
+        "<pInvalidator>c</pInvalidator></Integer><Category Name='c'/>");
+    EXPECT_THAT(doc.load_messages, ElementsAre());
+    EXPECT_THAT(dependents_of(doc, "n"), ElementsAre());
+}
+
+TEST(Invalidation, UnknownInvalidatorsAreLogged) {
+    TestDocument doc(
+        "<Integer Name='n'><Value>1</Value><pInvalidator>entry</pInvalidator><pInvalidator/></Integer>"
+        "<Enumeration Name='e'><Value>1</Value><EnumEntry "
+        "Name='entry'><Value>1</Value></EnumEntry></Enumeration>");
+    constexpr const char* message =
+        "GenICam::node_base_data::resolve_references, Integer (\"n\"). Failed to resolve \"pInvalidator\" "
+        "xml "
+        "element.\n";
+    EXPECT_THAT(doc.load_messages, ElementsAre(message, message));
+}
+
+TEST(Invalidation, EveryKindOfLinkRegistersOnce) {
+    TestDocument doc(
+        "<Integer Name='n'><pValue>v</pValue><pMin>v</pMin><pMax>v</pMax><pInc>v</pInc><Extension><pDefault>v"
+        "</pDefault></Extension><pIsImplemented>v</pIsImplemented><pIsAvailable>v</pIsAvailable><pIsLocked>v"
+        "</pIsLocked><pInvalidator>v</pInvalidator></Integer><Integer Name='v'><Value>1</Value></Integer>");
+    EXPECT_THAT(dependents_of(doc, "v"), ElementsAre("n"));
+}
+
+TEST(Invalidation, EachLinkRegistersByItself) {
+    const char* const links[] = {
+        "<Integer Name='n'><pValue>v</pValue></Integer>",
+        "<Integer Name='n'><Value>1</Value><pMin>v</pMin></Integer>",
+        "<Integer Name='n'><Value>1</Value><pMax>v</pMax></Integer>",
+        "<Integer Name='n'><Value>1</Value><pInc>v</pInc></Integer>",
+        "<Integer Name='n'><Value>1</Value><Extension><pDefault>v</pDefault></Extension></Integer>",
+        "<Integer Name='n'><pIndex>v</pIndex><ValueDefault>1</ValueDefault></Integer>",
+        "<Integer Name='n'><pIndex>w</pIndex><ValueDefault>1</ValueDefault><pValueIndexed "
+        "Index='1'>v</pValueIndexed>"
+        "</Integer>",
+        "<Float Name='n'><pValue>v</pValue></Float>",
+        "<Boolean Name='n'><pValue>v</pValue></Boolean>",
+        "<Boolean Name='n'><Value>1</Value><Extension><pDefault>v</pDefault></Extension></Boolean>",
+        "<Command Name='n'><pValue>v</pValue><CommandValue>1</CommandValue></Command>",
+        "<Command Name='n'><Value>1</Value><pCommandValue>v</pCommandValue></Command>",
+        "<Enumeration Name='n'><pValue>v</pValue></Enumeration>",
+        "<Port Name='n'><pChunkID>v</pChunkID></Port>",
+    };
+    for (const char* link : links) {
+        TestDocument doc(
+            std::string(link) +
+            "<Integer Name='v'><Value>1</Value></Integer><Integer Name='w'><Value>1</Value></Integer>");
+        EXPECT_THAT(dependents_of(doc, "v"), ElementsAre("n")) << link;
+    }
+}
+
+TEST(Invalidation, LinksThatDoNotCount) {
+    const char* const links[] = {
+        "<Integer Name='n'><pIndex>w</pIndex><pValueDefault>v</pValueDefault></Integer>",
+        "<Integer Name='n'><pValue>w</pValue><pValueCopy>v</pValueCopy></Integer>",
+        "<Integer Name='n'><Value>1</Value><pSelected>v</pSelected></Integer>",
+        "<Integer Name='n'><Value>1</Value><pAlias>v</pAlias></Integer>",
+        "<Category Name='n'><pFeature>v</pFeature></Category>",
+    };
+    for (const char* link : links) {
+        TestDocument doc(
+            std::string(link) +
+            "<Integer Name='v'><Value>1</Value></Integer><Integer Name='w'><Value>1</Value></Integer>");
+        EXPECT_THAT(dependents_of(doc, "v"), ElementsAre()) << link;
+    }
+}
+
+TEST(Invalidation, EntriesOfEnumerationsHearOfTheirLinks) {
+    TestDocument doc(
+        "<Enumeration Name='e'><Value>1</Value><EnumEntry Name='x'><Value>1</Value><pIsAvailable>v"
+        "</pIsAvailable></EnumEntry></Enumeration><Integer Name='v'><Value>0</Value></Integer>");
+    EXPECT_THAT(dependents_of(doc, "v"), ElementsAre("x"));
+    EXPECT_FALSE(doc.Enumeration("e").get_entries().at(0)->is_available());
+}
+
+TEST(Invalidation, OrderIsDependentsFirstThenTheNode) {
+    TestDocument doc(
+        "<Integer Name='V'><Value>1</Value></Integer><Integer Name='P'><pValue>V</pValue></Integer>"
+        "<Integer Name='Q'><pValue>P</pValue></Integer>");
+    std::vector<std::string> heard;
+    for (const char* name : {"V", "P", "Q"}) {
+        doc.Node(name).register_callback([&heard](INode* node) { heard.emplace_back(node->get_name()); });
+    }
+    EXPECT_FALSE(doc.Integer("Q").set_val(5, 0));
+    EXPECT_THAT(heard, ElementsAre("P", "Q", "V"));
+}
+
+TEST(Invalidation, AnUnchangedOrRefusedWriteIsSilent) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value><Max>5</Max></Integer>");
+    ChangeCounter changes(doc.Node("V"));
+    EXPECT_FALSE(doc.Integer("V").set_val(1, 0));
+    EXPECT_TRUE(doc.Integer("V").set_val(6, 0));
+    EXPECT_EQ(changes.Count(), 0);
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(changes.Count(), 1);
+}
+
+TEST(Callbacks, RunInTheOrderOfTheirRegistrationUntilCleared) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value></Integer>");
+    std::string heard;
+    EXPECT_FALSE(doc.Node("V").register_callback([&heard](INode*) { heard += 'a'; }));
+    EXPECT_FALSE(doc.Node("V").register_callback([&heard](INode*) { heard += 'b'; }));
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(heard, "ab");
+    doc.Node("V").clear_callbacks();
+    doc.Node("V").clear_callbacks();
+    EXPECT_FALSE(doc.Integer("V").set_val(3, 0));
+    EXPECT_EQ(heard, "ab");
+    EXPECT_FALSE(doc.Node("V").register_callback([&heard](INode*) { heard += 'c'; }));
+    EXPECT_FALSE(doc.Integer("V").set_val(4, 0));
+    EXPECT_EQ(heard, "abc");
+}
+
+TEST(Callbacks, OneThatThrowsEndsTheLoop) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value></Integer>");
+    int heard = 0;
+    doc.Node("V").register_callback([](INode*) { throw std::runtime_error("callback"); });
+    doc.Node("V").register_callback([&heard](INode*) { ++heard; });
+    EXPECT_THROW(static_cast<void>(doc.Integer("V").set_val(2, 0)), std::runtime_error);
+    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(doc.Integer("V").get_val(0).value(), 2);
+}
+
+TEST(Callbacks, OneMayChangeTheCallbacksOfItsNode) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value></Integer>");
+    int heard = 0;
+    doc.Node("V").register_callback([&heard](INode* node) {
+        ++heard;
+        node->clear_callbacks();
+        for (int more = 0; more < 100; ++more) node->register_callback([](INode*) {});
+    });
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(heard, 1);
+}
+
+TEST(Dependents, AddingAfterTheLoadKeepsEachOnce) {
+    TestDocument doc(
+        "<Integer Name='V'><Value>1</Value></Integer><Integer Name='A'><Value>1</Value></Integer>"
+        "<Integer Name='B'><Value>1</Value></Integer>");
+    IEval* owner = doc.Node("V").get_eval();
+    for (int round = 0; round < 2; ++round) {
+        for (const char* name : {"A", "B", "V"}) owner->add_dependent(&doc.Node(name));
+    }
+    EXPECT_THAT(dependents_of(doc, "V"), ElementsAre("A", "B"));
+}
+
+TEST(Dependents, FiftyThousandOfOneNode) {
+    constexpr int count = 50000;
+    std::string text = "<Integer Name='V'><Value>1</Value></Integer>";
+    for (int at = 0; at < count; ++at) {
+        text += "<Integer Name='N" + std::to_string(at) +
+                "'><Value>1</Value><pInvalidator>V</pInvalidator></Integer>";
+    }
+    TestDocument doc(text);
+    EXPECT_EQ(doc.Node("V").get_eval()->get_dependent_count(), count);
+}
+
+// Each list is complete, whatever the order in which the nodes are closed.
+TEST(Dependents, ALongRingCloses) {
+    constexpr int count = 2000;
+    std::string text;
+    for (int at = 0; at < count; ++at) {
+        text += "<Integer Name='N" + std::to_string(at) + "'><Value>1</Value><pInvalidator>N" +
+                std::to_string((at + 1) % count) + "</pInvalidator></Integer>";
+    }
+    bool complete = true;
+    test_support::RunOnSmallStack([&] {
+        TestDocument doc(text);
+        doc->for_each_node([&](INode* node) {
+            if (node->get_node_type() == node_type::integer) {
+                complete = complete && node->get_eval()->get_dependent_count() == count;
+            }
+        });
+    });
+    EXPECT_TRUE(complete);
+}
+
+TEST(Dependents, ListsOfARandomGraphHoldWhatCanBeReached) {
+    constexpr int count = 60;
+    unsigned state = 12345;
+    const auto next = [&state](int below) {
+        state = state * 1664525U + 1013904223U;
+        return static_cast<int>(state >> 8) % below;
+    };
+    for (int round = 0; round < 20; ++round) {
+        std::vector<std::vector<bool>> reaches(count, std::vector<bool>(count));
+        std::string text;
+        for (int at = 0; at < count; ++at) {
+            // Even nodes hold a value, odd ones forward to another and so keep no list of their own.
+            const int source = next(count);
+            text += "<Integer Name='N" + std::to_string(at) + "'>";
+            text += at % 2 == 0 ? "<Value>1</Value>" : "<pValue>N" + std::to_string(source) + "</pValue>";
+            if (at % 2 != 0 && source != at)
+                reaches[static_cast<std::size_t>(source)][static_cast<std::size_t>(at)] = true;
+            for (int link = next(3); link > 0; --link) {
+                const int other = next(count);
+                text += "<pInvalidator>N" + std::to_string(other) + "</pInvalidator>";
+                if (other != at)
+                    reaches[static_cast<std::size_t>(other)][static_cast<std::size_t>(at)] = true;
+            }
+            text += "</Integer>";
+        }
+        for (std::size_t via = 0; via < count; ++via) {
+            for (std::size_t from = 0; from < count; ++from) {
+                for (std::size_t to = 0; to < count; ++to) {
+                    if (reaches[from][via] && reaches[via][to]) reaches[from][to] = true;
+                }
+            }
+        }
+        TestDocument doc(text);
+        for (std::size_t at = 0; at < count; at += 2) {
+            std::vector<std::string> expected;
+            for (std::size_t to = 0; to < count; ++to) {
+                if (reaches[at][to]) expected.push_back("N" + std::to_string(to));
+            }
+            EXPECT_THAT(dependents_of(doc, ("N" + std::to_string(at)).c_str()),
+                        testing::UnorderedElementsAreArray(expected));
+        }
+    }
+}
+
+}  // namespace

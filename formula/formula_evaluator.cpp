@@ -1,0 +1,97 @@
+#include "formula/formula_evaluator.h"
+
+#include <boost/container/small_vector.hpp>
+
+namespace GenICam {
+namespace {
+
+constexpr std::string_view no_variable = "Failed to look up variable name.";
+constexpr std::string_view no_operand = "Failed to get 1 parameter for unary function.";
+constexpr std::string_view no_operands = "Failed to get 2 parameters for binary function.";
+constexpr std::string_view no_selection = "Failed to get 3 parameters for condition operator.";
+constexpr std::string_view no_result = "Unbalanced calc stack.";
+
+class calc_stack {
+public:
+    void push(const eval_value& value) {
+        if (values_.size() == values_.capacity()) values_.reserve(values_.size() + 1);
+        values_.push_back(value);
+    }
+    [[nodiscard]] bool has(std::size_t count) const noexcept { return values_.size() >= count; }
+    [[nodiscard]] const eval_value& top() const noexcept { return values_.back(); }
+    eval_value pop() noexcept {
+        const eval_value value = values_.back();
+        values_.pop_back();
+        return value;
+    }
+
+private:
+    boost::container::small_vector<eval_value, 20> values_;
+};
+
+std::string_view run_unary(calc_stack& stack, const formula_function& function) {
+    if (!stack.has(1)) return no_operand;
+    stack.push(apply(function, stack.pop()));
+    return {};
+}
+
+std::string_view run_binary(calc_stack& stack, const formula_function& function) {
+    if (!stack.has(2)) return no_operands;
+    const eval_value right = stack.pop();
+    const eval_value left = stack.pop();
+    stack.push(apply(function, left, right));
+    return {};
+}
+
+std::string_view run_selection(calc_stack& stack) {
+    if (!stack.has(3)) return no_selection;
+    const eval_value when_false = stack.pop();
+    const eval_value when_true = stack.pop();
+    const eval_value condition = stack.pop();
+    stack.push(is_true(condition) ? when_true : when_false);
+    return {};
+}
+
+std::string_view run_variable(calc_stack& stack, identifier_id id, const variable_lookup& variables) {
+    const std::optional<eval_value> found = variables(id);
+    if (!found) return no_variable;
+    stack.push(*found);
+    return {};
+}
+
+std::string_view run(calc_stack& stack, const formula_instruction& instruction,
+                     const variable_lookup& variables) {
+    switch (instruction.code) {
+        case op_code::op_push_int:
+            stack.push(value_of(number_kind::integer, instruction.number));
+            break;
+        case op_code::op_push_float:
+            stack.push(value_of(number_kind::floating, instruction.number));
+            break;
+        case op_code::op_unary:
+            return run_unary(stack, *instruction.function);
+        case op_code::op_binary:
+            return run_binary(stack, *instruction.function);
+        case op_code::op_select:
+            return run_selection(stack);
+        case op_code::op_variable:
+            return run_variable(stack, instruction.variable, variables);
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+                                  eval_value& result) {
+    calc_stack stack;
+    for (const formula_instruction& instruction : program.instructions) {
+        const std::string_view failure = run(stack, instruction, variables);
+        if (!failure.empty()) return failure;
+    }
+    if (!stack.has(1)) return no_result;
+    result = stack.top();
+    return {};
+}
+
+}  // namespace GenICam

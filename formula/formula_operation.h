@@ -1,0 +1,136 @@
+#pragma once
+
+#include "genicam/core/eval_value.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace GenICam {
+
+/// What the text of a formula is cut into. The values are part of the language's description; do not change.
+enum class token_kind : std::uint8_t {
+    complement = 0,
+    plus = 2,
+    minus = 3,
+    multiply = 4,
+    divide = 5,
+    remainder = 6,
+    power = 7,
+    greater = 8,
+    greater_equal = 9,
+    less = 10,
+    less_equal = 11,
+    equal = 12,
+    not_equal = 13,
+    logical_and = 14,
+    logical_or = 15,
+    bit_and = 16,
+    bit_or = 17,
+    bit_xor = 18,
+    shift_right = 19,
+    shift_left = 20,
+    number = 21,
+    identifier = 22,
+    function = 23,  ///< a name and its opening parenthesis
+    open = 24,
+    close = 25,
+    question = 26,
+    colon = 27,
+    comma = 28,
+    end = 29,  ///< end of the text, or a character that begins no token
+};
+
+/// The levels of binary operators, outermost first. Operators of one level associate to the left.
+enum class operator_level : std::uint8_t { relation, bit_term, sum, term, none };
+constexpr std::size_t operator_level_count = 4;
+
+/// The payload of a value whose kind is known from elsewhere.
+using slot = eval_value::payload;
+
+enum class number_kind : std::uint8_t { floating, integer };
+
+/// Computes on payloads of fixed kinds; parameters beyond the operation's arity are ignored.
+using typed_function = slot (*)(slot first, slot second, slot third);
+
+struct typed_form {
+    typed_function apply;
+    number_kind first;
+    number_kind second;
+    number_kind result;
+    bool can_fault;  ///< ends the process for some operands
+};
+
+/// An operator or function on numbers of any kind: one form for operands that are all integers, one for all
+/// others. Operands of another kind than the form takes are converted by `to_int` and `to_double`.
+struct formula_function {
+    std::size_t arity;
+    typed_form for_integers;
+    typed_form otherwise;
+};
+
+/// One row of the table of everything that has a fixed text. A minus is both a unary and a binary operator.
+struct formula_operation {
+    std::string_view text;
+    token_kind kind;
+    operator_level level = operator_level::none;
+    const formula_function* unary = nullptr;
+    const formula_function* binary = nullptr;
+};
+
+/// The operator, parenthesis or mark at the start of the text, or null. Two characters go before one.
+[[nodiscard]] const formula_operation* match_operation(std::string_view text) noexcept;
+
+/// The row of an operator, parenthesis or mark; null for the other kinds.
+[[nodiscard]] const formula_operation* operation_of(token_kind kind) noexcept;
+
+/// The named function with that many arguments, or null.
+[[nodiscard]] const formula_function* find_function(std::string_view name, std::size_t arguments) noexcept;
+
+/// The value of a name that every formula knows, or null.
+[[nodiscard]] const double* find_named_constant(std::string_view name) noexcept;
+
+/// Changes a payload of the other kind into one of this kind, as `to_int` and `to_double` do.
+[[nodiscard]] typed_function conversion_to(number_kind kind) noexcept;
+
+/// Whether a value counts as true: not 0. NaN is true.
+[[nodiscard]] inline bool is_true(const eval_value& condition) noexcept {
+    return condition.is_integer ? condition.value.integer != 0 : condition.value.real != 0.0;
+}
+
+/// The second or third payload by the first, which is of this kind.
+[[nodiscard]] typed_function selection_by(number_kind condition) noexcept;
+
+[[nodiscard]] inline slot slot_as(number_kind kind, const eval_value& number) noexcept {
+    slot converted;
+    if (kind == number_kind::integer) {
+        converted.integer = to_int(number);
+    } else {
+        converted.real = to_double(number);
+    }
+    return converted;
+}
+
+[[nodiscard]] inline eval_value value_of(number_kind kind, slot payload) noexcept {
+    eval_value made;
+    made.value = payload;
+    made.is_integer = kind == number_kind::integer;
+    return made;
+}
+
+[[nodiscard]] inline number_kind kind_of(const eval_value& number) noexcept {
+    return number.is_integer ? number_kind::integer : number_kind::floating;
+}
+
+[[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& operand) noexcept {
+    const typed_form& form = operand.is_integer ? function.for_integers : function.otherwise;
+    return value_of(form.result, form.apply(slot_as(form.first, operand), {}, {}));
+}
+
+[[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& left,
+                                      const eval_value& right) noexcept {
+    const typed_form& form = left.is_integer && right.is_integer ? function.for_integers : function.otherwise;
+    return value_of(form.result, form.apply(slot_as(form.first, left), slot_as(form.second, right), {}));
+}
+
+}  // namespace GenICam

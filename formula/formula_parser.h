@@ -1,0 +1,23 @@
+#pragma once
+
+#include "formula/formula_program.h"
+#include "formula/function_ref.h"
+#include "genicam/core/error.h"
+
+#include <string_view>
+#include <variant>
+
+namespace GenICam {
+
+/// What a name in a formula stands for: nothing known, a variable (never id 0), an expression whose
+/// instructions are copied in, or a constant.
+using resolved_name = std::variant<std::monostate, identifier_id, const formula_program*, eval_value>;
+using name_resolver = function_ref<resolved_name(std::string_view name)>;
+
+/// Compiles a formula. Fails with `formula_parse_failed` only. A formula that breaks off at the end of the
+/// text gives what stood there so far, and text behind a complete formula is ignored; an empty text gives an
+/// empty program. Formulas nested deeper than 4096 levels fail, and so do those that expressions make longer
+/// than 65536 instructions.
+[[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver);
+
+}  // namespace GenICam

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "formula/formula_operation.h"
+#include "genicam/core/eval_value.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace GenICam {
+
+/// How a level of the parser ended. The numbers and texts appear in messages; do not change.
+enum class parse_status : std::uint8_t {
+    none = 0,
+    end_of_text = 1,
+    invalid_token = 2,
+    unknown_name = 3,
+    unknown_function = 4,
+    no_operator_function = 5,
+    no_end_of_arguments = 6,
+    no_colon = 7,
+    no_closing_parenthesis = 8,
+    nothing_after_unary = 9,
+    no_factor = 10,
+    beyond_limits = 11,  ///< nested deeper, or grown longer by expressions, than the parser goes along with
+};
+
+/// The words for a status; empty where there are none.
+[[nodiscard]] std::string_view status_text(parse_status status) noexcept;
+
+struct formula_token {
+    token_kind kind = token_kind::end;
+    parse_status status = parse_status::none;  ///< `end` only: whether the text or its sense ended
+    eval_value number;                         ///< `number` only
+    std::string_view name;                     ///< `identifier` and `function` only
+    std::string_view rest;                     ///< the text behind the token
+};
+
+/// The first token of the text. Knows nothing of what stands before it.
+[[nodiscard]] formula_token next_token(std::string_view text);
+
+}  // namespace GenICam

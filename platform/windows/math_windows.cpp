@@ -1,0 +1,15 @@
+#include "platform/math.h"
+
+#include <cmath>
+
+namespace platform {
+
+// The library's pow for double multiplies rounded reciprocals for negative integer exponents: it is wrong
+// already for 10 to the -2. Its long double form has digits to spare.
+double power(double base, double exponent) noexcept {
+    const long double wide_base = base;
+    const long double wide_exponent = exponent;
+    return static_cast<double>(std::pow(wide_base, wide_exponent));
+}
+
+}  // namespace platform

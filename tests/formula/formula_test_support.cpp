@@ -1,0 +1,149 @@
+#include "tests/formula/formula_test_support.h"
+
+#include "formula/formula_token.h"
+#include "genicam/core/log.h"
+#include "platform/debug_output.h"
+
+#include <cmath>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+using namespace GenICam;
+
+namespace formula_test {
+namespace {
+
+std::vector<std::string>& captured() {
+    static std::vector<std::string> messages;
+    return messages;
+}
+
+// The words in "km_parse_tree failed with result=<words>. Last token view: ...".
+std::string parse_failure(std::string_view text, const formula_names& names) {
+    const log_capture log;
+    EXPECT_FALSE(parse_formula(text, names));
+    const std::string message = log.messages().empty() ? "" : log.messages().back();
+    const std::size_t from = message.find("result=") + 7;
+    return message.substr(from, message.find(". Last token view:\n") - from);
+}
+
+std::string show_instruction(const formula_instruction& instruction) {
+    switch (instruction.code) {
+        case op_code::op_push_int:
+            return show(value_of(number_kind::integer, instruction.number));
+        case op_code::op_push_float:
+            return show(value_of(number_kind::floating, instruction.number));
+        case op_code::op_unary:
+            return "unary";
+        case op_code::op_binary:
+            return "binary";
+        case op_code::op_select:
+            return "select";
+        case op_code::op_variable:
+            return fmt::format("${}", instruction.variable);
+    }
+    return "?";
+}
+
+}  // namespace
+
+void formula_names::add_variable(const std::string& name, eval_value value) {
+    names_[name] = first_id + variables_.size();
+    variables_.push_back(value);
+}
+
+void formula_names::add_lost_variable(const std::string& name) { names_[name] = identifier_id{1}; }
+
+void formula_names::add_constant(const std::string& name, eval_value value) { names_[name] = value; }
+
+void formula_names::add_expression(const std::string& name, std::string_view text) {
+    auto program = parse_formula(text, *this);
+    ASSERT_TRUE(program) << text;
+    expressions_.push_back(std::move(program.value()));
+    names_[name] = static_cast<const formula_program*>(&expressions_.back());
+}
+
+void formula_names::set(const std::string& name, eval_value value) {
+    variables_.at(std::get<identifier_id>(names_.at(name)) - first_id) = value;
+}
+
+resolved_name formula_names::operator()(std::string_view name) const {
+    const auto found = names_.find(name);
+    return found == names_.end() ? resolved_name() : found->second;
+}
+
+const eval_value* formula_names::operator()(identifier_id id) const {
+    if (id < first_id || id - first_id >= variables_.size()) return nullptr;
+    return &variables_[id - first_id];
+}
+
+log_capture::log_capture() {
+    captured().clear();
+    log_threshold = 2;
+    platform::set_debug_sink([](const char* text) { captured().emplace_back(text); });
+}
+
+log_capture::~log_capture() {
+    log_threshold = 0;
+    platform::set_debug_sink(nullptr);
+}
+
+const std::vector<std::string>& log_capture::messages() const { return captured(); }
+
+std::string show(const eval_value& value) {
+    if (value.is_integer) return fmt::format("{}", value.value.integer);
+    return std::isnan(value.value.real) ? "nan" : fmt::format("{}f", value.value.real);
+}
+
+std::string outcome(std::string_view text, const formula_names& names) {
+    auto parsed = parse_formula(text, names);
+    if (!parsed) {
+        EXPECT_EQ(parsed.error(), make_error_code(formula_parse_failed));
+        return "parse: " + parse_failure(text, names);
+    }
+    formula_program& program = parsed.value();
+    eval_value value;
+    const auto lookup = [&names](identifier_id id) -> std::optional<eval_value> {
+        const eval_value* found = names(id);
+        return found != nullptr ? std::optional<eval_value>(*found) : std::nullopt;
+    };
+    const std::string failure(run_instructions(program, lookup, value));
+    specialise_formula(program, names);
+    const result<eval_value> computed = evaluate_formula(program, names);
+    if (!failure.empty()) {
+        EXPECT_EQ(computed.error(), make_error_code(formula_parse_failed)) << text;
+        return "run: " + failure;
+    }
+    EXPECT_EQ(show(computed.value()), show(value)) << text;
+    return show(value);
+}
+
+std::string instructions(std::string_view text, const formula_names& names) {
+    const auto program = parse_formula(text, names);
+    if (!program) return "parse: " + parse_failure(text, names);
+    std::string shown;
+    for (const formula_instruction& instruction : program.value().instructions) {
+        if (!shown.empty()) shown += ' ';
+        shown += show_instruction(instruction);
+    }
+    return shown;
+}
+
+void run_on_small_stack(void (*function)()) {
+    constexpr std::size_t one_megabyte = 1024 * 1024;
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, one_megabyte), 0);
+    pthread_t thread;
+    const auto start = [](void* argument) -> void* {
+        (*static_cast<void (**)()>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, start, &function), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+}  // namespace formula_test

@@ -27,7 +27,7 @@ struct parts {
 parts split(std::string_view path) noexcept {
     const std::size_t first = path.find('/');
     const std::size_t last = path.rfind('/');
-    if (first == std::string_view::npos) return {path, {}, {}};
+    if (first == std::string_view::npos || last == first + 1) return {path, {}, {}};
     const std::string_view entry =
         first == last ? std::string_view() : path.substr(first + 1, last - first - 1);
     return {path.substr(0, first), entry, path.substr(last)};

@@ -34,52 +34,64 @@ bool genicam_doc::load(const char* data, std::uint64_t size) {
 }
 
 void genicam_doc::build_nodes() {
-    std::size_t count = 0;
-    for (element_walk walk(root(), options_); walk.next(); ++count) {
+    struct decision {
+        pugi::xml_node element;
+        const node_class* chosen;
+    };
+    std::vector<decision> decisions;
+    for (element_walk walk(root(), options_); walk.next();) {
         walk.chosen_class().reserve(allocator_, walk.element());
+        decisions.push_back({walk.element(), &walk.chosen_class()});
     }
     allocator_.make_arena();
-    nodes_.reserve(count);
-    for (element_walk walk(root(), options_); walk.next();) {
-        INode* node = walk.chosen_class().construct(allocator_, this, walk.element());
-        nodes_.push_back({node->get_name(), node});
+    nodes_.reserve(decisions.size());
+    for (const decision& made : decisions) {
+        INode* node = made.chosen->construct(allocator_, this, made.element);
+        nodes_.emplace_back(node->get_name(), node);
     }
-    std::sort(nodes_.begin(), nodes_.end(),
-              [](const named_node& left, const named_node& right) { return left.name < right.name; });
+    std::sort(nodes_.begin(), nodes_.end());
 }
 
 void genicam_doc::resolve_nodes() {
+    default_port_ = find_port("Device");
     for (const named_node& named : nodes_) {
-        named.node->get_eval()->resolve_references(this);
-        if (named.node->get_streamable()) streamable_nodes_.push_back(named.node);
+        named.node()->get_eval()->resolve_references(this);
+        if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
     }
-    for (const named_node& named : nodes_) named.node->get_eval()->close_dependents();
+    for (const named_node& named : nodes_) named.node()->get_eval()->close_dependents();
     dependents_ = dependents_map(first_buckets);
     is_loading_ = false;
 }
 
+std::uint64_t genicam_doc::named_node::prefix_of(std::string_view name) noexcept {
+    std::uint64_t prefix = 0;
+    for (std::size_t at = 0; at < sizeof(prefix); ++at) {
+        prefix = prefix << 8 | (at < name.size() ? static_cast<unsigned char>(name[at]) : 0U);
+    }
+    return prefix;
+}
+
 std::vector<genicam_doc::named_node>::const_iterator genicam_doc::find_first(std::string_view name) const {
-    return std::lower_bound(nodes_.begin(), nodes_.end(), name,
-                            [](const named_node& left, std::string_view right) { return left.name < right; });
+    return std::lower_bound(nodes_.begin(), nodes_.end(), named_node(name, nullptr));
 }
 
 INode* genicam_doc::find_node(std::string_view name) {
     if (name.empty()) return nullptr;
     const auto found = find_first(name);
-    return found != nodes_.end() && found->name == name ? found->node : nullptr;
+    return found != nodes_.end() && found->name() == name ? found->node() : nullptr;
 }
 
 INode* genicam_doc::find_port(std::string_view name) {
-    if (name.empty()) return find_port("Device");
+    if (name.empty()) return default_port_;
     // Of several nodes with the name, one may be a port without being the first.
-    for (auto found = find_first(name); found != nodes_.end() && found->name == name; ++found) {
-        if (found->node->get_node_type() == node_type::port) return found->node;
+    for (auto found = find_first(name); found != nodes_.end() && found->name() == name; ++found) {
+        if (found->node()->get_node_type() == node_type::port) return found->node();
     }
     return nullptr;
 }
 
 void genicam_doc::for_each_node(std::function<void(INode*)> fn) {
-    for (const named_node& named : nodes_) fn(named.node);
+    for (const named_node& named : nodes_) fn(named.node());
 }
 
 void genicam_doc::for_each_streamable_node(std::function<void(INode*)> fn) {
@@ -120,7 +132,7 @@ std::string genicam_doc::dump(std::int32_t mode) {
 std::string genicam_doc::list_nodes() const {
     node_listing listing;
     for (const named_node& named : nodes_)
-        listing.add(named.name, named.node->get_eval()->get_dependent_count());
+        listing.add(named.name(), named.node()->get_eval()->get_dependent_count());
     return listing.text();
 }
 

@@ -43,10 +43,24 @@ public:
     bool is_loading() const override { return is_loading_; }
 
 private:
-    // The name stands beside the node, so that sorting and searching touch no node.
-    struct named_node {
-        std::string_view name;
-        INode* node;
+    // The name stands beside the node, and its first bytes as a number beside the name, so that sorting and
+    // searching touch no node and few texts.
+    class named_node {
+    public:
+        named_node(std::string_view name, INode* node) noexcept
+            : prefix_(prefix_of(name)), name_(name), node_(node) {}
+        [[nodiscard]] std::string_view name() const noexcept { return name_; }
+        [[nodiscard]] INode* node() const noexcept { return node_; }
+        [[nodiscard]] bool operator<(const named_node& right) const noexcept {
+            return prefix_ != right.prefix_ ? prefix_ < right.prefix_ : name_ < right.name_;
+        }
+
+    private:
+        static std::uint64_t prefix_of(std::string_view name) noexcept;
+
+        std::uint64_t prefix_;
+        std::string_view name_;
+        INode* node_;
     };
     using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
 
@@ -68,6 +82,7 @@ private:
     std::unordered_map<INode*, std::vector<std::function<void(INode*)>>> callbacks_{first_buckets};
     dependents_map dependents_{first_buckets};  // only while loading
     bool is_loading_ = true;
+    INode* default_port_ = nullptr;  // what nearly every register asks for
 };
 
 }  // namespace GenICam

@@ -13,9 +13,10 @@ void* __wrap_calloc(std::size_t count, std::size_t size);
 namespace adapter_test {
 namespace {
 
-thread_local std::uint64_t allocations = 0;
-thread_local std::uint64_t failing = 0;  // 0 for none
-thread_local std::size_t largest_block = std::numeric_limits<std::size_t>::max();
+// Not per thread: where the run-time library emulates that, it allocates for it.
+std::uint64_t allocations = 0;
+std::uint64_t failing = 0;  // 0 for none
+std::size_t largest_block = std::numeric_limits<std::size_t>::max();
 
 void* Allocate(std::size_t size) {
     if (++allocations == failing) throw std::bad_alloc();

@@ -5,10 +5,12 @@
 
 namespace adapter_test {
 
-/// Allocations through operator new on this thread since the program began.
+// For tests of one thread.
+
+/// Allocations through operator new since the program began.
 [[nodiscard]] std::uint64_t AllocationCount() noexcept;
 
-/// The n-th allocation of this thread from now on throws std::bad_alloc, while this lives. n starts at 1.
+/// The n-th allocation from now on throws std::bad_alloc, while this lives. n starts at 1.
 class FailingAllocation {
 public:
     explicit FailingAllocation(std::uint64_t n) noexcept;

@@ -87,9 +87,8 @@ DriverRequest NamedSet(std::string_view path, const Bytes& data) {
 }
 
 Bytes PathRequest(std::string_view path) {
-    Bytes request(path_offset);
-    request.insert(request.end(), path.begin(), path.end());
-    request.insert(request.end(), path_tail, 0);
+    Bytes request(path_offset + path.size() + path_tail);
+    std::copy(path.begin(), path.end(), request.begin() + path_offset);
     return request;
 }
 

@@ -5,13 +5,13 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
+#include <set>
 
 namespace selvane_host {
 namespace {
 
-const std::map<std::string, access_road> roads = {{"named", access_road::named},
-                                                  {"registers", access_road::registers}};
+constexpr const char* named_road = "named";
+constexpr const char* register_road = "registers";
 
 constexpr const char* about =
     "Opens the Selvane property pages of a simulated camera, or of a video capture device, in the "
@@ -23,6 +23,7 @@ constexpr const char* exit_codes =
 struct raw_options {
     std::vector<std::string> descriptions;
     std::string pictures;
+    std::string road;
 };
 
 void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) {
@@ -31,10 +32,10 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
     CLI::Option* camera =
         app.add_option("--camera", options.camera, "A ready-made camera")->type_name("NAME");
     CLI::Option* access =
-        app.add_option("--access", options.access,
+        app.add_option("--access", raw.road,
                        "Only this road to the features: named or registers (default: what the camera has)")
             ->type_name("ROAD")
-            ->transform(CLI::IsMember(roads));
+            ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
     app.add_option("--device", options.device, "The video capture device of that name, no simulation")
         ->type_name("NAME")
         ->excludes(files)
@@ -91,6 +92,8 @@ host_options parse_options(std::vector<std::string> arguments) {
     refuse_empty(app, "--pictures", raw.pictures.empty());
     for (const std::string& file : raw.descriptions)
         options.descriptions.push_back(std::filesystem::u8path(file));
+    if (raw.road == named_road) options.access = access_road::named;
+    if (raw.road == register_road) options.access = access_road::registers;
     options.pictures = std::filesystem::u8path(raw.pictures);
     return options;
 }

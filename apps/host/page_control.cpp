@@ -114,6 +114,23 @@ std::string control_state(const page_control& control) {
     }
 }
 
+std::vector<open_entry> open_entries(const page_control& control) {
+    std::vector<open_entry> entries;
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof(info);
+    if (control.kind != control_kind::combo || ask(control.window, CB_GETDROPPEDSTATE) == 0) return entries;
+    if (GetComboBoxInfo(control.window, &info) == 0) return entries;
+    const LRESULT count = ask(control.window, CB_GETCOUNT);
+    for (LRESULT at = 0; at < count; ++at) {
+        const auto entry = static_cast<WPARAM>(at);
+        RECT place{};
+        SendMessageW(info.hwndList, LB_GETITEMRECT, entry, reinterpret_cast<LPARAM>(&place));
+        MapWindowPoints(info.hwndList, nullptr, reinterpret_cast<POINT*>(&place), 2);
+        entries.push_back({entry_text(control.window, entry), place});
+    }
+    return entries;
+}
+
 std::string quoted(const std::string& text) {
     std::string result = "\"";
     for (const char character : text) {

@@ -26,6 +26,15 @@ struct page_control {
 /// What it shows at the moment, such as `checked` or `text "6.00 dB"`; empty for a button.
 [[nodiscard]] std::string control_state(const page_control& control);
 
+/// An entry of a combo box whose list is open.
+struct open_entry {
+    std::string text;
+    RECT place;  ///< in pixels of the screen
+};
+
+/// The entries that can be picked at the moment; none unless the control is a combo box with its list open.
+[[nodiscard]] std::vector<open_entry> open_entries(const page_control& control);
+
 /// In double quotes, with a backslash before a quote or a backslash.
 [[nodiscard]] std::string quoted(const std::string& text);
 

@@ -12,12 +12,12 @@ namespace {
 
 using controls = std::vector<page_control>;
 
-// The window of the shown page: the one that its controls stand on. The frame's own buttons stand on the
-// frame.
-HWND page_window(HWND frame) {
-    for (const page_control& control : find_controls(frame)) {
+// The window of the shown page: the one that its controls stand on, while the frame's own buttons stand on
+// the frame.
+HWND page_window(const frame_window& frame, const controls& all) {
+    for (const page_control& control : all) {
         const HWND parent = GetParent(control.window);
-        if (parent != frame) return parent;
+        if (parent != frame.handle()) return parent;
     }
     return nullptr;
 }
@@ -62,35 +62,60 @@ std::string name_of(const page_control& control, const controls& all) {
     return label != nullptr ? label->text : std::string();
 }
 
-std::string control_line(const page_control& control, const controls& all, LONG item_left) {
+std::string control_lines(const page_control& control, const controls& all, LONG item_left) {
     if (control.kind == control_kind::label) {
         return fmt::format("label {} {}\n", quoted(control.text), place_text(control.place));
     }
     const page_control* item = item_of(control, all, item_left);
     const std::string state = control_state(control);
-    return fmt::format("{} {} of {} {} {}{}{}\n", kind_word(control.kind), quoted(name_of(control, all)),
-                       quoted(item != nullptr ? item->text : std::string()), place_text(control.place),
-                       IsWindowEnabled(control.window) != 0 ? "enabled" : "disabled",
-                       state.empty() ? "" : " ", state);
+    const std::string name = quoted(name_of(control, all));
+    std::string lines = fmt::format(
+        "{} {} of {} {} {}{}{}\n", kind_word(control.kind), name,
+        quoted(item != nullptr ? item->text : std::string()), place_text(control.place),
+        IsWindowEnabled(control.window) != 0 ? "enabled" : "disabled", state.empty() ? "" : " ", state);
+    for (const open_entry& entry : open_entries(control)) {
+        lines += fmt::format("entry {} of {} {}\n", quoted(entry.text), name, place_text(entry.place));
+    }
+    return lines;
+}
+
+RECT place_of(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    return place;
+}
+
+std::string frame_lines(const frame_window& frame, const controls& all) {
+    std::string text = fmt::format("frame {} {}\n", quoted(window_text(frame.handle())),
+                                   place_text(place_of(frame.handle())));
+    for (const page_control& control : all) {
+        if (control.kind != control_kind::button || GetParent(control.window) != frame.handle()) continue;
+        text += fmt::format("command {} {}\n", quoted(control.text), place_text(control.place));
+    }
+    return text;
+}
+
+std::string page_lines(const frame_window& frame, HWND page) {
+    const int shown = frame.shown_page();
+    std::string text = fmt::format("page {} of {} {} {}\n", shown + 1, frame.page_count(),
+                                   quoted(frame.page_title(shown)), place_text(place_of(page)));
+    for (int tab = 0; tab < frame.page_count(); ++tab) {
+        text += fmt::format("tab {} {} {}\n", tab + 1, quoted(frame.page_title(tab)),
+                            place_text(frame.tab_place(tab)));
+    }
+    return text;
 }
 
 }  // namespace
 
 std::string describe_layout(const frame_window& frame) {
-    const int shown = frame.shown_page();
-    const HWND page = page_window(frame.handle());
-    if (shown < 0 || page == nullptr) return {};
-    RECT place{};
-    GetWindowRect(page, &place);
-    std::string text = fmt::format("page {} of {} {} {}\n", shown + 1, frame.page_count(),
-                                   quoted(frame.page_title(shown)), place_text(place));
-    for (int tab = 0; tab < frame.page_count(); ++tab) {
-        text += fmt::format("tab {} {} {}\n", tab + 1, quoted(frame.page_title(tab)),
-                            place_text(frame.tab_place(tab)));
-    }
+    const controls everything = find_controls(frame.handle());
+    const HWND page = page_window(frame, everything);
+    if (frame.shown_page() < 0 || page == nullptr) return {};
+    std::string text = frame_lines(frame, everything) + page_lines(frame, page);
     const controls all = find_controls(page);
     const LONG item_left = outermost_label(all);
-    for (const page_control& control : all) text += control_line(control, all, item_left);
+    for (const page_control& control : all) text += control_lines(control, all, item_left);
     return text + "end\n";
 }
 

@@ -24,7 +24,7 @@ struct pixels {
 
 class window_context {
 public:
-    explicit window_context(HWND window) noexcept : window_(window), context_(GetWindowDC(window)) {}
+    explicit window_context(HWND window) noexcept : window_(window), context_(GetDC(window)) {}
     window_context(const window_context&) = delete;
     window_context& operator=(const window_context&) = delete;
     ~window_context() { ReleaseDC(window_, context_); }
@@ -71,10 +71,10 @@ private:
 
 pixels copy_window(HWND window) {
     RECT place{};
-    GetWindowRect(window, &place);
+    GetClientRect(window, &place);
     pixels copy;
-    copy.width = static_cast<UINT>(place.right - place.left);
-    copy.height = static_cast<UINT>(place.bottom - place.top);
+    copy.width = static_cast<UINT>(place.right);
+    copy.height = static_cast<UINT>(place.bottom);
     copy.bytes.resize(std::size_t{4} * copy.width * copy.height);
     const window_context source(window);
     memory_bitmap bitmap(source.get(), static_cast<int>(copy.width), static_cast<int>(copy.height));

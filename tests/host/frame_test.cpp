@@ -1,0 +1,175 @@
+// The pages in the platform's own frame, walked through without a display.
+
+#include "tests/host/host_process.h"
+
+#include "simcam/camera_options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <regex>
+
+namespace {
+
+using namespace host_test;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct Walk {
+    ProcessEnd end;
+    std::vector<std::string> pages;     // "page 1 of 4 ..." lines
+    std::vector<std::string> pictures;  // files
+};
+
+Walk WalkPages(const ScratchFolder& folder, std::vector<std::string> arguments) {
+    const std::string pictures = (folder.Path() / "pictures").u8string();
+    arguments.insert(arguments.end(), {"--layout", "--pictures", pictures});
+    Walk walk{RunHost(arguments), {}, {}};
+    for (const std::string& line : Lines(walk.end.output)) {
+        if (std::regex_match(line, std::regex("page \\d of \\d .*")))
+            walk.pages.push_back(line.substr(0, line.rfind(' ', line.rfind(' ') - 1)));
+        if (line.rfind("picture ", 0) == 0) walk.pictures.push_back(line.substr(8));
+    }
+    return walk;
+}
+
+std::uint32_t BigEndian(const std::string& bytes, std::size_t at) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < 4; ++i) number = number << 8 | static_cast<std::uint8_t>(bytes.at(at + i));
+    return number;
+}
+
+// A frame holds a page of 428 by 457 pixels and its own edges.
+void ExpectPicture(const std::string& file) {
+    const std::string bytes = ReadFile(std::filesystem::u8path(file));
+    ASSERT_GT(bytes.size(), 33U) << file;
+    EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1A\n");
+    EXPECT_GE(BigEndian(bytes, 16), 428U);
+    EXPECT_GE(BigEndian(bytes, 20), 457U);
+    EXPECT_THAT(bytes, HasSubstr("IEND"));
+}
+
+TEST(Frame, EveryPageOfTheUsualCameraIsShownAndPictured) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {});
+    EXPECT_EQ(walk.end.code, 0U);
+    EXPECT_FALSE(walk.end.timed_out);
+    EXPECT_EQ(walk.end.errors, "");
+    EXPECT_THAT(
+        walk.pages,
+        ElementsAre("page 1 of 4 \"Selvane Exposure Controls\"", "page 2 of 4 \"Selvane Feature Controls\"",
+                    "page 3 of 4 \"Selvane Lens Controls\"", "page 4 of 4 \"Selvane Color Controls\""));
+    ASSERT_EQ(walk.pictures.size(), 4U);
+    EXPECT_TRUE(EndsWith(walk.pictures[0], "1-selvane-exposure-controls.png"));
+    EXPECT_TRUE(EndsWith(walk.pictures[3], "4-selvane-color-controls.png"));
+    for (const std::string& picture : walk.pictures) ExpectPicture(picture);
+}
+
+TEST(Frame, APageThatRefusesTheCameraIsNotThere) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {"--camera", "colourless"});
+    EXPECT_EQ(walk.end.code, 0U);
+    EXPECT_THAT(walk.pages, ElementsAre("page 1 of 3 \"Selvane Exposure Controls\"",
+                                        "page 2 of 3 \"Selvane Feature Controls\"",
+                                        "page 3 of 3 \"Selvane Lens Controls\""));
+    EXPECT_EQ(walk.pictures.size(), 3U);
+}
+
+TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {"--camera", "builtin"});
+    const std::string place = "-?\\d+,-?\\d+ \\d+x\\d+";
+    for (const std::string& line :
+         {"frame \"[^\"]+\" " + place, "command \"OK\" " + place,
+          "tab 2 \"Selvane Feature Controls\" " + place, "label \"Gain\" " + place,
+          "slider \"Gain\" of \"Gain\" " + place + " enabled position \\d+ of \\d+\\.\\.\\d+ thumb " + place,
+          "edit \"Gain\" of \"Gain\" " + place + " enabled text \"[^\"]*\"",
+          "spin \"Gain\" of \"Gain\" " + place + " enabled position \\d+",
+          "switch \"Auto\" of \"Exposure\" " + place + " enabled (un)?checked",
+          "button \"Read\" of \"GPIO\" " + place + " enabled",
+          "combo \"Operation\" of \"Trigger\" " + place + " enabled \"[^\"]*\" of( \"[^\"]*\")+"}) {
+        const std::vector<std::string> lines = Lines(walk.end.output);
+        EXPECT_TRUE(
+            std::any_of(lines.begin(), lines.end(),
+                        [&](const std::string& one) { return std::regex_match(one, std::regex(line)); }))
+            << line << "\n"
+            << walk.end.output;
+    }
+}
+
+// What the pages show, without the places of the pictures.
+std::string ShownOver(const char* road) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {"--camera", "full", "--access", road});
+    EXPECT_EQ(walk.end.code, 0U) << walk.end.errors;
+    std::string shown;
+    for (const std::string& line : Lines(walk.end.output)) {
+        if (line.rfind("picture ", 0) != 0) shown += line + "\n";
+    }
+    return shown;
+}
+
+TEST(Frame, BothRoadsShowTheSame) { EXPECT_EQ(ShownOver("named"), ShownOver("registers")); }
+
+TEST(Frame, EachLayoutEndsAndComesOncePerChange) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {"--camera", "simple"});
+    std::vector<std::string> blocks;
+    std::string block;
+    for (const std::string& line : Lines(walk.end.output)) {
+        if (line.rfind("frame ", 0) == 0) block.clear();
+        block += line + "\n";
+        if (line == "end") blocks.push_back(block);
+    }
+    ASSERT_FALSE(blocks.empty());
+    for (std::size_t at = 1; at < blocks.size(); ++at) EXPECT_NE(blocks[at], blocks[at - 1]);
+}
+
+class ReadyMade : public testing::TestWithParam<simcam::camera_name> {};
+
+TEST_P(ReadyMade, OpensOnWhateverRoadsItHas) {
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {"--camera", std::string(GetParam().name), "--trace"});
+    EXPECT_FALSE(walk.end.timed_out);
+    EXPECT_THAT(walk.end.code, AnyOf(0U, 1U)) << walk.end.errors;
+    EXPECT_EQ(walk.end.code == 1, walk.pages.empty());
+    EXPECT_EQ(walk.pictures.size(), walk.pages.size());
+    EXPECT_THAT(walk.end.output, HasSubstr("QuerySupported gate 0 -> 0x1, ok, "));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ReadyMade, testing::ValuesIn(simcam::camera_names()),
+                         [](const auto& camera) { return std::string(camera.param.name); });
+
+struct Marked {
+    const char* file;
+    const char* road;
+};
+
+class MarkedDescription : public testing::TestWithParam<Marked> {};
+
+// Every register and every value is zero: most features are out of range or not available.
+TEST_P(MarkedDescription, OpensItsPagesOverAnEmptyCamera) {
+    const std::string file = std::string(SELVANE_SHARED_DESCRIPTIONS "/marked/") + GetParam().file;
+    if (!std::filesystem::exists(file)) GTEST_SKIP() << "no real descriptions here: " << file;
+    const ScratchFolder folder;
+    const Walk walk = WalkPages(folder, {file, "--access", GetParam().road, "--trace"});
+    EXPECT_EQ(walk.end.code, 0U) << walk.end.errors;
+    EXPECT_FALSE(walk.end.timed_out);
+    EXPECT_EQ(walk.end.errors, "");
+    EXPECT_GE(walk.pages.size(), 2U);
+    EXPECT_EQ(walk.pictures.size(), walk.pages.size());
+    for (const std::string& picture : walk.pictures) ExpectPicture(picture);
+    const bool named = std::string(GetParam().road) == "named";
+    EXPECT_THAT(walk.end.output, HasSubstr(named ? "\nGet device 4 " : "\nGet device 3 "));
+    EXPECT_THAT(walk.end.output, testing::Not(HasSubstr(named ? "\nGet device 3 " : "\nGet device 4 ")));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, MarkedDescription,
+                         testing::Values(Marked{"basler-a2a2600-marked.xml", "named"},
+                                         Marked{"basler-a2a2600-marked.xml", "registers"},
+                                         Marked{"flir-bfs_u3-marked.xml", "named"},
+                                         Marked{"flir-bfs_u3-marked.xml", "registers"}));
+
+}  // namespace

@@ -21,7 +21,7 @@ using identifier_id = std::uint64_t;
 struct formula_instruction {
     op_code code;
     union {
-        slot number;
+        bare_number number;
         const formula_function* function;
         identifier_id variable;
     };

@@ -126,7 +126,7 @@ constexpr number_kind kind_for =
     std::is_same_v<Number, double> ? number_kind::floating : number_kind::integer;
 
 template <class Number>
-Number read(slot payload) noexcept {
+Number read(bare_number payload) noexcept {
     if constexpr (kind_for<Number> == number_kind::floating) {
         return payload.real;
     } else {
@@ -134,14 +134,14 @@ Number read(slot payload) noexcept {
     }
 }
 
-slot store(std::int64_t number) noexcept {
-    slot payload;
+bare_number store(std::int64_t number) noexcept {
+    bare_number payload;
     payload.integer = number;
     return payload;
 }
 
-slot store(double number) noexcept {
-    slot payload;
+bare_number store(double number) noexcept {
+    bare_number payload;
     payload.real = number;
     return payload;
 }
@@ -152,7 +152,9 @@ struct wrapped;
 template <class Result, class Operand, Result (*Function)(Operand) noexcept>
 struct wrapped<Function> {
     static constexpr std::size_t arity = 1;
-    static slot apply(slot operand, slot, slot) noexcept { return store(Function(read<Operand>(operand))); }
+    static bare_number apply(bare_number operand, bare_number, bare_number) noexcept {
+        return store(Function(read<Operand>(operand)));
+    }
     static constexpr typed_form form = {apply, kind_for<Operand>, kind_for<Operand>, kind_for<Result>, false};
 };
 
@@ -167,7 +169,7 @@ constexpr bool can_fault(Function) noexcept {
 template <class Result, class Left, class Right, Result (*Function)(Left, Right) noexcept>
 struct wrapped<Function> {
     static constexpr std::size_t arity = 2;
-    static slot apply(slot left, slot right, slot) noexcept {
+    static bare_number apply(bare_number left, bare_number right, bare_number) noexcept {
         return store(Function(read<Left>(left), read<Right>(right)));
     }
     static constexpr typed_form form = {apply, kind_for<Left>, kind_for<Right>, kind_for<Result>,
@@ -269,16 +271,20 @@ constexpr std::array<const formula_operation*, kind_count> make_rows_by_kind() n
 
 constexpr std::array<const formula_operation*, kind_count> rows_by_kind = make_rows_by_kind();
 
-slot select_by_integer(slot condition, slot when_true, slot when_false) noexcept {
+bare_number select_by_integer(bare_number condition, bare_number when_true, bare_number when_false) noexcept {
     return condition.integer != 0 ? when_true : when_false;
 }
 
-slot select_by_float(slot condition, slot when_true, slot when_false) noexcept {
+bare_number select_by_float(bare_number condition, bare_number when_true, bare_number when_false) noexcept {
     return condition.real != 0.0 ? when_true : when_false;
 }
 
-slot integer_to_float(slot number, slot, slot) noexcept { return store(static_cast<double>(number.integer)); }
-slot float_to_integer(slot number, slot, slot) noexcept { return store(round_to_int(number.real)); }
+bare_number integer_to_float(bare_number number, bare_number, bare_number) noexcept {
+    return store(static_cast<double>(number.integer));
+}
+bare_number float_to_integer(bare_number number, bare_number, bare_number) noexcept {
+    return store(round_to_int(number.real));
+}
 
 }  // namespace
 

@@ -46,12 +46,12 @@ enum class operator_level : std::uint8_t { relation, bit_term, sum, term, none }
 constexpr std::size_t operator_level_count = 4;
 
 /// The payload of a value whose kind is known from elsewhere.
-using slot = eval_value::payload;
+using bare_number = eval_value::payload;
 
 enum class number_kind : std::uint8_t { floating, integer };
 
 /// Computes on payloads of fixed kinds; parameters beyond the operation's arity are ignored.
-using typed_function = slot (*)(slot first, slot second, slot third);
+using typed_function = bare_number (*)(bare_number first, bare_number second, bare_number third);
 
 struct typed_form {
     typed_function apply;
@@ -101,8 +101,8 @@ struct formula_operation {
 /// The second or third payload by the first, which is of this kind.
 [[nodiscard]] typed_function selection_by(number_kind condition) noexcept;
 
-[[nodiscard]] inline slot slot_as(number_kind kind, const eval_value& number) noexcept {
-    slot converted;
+[[nodiscard]] inline bare_number bare_as(number_kind kind, const eval_value& number) noexcept {
+    bare_number converted;
     if (kind == number_kind::integer) {
         converted.integer = to_int(number);
     } else {
@@ -111,7 +111,7 @@ struct formula_operation {
     return converted;
 }
 
-[[nodiscard]] inline eval_value value_of(number_kind kind, slot payload) noexcept {
+[[nodiscard]] inline eval_value value_of(number_kind kind, bare_number payload) noexcept {
     eval_value made;
     made.value = payload;
     made.is_integer = kind == number_kind::integer;
@@ -124,13 +124,13 @@ struct formula_operation {
 
 [[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& operand) noexcept {
     const typed_form& form = operand.is_integer ? function.for_integers : function.otherwise;
-    return value_of(form.result, form.apply(slot_as(form.first, operand), {}, {}));
+    return value_of(form.result, form.apply(bare_as(form.first, operand), {}, {}));
 }
 
 [[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& left,
                                       const eval_value& right) noexcept {
     const typed_form& form = left.is_integer && right.is_integer ? function.for_integers : function.otherwise;
-    return value_of(form.result, form.apply(slot_as(form.first, left), slot_as(form.second, right), {}));
+    return value_of(form.result, form.apply(bare_as(form.first, left), bare_as(form.second, right), {}));
 }
 
 }  // namespace GenICam

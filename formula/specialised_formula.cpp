@@ -23,13 +23,13 @@ private:
         place where;
         std::uint16_t index;
         number_kind kind;
-        slot constant;
+        bare_number constant;
     };
 
     static constexpr unsigned place_shift = 14;
 
     bool push_variable(identifier_id id);
-    bool push_constant(number_kind kind, slot number);
+    bool push_constant(number_kind kind, bare_number number);
     bool push_function(const formula_function& function);
     bool push_selection();
     operand pop();
@@ -61,7 +61,7 @@ bool formula_specialiser::translate(const formula_instruction& instruction) {
     return false;
 }
 
-bool formula_specialiser::push_constant(number_kind kind, slot number) {
+bool formula_specialiser::push_constant(number_kind kind, bare_number number) {
     stack_.push_back({place::constant, 0, kind, number});
     return true;
 }
@@ -136,8 +136,8 @@ std::uint16_t formula_specialiser::slot_of(const operand& used) {
     std::size_t index = used.index;
     if (used.where == place::constant) {
         auto& known = made_->constants_;
-        const auto found = std::find_if(known.begin(), known.end(), [&used](const slot& constant) {
-            return std::memcmp(&constant, &used.constant, sizeof(slot)) == 0;
+        const auto found = std::find_if(known.begin(), known.end(), [&used](const bare_number& constant) {
+            return std::memcmp(&constant, &used.constant, sizeof(bare_number)) == 0;
         });
         index = static_cast<std::size_t>(found - known.begin());
         if (found == known.end()) known.push_back(used.constant);
@@ -185,8 +185,8 @@ std::unique_ptr<const specialised_formula> specialised_formula::make(const formu
     return specialiser.take();
 }
 
-void specialised_formula::run(slot* frame) const noexcept {
-    slot* next = std::copy(constants_.begin(), constants_.end(), frame + variables_.size());
+void specialised_formula::run(bare_number* frame) const noexcept {
+    bare_number* next = std::copy(constants_.begin(), constants_.end(), frame + variables_.size());
     for (const step& current : steps_) {
         *next++ =
             current.apply(frame[current.operands[0]], frame[current.operands[1]], frame[current.operands[2]]);

@@ -49,11 +49,11 @@ private:
         return variables_.size() + constants_.size() + steps_.size();
     }
     template <class Variables>
-    [[nodiscard]] bool load(Variables& variables, slot* frame) const;
-    void run(slot* frame) const noexcept;
+    [[nodiscard]] bool load(Variables& variables, bare_number* frame) const;
+    void run(bare_number* frame) const noexcept;
 
     std::vector<variable> variables_;
-    std::vector<slot> constants_;
+    std::vector<bare_number> constants_;
     std::vector<step> steps_;
     std::uint16_t result_ = 0;
     number_kind result_kind_ = number_kind::integer;
@@ -61,11 +61,11 @@ private:
 
 template <class Variables>
 bool specialised_formula::evaluate(Variables& variables, eval_value& result) const {
-    slot in_place[slots_in_place];
-    std::unique_ptr<slot[]> spilled;
-    slot* frame = in_place;
+    bare_number in_place[slots_in_place];
+    std::unique_ptr<bare_number[]> spilled;
+    bare_number* frame = in_place;
     if (frame_size() > slots_in_place) {
-        spilled.reset(new slot[frame_size()]);
+        spilled.reset(new bare_number[frame_size()]);
         frame = spilled.get();
     }
     if (!load(variables, frame)) return false;
@@ -75,7 +75,7 @@ bool specialised_formula::evaluate(Variables& variables, eval_value& result) con
 }
 
 template <class Variables>
-bool specialised_formula::load(Variables& variables, slot* frame) const {
+bool specialised_formula::load(Variables& variables, bare_number* frame) const {
     for (const variable& wanted : variables_) {
         const auto found = variables(wanted.id);
         if (!found || kind_of(*found) != wanted.kind) return false;

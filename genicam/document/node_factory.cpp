@@ -1,5 +1,7 @@
 #include "genicam/document/node_factory.h"
 
+#include "formula/converter_nodes.h"
+#include "formula/swissknife_nodes.h"
 #include "genicam/core/children.h"
 #include "genicam/core/name_table.h"
 #include "genicam/core/number_parser.h"
@@ -115,6 +117,10 @@ bool has_constant_place(const child_set& children, pugi::xml_node element) {
     { element, condition, make_class<type, true>(#type), true }
 
 constexpr decision_rule decision_list[] = {
+    RULE("IntConverter", always, int_converter_type, true),
+    RULE("IntSwissKnife", always, int_swissknife_type, true),
+    RULE("Converter", always, float_converter_type, true),
+    RULE("SwissKnife", always, float_swissknife_type, true),
     RULE("Category", always, category_type, false),
     RULE("Integer", has_read_only_value, integer_constant_value_type, false),
     RULE("Integer", has_all<child::Value>, integer_floating_value_type, true),

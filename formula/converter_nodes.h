@@ -1,0 +1,71 @@
+#pragma once
+
+#include "formula/formula_program.h"
+#include "formula/variable_binding.h"
+#include "genicam/core/implement_inode.h"
+#include "genicam/core/node_state.h"
+
+namespace GenICam {
+
+/// Two formulas in front of a target node: one for reading it and one for writing.
+class converter_impl {
+public:
+    explicit converter_impl(bool is_integer) : map_(is_integer) {}
+
+    /// What is missing or wrong leaves the node without that program, or without any.
+    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+    /// The target's value through `FormulaFrom`; `not_implemented` without that program.
+    [[nodiscard]] result<eval_value> read(std::uint32_t flags);
+    /// The value through `FormulaTo`, written to the target; `not_implemented` without that program.
+    [[nodiscard]] std::error_code write(const eval_value& value, std::uint32_t flags);
+
+    [[nodiscard]] INode* target() const noexcept { return target_; }
+
+private:
+    [[nodiscard]] bool resolve_target(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+
+    INode* target_ = nullptr;
+    variable_map_impl map_;
+    formula_program formula_to_;
+    formula_program formula_from_;
+};
+
+/// `IntConverter`: an integer computed from a target node and back. Without limits of its own.
+class int_converter_type final : public node_base_impl_dependent_cache,
+                                 public implement_inode_IInteger<int_converter_type> {
+public:
+    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return impl_.target(); }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> get_min(std::uint32_t flags) override;
+    result<std::int64_t> get_max(std::uint32_t flags) override;
+    result<std::int64_t> get_inc(std::uint32_t flags) override;
+    result<std::int64_t> get_default(std::uint32_t flags) override;
+
+private:
+    converter_impl impl_{true};
+};
+
+/// `Converter`: the same with a float. Its minimum is the smallest positive number.
+class float_converter_type final : public node_base_impl_dependent_cache,
+                                   public implement_inode_IFloat<float_converter_type> {
+public:
+    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
+    INode* get_node() override { return this; }
+    INode* get_access_source() override { return impl_.target(); }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(double value, std::uint32_t flags) override;
+    result<double> get_val(std::uint32_t flags) override;
+    result<double> get_min(std::uint32_t flags) override;
+    result<double> get_max(std::uint32_t flags) override;
+    result<double> get_default(std::uint32_t flags) override;
+    result<double> get_inc(std::uint32_t flags) override;
+
+private:
+    converter_impl impl_{false};
+};
+
+}  // namespace GenICam

@@ -1,0 +1,93 @@
+#include "formula/swissknife_nodes.h"
+
+#include "formula/formula_evaluator.h"
+#include "formula/formula_limits.h"
+#include "genicam/core/node_log.h"
+
+#include <utility>
+
+namespace GenICam {
+
+void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml,
+                                                   node_base_data& self) {
+    const std::string_view text = child_text(xml, self.children(), child::Formula);
+    if (text.empty()) {
+        log_node(
+            "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"%s\"). Failed "
+            "due to "
+            "missing Formula member.\n",
+            self);
+        return;
+    }
+    variable_table table(true);
+    table.build_formula_name_lookup(doc, xml, map_.is_integer());
+    map_.resolve_converter_references(doc, xml, self.get_node(), table);
+    result<formula_program> program = parse_formula(text, table);
+    if (!program) {
+        log_node(
+            "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"%s\"). failed "
+            "to "
+            "evaluate \"%.*s\"\n",
+            self, static_cast<int>(text.size()), text.data());
+        return;
+    }
+    formula_ = std::move(program.assume_value());
+}
+
+result<eval_value> swissknife_impl::evaluate(std::uint32_t flags) {
+    if (formula_.empty()) return make_error_code(not_implemented);
+    map_.refresh(flags);
+    return evaluate_formula(formula_, map_);
+}
+
+int_swissknife_type::int_swissknife_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_dependent_cache(services, xml) {
+    set_actual_access_mode(AccessMode::RO);
+}
+
+void int_swissknife_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    impl_.resolve_converter_references(doc, xml, *this);
+}
+
+std::error_code int_swissknife_type::set_val(std::int64_t, std::uint32_t) {
+    return make_error_code(not_implemented);
+}
+
+result<std::int64_t> int_swissknife_type::get_val(std::uint32_t flags) {
+    const result<eval_value> value = impl_.evaluate(flags);
+    if (!value) return value.error();
+    return to_int(value.assume_value());
+}
+
+result<std::int64_t> int_swissknife_type::get_min(std::uint32_t) { return formula_integer_min; }
+result<std::int64_t> int_swissknife_type::get_max(std::uint32_t) { return formula_integer_max; }
+result<std::int64_t> int_swissknife_type::get_inc(std::uint32_t) { return formula_integer_inc; }
+result<std::int64_t> int_swissknife_type::get_default(std::uint32_t) {
+    return make_error_code(not_implemented);
+}
+
+float_swissknife_type::float_swissknife_type(document_services* services, pugi::xml_node xml)
+    : node_base_impl_dependent_cache(services, xml) {
+    set_actual_access_mode(AccessMode::RO);
+}
+
+void float_swissknife_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+    impl_.resolve_converter_references(doc, xml, *this);
+}
+
+std::error_code float_swissknife_type::set_val(double, std::uint32_t) {
+    return make_error_code(not_implemented);
+}
+
+result<double> float_swissknife_type::get_val(std::uint32_t flags) {
+    const result<eval_value> value = impl_.evaluate(flags);
+    if (!value) return value.error();
+    return to_double(value.assume_value());
+}
+
+result<double> float_swissknife_type::get_min(std::uint32_t) { return formula_float_min; }
+result<double> float_swissknife_type::get_max(std::uint32_t) { return formula_float_max; }
+result<double> float_swissknife_type::get_default(std::uint32_t) { return make_error_code(not_implemented); }
+result<double> float_swissknife_type::get_inc(std::uint32_t) { return make_error_code(not_implemented); }
+
+}  // namespace GenICam

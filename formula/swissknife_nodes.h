@@ -1,0 +1,61 @@
+#pragma once
+
+#include "formula/formula_program.h"
+#include "formula/variable_binding.h"
+#include "genicam/core/implement_inode.h"
+#include "genicam/core/node_state.h"
+
+namespace GenICam {
+
+/// A formula over the values of other nodes.
+class swissknife_impl {
+public:
+    explicit swissknife_impl(bool is_integer) : map_(is_integer) {}
+
+    /// Without a usable `Formula` the node stays without a program.
+    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+    /// Fails with `not_implemented` without a program.
+    [[nodiscard]] result<eval_value> evaluate(std::uint32_t flags);
+
+private:
+    variable_map_impl map_;
+    formula_program formula_;
+};
+
+/// `IntSwissKnife`: computes an integer from other nodes. Read-only, and without limits of its own.
+class int_swissknife_type final : public node_base_impl_dependent_cache,
+                                  public implement_inode_IInteger<int_swissknife_type> {
+public:
+    int_swissknife_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
+    result<std::int64_t> get_val(std::uint32_t flags) override;
+    result<std::int64_t> get_min(std::uint32_t flags) override;
+    result<std::int64_t> get_max(std::uint32_t flags) override;
+    result<std::int64_t> get_inc(std::uint32_t flags) override;
+    result<std::int64_t> get_default(std::uint32_t flags) override;
+
+private:
+    swissknife_impl impl_{true};
+};
+
+/// `SwissKnife`: the same with a float. Its minimum is the smallest positive number.
+class float_swissknife_type final : public node_base_impl_dependent_cache,
+                                    public implement_inode_IFloat<float_swissknife_type> {
+public:
+    float_swissknife_type(document_services* services, pugi::xml_node xml);
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    std::error_code set_val(double value, std::uint32_t flags) override;
+    result<double> get_val(std::uint32_t flags) override;
+    result<double> get_min(std::uint32_t flags) override;
+    result<double> get_max(std::uint32_t flags) override;
+    result<double> get_default(std::uint32_t flags) override;
+    result<double> get_inc(std::uint32_t flags) override;
+
+private:
+    swissknife_impl impl_{false};
+};
+
+}  // namespace GenICam

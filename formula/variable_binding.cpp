@@ -1,0 +1,118 @@
+#include "formula/variable_binding.h"
+
+#include "genicam/core/children.h"
+#include "genicam/core/log.h"
+#include "genicam/core/value_links.h"
+#include "genicam/genicam_doc.h"
+#include "genicam/ieval.h"
+
+#include <iterator>
+#include <utility>
+
+namespace GenICam {
+namespace {
+
+template <auto Limit>
+struct limit_of;
+
+template <class Interface, class Number, result<Number> (Interface::*Limit)(std::uint32_t)>
+struct limit_of<Limit> {
+    static result<eval_value> read(INode* node, std::uint32_t flags) {
+        const result<Number> limit = (static_cast<Interface*>(node)->*Limit)(flags);
+        if (!limit) return limit.error();
+        return eval_value::of(limit.assume_value());
+    }
+};
+
+/// A name that ends so reads a limit of its node instead of the value.
+struct limit_specifier {
+    std::string_view suffix;
+    variable_accessor of_integer;
+    variable_accessor of_float;
+    const char* message;
+};
+
+// The maximum never had a message of its own.
+constexpr const char* min_message =
+    "create_resulting_entry, invalid node type for pVariable with \".Min\" specifier.\n";
+constexpr const char* inc_message =
+    "create_resulting_entry, invalid node type for pVariable with \".Inc\" specifier.\n";
+
+constexpr limit_specifier limit_specifiers[] = {
+    {".Min", limit_of<&IInteger::get_min>::read, limit_of<&IFloat::get_min>::read, min_message},
+    {".Max", limit_of<&IInteger::get_max>::read, limit_of<&IFloat::get_max>::read, min_message},
+    {".Inc", limit_of<&IInteger::get_inc>::read, limit_of<&IFloat::get_inc>::read, inc_message},
+};
+
+// The first occurrence counts: behind one in the middle, another at the end means nothing.
+bool ends_in_first(std::string_view name, std::string_view suffix) noexcept {
+    const std::size_t at = name.find(suffix);
+    return at != std::string_view::npos && at + suffix.size() == name.size();
+}
+
+variable_accessor accessor_of(const limit_specifier& specifier, node_type type) {
+    if (type == node_type::integer) return specifier.of_integer;
+    if (type == node_type::floating) return specifier.of_float;
+    if (log_enabled(log_failure)) log_message(log_failure, specifier.message);
+    return nullptr;
+}
+
+}  // namespace
+
+variable_accessor create_resulting_entry(const INode& node, std::string_view name) {
+    for (const limit_specifier& specifier : limit_specifiers) {
+        if (ends_in_first(name, specifier.suffix)) return accessor_of(specifier, node.get_node_type());
+    }
+    if (name.find(".Entry") != std::string_view::npos) return nullptr;
+    return get_eval_value;
+}
+
+void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+                                                     variable_table& table) {
+    const auto variables = xml.children(name_of(child::pVariable));
+    sources_.reserve(static_cast<std::size_t>(std::distance(variables.begin(), variables.end())));
+    for (const pugi::xml_node element : variables) bind_variable(doc, element, self, table);
+    for (const pugi::xml_node element : xml.children(name_of(child::Expression)))
+        parse_expression(element, table);
+}
+
+void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, INode* self,
+                                      variable_table& table) {
+    const std::string_view name = binding_name(element);
+    if (table.has(name)) return;
+    INode* node = doc->find_node(element.child_value());
+    if (node == nullptr) return;
+    const variable_accessor accessor = create_resulting_entry(*node, name);
+    if (accessor == nullptr) return;
+    const identifier_id id = first_source_id + sources_.size();
+    sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
+    node->get_eval()->add_dependent(self);
+    table.add_variable(name, id);
+}
+
+void variable_map_impl::parse_expression(pugi::xml_node element, variable_table& table) const {
+    const std::string_view name = binding_name(element);
+    if (table.has(name)) return;
+    const std::string_view text = element.child_value();
+    result<formula_program> program = parse_formula(text, table);
+    if (program) {
+        table.add_expression(name, std::move(program.assume_value()));
+    } else if (log_enabled(log_failure)) {
+        log_message(
+            log_failure,
+            "GenICam::converter::variable_map_impl::resolve_converter_references, failed to parse Constant "
+            "named=\"%.*s\" content=\"%.*s\".\n",
+            static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
+    }
+}
+
+void variable_map_impl::refresh(std::uint32_t flags) {
+    for (variable_source& source : sources_) {
+        const result<eval_value> read = source.accessor(source.node, flags);
+        if (!read) continue;
+        const eval_value& value = read.assume_value();
+        source.value = is_integer_ ? eval_value::of(to_int(value)) : eval_value::of(to_double(value));
+    }
+}
+
+}  // namespace GenICam

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "formula/formula_program.h"
+#include "formula/variable_table.h"
+#include "genicam/core/error.h"
+#include "genicam/core/eval_value.h"
+#include "genicam/inode.h"
+
+#include <cstdint>
+#include <string_view>
+
+#include <boost/container/small_vector.hpp>
+#include <pugixml.hpp>
+
+namespace GenICam {
+
+class IGenICamDoc;
+
+/// How a variable is read from its node.
+using variable_accessor = result<eval_value> (*)(INode* node, std::uint32_t flags);
+
+/// A bound `pVariable`. Keeps the last value that could be read.
+struct variable_source {
+    eval_value value;
+    INode* node;
+    variable_accessor accessor;
+};
+
+/// The variables of a node at run time. Scratch state: every read of the node writes it.
+class variable_map_impl {
+public:
+    explicit variable_map_impl(bool is_integer) : is_integer_(is_integer) {}
+
+    /// Binds every `pVariable` whose name is still free, then parses every such `Expression`, both into the
+    /// table.
+    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+                                      variable_table& table);
+
+    /// Reads every source. One that cannot be read keeps its value.
+    void refresh(std::uint32_t flags);
+
+    /// The present value of a variable; null for an unknown id.
+    [[nodiscard]] const eval_value* operator()(identifier_id id) const noexcept {
+        if (id == current_value_id) return &current;
+        const identifier_id index = id - first_source_id;
+        return index < sources_.size() ? &sources_[static_cast<std::size_t>(index)].value : nullptr;
+    }
+
+    [[nodiscard]] bool is_integer() const noexcept { return is_integer_; }
+
+    /// What `FROM` and `TO` read.
+    eval_value current;
+
+private:
+    void bind_variable(IGenICamDoc* doc, pugi::xml_node element, INode* self, variable_table& table);
+    void parse_expression(pugi::xml_node element, variable_table& table) const;
+
+    boost::container::small_vector<variable_source, 3> sources_;
+    bool is_integer_;
+};
+
+/// How a `pVariable` of that name reads the node; null, with a message, where it cannot.
+[[nodiscard]] variable_accessor create_resulting_entry(const INode& node, std::string_view name);
+
+}  // namespace GenICam

@@ -1,0 +1,126 @@
+#include "formula/variable_table.h"
+
+#include "genicam/core/children.h"
+#include "genicam/core/log.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/genicam_doc.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace GenICam {
+namespace {
+
+constexpr std::string_view entry_specifier = ".Entry";
+
+std::size_t count_children(pugi::xml_node xml, child name) {
+    const auto elements = xml.children(name_of(name));
+    return static_cast<std::size_t>(std::distance(elements.begin(), elements.end()));
+}
+
+std::optional<eval_value> parse_constant(std::string_view text, bool is_integer) {
+    if (is_integer) {
+        std::int64_t number = 0;
+        if (parse_int(text, number) == 0) return std::nullopt;
+        return eval_value::of(number);
+    }
+    double number = 0;
+    if (parse_double(text, number) == 0) return std::nullopt;
+    return eval_value::of(number);
+}
+
+eval_value number_of_entry(const IEnumEntry& entry, bool is_integer) {
+    const std::optional<double> numeric = entry.get_numeric_value();
+    if (is_integer) return eval_value::of(numeric ? round_to_int(*numeric) : entry.get_value());
+    return eval_value::of(numeric ? *numeric : static_cast<double>(entry.get_value()));
+}
+
+void log_entry(const char* message) {
+    if (log_enabled(log_failure)) log_message(log_failure, message);
+}
+
+}  // namespace
+
+std::string_view binding_name(pugi::xml_node element) noexcept { return element.attribute("Name").value(); }
+
+void variable_table::build_formula_name_lookup(IGenICamDoc* doc, pugi::xml_node xml, bool is_integer) {
+    reserve(xml);
+    for (const pugi::xml_node element : xml.children(name_of(child::Constant)))
+        add_constant(element, is_integer);
+    for (const pugi::xml_node element : xml.children(name_of(child::pVariable))) {
+        if (binding_name(element).find(entry_specifier) != std::string_view::npos) {
+            add_enumeration_entry(doc, element, is_integer);
+        }
+    }
+}
+
+void variable_table::reserve(pugi::xml_node xml) {
+    constexpr std::size_t from_and_to = 2;
+    const std::size_t expressions = count_children(xml, child::Expression);
+    rows_.reserve(count_children(xml, child::Constant) + count_children(xml, child::pVariable) + expressions +
+                  from_and_to);
+    expressions_.reserve(expressions);
+}
+
+void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
+    const std::string_view name = binding_name(element);
+    const std::string_view text = element.child_value();
+    if (const std::optional<eval_value> constant = parse_constant(text, is_integer)) {
+        add_constant(name, *constant);
+    } else if (log_enabled(log_failure)) {
+        log_message(log_failure,
+                    "GenICam::converter::build_formula_name_lookup, failed to parse Constant named=\"%.*s\" "
+                    "content=\"%.*s\".\n",
+                    static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
+    }
+}
+
+// The entry becomes a number now and is no variable.
+void variable_table::add_enumeration_entry(IGenICamDoc* doc, pugi::xml_node element, bool is_integer) {
+    const std::string_view name = binding_name(element);
+    INode* node = doc->find_node(element.child_value());
+    if (node == nullptr || node->get_node_type() != node_type::enumeration) {
+        log_entry(
+            "GenICam::converter::build_formula_name_lookup, did not find enumeration for pVariable with "
+            "\".Entry\" specifier.\n");
+        return;
+    }
+    // A name that ends in the specifier has no entry name, and the exception of substr leaves the load.
+    constexpr std::size_t point = 1;
+    const std::string_view entry_name =
+        name.substr(name.find(entry_specifier) + entry_specifier.size() + point);
+    const IEnumEntry* entry = static_cast<IEnumeration*>(node)->find_entry(entry_name);
+    if (entry == nullptr) {
+        log_entry(
+            "GenICam::converter::build_formula_name_lookup, did not find entry in enumeration for pVariable "
+            "with "
+            "\".Entry\" specifier.\n");
+        return;
+    }
+    add_constant(name, number_of_entry(*entry, is_integer));
+}
+
+void variable_table::add_expression(std::string_view name, formula_program program) {
+    expressions_.push_back(std::move(program));
+    rows_.push_back({name, 0, &expressions_.back(), {}});
+}
+
+resolved_name variable_table::operator()(std::string_view name) const {
+    if (!no_from_to_ && (name == "TO" || name == "FROM")) return current_value_id;
+    const variable_row* row = find(name);
+    if (row == nullptr) return {};
+    if (row->id != 0) return row->id;
+    if (row->expression != nullptr) return row->expression;
+    return row->constant;
+}
+
+const variable_row* variable_table::find(std::string_view name) const noexcept {
+    const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                    [name](const variable_row& row) { return row.name == name; });
+    return found == rows_.end() ? nullptr : &*found;
+}
+
+}  // namespace GenICam

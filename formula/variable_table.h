@@ -1,0 +1,65 @@
+#pragma once
+
+#include "formula/formula_parser.h"
+#include "formula/formula_program.h"
+#include "genicam/core/eval_value.h"
+#include "genicam/inode.h"
+
+#include <cstddef>
+#include <string_view>
+
+#include <boost/container/small_vector.hpp>
+#include <pugixml.hpp>
+
+namespace GenICam {
+
+class IGenICamDoc;
+
+// What `FROM` and `TO` read, and the first number of the sources of a node.
+constexpr identifier_id current_value_id = 512;
+constexpr identifier_id first_source_id = 1000;
+
+/// One name: a variable if it has an id, an expression if it has a program, else a constant.
+struct variable_row {
+    std::string_view name;
+    identifier_id id = 0;
+    const formula_program* expression = nullptr;
+    eval_value constant;
+};
+
+/// The names that the formulas of one node know. Lives while its references are resolved.
+class variable_table {
+public:
+    /// `no_from_to`: whether `FROM` and `TO` are names like any other.
+    explicit variable_table(bool no_from_to) : no_from_to_(no_from_to) {}
+    variable_table(const variable_table&) = delete;
+    variable_table& operator=(const variable_table&) = delete;
+
+    /// Makes room, and enters the constants and those variables that stand for an entry of an enumeration.
+    void build_formula_name_lookup(IGenICamDoc* doc, pugi::xml_node xml, bool is_integer);
+
+    [[nodiscard]] bool has(std::string_view name) const noexcept { return find(name) != nullptr; }
+    void add_variable(std::string_view name, identifier_id id) { rows_.push_back({name, id, nullptr, {}}); }
+    void add_constant(std::string_view name, const eval_value& constant) {
+        rows_.push_back({name, 0, nullptr, constant});
+    }
+    void add_expression(std::string_view name, formula_program program);
+
+    /// What a name stands for in a formula: the first row of that name.
+    [[nodiscard]] resolved_name operator()(std::string_view name) const;
+
+private:
+    [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
+    void reserve(pugi::xml_node xml);
+    void add_constant(pugi::xml_node element, bool is_integer);
+    void add_enumeration_entry(IGenICamDoc* doc, pugi::xml_node element, bool is_integer);
+
+    boost::container::small_vector<variable_row, 10> rows_;
+    boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves
+    bool no_from_to_;
+};
+
+/// The attribute `Name` of a binding.
+[[nodiscard]] std::string_view binding_name(pugi::xml_node element) noexcept;
+
+}  // namespace GenICam

@@ -22,6 +22,11 @@ bool is_device_property(const driver_call& call, DWORD id) noexcept {
     return call.set == device_property_set && call.id == id;
 }
 
+// A size of 0 may come with a null buffer.
+void copy_bytes(void* to, const void* from, std::size_t size) {
+    if (size != 0) std::memcpy(to, from, size);
+}
+
 }  // namespace
 
 camera_core::camera_core(camera_options wanted)
@@ -41,13 +46,16 @@ void camera_core::close(driver_call& call, bool watched, bool threw) {
     book.close(std::move(call));
 }
 
-// Does the work of a call unless a fault is in its way, and enters it in the book.
-template <class Work>
-HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
+// Does the work of a call unless a fault is in its way, hands the answer to `finish`, and enters the call in
+// the book.
+template <class Work, class Finish>
+HRESULT camera_core::answer(driver_call& call, bool watched, Work work, Finish finish) {
     try {
         const std::optional<fault> struck = watched ? book.strike(call) : std::nullopt;
-        if (struck && struck->action) struck->action();
-        call.result = struck && struck->result ? *struck->result : work(struck);
+        const fault applied = struck ? *struck : fault();
+        if (applied.action) applied.action();
+        call.result = applied.result ? *applied.result : work();
+        finish(applied);
     } catch (...) {
         close(call, watched, true);
         throw;
@@ -55,6 +63,11 @@ HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
     const HRESULT result = call.result;
     close(call, watched, false);
     return result;
+}
+
+template <class Work>
+HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
+    return answer(call, watched, work, [](const fault&) {});
 }
 
 HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
@@ -65,20 +78,17 @@ HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
     call.kind = call_kind::query_supported;
     call.set = set;
     call.id = id;
-    return answer(call, book.is_watched(), [&](const std::optional<fault>& struck) {
-        DWORD word = 0;
-        HRESULT hr = property_set_unknown;
+    DWORD word = 0;
+    const auto work = [&] {
         if (set == gate_property_set && options.gate_set) {
-            hr = id == gate_property ? S_OK : property_unknown;
             word = support_get;
-        } else if (set == device_property_set) {
-            hr = query_device(id, word);
-        } else if (vendor_driver::serves(set)) {
-            hr = vendor_.query(set, id, word);
+            return id == gate_property ? S_OK : property_unknown;
         }
-        if (FAILED(hr)) return hr;
-        *support = call.support = struck && struck->support ? *struck->support : word;
-        return hr;
+        if (set == device_property_set) return query_device(id, word);
+        return vendor_driver::serves(set) ? vendor_.query(set, id, word) : property_set_unknown;
+    };
+    return answer(call, book.is_watched(), work, [&](const fault& struck) {
+        if (SUCCEEDED(call.result)) *support = call.support = struck.support.value_or(word);
     });
 }
 
@@ -106,16 +116,16 @@ HRESULT camera_core::get(REFGUID set, DWORD id, void* instance, DWORD instance_s
     const bool understood = read_instance(call);
     const bool watched = book.is_watched();
     if (watched) call.data = copy_of(data, data_size);
-    return answer(call, watched, [&](const std::optional<fault>& struck) {
-        DWORD written = 0;
-        const HRESULT hr = understood ? get_property(call, data, data_size, written) : E_INVALIDARG;
-        if (FAILED(hr)) return hr;
-        if (struck && struck->data) {
-            std::memcpy(data, struck->data->data(), std::min<std::size_t>(struck->data->size(), data_size));
-        }
-        *returned = call.returned = struck && struck->returned ? *struck->returned : written;
-        if (watched) call.answer = copy_of(data, data_size);
-        return hr;
+    DWORD written = 0;
+    const auto work = [&] {
+        return understood ? get_property(call, data, data_size, written) : E_INVALIDARG;
+    };
+    return answer(call, watched, work, [&](const fault& struck) {
+        const bool answered = SUCCEEDED(call.result);
+        if (struck.data)
+            copy_bytes(data, struck.data->data(), std::min<std::size_t>(struck.data->size(), data_size));
+        if (answered || struck.returned) *returned = call.returned = struck.returned.value_or(written);
+        if (watched && answered) call.answer = copy_of(data, data_size);
     });
 }
 
@@ -150,10 +160,7 @@ HRESULT camera_core::get_description(const bytes& instance, DWORD id, void* data
     const bool asks_size = id == device_property::description_size;
     returned = asks_size ? sizeof(length) : length;
     if (size < returned) return buffer_too_small_hr;
-    if (asks_size)
-        std::memcpy(data, &length, sizeof(length));
-    else
-        std::memcpy(data, text.data(), text.size());
+    copy_bytes(data, asks_size ? static_cast<const void*>(&length) : text.data(), returned);
     return S_OK;
 }
 
@@ -189,9 +196,8 @@ HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_s
     const bool understood = read_instance(call);
     const bool watched = book.is_watched();
     if (watched) call.data = copy_of(data, data_size);
-    return answer(call, watched, [&](const std::optional<fault>&) {
-        return understood ? set_property(call, data, data_size) : E_INVALIDARG;
-    });
+    return answer(call, watched,
+                  [&] { return understood ? set_property(call, data, data_size) : E_INVALIDARG; });
 }
 
 HRESULT camera_core::set_property(const driver_call& call, const void* data, DWORD size) {
@@ -222,7 +228,7 @@ HRESULT camera_core::control_range(call_kind kind, const control_map& controls, 
     call.number = book.open();
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
-    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
+    return answer(call, book.is_watched(), [&] {
         const auto found = controls.find(property);
         if (found == controls.end()) return property_unknown;
         const direct_show_property& control = found->second;
@@ -241,7 +247,7 @@ HRESULT camera_core::control_get(call_kind kind, const control_map& controls, LO
     call.number = book.open();
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
-    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
+    return answer(call, book.is_watched(), [&] {
         const auto found = controls.find(property);
         if (found == controls.end()) return property_unknown;
         *value = found->second.value;
@@ -259,9 +265,8 @@ HRESULT camera_core::control_set(call_kind kind, control_map& controls, LONG pro
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
     call.numbers = {value, flags};
-    return answer(call, book.is_watched(), [&](const std::optional<fault>&) {
-        return vendor_.set_control(controls, property, value, flags);
-    });
+    return answer(call, book.is_watched(),
+                  [&] { return vendor_.set_control(controls, property, value, flags); });
 }
 
 }  // namespace simcam

@@ -39,6 +39,8 @@ public:
     mutable std::recursive_mutex mutex;
 
 private:
+    template <class Work, class Finish>
+    HRESULT answer(driver_call& call, bool watched, Work work, Finish finish);
     template <class Work>
     HRESULT answer(driver_call& call, bool watched, Work work);
     void close(driver_call& call, bool watched, bool threw);

@@ -10,8 +10,8 @@
 namespace simcam {
 
 /// A misbehaviour of the driver. It strikes the calls that `when` picks, from the `first` such call after it
-/// was added, `count` times. Without `result` the driver does its work and the other fields distort the
-/// answer.
+/// was added, `count` times. With `result` the driver does nothing of its own; the other fields distort the
+/// answer, also that of a call that fails.
 struct fault {
     static constexpr std::uint64_t always = std::numeric_limits<std::uint64_t>::max();
 

@@ -1,0 +1,214 @@
+#include "tests/simcam/page_view.h"
+
+#include "genicam/inode.h"
+#include "platform/text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <string>
+
+namespace simcam_test {
+namespace {
+
+using namespace simcam;
+using namespace ZELAdapterHelper;
+
+using item_ptr = platform::com_ptr<CZELItemDataBase>;
+
+camera_options one_road(bool named) {
+    camera_options options = *ready_made("described");
+    options.named_access = named;
+    options.register_access = !named;
+    return options;
+}
+
+struct element {
+    std::string name;
+    item_ptr item;
+    InterfaceKey key;
+    InterfaceType type;
+};
+
+std::vector<element> elements_of(camera_on_pages& seen) {
+    std::vector<element> all;
+    for (const ItemRecord& record : seen.adapter->get_item_table()) {
+        CZELItemDataBase* made = nullptr;
+        record.factory(&made, seen.camera.get(), record);
+        const item_ptr item = item_ptr::attach(made);
+        for (const ElementRecord& one : ElementsOf(record)) {
+            for (const InterfaceEntry& interface_entry : InterfacesOf(one)) {
+                auto* node =
+                    reinterpret_cast<GenICam::INode*>(static_cast<std::uintptr_t>(interface_entry.key));
+                all.push_back(
+                    {std::string(node->get_name()), item, interface_entry.key, interface_entry.type});
+            }
+        }
+    }
+    return all;
+}
+
+// Everything that a page shows of an element, with the results of asking for it.
+std::string view_of(const element& shown) {
+    std::ostringstream text;
+    text.precision(17);
+    CZELItemDataBase& item = *shown.item;
+    bool flag = false;
+    HRESULT hr = item.IsAvailable(shown.key, flag);
+    text << shown.name << " available " << std::hex << hr << " " << flag;
+    flag = false;
+    hr = item.IsReadOnly(shown.key, flag);
+    text << " read-only " << hr << " " << flag << " keep " << item.IsDoNotSerialize(shown.key);
+    SharedString unit;
+    std::int32_t scale = 0;
+    RangeInfo range;
+    AbsRangeInfo limits;
+    std::int32_t value = 0;
+    double real = 0;
+    std::vector<SharedString> strings;
+    switch (shown.type) {
+        case InterfaceType::Switch:
+            hr = item.GetSwitch(shown.key, flag);
+            text << " switch " << hr << " " << flag;
+            hr = item.GetSwitchDefault(shown.key, flag);
+            text << " default " << hr << " " << flag;
+            break;
+        case InterfaceType::MapStrings:
+            hr = item.GetMapStrings(shown.key, strings);
+            text << " strings " << hr;
+            for (const SharedString& one : strings) text << " '" << platform::narrow(one.View()) << "'";
+            [[fallthrough]];
+        case InterfaceType::Range:
+            hr = item.GetRange(shown.key, range);
+            text << std::dec << " range " << hr << " " << range.min << " " << range.max << " "
+                 << range.default_value << " " << range.step;
+            hr = item.GetValue(shown.key, value);
+            text << " value " << hr << " " << value;
+            break;
+        case InterfaceType::AbsoluteValue:
+            hr = item.GetAbsRange(shown.key, limits);
+            text << " limits " << hr << " " << limits.min << " " << limits.max << " " << limits.default_value;
+            hr = item.GetAbsValue(shown.key, real);
+            text << " value " << hr << " " << real;
+            hr = item.GetAbsUnit(shown.key, unit, scale);
+            text << " unit " << hr << " " << platform::narrow(unit.View()) << " " << scale;
+            break;
+        case InterfaceType::Button:
+            break;
+    }
+    return text.str();
+}
+
+std::vector<std::string> view_of(const std::vector<element>& shown) {
+    std::vector<std::string> lines;
+    for (const element& one : shown) lines.push_back(view_of(one));
+    return lines;
+}
+
+// What the two roads show differently, element by element.
+std::vector<std::string> differences(const std::vector<element>& named,
+                                     const std::vector<element>& registers) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < named.size(); ++at) {
+        const std::string by_name = view_of(named[at]);
+        const std::string by_register = view_of(registers[at]);
+        if (by_name != by_register) lines.push_back(by_name + "\n  but " + by_register);
+    }
+    return lines;
+}
+
+class BothRoads : public testing::Test {
+protected:
+    // Does the same to an element on both roads; what comes of it must be the same.
+    void Do(std::size_t at, const std::function<HRESULT(const element&)>& act) {
+        EXPECT_EQ(act(by_name_[at]), act(by_register_[at])) << by_name_[at].name;
+        EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty()) << "after " << by_name_[at].name;
+    }
+
+    camera_on_pages named_{one_road(true)};
+    camera_on_pages registers_{one_road(false)};
+    std::vector<element> by_name_ = elements_of(named_);
+    std::vector<element> by_register_ = elements_of(registers_);
+};
+
+TEST_F(BothRoads, ShowTheSame) {
+    ASSERT_EQ(by_name_.size(), 41U);
+    ASSERT_EQ(by_register_.size(), by_name_.size());
+    EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
+    const auto lines = view_of(by_name_);
+    for (const std::string& line : lines) {
+        EXPECT_THAT(line, testing::Not(testing::HasSubstr("8000")))
+            << "no operation of a marked feature fails";
+    }
+    EXPECT_THAT(lines, testing::Contains(testing::StartsWith("ExposureTime available 0 1")));
+    EXPECT_THAT(lines, testing::Contains(testing::StartsWith("WdrRatio available 0 0")));
+}
+
+TEST_F(BothRoads, UseTheirOwnPropertyAlone) {
+    named_.camera->clear_transcript();
+    registers_.camera->clear_transcript();
+    EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
+    EXPECT_THAT(named_.camera->transcript(), testing::Each(testing::StartsWith("Get device 4 ")));
+    EXPECT_THAT(registers_.camera->transcript(), testing::Each(testing::StartsWith("Get device 3 0x")));
+}
+
+TEST_F(BothRoads, ChangeTheSame) {
+    for (std::size_t at = 0; at < by_name_.size(); ++at) {
+        switch (by_name_[at].type) {
+            case InterfaceType::Switch:
+                for (const bool on : {true, false, true}) {
+                    Do(at, [on](const element& one) { return one.item->SetSwitch(one.key, on); });
+                }
+                break;
+            case InterfaceType::Button:
+                Do(at, [](const element& one) { return one.item->Push(one.key); });
+                break;
+            case InterfaceType::MapStrings:
+            case InterfaceType::Range:
+                for (const std::int32_t value : {2, 0, 1, 16, 17, 300, -1, 5000}) {
+                    Do(at, [value](const element& one) { return one.item->SetValue(one.key, value); });
+                }
+                break;
+            case InterfaceType::AbsoluteValue:
+                for (const double value : {0.5, 1.5, 2.0, 33.3, -1.0, 1e6}) {
+                    Do(at, [value](const element& one) { return one.item->SetAbsValue(one.key, value); });
+                }
+                break;
+        }
+    }
+}
+
+TEST_F(BothRoads, CloseWhenTheCameraLocksItself) {
+    named_.camera->memory().poke(0x100, {0x0E});
+    registers_.camera->memory().poke(0x100, {0x0E});
+    EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
+    EXPECT_THAT(view_of(by_name_), testing::Each(testing::HasSubstr(" available 0 0")));
+}
+
+TEST_F(BothRoads, LeaveTheSameContentsBehind) {
+    for (const auto* road : {&by_name_, &by_register_}) {
+        for (const element& one : *road) {
+            if (one.type == InterfaceType::Range) (void)one.item->SetValue(one.key, 6);
+            if (one.type == InterfaceType::AbsoluteValue) (void)one.item->SetAbsValue(one.key, 1.75);
+            if (one.type == InterfaceType::Switch) (void)one.item->SetSwitch(one.key, true);
+            if (one.type == InterfaceType::MapStrings) (void)one.item->SetValue(one.key, 1);
+        }
+    }
+    EXPECT_EQ(named_.camera->memory().peek(0x1000, 0x1400), registers_.camera->memory().peek(0x1000, 0x1400));
+}
+
+TEST_F(BothRoads, LoseTheCameraAlike) {
+    named_.camera->add_fault(lost_after(0));
+    registers_.camera->add_fault(lost_after(0));
+    for (std::size_t at = 0; at < by_name_.size(); ++at) {
+        if (by_name_[at].type != InterfaceType::Switch) continue;
+        bool on = false;
+        EXPECT_EQ(by_name_[at].item->GetSwitch(by_name_[at].key, on), camera_lost);
+        EXPECT_EQ(by_register_[at].item->GetSwitch(by_register_[at].key, on), camera_lost);
+    }
+}
+
+}  // namespace
+}  // namespace simcam_test

@@ -1,0 +1,179 @@
+#include "tests/simcam/page_view.h"
+
+#include "adapter/hr_exception.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+namespace simcam_test {
+namespace {
+
+using namespace simcam;
+using test_support::RecorderCanvas;
+using testing::ElementsAre;
+
+constexpr int page_width = 428;
+constexpr int page_height = 457;
+
+// Labels of the items on a page, from the top; an item's label stands at the left margin.
+std::vector<std::string> items_on(const RecorderCanvas& canvas) {
+    std::vector<std::string> names;
+    for (const auto& one : canvas.placed) {
+        if (one.kind == "label" && one.place.left == 20) names.push_back(platform::narrow(one.text));
+    }
+    return names;
+}
+
+std::size_t rows_on(const RecorderCanvas& canvas) {
+    std::set<int> tops;
+    for (const auto& one : canvas.placed) tops.insert(one.place.top);
+    return tops.size();
+}
+
+int bottom_of(const RecorderCanvas& canvas) {
+    int bottom = 0;
+    for (const auto& one : canvas.placed) {
+        if (one.kind != "combo") bottom = std::max(bottom, one.place.top + one.place.height);
+    }
+    return bottom;
+}
+
+TEST(ReadyMade, HasTheNamesThatItTells) {
+    std::vector<std::string_view> names;
+    for (const camera_name& one : camera_names()) {
+        names.push_back(one.name);
+        EXPECT_FALSE(one.about.empty()) << one.name;
+        EXPECT_TRUE(make_camera(one.name)) << one.name;
+    }
+    EXPECT_THAT(names, ElementsAre("full", "described", "builtin", "simple", "oldest", "colourless", "empty",
+                                   "foreign"));
+    EXPECT_FALSE(ready_made("none"));
+    EXPECT_FALSE(make_camera("none"));
+    EXPECT_FALSE(make_camera(""));
+}
+
+struct page_case {
+    std::string_view camera;
+    std::size_t page;
+    std::vector<std::string> items;
+    std::size_t rows;
+};
+
+void PrintTo(const page_case& shown, std::ostream* out) {
+    *out << shown.camera << " " << pages()[shown.page].name;
+}
+
+class ReadyMadePage : public testing::TestWithParam<page_case> {};
+
+TEST_P(ReadyMadePage, ShowsItsItems) {
+    for (const bool named : {true, false}) {
+        camera_options options = *ready_made(GetParam().camera);
+        if (GetParam().camera != "oldest") {
+            options.named_access = named;
+            options.register_access = !named;
+        }
+        camera_on_pages seen(options);
+        RecorderCanvas canvas;
+        EXPECT_EQ(seen.build(pages()[GetParam().page], canvas), !GetParam().items.empty());
+        EXPECT_EQ(items_on(canvas), GetParam().items);
+        EXPECT_EQ(rows_on(canvas), GetParam().rows);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ReadyMadePage,
+    testing::Values(
+        page_case{"full",
+                  0,
+                  {"Gain", "Gamma", "Black Level", "Exposure", "Frame Rate", "Flip", "Sharpness",
+                   "Test Pattern", "WDR"},
+                  14},
+        page_case{"full", 1, {"Partial Scan", "GPIO", "Trigger", "Strobe"}, 14},
+        page_case{"full", 2, {"Focus", "Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"}, 14},
+        page_case{"full",
+                  3,
+                  {"WhiteBalance", "Color Enhancement", "Saturation", "Hue", "Color Matrix", "Light Source",
+                   "Look-up Table"},
+                  14},
+        page_case{
+            "described",
+            0,
+            {"Gamma", "Black Level", "Exposure", "Frame Rate", "Flip", "Sharpness", "Test Pattern", "WDR"},
+            13},
+        page_case{"described", 1, {"Partial Scan", "Trigger"}, 6},
+        page_case{"described", 2, {"Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"}, 6},
+        page_case{"described", 3, {"Saturation", "Hue", "Color Matrix", "Light Source", "Look-up Table"}, 9},
+        page_case{"builtin", 0, {"Gain", "Exposure"}, 5},
+        page_case{"builtin", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
+        page_case{"builtin", 2, {"Focus"}, 8},
+        page_case{"builtin", 3, {"WhiteBalance", "Color Enhancement"}, 5},
+        page_case{"simple", 0, {"Exposure"}, 1}, page_case{"simple", 1, {"Trigger"}, 2},
+        page_case{"simple", 2, {"Zoom"}, 1}, page_case{"simple", 3, {"Saturation"}, 1},
+        page_case{"oldest", 0, {"Gain", "Exposure"}, 4},
+        page_case{"oldest", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 10},
+        page_case{"oldest", 2, {"Focus"}, 1}, page_case{"oldest", 3, {"WhiteBalance"}, 3},
+        page_case{"colourless", 0, {"Gain", "Exposure"}, 5},
+        page_case{"colourless", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
+        page_case{"colourless", 2, {"Focus"}, 8}, page_case{"colourless", 3, {}, 0},
+        page_case{"empty", 0, {}, 0}, page_case{"empty", 1, {}, 0}, page_case{"empty", 2, {}, 0},
+        page_case{"empty", 3, {}, 0}));
+
+TEST(ReadyMade, FillsItsPagesWithoutRunningOffThem) {
+    camera_on_pages seen(*ready_made("full"));
+    for (const page_groups& page : pages()) {
+        RecorderCanvas canvas;
+        ASSERT_TRUE(seen.build(page, canvas));
+        EXPECT_LE(bottom_of(canvas), page_height) << page.name;
+        EXPECT_GT(bottom_of(canvas), page_height - 30) << page.name;
+        for (const auto& one : canvas.placed) {
+            // The buttons of built-in items stand behind a whole slider row, wherever that ends.
+            if (one.kind == "button") continue;
+            EXPECT_LE(one.place.left + one.place.width, page_width)
+                << page.name << " " << platform::narrow(one.text);
+        }
+    }
+}
+
+TEST(ReadyMade, ReplacesBuiltInItemsByDescribedOnes) {
+    camera_on_pages seen(*ready_made("full"));
+    std::size_t replaced = 0;
+    for (const auto& described : seen.adapter->get_item_table()) {
+        for (const auto& built_in : ZELAdapterHelper::StaticItemTable()) {
+            if (described.id == built_in.id) ++replaced;
+        }
+    }
+    EXPECT_EQ(replaced, 4U) << "both rows of Exposure, Partial scan, Trigger";
+}
+
+TEST(ReadyMade, LetsGoOfTheFilter) {
+    for (const camera_name& one : camera_names()) {
+        camera_on_pages seen(*ready_made(one.name));
+        for (const page_groups& page : pages()) {
+            RecorderCanvas canvas;
+            seen.build(page, canvas);
+        }
+        seen.adapter.reset();
+        EXPECT_EQ(seen.camera->references(), 1) << one.name;
+    }
+}
+
+TEST(ReadyMade, TheOldestTakesTheOldRequestsAlone) {
+    camera_on_pages seen(*ready_made("oldest"));
+    EXPECT_TRUE(seen.adapter->get_item_table().empty());
+    EXPECT_EQ(seen.adapter->get_documents().size(), 1U);
+    EXPECT_THAT(seen.camera->transcript(), testing::Contains("Get device 1 {1, 0}, 0x80070057"));
+    EXPECT_THAT(seen.camera->transcript(), testing::Contains(testing::StartsWith("Get device 1 {0, 0} -> ")));
+    EXPECT_FALSE(seen.adapter->has_named_access());
+}
+
+TEST(ReadyMade, TheForeignOneIsNotServed) {
+    const camera_ptr camera = make_camera("foreign");
+    EXPECT_FALSE(genicam_adapter::is_adapter_device(camera->property_set()));
+    EXPECT_TRUE(genicam_adapter::is_adapter_device(make_camera("empty")->property_set()));
+}
+
+}  // namespace
+}  // namespace simcam_test

@@ -58,6 +58,11 @@ TEST(UnknownTest, CountsReferencesAndDeletesWithTheLast) {
     EXPECT_TRUE(destroyed);
 }
 
+TEST(UnknownTest, OneReleaseTooManyStillAnswersOne) {
+    PlainObject object(nullptr);
+    EXPECT_EQ(object.NonDelegatingRelease(), 1U);
+}
+
 TEST(UnknownTest, GivesItselfAsUnknownWithAReference) {
     auto* object = new PlainObject(nullptr);
     object->NonDelegatingAddRef();

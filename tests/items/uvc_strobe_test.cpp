@@ -242,11 +242,12 @@ TEST_F(UVCStrobeTest, TextsAreAppended) {
 }
 
 TEST_F(UVCStrobeTest, ModesAreCollectedOnce) {
-    const Item item = MakeWith(FixedMode());
-    EXPECT_EQ(ModeTexts(item).size(), 3U);
-    Vendor(125).bytes = Restricted(ExposureMode(), 4);
+    const Item item = MakeWith(Restricted(ExposureMode(), 4));
+    EXPECT_EQ(ModeTexts(item).size(), 1U);
+    Vendor(125).bytes = FixedMode();
     EXPECT_EQ(item->Refresh(0), S_OK);
-    EXPECT_EQ(ModeTexts(item).size(), 3U);
+    EXPECT_EQ(ModeTexts(item).size(), 1U);
+    EXPECT_EQ(ModeTexts(MakeWith(FixedMode())).size(), 3U);
 }
 
 TEST_F(UVCStrobeTest, WritesInConstantModeZeroTheTimes) {
@@ -342,6 +343,15 @@ TEST_F(UVCStrobeTest, AModeThatIsNotOfferedChangesNothingButIsStored) {
     }
     EXPECT_EQ(item->SetValue(mode, 0), S_OK);
     EXPECT_EQ(Asked(), Requests{Write(Restricted(ExposureMode(), 4))});
+}
+
+TEST_F(UVCStrobeTest, AnIndexBeyondTheModesKeepsTheMode) {
+    const Item item = MakeWith(FixedMode());
+    for (const std::int32_t index : {-1, 3, INT32_MAX}) {
+        EXPECT_EQ(item->SetValue(mode, index), S_OK);
+        EXPECT_EQ(Asked().back(), Write(FixedMode())) << index;
+        EXPECT_EQ(Value(item, mode), 1);
+    }
 }
 
 TEST_F(UVCStrobeTest, TheOnlyModeOfARestrictedStrobeCanBeSelected) {

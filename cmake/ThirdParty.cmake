@@ -41,8 +41,9 @@ if(CMAKE_CROSSCOMPILING)
   add_library(selvane_pugixml_static STATIC EXCLUDE_FROM_ALL "${SELVANE_PUGIXML_SOURCE}/pugixml.cpp")
   target_include_directories(selvane_pugixml_static SYSTEM PUBLIC "${SELVANE_PUGIXML_SOURCE}")
   target_compile_features(selvane_pugixml_static PUBLIC cxx_std_17)
-  # Streams and XPath are not used, and the run-time library's streams are larger than all the rest.
-  target_compile_definitions(selvane_pugixml_static PUBLIC PUGIXML_NO_STL PUGIXML_NO_XPATH)
+  # Nobody uses its streams, and those of the run-time library are larger than all the rest. Its header keeps
+  # them, because with them go the traits of its iterators.
+  target_compile_definitions(selvane_pugixml_static PRIVATE PUGIXML_NO_STL PUBLIC PUGIXML_NO_XPATH)
   target_compile_options(selvane_pugixml_static PRIVATE -ffunction-sections -fdata-sections)
   target_link_libraries(selvane_pugixml INTERFACE selvane_pugixml_static)
 else()

@@ -10,6 +10,7 @@ constexpr std::string_view no_operand = "Failed to get 1 parameter for unary fun
 constexpr std::string_view no_operands = "Failed to get 2 parameters for binary function.";
 constexpr std::string_view no_selection = "Failed to get 3 parameters for condition operator.";
 constexpr std::string_view no_result = "Unbalanced calc stack.";
+constexpr std::string_view stopped = "Stopped by whoever watches.";
 
 class calc_stack {
 public:
@@ -19,6 +20,9 @@ public:
     }
     [[nodiscard]] bool has(std::size_t count) const noexcept { return values_.size() >= count; }
     [[nodiscard]] const eval_value& top() const noexcept { return values_.back(); }
+    [[nodiscard]] gsl::span<const eval_value> values() const noexcept {
+        return {values_.data(), values_.size()};
+    }
     eval_value pop() noexcept {
         const eval_value value = values_.back();
         values_.pop_back();
@@ -80,18 +84,34 @@ std::string_view run(calc_stack& stack, const formula_instruction& instruction,
     return {};
 }
 
+template <class Watch>
+std::string_view run_all(const formula_program& program, const variable_lookup& variables, eval_value& result,
+                         Watch goes_on) {
+    calc_stack stack;
+    for (const formula_instruction& instruction : program.instructions) {
+        if (!goes_on(&instruction, stack)) return stopped;
+        const std::string_view failure = run(stack, instruction, variables);
+        if (!failure.empty()) return failure;
+    }
+    if (!goes_on(nullptr, stack)) return stopped;
+    if (!stack.has(1)) return no_result;
+    result = stack.top();
+    return {};
+}
+
 }  // namespace
 
 std::string_view run_instructions(const formula_program& program, variable_lookup variables,
                                   eval_value& result) {
-    calc_stack stack;
-    for (const formula_instruction& instruction : program.instructions) {
-        const std::string_view failure = run(stack, instruction, variables);
-        if (!failure.empty()) return failure;
-    }
-    if (!stack.has(1)) return no_result;
-    result = stack.top();
-    return {};
+    return run_all(program, variables, result,
+                   [](const formula_instruction*, const calc_stack&) { return true; });
+}
+
+std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+                                  eval_value& result, instruction_watch watch) {
+    return run_all(program, variables, result, [&](const formula_instruction* next, const calc_stack& stack) {
+        return watch(next, stack.values());
+    });
 }
 
 }  // namespace GenICam

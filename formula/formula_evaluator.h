@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#include <gsl/span>
+
 namespace GenICam {
 
 using variable_lookup = function_ref<std::optional<eval_value>(identifier_id)>;
@@ -14,6 +16,14 @@ using variable_lookup = function_ref<std::optional<eval_value>(identifier_id)>;
 /// Runs the instructions one by one on a calc stack. Gives the words for what failed, empty for success.
 [[nodiscard]] std::string_view run_instructions(const formula_program& program, variable_lookup variables,
                                                 eval_value& result);
+
+/// Sees the instruction that comes next, null at the end, and the stack before it. False ends the run.
+using instruction_watch =
+    function_ref<bool(const formula_instruction* next, gsl::span<const eval_value> stack)>;
+
+/// The same under the eyes of `watch`. A run that it ended gives words for that.
+[[nodiscard]] std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+                                                eval_value& result, instruction_watch watch);
 
 /// Computes a formula. `variables` is called with an id and gives a pointer to an `eval_value`, or an
 /// optional one; null or empty means not found. Fails with `formula_parse_failed` only. An integer division

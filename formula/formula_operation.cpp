@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <type_traits>
 
 namespace GenICam {
@@ -186,29 +187,29 @@ constexpr const formula_function* comparison = &function<ForIntegers, Otherwise>
 
 using level = operator_level;
 
-// Two characters stand before one, because the first match counts.
+// Rows with the same first character stand together, two characters before one: the first match counts.
 constexpr formula_operation operations[] = {
     {"**", token_kind::power, level::term, nullptr, &function<power, power_float>},
+    {"*", token_kind::multiply, level::term, nullptr, &function<multiply, multiply_float>},
     {">>", token_kind::shift_right, level::bit_term, nullptr, &function<shift_right>},
-    {"<<", token_kind::shift_left, level::bit_term, nullptr, &function<shift_left>},
     {">=", token_kind::greater_equal, level::relation, nullptr, comparison<greater_equal, greater_equal>},
+    {">", token_kind::greater, level::relation, nullptr, comparison<greater, greater>},
+    {"<<", token_kind::shift_left, level::bit_term, nullptr, &function<shift_left>},
     {"<=", token_kind::less_equal, level::relation, nullptr, comparison<less_equal, less_equal>},
     {"<>", token_kind::not_equal, level::relation, nullptr, comparison<not_equal, not_equal>},
+    {"<", token_kind::less, level::relation, nullptr, comparison<less, less>},
     {"&&", token_kind::logical_and, level::relation, nullptr, comparison<logical_and, logical_and>},
+    {"&", token_kind::bit_and, level::bit_term, nullptr, &function<bit_and>},
     {"||", token_kind::logical_or, level::relation, nullptr, comparison<logical_or, logical_or>},
+    {"|", token_kind::bit_or, level::bit_term, nullptr, &function<bit_or>},
+    {"^", token_kind::bit_xor, level::bit_term, nullptr, &function<bit_xor>},
     {"~", token_kind::complement, level::none, &function<complement>},
     {"+", token_kind::plus, level::sum, nullptr, &function<add, add_float>},
     {"-", token_kind::minus, level::sum, &function<negate, negate_float>,
      &function<subtract, subtract_float>},
-    {"*", token_kind::multiply, level::term, nullptr, &function<multiply, multiply_float>},
     {"/", token_kind::divide, level::term, nullptr, &function<divide, divide_float>},
     {"%", token_kind::remainder, level::term, nullptr, &function<remainder>},
-    {">", token_kind::greater, level::relation, nullptr, comparison<greater, greater>},
-    {"<", token_kind::less, level::relation, nullptr, comparison<less, less>},
     {"=", token_kind::equal, level::relation, nullptr, comparison<equal, equal>},
-    {"&", token_kind::bit_and, level::bit_term, nullptr, &function<bit_and>},
-    {"|", token_kind::bit_or, level::bit_term, nullptr, &function<bit_or>},
-    {"^", token_kind::bit_xor, level::bit_term, nullptr, &function<bit_xor>},
     {"(", token_kind::open},
     {")", token_kind::close},
     {"?", token_kind::question},
@@ -252,14 +253,19 @@ constexpr named_constant constants[] = {
     {"E", 2.718281828459045},
 };
 
-// Which characters begin an operation: digits, letters and blanks, the most of a text, need no search.
-constexpr std::array<bool, 256> make_first_characters() noexcept {
-    std::array<bool, 256> marks{};
-    for (const formula_operation& row : operations) marks[static_cast<unsigned char>(row.text[0])] = true;
-    return marks;
+constexpr std::uint8_t operation_count = std::size(operations);
+
+// Where the rows of a first character begin; `operation_count` for characters that begin none.
+constexpr std::array<std::uint8_t, 256> make_first_rows() noexcept {
+    std::array<std::uint8_t, 256> rows{};
+    for (std::uint8_t& row : rows) row = operation_count;
+    for (std::uint8_t at = operation_count; at-- > 0;) {
+        rows[static_cast<unsigned char>(operations[at].text[0])] = at;
+    }
+    return rows;
 }
 
-constexpr std::array<bool, 256> first_characters = make_first_characters();
+constexpr std::array<std::uint8_t, 256> first_rows = make_first_rows();
 
 constexpr std::size_t kind_count = static_cast<std::size_t>(token_kind::end) + 1;
 
@@ -289,9 +295,11 @@ bare_number float_to_integer(bare_number number, bare_number, bare_number) noexc
 }  // namespace
 
 const formula_operation* match_operation(std::string_view text) noexcept {
-    if (text.empty() || !first_characters[static_cast<unsigned char>(text.front())]) return nullptr;
-    for (const formula_operation& row : operations) {
-        if (text.substr(0, row.text.size()) == row.text) return &row;
+    if (text.empty()) return nullptr;
+    for (std::size_t at = first_rows[static_cast<unsigned char>(text[0])]; at < operation_count; ++at) {
+        const std::string_view candidate = operations[at].text;
+        if (candidate[0] != text[0]) return nullptr;
+        if (candidate.size() == 1 || (text.size() > 1 && candidate[1] == text[1])) return &operations[at];
     }
     return nullptr;
 }
@@ -306,6 +314,16 @@ const formula_function* find_function(std::string_view name, std::size_t argumen
         if (is_named && row.function->arity == arguments) return row.function;
     }
     return nullptr;
+}
+
+std::string_view text_of(const formula_function& function) noexcept {
+    for (const formula_operation& row : operations) {
+        if (row.unary == &function || row.binary == &function) return row.text;
+    }
+    for (const named_function& row : functions) {
+        if (row.function == &function) return row.upper;
+    }
+    return {};
 }
 
 const double* find_named_constant(std::string_view name) noexcept {

@@ -87,6 +87,10 @@ struct formula_operation {
 /// The named function with that many arguments, or null.
 [[nodiscard]] const formula_function* find_function(std::string_view name, std::size_t arguments) noexcept;
 
+/// The operator, or else the upper-case name, that a function of the tables has in formulas; empty for
+/// others.
+[[nodiscard]] std::string_view text_of(const formula_function& function) noexcept;
+
 /// The value of a name that every formula knows, or null.
 [[nodiscard]] const double* find_named_constant(std::string_view name) noexcept;
 

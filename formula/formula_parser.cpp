@@ -21,10 +21,11 @@ constexpr std::size_t max_expanded_instructions = 65536;
 // stands in a sequence of its own, so that no text can exhaust that stack.
 class math_parser {
 public:
-    math_parser(std::string_view text, name_resolver resolver, formula_program& program)
-        : rest_(text), resolver_(resolver), program_(program) {}
+    math_parser(std::string_view text, name_resolver resolver) : rest_(text), resolver_(resolver) {}
 
     parse_status parse();
+    /// What was emitted, in no more room than it takes.
+    [[nodiscard]] formula_program take_program() const;
     /// What is left of the text behind the expression or at the point of failure.
     [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
 
@@ -72,16 +73,22 @@ private:
 
     std::string_view rest_;
     name_resolver resolver_;
-    formula_program& program_;
     formula_token token_;
     parse_status status_ = parse_status::none;
     boost::container::small_vector<open_part, 16> open_;
+    boost::container::small_vector<formula_instruction, 64> emitted_;
 };
 
 parse_status math_parser::parse() {
     step next = open(open_part(waiting::whole), step::expression);
     while (next != step::done) next = take(next);
     return status_;
+}
+
+formula_program math_parser::take_program() const {
+    formula_program program;
+    program.instructions.assign(emitted_.begin(), emitted_.end());
+    return program;
 }
 
 math_parser::step math_parser::take(step next) {
@@ -294,7 +301,7 @@ parse_status math_parser::add_identifier_token(std::string_view name) {
         emit_number(*constant);
         return parse_status::none;
     }
-    formula_instruction& instruction = program_.instructions.emplace_back();
+    formula_instruction& instruction = emitted_.emplace_back();
     instruction.code = op_code::op_variable;
     instruction.variable = std::get<identifier_id>(resolved);
     return parse_status::none;
@@ -303,40 +310,21 @@ parse_status math_parser::add_identifier_token(std::string_view name) {
 // Expressions that use one another can double in length with each step.
 parse_status math_parser::append(const formula_program& expression) {
     const auto& copied = expression.instructions;
-    if (program_.instructions.size() + copied.size() > max_expanded_instructions)
-        return parse_status::beyond_limits;
-    program_.instructions.insert(program_.instructions.end(), copied.begin(), copied.end());
+    if (emitted_.size() + copied.size() > max_expanded_instructions) return parse_status::beyond_limits;
+    emitted_.insert(emitted_.end(), copied.begin(), copied.end());
     return parse_status::none;
 }
 
 void math_parser::emit(op_code code, const formula_function* function) {
-    formula_instruction& instruction = program_.instructions.emplace_back();
+    formula_instruction& instruction = emitted_.emplace_back();
     instruction.code = code;
     instruction.function = function;
 }
 
 void math_parser::emit_number(const eval_value& number) {
-    formula_instruction& instruction = program_.instructions.emplace_back();
+    formula_instruction& instruction = emitted_.emplace_back();
     instruction.code = number.is_integer ? op_code::op_push_int : op_code::op_push_float;
     instruction.number = number.value;
-}
-
-// No more instructions than these come from the text itself.
-std::size_t count_instructions(std::string_view text) {
-    std::size_t count = 0;
-    for (formula_token token = next_token(text); token.kind != token_kind::end;
-         token = next_token(token.rest)) {
-        switch (token.kind) {
-            case token_kind::open:
-            case token_kind::close:
-            case token_kind::colon:
-            case token_kind::comma:
-                break;
-            default:
-                ++count;
-        }
-    }
-    return count;
 }
 
 // The text becomes a format, and what it quotes of the description must not act as one.
@@ -351,12 +339,17 @@ void log_failed_parse(parse_status status, std::string_view rest) {
 }  // namespace
 
 result<formula_program> parse_formula(std::string_view text, name_resolver resolver) {
-    formula_program program;
-    program.instructions.reserve(count_instructions(text));
-    math_parser parser(text, resolver, program);
-    const parse_status status = parser.parse();
-    if (status == parse_status::none || status == parse_status::end_of_text) return program;
-    if (log_enabled(log_failure)) log_failed_parse(status, parser.rest());
+    parse_end end;
+    return parse_formula(text, resolver, end);
+}
+
+result<formula_program> parse_formula(std::string_view text, name_resolver resolver, parse_end& end) {
+    math_parser parser(text, resolver);
+    end.status = parser.parse();
+    end.rest = parser.rest();
+    if (end.status == parse_status::none || end.status == parse_status::end_of_text)
+        return parser.take_program();
+    if (log_enabled(log_failure)) log_failed_parse(end.status, end.rest);
     return make_error_code(formula_parse_failed);
 }
 

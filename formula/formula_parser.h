@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formula/formula_program.h"
+#include "formula/formula_token.h"
 #include "formula/function_ref.h"
 #include "genicam/core/error.h"
 
@@ -19,5 +20,15 @@ using name_resolver = function_ref<resolved_name(std::string_view name)>;
 /// empty program. Formulas nested deeper than 4096 levels fail, and so do those that expressions make longer
 /// than 65536 instructions.
 [[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver);
+
+/// Where and how a parse ended, for whoever explains formulas.
+struct parse_end {
+    parse_status status = parse_status::none;
+    std::string_view rest;  ///< the text behind the formula, or behind what was refused
+};
+
+/// The same, and how it ended.
+[[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver,
+                                                    parse_end& end);
 
 }  // namespace GenICam

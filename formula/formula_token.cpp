@@ -2,7 +2,9 @@
 
 #include "genicam/core/number_parser.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace GenICam {
 namespace {
@@ -23,15 +25,28 @@ constexpr std::string_view status_texts[] = {
 };
 
 // The character classes of the C locale, whatever the locale of the process.
-constexpr bool is_space(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
-constexpr bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
-constexpr bool is_name_character(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || is_digit(c) || c == '_' || c == '.';
+enum class character : std::uint8_t { other, space, digit, name };
+
+constexpr character classify(int c) noexcept {
+    if (c == ' ' || (c >= '\t' && c <= '\r')) return character::space;
+    if (c >= '0' && c <= '9') return character::digit;
+    const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return is_letter || c == '_' || c == '.' ? character::name : character::other;
 }
+
+constexpr std::array<character, 256> make_classes() noexcept {
+    std::array<character, 256> classes{};
+    for (int c = 0; c < 256; ++c) classes[static_cast<std::size_t>(c)] = classify(c);
+    return classes;
+}
+
+constexpr std::array<character, 256> classes = make_classes();
+
+character class_of(char c) noexcept { return classes[static_cast<unsigned char>(c)]; }
 
 std::string_view skip_space(std::string_view text) noexcept {
     std::size_t at = 0;
-    while (at < text.size() && is_space(text[at])) ++at;
+    while (at < text.size() && class_of(text[at]) == character::space) ++at;
     return text.substr(at);
 }
 
@@ -42,19 +57,37 @@ formula_token make_end(parse_status status, std::string_view rest) noexcept {
     return token;
 }
 
+formula_token make_number(std::string_view text) {
+    formula_token token;
+    const std::size_t consumed = parse_number(text, token.number);
+    // A hexadecimal prefix without digits.
+    if (consumed == 0) return make_end(parse_status::invalid_token, text);
+    token.kind = token_kind::number;
+    token.rest = text.substr(consumed);
+    return token;
+}
+
+formula_token make_operation(std::string_view text) noexcept {
+    const formula_operation* operation = match_operation(text);
+    if (operation == nullptr) return make_end(parse_status::invalid_token, text);
+    formula_token token;
+    token.kind = operation->kind;
+    token.rest = text.substr(operation->text.size());
+    return token;
+}
+
 formula_token make_name(std::string_view text) noexcept {
     std::size_t length = 0;
-    while (length < text.size() && is_name_character(text[length])) ++length;
-    if (length == 0 || is_digit(text.front())) return make_end(parse_status::invalid_token, text);
+    while (length < text.size() && class_of(text[length]) >= character::digit) ++length;
 
     formula_token token;
     token.kind = token_kind::identifier;
     token.name = text.substr(0, length);
     token.rest = skip_space(text.substr(length));
-    const formula_operation* opening = operation_of(token_kind::open);
-    if (token.rest.substr(0, opening->text.size()) == opening->text) {
+    const formula_operation* follower = match_operation(token.rest);
+    if (follower != nullptr && follower->kind == token_kind::open) {
         token.kind = token_kind::function;
-        token.rest.remove_prefix(opening->text.size());
+        token.rest.remove_prefix(follower->text.size());
     }
     return token;
 }
@@ -69,18 +102,14 @@ formula_token next_token(std::string_view text) {
     const std::string_view start = skip_space(text);
     if (start.empty()) return make_end(parse_status::end_of_text, start);
 
-    formula_token token;
-    if (const formula_operation* operation = match_operation(start)) {
-        token.kind = operation->kind;
-        token.rest = start.substr(operation->text.size());
-        return token;
+    switch (class_of(start.front())) {
+        case character::digit:
+            return make_number(start);
+        case character::name:
+            return make_name(start);
+        default:
+            return make_operation(start);
     }
-    if (const std::size_t consumed = parse_number(start, token.number)) {
-        token.kind = token_kind::number;
-        token.rest = start.substr(consumed);
-        return token;
-    }
-    return make_name(start);
 }
 
 }  // namespace GenICam

@@ -35,6 +35,13 @@ struct named_property_request {
 };
 static_assert(named_property_request::size_without_path == 72);
 
+/// Set of the device set. The interface has no const, but the driver only reads what it is sent.
+[[nodiscard]] inline HRESULT set_device_property(IKsPropertySet& filter, DWORD property, void* instance,
+                                                 DWORD instance_size, const void* data, DWORD data_size) {
+    void* const sent = const_cast<void*>(data);  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    return filter.Set(device_property_set, property, instance, instance_size, sent, data_size);
+}
+
 /// Room for the name of an enumeration's selected entry, terminator included.
 constexpr std::size_t selected_entry_size = 256;
 

@@ -75,8 +75,11 @@ bool is_adapter_device(IKsPropertySet* filter) {
 }
 
 GenICamAdapterDevice::GenICamAdapterDevice(IKsPropertySet* filter) : filter_(filter) {
+    // The driver is asked in this order, which is not that of the members.
+    // NOLINTBEGIN(cppcoreguidelines-prefer-member-initializer)
     named_access_ = is_property_supported(filter, device_property::named_access);
     register_access_ = is_property_supported(filter, device_property::register_access);
+    // NOLINTEND(cppcoreguidelines-prefer-member-initializer)
     if (!named_access_ && !register_access_) throw hr_exception("Failed to access GenICam data");
 }
 
@@ -94,10 +97,8 @@ std::error_code GenICamAdapterDevice::read(std::uint64_t address, void* buffer, 
 
 std::error_code GenICamAdapterDevice::write(std::uint64_t address, const void* buffer, std::int64_t length,
                                             std::uint32_t) {
-    // The interface has no const, but Set only reads.
-    return GenICam::from_hresult(filter_->Set(device_property_set, device_property::register_access, &address,
-                                              sizeof(address), const_cast<void*>(buffer),
-                                              static_cast<DWORD>(length)));
+    return GenICam::from_hresult(set_device_property(*filter_, device_property::register_access, &address,
+                                                     sizeof(address), buffer, static_cast<DWORD>(length)));
 }
 
 void GenICamAdapterDevice::fetch_descriptions() {

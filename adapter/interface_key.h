@@ -4,6 +4,7 @@
 #include "items/item_contract.h"
 
 #include <cstdint>
+#include <type_traits>
 
 namespace genicam_adapter {
 
@@ -14,31 +15,35 @@ namespace genicam_adapter {
 }
 
 [[nodiscard]] inline GenICam::INode* node_of(ZELAdapterHelper::InterfaceKey key) noexcept {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<GenICam::INode*>(static_cast<std::uintptr_t>(key));
 }
 
+template <GenICam::node_type type>
+using reports = std::integral_constant<GenICam::node_type, type>;
+
 /// The type that nodes with this interface report.
 template <class Interface>
-constexpr GenICam::node_type type_of_interface;
+struct type_of_interface;
 template <>
-inline constexpr auto type_of_interface<GenICam::IInteger> = GenICam::node_type::integer;
+struct type_of_interface<GenICam::IInteger> : reports<GenICam::node_type::integer> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::IFloat> = GenICam::node_type::floating;
+struct type_of_interface<GenICam::IFloat> : reports<GenICam::node_type::floating> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::IEnumeration> = GenICam::node_type::enumeration;
+struct type_of_interface<GenICam::IEnumeration> : reports<GenICam::node_type::enumeration> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::IBoolean> = GenICam::node_type::boolean;
+struct type_of_interface<GenICam::IBoolean> : reports<GenICam::node_type::boolean> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::ICommand> = GenICam::node_type::command;
+struct type_of_interface<GenICam::ICommand> : reports<GenICam::node_type::command> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::ICategory> = GenICam::node_type::category;
+struct type_of_interface<GenICam::ICategory> : reports<GenICam::node_type::category> {};
 template <>
-inline constexpr auto type_of_interface<GenICam::IPort> = GenICam::node_type::port;
+struct type_of_interface<GenICam::IPort> : reports<GenICam::node_type::port> {};
 
 /// A node, null allowed, by the interface that goes with its type; null for a node of another type.
 template <class Interface>
 [[nodiscard]] Interface* node_as(GenICam::INode* node) {
-    if (node == nullptr || node->get_node_type() != type_of_interface<Interface>) return nullptr;
+    if (node == nullptr || node->get_node_type() != type_of_interface<Interface>::value) return nullptr;
     return static_cast<Interface*>(node);
 }
 

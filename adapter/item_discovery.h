@@ -36,6 +36,7 @@ struct item_definition {
                     std::vector<element_definition> item_elements);
     item_definition(const item_definition&) = delete;
     item_definition& operator=(const item_definition&) = delete;
+    ~item_definition() = default;
 
     ZELAdapterHelper::ItemRecord record;  ///< its factory is null
     std::wstring name;

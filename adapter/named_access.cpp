@@ -30,9 +30,8 @@ HRESULT get_named_property(IKsPropertySet* filter, named_path path, void* buffer
 HRESULT set_named_property(IKsPropertySet* filter, named_path path, const void* data, DWORD size) {
     if (filter == nullptr) return E_NOINTERFACE;
     std::vector<char> request = make_request(path);
-    // The interface has no const, but Set only reads.
-    return filter->Set(device_property_set, device_property::named_access, request.data(),
-                       static_cast<DWORD>(request.size()), const_cast<void*>(data), size);
+    return set_device_property(*filter, device_property::named_access, request.data(),
+                               static_cast<DWORD>(request.size()), data, size);
 }
 
 HRESULT set_named_value(IKsPropertySet* filter, named_path path, std::uint64_t value) {

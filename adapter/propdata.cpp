@@ -7,7 +7,6 @@
 namespace genicam_adapter {
 
 using GenICam::IEnumeration;
-using GenICam::INode;
 using ZELAdapterHelper::SharedString;
 
 genicam_propdata::genicam_propdata(platform::com_ptr<IKsPropertySet> filter) : filter_(std::move(filter)) {}

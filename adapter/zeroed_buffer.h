@@ -6,6 +6,7 @@
 
 namespace genicam_adapter {
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc)
 struct free_deleter {
     void operator()(char* memory) const noexcept { std::free(memory); }
 };
@@ -17,5 +18,6 @@ using zeroed_buffer = std::unique_ptr<char[], free_deleter>;
 [[nodiscard]] inline zeroed_buffer make_zeroed_buffer(std::size_t size) {
     return zeroed_buffer(static_cast<char*>(std::calloc(size != 0 ? size : 1, 1)));
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 }  // namespace genicam_adapter

@@ -222,6 +222,16 @@ TEST_F(Discovery, TakesAnUnreadableItemIdForNone) {
     }
 }
 
+TEST_F(Discovery, TakesAnUnreadableElementIdForNone) {
+    const std::string unbraced =
+        "<Integer Name=\"B\"><Extension><ZELElementGUID>00000000-0000-0000-0000-000000000001"
+        "</ZELElementGUID></Extension><Value>1</Value></Integer>";
+    const auto& table = TableOf(Category("Root", {"Item"}) + Category("Item", {"A", "B"}, ItemMark(1)) +
+                                MarkedInteger("A") + unbraced);
+    ASSERT_EQ(table.size(), 1U);
+    EXPECT_EQ(ElementNamesOf(table[0]), std::vector<std::wstring>{L"A"});
+}
+
 TEST_F(Discovery, LooksAtNothingButMarksAndImplementation) {
     const std::string fate =
         "<Visibility>Invisible</Visibility><IsDeprecated>Yes</IsDeprecated>"

@@ -1,6 +1,8 @@
 #include "genicam/genicam_doc.h"
 #include "simcam/camera_options.h"
 #include "simcam/register_memory.h"
+#include "simcam/simulated_camera.h"
+#include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +15,8 @@ namespace simcam_test {
 namespace {
 
 using namespace simcam;
+
+constexpr GenICam::load_options as_the_adapter_does = {true, true};
 
 TEST(Bundled, DescriptionsAreTheFilesOfTheSource) {
     ASSERT_THAT(bundled_description_names(), testing::Contains("simulated_camera"));
@@ -33,6 +37,24 @@ TEST(Bundled, DescriptionsParse) {
         ASSERT_NE(document, nullptr) << name;
         EXPECT_EQ(document->get_vendor_name(), "Selvane") << name;
         EXPECT_NE(document->find_node("Root"), nullptr) << name;
+    }
+}
+
+TEST(Bundled, DescriptionsGiveNothingToLog) {
+    test_support::LogCapture log;
+    for (const std::string_view name : bundled_description_names()) {
+        const std::string_view text = bundled_description(name);
+        const std::unique_ptr<GenICam::IGenICamDoc> document(
+            GenICam::load_genicam_doc(text.data(), text.size(), as_the_adapter_does));
+        EXPECT_THAT(log.Take(), testing::IsEmpty()) << name;
+    }
+}
+
+TEST(Bundled, CamerasStartWithNothingToLog) {
+    test_support::LogCapture log;
+    for (const camera_name& one : camera_names()) {
+        const camera_ptr camera = make_camera(one.name);
+        EXPECT_THAT(log.Take(), testing::IsEmpty()) << one.name;
     }
 }
 

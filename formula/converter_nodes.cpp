@@ -37,8 +37,8 @@ std::error_code set_result(INode* target, const eval_value& value, std::uint32_t
 
 }  // namespace
 
-bool converter_impl::resolve_target(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self) {
-    target_ = doc->find_node(child_text(xml, self.children(), child::pValue));
+bool converter_impl::resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self) {
+    target_ = doc->find_node(child_text(xml, child::pValue));
     if (target_ == nullptr) {
         log_node(
             "GenICam::converter::converter_impl::resolve_converter_references, Converter (\"%s\"). Failed "
@@ -51,11 +51,11 @@ bool converter_impl::resolve_target(IGenICamDoc* doc, pugi::xml_node xml, node_b
     return true;
 }
 
-void converter_impl::resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml,
+void converter_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                   node_base_data& self) {
     if (!resolve_target(doc, xml, self)) return;
-    const std::string_view from = child_text(xml, self.children(), child::FormulaFrom);
-    const std::string_view to = child_text(xml, self.children(), child::FormulaTo);
+    const std::string_view from = child_text(xml, child::FormulaFrom);
+    const std::string_view to = child_text(xml, child::FormulaTo);
     if (from.empty() || to.empty()) {
         log_node(
             "GenICam::converter::converter_impl::resolve_converter_references, Converter (\"%s\"). Failed "
@@ -88,7 +88,7 @@ std::error_code converter_impl::write(const eval_value& value, std::uint32_t fla
     return set_result(target_, converted.assume_value(), flags);
 }
 
-void int_converter_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void int_converter_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     impl_.resolve_converter_references(doc, xml, *this);
 }
 
@@ -109,7 +109,7 @@ result<std::int64_t> int_converter_type::get_default(std::uint32_t) {
     return make_error_code(not_implemented);
 }
 
-void float_converter_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void float_converter_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     impl_.resolve_converter_references(doc, xml, *this);
 }
 

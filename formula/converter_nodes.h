@@ -13,7 +13,7 @@ public:
     explicit converter_impl(bool is_integer) : map_(is_integer) {}
 
     /// What is missing or wrong leaves the node without that program, or without any.
-    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+    void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
     /// The target's value through `FormulaFrom`; `not_implemented` without that program.
     [[nodiscard]] result<eval_value> read(std::uint32_t flags);
     /// The value through `FormulaTo`, written to the target; `not_implemented` without that program.
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] INode* target() const noexcept { return target_; }
 
 private:
-    [[nodiscard]] bool resolve_target(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+    [[nodiscard]] bool resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
 
     INode* target_ = nullptr;
     variable_map_impl map_;
@@ -37,7 +37,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return impl_.target(); }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> get_min(std::uint32_t flags) override;
@@ -56,7 +56,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return impl_.target(); }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> get_min(std::uint32_t flags) override;

@@ -8,9 +8,9 @@
 
 namespace GenICam {
 
-void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml,
+void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                    node_base_data& self) {
-    const std::string_view text = child_text(xml, self.children(), child::Formula);
+    const std::string_view text = child_text(xml, child::Formula);
     if (text.empty()) {
         log_node(
             "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"%s\"). Failed "
@@ -40,12 +40,12 @@ result<eval_value> swissknife_impl::evaluate(std::uint32_t flags) {
     return evaluate_formula(formula_, map_);
 }
 
-int_swissknife_type::int_swissknife_type(document_services* services, pugi::xml_node xml)
+int_swissknife_type::int_swissknife_type(document_services* services, const described_element& xml)
     : node_base_impl_dependent_cache(services, xml) {
     set_actual_access_mode(AccessMode::RO);
 }
 
-void int_swissknife_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void int_swissknife_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     impl_.resolve_converter_references(doc, xml, *this);
 }
 
@@ -66,12 +66,12 @@ result<std::int64_t> int_swissknife_type::get_default(std::uint32_t) {
     return make_error_code(not_implemented);
 }
 
-float_swissknife_type::float_swissknife_type(document_services* services, pugi::xml_node xml)
+float_swissknife_type::float_swissknife_type(document_services* services, const described_element& xml)
     : node_base_impl_dependent_cache(services, xml) {
     set_actual_access_mode(AccessMode::RO);
 }
 
-void float_swissknife_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void float_swissknife_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     impl_.resolve_converter_references(doc, xml, *this);
 }
 

@@ -13,7 +13,7 @@ public:
     explicit swissknife_impl(bool is_integer) : map_(is_integer) {}
 
     /// Without a usable `Formula` the node stays without a program.
-    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, node_base_data& self);
+    void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
     /// Fails with `not_implemented` without a program.
     [[nodiscard]] result<eval_value> evaluate(std::uint32_t flags);
 
@@ -26,9 +26,9 @@ private:
 class int_swissknife_type final : public node_base_impl_dependent_cache,
                                   public implement_inode_IInteger<int_swissknife_type> {
 public:
-    int_swissknife_type(document_services* services, pugi::xml_node xml);
+    int_swissknife_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> get_min(std::uint32_t flags) override;
@@ -44,9 +44,9 @@ private:
 class float_swissknife_type final : public node_base_impl_dependent_cache,
                                     public implement_inode_IFloat<float_swissknife_type> {
 public:
-    float_swissknife_type(document_services* services, pugi::xml_node xml);
+    float_swissknife_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> get_min(std::uint32_t flags) override;

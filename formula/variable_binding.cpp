@@ -6,7 +6,7 @@
 #include "genicam/genicam_doc.h"
 #include "genicam/ieval.h"
 
-#include <iterator>
+#include <algorithm>
 #include <utility>
 
 namespace GenICam {
@@ -67,13 +67,19 @@ variable_accessor create_resulting_entry(const INode& node, std::string_view nam
     return get_eval_value;
 }
 
-void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml, INode* self,
                                                      variable_table& table) {
-    const auto variables = xml.children(name_of(child::pVariable));
-    sources_.reserve(static_cast<std::size_t>(std::distance(variables.begin(), variables.end())));
-    for (const pugi::xml_node element : variables) bind_variable(doc, element, self, table);
-    for (const pugi::xml_node element : xml.children(name_of(child::Expression)))
-        parse_expression(element, table);
+    const auto children = xml.known_children();
+    sources_.reserve(static_cast<std::size_t>(
+        std::count_if(children.begin(), children.end(),
+                      [](const known_child& found) { return found.name == child::pVariable; })));
+    for (const known_child& found : children) {
+        if (found.name == child::pVariable) bind_variable(doc, found.element, self, table);
+    }
+    if (!xml.has(child::Expression)) return;
+    for (const known_child& found : children) {
+        if (found.name == child::Expression) parse_expression(found.element, table);
+    }
 }
 
 void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, INode* self,

@@ -33,7 +33,7 @@ public:
 
     /// Binds every `pVariable` whose name is still free, then parses every such `Expression`, both into the
     /// table.
-    void resolve_converter_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+    void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, INode* self,
                                       variable_table& table);
 
     /// Reads every source. One that cannot be read keeps its value.

@@ -16,11 +16,6 @@ namespace {
 
 constexpr std::string_view entry_specifier = ".Entry";
 
-std::size_t count_children(pugi::xml_node xml, child name) {
-    const auto elements = xml.children(name_of(name));
-    return static_cast<std::size_t>(std::distance(elements.begin(), elements.end()));
-}
-
 std::optional<eval_value> parse_constant(std::string_view text, bool is_integer) {
     if (is_integer) {
         std::int64_t number = 0;
@@ -46,22 +41,31 @@ void log_entry(const char* message) {
 
 std::string_view binding_name(pugi::xml_node element) noexcept { return element.attribute("Name").value(); }
 
-void variable_table::build_formula_name_lookup(IGenICamDoc* doc, pugi::xml_node xml, bool is_integer) {
+void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml, bool is_integer) {
     reserve(xml);
-    for (const pugi::xml_node element : xml.children(name_of(child::Constant)))
-        add_constant(element, is_integer);
-    for (const pugi::xml_node element : xml.children(name_of(child::pVariable))) {
-        if (binding_name(element).find(entry_specifier) != std::string_view::npos) {
-            add_enumeration_entry(doc, element, is_integer);
+    if (xml.has(child::Constant)) {
+        for (const known_child& found : xml.known_children()) {
+            if (found.name == child::Constant) add_constant(found.element, is_integer);
+        }
+    }
+    for (const known_child& found : xml.known_children()) {
+        if (found.name != child::pVariable) continue;
+        const std::string_view name = binding_name(found.element);
+        if (name.find(entry_specifier) != std::string_view::npos) {
+            add_enumeration_entry(doc, name, found.element.child_value(), is_integer);
         }
     }
 }
 
-void variable_table::reserve(pugi::xml_node xml) {
+void variable_table::reserve(const described_element& xml) {
     constexpr std::size_t from_and_to = 2;
-    const std::size_t expressions = count_children(xml, child::Expression);
-    rows_.reserve(count_children(xml, child::Constant) + count_children(xml, child::pVariable) + expressions +
-                  from_and_to);
+    std::size_t rows = from_and_to;
+    std::size_t expressions = 0;
+    for (const known_child& found : xml.known_children()) {
+        if (found.name == child::Expression) ++expressions;
+        if (found.name == child::Constant || found.name == child::pVariable) ++rows;
+    }
+    rows_.reserve(rows + expressions);
     expressions_.reserve(expressions);
 }
 
@@ -79,9 +83,9 @@ void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
 }
 
 // The entry becomes a number now and is no variable.
-void variable_table::add_enumeration_entry(IGenICamDoc* doc, pugi::xml_node element, bool is_integer) {
-    const std::string_view name = binding_name(element);
-    INode* node = doc->find_node(element.child_value());
+void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
+ bool is_integer) {
+    INode* node = doc->find_node(target);
     if (node == nullptr || node->get_node_type() != node_type::enumeration) {
         log_entry(
             "GenICam::converter::build_formula_name_lookup, did not find enumeration for pVariable with "

@@ -2,6 +2,7 @@
 
 #include "formula/formula_parser.h"
 #include "formula/formula_program.h"
+#include "genicam/core/children.h"
 #include "genicam/core/eval_value.h"
 #include "genicam/inode.h"
 
@@ -36,7 +37,7 @@ public:
     variable_table& operator=(const variable_table&) = delete;
 
     /// Makes room, and enters the constants and those variables that stand for an entry of an enumeration.
-    void build_formula_name_lookup(IGenICamDoc* doc, pugi::xml_node xml, bool is_integer);
+    void build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml, bool is_integer);
 
     [[nodiscard]] bool has(std::string_view name) const noexcept { return find(name) != nullptr; }
     void add_variable(std::string_view name, identifier_id id) { rows_.push_back({name, id, nullptr, {}}); }
@@ -50,9 +51,10 @@ public:
 
 private:
     [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
-    void reserve(pugi::xml_node xml);
+    void reserve(const described_element& xml);
     void add_constant(pugi::xml_node element, bool is_integer);
-    void add_enumeration_entry(IGenICamDoc* doc, pugi::xml_node element, bool is_integer);
+    void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
+                               bool is_integer);
 
     boost::container::small_vector<variable_row, 10> rows_;
     boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves

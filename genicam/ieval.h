@@ -4,11 +4,11 @@
 #include <string>
 
 #include <gsl/span>
-#include <pugixml.hpp>
 
 namespace GenICam {
 
 class IGenICamDoc;
+class described_element;
 class INode;
 
 /// The inside face of a node: how references are resolved and how changes spread.
@@ -27,7 +27,7 @@ public:
     [[nodiscard]] virtual std::string describe() = 0;
     /// -1 for a class that keeps no dependents, 0 for one whose dependents lived in the document.
     [[nodiscard]] virtual std::int32_t get_dependent_count() = 0;
-    virtual void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) = 0;
+    virtual void _resolve_references(IGenICamDoc* doc, const described_element& xml) = 0;
     /// The node whose access mode this node reports, or null.
     [[nodiscard]] virtual INode* get_access_source() = 0;
 

@@ -67,11 +67,16 @@ constexpr name_table<child_count> child_names(name_list);
 
 const char* name_of(child name) noexcept { return child_names[static_cast<std::size_t>(name)].data(); }
 
-child_set::child_set(pugi::xml_node element) noexcept {
-    for (pugi::xml_node node = element.first_child(); node; node = node.next_sibling()) {
+child_set list_children(pugi::xml_node xml, std::vector<known_child>& children) {
+    child_set present;
+    for (pugi::xml_node node = xml.first_child(); node; node = node.next_sibling()) {
         const std::size_t place = child_names.find(node.name());
-        if (place != child_names.not_found) bits_ |= std::uint64_t{1} << place;
+        if (place == child_names.not_found) continue;
+        const auto name = static_cast<child>(place);
+        present.add(name);
+        children.push_back({node, name});
     }
+    return present;
 }
 
 }  // namespace GenICam

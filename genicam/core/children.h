@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
+#include <gsl/span>
 #include <pugixml.hpp>
 
 namespace GenICam {
@@ -63,13 +66,10 @@ enum class child : std::uint8_t {
 /// The element name of a child.
 [[nodiscard]] const char* name_of(child name) noexcept;
 
-/// Which children an element has, found in one pass over them: most optional children are absent from most
-/// elements, and asking a set costs nothing.
+/// Which children an element has: most optional children are absent from most elements, and asking a set
+/// costs nothing.
 class child_set {
 public:
-    child_set() noexcept = default;
-    explicit child_set(pugi::xml_node element) noexcept;
-
     [[nodiscard]] bool has(child name) const noexcept {
         return (bits_ >> static_cast<unsigned>(name) & 1U) != 0;
     }
@@ -79,25 +79,77 @@ public:
         return (bits_ & ((std::uint64_t{1} << static_cast<unsigned>(names)) | ...)) != 0;
     }
 
+    void add(child name) noexcept { bits_ |= std::uint64_t{1} << static_cast<unsigned>(name); }
+
 private:
     std::uint64_t bits_ = 0;
 };
 
 static_assert(static_cast<unsigned>(child::count) <= 64);
 
+struct known_child {
+    pugi::xml_node element;
+    child name;
+};
+
+/// An element whose known children were looked up in one pass, so that what reads it needs no search in the
+/// XML. The list of children belongs to whoever looked.
+class described_element : public pugi::xml_node {
+public:
+    described_element(pugi::xml_node xml, const child_set& present,
+                      gsl::span<const known_child> children) noexcept
+        : pugi::xml_node(xml), present_(present), children_(children) {}
+
+    [[nodiscard]] const child_set& present() const noexcept { return present_; }
+    [[nodiscard]] bool has(GenICam::child name) const noexcept { return present_.has(name); }
+    /// All known children, in document order.
+    [[nodiscard]] gsl::span<const known_child> known_children() const noexcept { return children_; }
+    /// The text of the first child of that name; empty when absent.
+    [[nodiscard]] std::string_view text(GenICam::child name) const noexcept {
+        if (!present_.has(name)) return {};
+        const known_child* found = children_.data();
+        while (found->name != name) ++found;
+        return found->element.child_value();
+    }
+
+    [[nodiscard]] std::size_t count(GenICam::child name) const noexcept {
+        if (!present_.has(name)) return 0;
+        std::size_t found = 0;
+        for (const known_child& one : children_) found += one.name == name;
+        return found;
+    }
+
+private:
+    child_set present_;
+    gsl::span<const known_child> children_;
+};
+
+/// Appends the known children of an element, in document order.
+[[nodiscard]] child_set list_children(pugi::xml_node xml, std::vector<known_child>& children);
+
+/// A described element that owns its list.
+class scanned_element {
+public:
+    explicit scanned_element(pugi::xml_node xml)
+        : present_(list_children(xml, children_)), element_(xml, present_, children_) {}
+    scanned_element(const scanned_element&) = delete;
+    scanned_element& operator=(const scanned_element&) = delete;
+    [[nodiscard]] const described_element& operator*() const noexcept { return element_; }
+    [[nodiscard]] const described_element* operator->() const noexcept { return &element_; }
+
+private:
+    std::vector<known_child> children_;
+    child_set present_;
+    described_element element_;
+};
+
 /// The text of the first child of that name; empty when absent.
 [[nodiscard]] inline std::string_view child_text(pugi::xml_node element, const char* name) noexcept {
     return element.child(name).child_value();
 }
 
-[[nodiscard]] inline std::string_view child_text(pugi::xml_node element, child name) noexcept {
-    return child_text(element, name_of(name));
-}
-
-/// The text of a child that is only searched for when the set has it.
-[[nodiscard]] inline std::string_view child_text(pugi::xml_node element, const child_set& present,
-                                                 child name) noexcept {
-    return present.has(name) ? child_text(element, name) : std::string_view();
+[[nodiscard]] inline std::string_view child_text(const described_element& element, child name) noexcept {
+    return element.text(name);
 }
 
 }  // namespace GenICam

@@ -9,6 +9,8 @@
 
 namespace GenICam {
 
+class described_element;
+
 /// The document as its nodes see it.
 class document_services {
 public:
@@ -22,6 +24,8 @@ public:
     [[nodiscard]] virtual gsl::span<IEval* const> get_dependents(IEval* owner) = 0;
     /// True until the load ends.
     [[nodiscard]] virtual bool is_loading() const = 0;
+    /// The element whose node resolves its references at this moment, with its children; null after the load.
+    [[nodiscard]] virtual const described_element* element_in_work() const = 0;
 
 protected:
     ~document_services() = default;

@@ -33,35 +33,41 @@ bool has_truth_value(const INode& node) {
 
 }  // namespace
 
-node_base_data::node_base_data(document_services* services, pugi::xml_node xml)
-    : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml) {
+node_base_data::node_base_data(document_services* services, const described_element& xml)
+    : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml.present()) {
     imposed_access_mode_ =
-        children_.has(child::ImposedAccessMode) ? parse_imposed_access_mode(xml) : AccessMode::RW;
+        xml.has(child::ImposedAccessMode) ? parse_imposed_access_mode(xml) : AccessMode::RW;
 }
 
 void node_base_data::resolve_references(IGenICamDoc* doc) {
-    if (children_.has_any(child::pIsImplemented, child::pIsAvailable, child::pIsLocked,
-                          child::pInvalidator)) {
-        is_implemented_node_ = resolve_common_link(doc, child::pIsImplemented);
-        is_available_node_ = resolve_common_link(doc, child::pIsAvailable);
-        is_locked_node_ = resolve_common_link(doc, child::pIsLocked);
-        resolve_invalidators(doc);
+    const described_element* known = services_->element_in_work();
+    if (known != nullptr && *known == xml_) {
+        resolve_all(doc, *known);
+    } else {
+        resolve_all(doc, *scanned_element(xml_));
     }
-    _resolve_references(doc, xml_);
 }
 
-INode* node_base_data::resolve_common_link(IGenICamDoc* doc, child name) {
-    if (!children_.has(name)) return nullptr;
-    INode* node = doc->find_node(child_text(xml_, name));
+void node_base_data::resolve_all(IGenICamDoc* doc, const described_element& xml) {
+    is_implemented_node_ = resolve_common_link(doc, xml, child::pIsImplemented);
+    is_available_node_ = resolve_common_link(doc, xml, child::pIsAvailable);
+    is_locked_node_ = resolve_common_link(doc, xml, child::pIsLocked);
+    if (xml.has(child::pInvalidator)) resolve_invalidators(doc, xml);
+    _resolve_references(doc, xml);
+}
+
+INode* node_base_data::resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name) {
+    if (!xml.has(name)) return nullptr;
+    INode* node = doc->find_node(xml.text(name));
     if (node == nullptr || !has_truth_value(*node)) return nullptr;
     node->get_eval()->add_dependent(get_node());
     return node;
 }
 
-void node_base_data::resolve_invalidators(IGenICamDoc* doc) {
-    if (!children_.has(child::pInvalidator)) return;
-    for (const pugi::xml_node element : xml_.children("pInvalidator")) {
-        if (INode* node = doc->find_node(element.child_value())) {
+void node_base_data::resolve_invalidators(IGenICamDoc* doc, const described_element& xml) {
+    for (const known_child& listed : xml.known_children()) {
+        if (listed.name != child::pInvalidator) continue;
+        if (INode* node = doc->find_node(listed.element.child_value())) {
             node->get_eval()->add_dependent(get_node());
         } else if (log_enabled(log_failure)) {
             log_message(log_failure,

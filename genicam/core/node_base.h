@@ -20,14 +20,14 @@ namespace GenICam {
 /// only what decides every access is kept.
 class node_base_data : public IEval {
 public:
-    node_base_data(document_services* services, pugi::xml_node xml);
+    node_base_data(document_services* services, const described_element& xml);
     node_base_data(const node_base_data&) = delete;
     node_base_data& operator=(const node_base_data&) = delete;
 
     void resolve_references(IGenICamDoc* doc) final;
     void invalidate() override;
     [[nodiscard]] std::string describe() override { return {}; }
-    void _resolve_references(IGenICamDoc*, pugi::xml_node) override {}
+    void _resolve_references(IGenICamDoc*, const described_element&) override {}
     [[nodiscard]] INode* get_access_source() override { return nullptr; }
 
     /// The first thing that a value operation does. Order: implemented, available, access mode.
@@ -83,8 +83,9 @@ private:
         return {};
     }
     [[nodiscard]] std::error_code check_links(std::uint32_t flags) const;
-    [[nodiscard]] INode* resolve_common_link(IGenICamDoc* doc, child name);
-    void resolve_invalidators(IGenICamDoc* doc);
+    [[nodiscard]] INode* resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name);
+    void resolve_all(IGenICamDoc* doc, const described_element& xml);
+    void resolve_invalidators(IGenICamDoc* doc, const described_element& xml);
 
     pugi::xml_node xml_;
     std::string_view name_;

@@ -28,7 +28,7 @@ void log_pair(const char* format, pugi::xml_node xml, Names... names) {
         log_message(log_failure, format, xml.name(), xml.attribute("Name").value(), names...);
 }
 
-link_or_value resolve_pair(IGenICamDoc* doc, pugi::xml_node xml, std::string_view value_text,
+link_or_value resolve_pair(IGenICamDoc* doc, const described_element& xml, std::string_view value_text,
                            std::string_view link_text, const pair_messages& messages) {
     link_or_value resolved;
     if (link_text.empty()) {
@@ -103,8 +103,10 @@ result<T> get_limit(INode* node, std::uint32_t flags, Integers of_integer, Float
 
 }  // namespace
 
-link_or_value resolve_link_or_value_(IGenICamDoc* doc, pugi::xml_node xml, const char* value_name,
-                                     const char* link_name) {
+link_or_value resolve_link_or_value_(IGenICamDoc* doc, const described_element& xml, child value,
+                                     child link) {
+    const char* value_name = name_of(value);
+    const char* link_name = name_of(link);
     const pair_messages messages = {
         "GenICam::resolve_link_or_value_, %s \"%s\". Node contains both \"%s\" and \"%s\" nodes.\n",
         "GenICam::resolve_link_or_value_, %s \"%s\". Failed to parse content of \"%s\" node.\n",
@@ -113,10 +115,10 @@ link_or_value resolve_link_or_value_(IGenICamDoc* doc, pugi::xml_node xml, const
         link_name,
         value_name,
         value_name};
-    return resolve_pair(doc, xml, child_text(xml, value_name), child_text(xml, link_name), messages);
+    return resolve_pair(doc, xml, xml.text(value), xml.text(link), messages);
 }
 
-link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc, pugi::xml_node xml,
+link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc, const described_element& xml,
                                                   std::string_view value_text, std::string_view link_text) {
     static constexpr pair_messages messages = {
         "GenICam::resolve_link_or_value_from_contents, %s \"%s\". XML element contains both \"%s\" and "
@@ -130,7 +132,7 @@ link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc, pugi::xml_no
     return resolve_pair(doc, xml, value_text, link_text, messages);
 }
 
-INode* resolve_pIndex(IGenICamDoc* doc, pugi::xml_node xml) {
+INode* resolve_pIndex(IGenICamDoc* doc, const described_element& xml) {
     INode* node = doc->find_node(child_text(xml, child::pIndex));
     if (node != nullptr && node->get_node_type() == node_type::integer) return node;
     log_pair("GenICam::resolve_pIndex, %s (\"%s\"). Invalid or no IInteger base \"pIndex\" element.\n", xml);

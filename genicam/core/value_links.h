@@ -1,5 +1,6 @@
 #pragma once
 
+#include "genicam/core/children.h"
 #include "genicam/core/eval_value.h"
 #include "genicam/inode.h"
 
@@ -29,16 +30,17 @@ struct link_or_value {
 };
 
 /// Resolves a pair by its element names. A link beats a number; failures are logged and give neither.
-[[nodiscard]] link_or_value resolve_link_or_value_(IGenICamDoc* doc, pugi::xml_node xml,
-                                                   const char* value_name, const char* link_name);
+[[nodiscard]] link_or_value resolve_link_or_value_(IGenICamDoc* doc, const described_element& xml,
+                                                   child value, child link);
 
 /// The same for the `Default` and `pDefault` of an extension, whose texts the caller has fetched.
-[[nodiscard]] link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc, pugi::xml_node xml,
+[[nodiscard]] link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc,
+                                                                const described_element& xml,
                                                                 std::string_view value_text,
                                                                 std::string_view link_text);
 
 /// The integer node named by `pIndex`; null and a message otherwise.
-[[nodiscard]] INode* resolve_pIndex(IGenICamDoc* doc, pugi::xml_node xml);
+[[nodiscard]] INode* resolve_pIndex(IGenICamDoc* doc, const described_element& xml);
 
 // The value of any node that has one, whatever its own kind: integer, float, boolean and enumeration nodes
 // convert, all others fail with `not_implemented`. Failures of the node pass through. The node must not be

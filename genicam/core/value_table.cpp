@@ -12,7 +12,7 @@
 namespace GenICam {
 namespace {
 
-void log_element(const char* format, pugi::xml_node xml) {
+void log_element(const char* format, const described_element& xml) {
     if (log_enabled(log_failure)) log_message(log_failure, format, xml.name(), xml.attribute("Name").value());
 }
 
@@ -26,7 +26,7 @@ bool parse_index(pugi::xml_node element, std::int64_t& index) {
 
 }  // namespace
 
-bool value_eval_indexed::resolve_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self,
+bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self,
                                             bool is_float) {
     default_entry_.node = doc->find_node(child_text(xml, child::pValueDefault));
     if (default_entry_.node == nullptr) {
@@ -49,7 +49,7 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, pugi::xml_node xml
     return true;
 }
 
-void value_eval_indexed::read_links(IGenICamDoc* doc, pugi::xml_node xml, INode* self) {
+void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& xml, INode* self) {
     for (const pugi::xml_node element : xml.children("pValueIndexed")) {
         indexed_entry entry;
         if (!parse_index(element, entry.index)) {
@@ -74,7 +74,7 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, pugi::xml_node xml, INode*
     }
 }
 
-void value_eval_indexed::read_constants(pugi::xml_node xml, bool is_float) {
+void value_eval_indexed::read_constants(const described_element& xml, bool is_float) {
     for (const pugi::xml_node element : xml.children("ValueIndexed")) {
         indexed_entry entry;
         if (!parse_index(element, entry.index)) {
@@ -104,13 +104,14 @@ indexed_entry& value_eval_indexed::find(std::int64_t index) noexcept {
     return default_entry_;
 }
 
-bool indexed_values::resolve_index(IGenICamDoc* doc, pugi::xml_node xml, INode* self) {
+bool indexed_values::resolve_index(IGenICamDoc* doc, const described_element& xml, INode* self) {
     index_ = static_cast<IInteger*>(resolve_pIndex(doc, xml));
     if (index_ != nullptr) index_->get_eval()->add_dependent(self);
     return index_ != nullptr;
 }
 
-void indexed_values::resolve_table(IGenICamDoc* doc, pugi::xml_node xml, INode* self, bool is_float) {
+void indexed_values::resolve_table(IGenICamDoc* doc, const described_element& xml, INode* self,
+                                   bool is_float) {
     table_.resolve_references(doc, xml, self, is_float);
 }
 

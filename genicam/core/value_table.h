@@ -1,12 +1,11 @@
 #pragma once
 
+#include "genicam/core/children.h"
 #include "genicam/core/eval_value.h"
 #include "genicam/inode.h"
 
 #include <cstdint>
 #include <vector>
-
-#include <pugixml.hpp>
 
 namespace GenICam {
 
@@ -24,7 +23,7 @@ class value_eval_indexed {
 public:
     /// Reads the table of an element. `self` becomes a dependent of every `pValueIndexed` link, but not of
     /// the default. False, with no rows, when there is no usable default.
-    bool resolve_references(IGenICamDoc* doc, pugi::xml_node xml, INode* self, bool is_float);
+    bool resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self, bool is_float);
 
     /// The first row with that index, or the default.
     [[nodiscard]] indexed_entry& find(std::int64_t index) noexcept;
@@ -33,8 +32,8 @@ public:
     [[nodiscard]] const indexed_entry& default_entry() const noexcept { return default_entry_; }
 
 private:
-    void read_links(IGenICamDoc* doc, pugi::xml_node xml, INode* self);
-    void read_constants(pugi::xml_node xml, bool is_float);
+    void read_links(IGenICamDoc* doc, const described_element& xml, INode* self);
+    void read_constants(const described_element& xml, bool is_float);
 
     std::vector<indexed_entry> entries_;
     indexed_entry default_entry_;
@@ -44,8 +43,8 @@ private:
 class indexed_values {
 public:
     /// Looks the index node up and makes `self` its dependent; false, and no table, without one.
-    bool resolve_index(IGenICamDoc* doc, pugi::xml_node xml, INode* self);
-    void resolve_table(IGenICamDoc* doc, pugi::xml_node xml, INode* self, bool is_float);
+    bool resolve_index(IGenICamDoc* doc, const described_element& xml, INode* self);
+    void resolve_table(IGenICamDoc* doc, const described_element& xml, INode* self, bool is_float);
 
     /// Fails with the index node's failure, or with `not_implemented` without one.
     [[nodiscard]] result<indexed_entry*> current_entry(std::uint32_t flags);

@@ -29,35 +29,37 @@ bool genicam_doc::load(const char* data, std::uint64_t size) {
         return false;
     }
     build_nodes();
-    resolve_nodes();
     return true;
 }
 
 void genicam_doc::build_nodes() {
-    struct decision {
-        pugi::xml_node element;
-        const node_class* chosen;
-    };
-    std::vector<decision> decisions;
-    for (element_walk walk(root(), options_); walk.next();) {
-        walk.chosen_class().reserve(allocator_, walk.element());
-        decisions.push_back({walk.element(), &walk.chosen_class()});
+    std::vector<taken_element> taken;
+    element_walk walk(root(), options_);
+    while (walk.next()) {
+        walk.taken().chosen->reserve(allocator_, walk.taken().describe(walk.children()));
+        taken.push_back(walk.taken());
     }
+    std::vector<described_element> elements;
+    elements.reserve(taken.size());
+    for (const taken_element& one : taken) elements.push_back(one.describe(walk.children()));
     allocator_.make_arena();
-    nodes_.reserve(decisions.size());
-    for (const decision& made : decisions) {
-        INode* node = made.chosen->construct(allocator_, this, made.element);
-        nodes_.emplace_back(node->get_name(), node);
+    nodes_.reserve(taken.size());
+    for (std::size_t place = 0; place < taken.size(); ++place) {
+        INode* node = taken[place].chosen->construct(allocator_, this, elements[place]);
+        nodes_.emplace_back(node->get_name(), node, place);
     }
     std::sort(nodes_.begin(), nodes_.end());
+    resolve_nodes(elements);
 }
 
-void genicam_doc::resolve_nodes() {
+void genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
     default_port_ = find_port("Device");
     for (const named_node& named : nodes_) {
+        element_in_work_ = &elements[named.place()];
         named.node()->get_eval()->resolve_references(this);
         if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
     }
+    element_in_work_ = nullptr;
     for (const named_node& named : nodes_) named.node()->get_eval()->close_dependents();
     dependents_ = dependents_map(first_buckets);
     is_loading_ = false;

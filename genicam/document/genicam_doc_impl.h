@@ -1,5 +1,6 @@
 #pragma once
 
+#include "genicam/core/children.h"
 #include "genicam/core/document_services.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
@@ -41,16 +42,19 @@ public:
     void add_dependent(IEval* owner, IEval* dependent) override;
     gsl::span<IEval* const> get_dependents(IEval* owner) override;
     bool is_loading() const override { return is_loading_; }
+    const described_element* element_in_work() const override { return element_in_work_; }
 
 private:
     // The name stands beside the node, and its first bytes as a number beside the name, so that sorting and
     // searching touch no node and few texts.
     class named_node {
     public:
-        named_node(std::string_view name, INode* node) noexcept
-            : prefix_(prefix_of(name)), name_(name), node_(node) {}
+        named_node(std::string_view name, INode* node, std::size_t place = 0) noexcept
+            : prefix_(prefix_of(name)), name_(name), node_(node), place_(place) {}
         [[nodiscard]] std::string_view name() const noexcept { return name_; }
         [[nodiscard]] INode* node() const noexcept { return node_; }
+        /// In the description, from 0.
+        [[nodiscard]] std::size_t place() const noexcept { return place_; }
         [[nodiscard]] bool operator<(const named_node& right) const noexcept {
             return prefix_ != right.prefix_ ? prefix_ < right.prefix_ : name_ < right.name_;
         }
@@ -61,6 +65,7 @@ private:
         std::uint64_t prefix_;
         std::string_view name_;
         INode* node_;
+        std::size_t place_;
     };
     using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
 
@@ -68,7 +73,7 @@ private:
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
     [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
     void build_nodes();
-    void resolve_nodes();
+    void resolve_nodes(const std::vector<described_element>& elements);
     [[nodiscard]] std::string list_nodes() const;
 
     static constexpr std::size_t first_buckets = 8;
@@ -82,6 +87,7 @@ private:
     std::unordered_map<INode*, std::vector<std::function<void(INode*)>>> callbacks_{first_buckets};
     dependents_map dependents_{first_buckets};  // only while loading
     bool is_loading_ = true;
+    const described_element* element_in_work_ = nullptr;
     INode* default_port_ = nullptr;  // what nearly every register asks for
 };
 

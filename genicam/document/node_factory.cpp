@@ -34,26 +34,26 @@ constexpr bool is_enumeration =
 
 // Some classes keep an array beside themselves in the arena.
 template <class T>
-void reserve_node(alloc_itf& allocator, pugi::xml_node element, bool has_destructor) {
+void reserve_node(alloc_itf& allocator, const described_element& element, bool has_destructor) {
     allocator.reserve(sizeof(T), 1, alignment, has_destructor);
     if constexpr (std::is_same_v<T, category_type>) {
-        allocator.reserve(sizeof(INode*), category_type::count_features(element), alignment, false);
+        allocator.reserve(sizeof(INode*), element.count(child::pFeature), alignment, false);
     } else if constexpr (is_enumeration<T>) {
-        allocator.reserve(sizeof(enum_entry_type), enum_entries::count_in(element), alignment, false);
+        allocator.reserve(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment, false);
     }
 }
 
 template <class T>
-T* construct_node(alloc_itf& allocator, document_services* services, pugi::xml_node element) {
+T* construct_node(alloc_itf& allocator, document_services* services, const described_element& element) {
     void* place = allocator.allocate(sizeof(T), alignment);
     if constexpr (std::is_same_v<T, category_type>) {
-        void* features =
-            allocator.allocate_array(sizeof(INode*), category_type::count_features(element), alignment);
-        return ::new (place) T(services, element, features);
+        return ::new (place)
+            T(services, element,
+              allocator.allocate_array(sizeof(INode*), element.count(child::pFeature), alignment));
     } else if constexpr (is_enumeration<T>) {
-        void* entries =
-            allocator.allocate_array(sizeof(enum_entry_type), enum_entries::count_in(element), alignment);
-        return ::new (place) T(services, element, entries);
+        return ::new (place)
+            T(services, element,
+              allocator.allocate_array(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment));
     } else {
         return ::new (place) T(services, element);
     }
@@ -62,52 +62,51 @@ T* construct_node(alloc_itf& allocator, document_services* services, pugi::xml_n
 template <class T, bool has_destructor>
 constexpr node_class make_class(std::string_view name) {
     static_assert(alignof(T) <= alignment);
-    return {name, sizeof(T), has_destructor,
-            [](alloc_itf& allocator, pugi::xml_node element) {
-                reserve_node<T>(allocator, element, has_destructor);
-            },
-            [](alloc_itf& allocator, document_services* services, pugi::xml_node element) -> INode* {
-                T* node = construct_node<T>(allocator, services, element);
-                if constexpr (has_destructor) {
-                    allocator.add_destructor(
-                        {[](void* object) noexcept { static_cast<T*>(object)->~T(); }, node});
-                }
-                return node->get_node();
-            }};
+    return {
+        name, sizeof(T), has_destructor,
+        [](alloc_itf& allocator, const described_element& element) {
+            reserve_node<T>(allocator, element, has_destructor);
+        },
+        [](alloc_itf& allocator, document_services* services, const described_element& element) -> INode* {
+            T* node = construct_node<T>(allocator, services, element);
+            if constexpr (has_destructor) {
+                allocator.add_destructor(
+                    {[](void* object) noexcept { static_cast<T*>(object)->~T(); }, node});
+            }
+            return node->get_node();
+        }};
 }
 
 struct decision_rule {
     std::string_view element;
-    bool (*holds)(const child_set& children, pugi::xml_node element);
+    bool (*holds)(const described_element& element);
     node_class made;
     bool has_address_formulas;  // each direct child IntSwissKnife of the element is a node as well
 };
 
-bool always(const child_set&, pugi::xml_node) { return true; }
+bool always(const described_element&) { return true; }
 
 template <child... Names>
-bool has_all(const child_set& children, pugi::xml_node) {
-    return (children.has(Names) && ...);
+bool has_all(const described_element& element) {
+    return (element.has(Names) && ...);
 }
 
 template <child... Names>
-bool has_any(const child_set& children, pugi::xml_node) {
-    return children.has_any(Names...);
+bool has_any(const described_element& element) {
+    return element.present().has_any(Names...);
 }
 
-bool has_read_only_value(const child_set& children, pugi::xml_node element) {
-    return children.has(child::Value) && children.has(child::ImposedAccessMode) &&
-           child_text(element, child::ImposedAccessMode) == "RO";
+bool has_read_only_value(const described_element& element) {
+    return element.has(child::Value) && element.text(child::ImposedAccessMode) == "RO";
 }
 
-bool has_constant_address(const child_set& children, pugi::xml_node) {
-    return children.has(child::Address) &&
-           !children.has_any(child::pAddress, child::IntSwissKnife, child::pIndex);
+bool has_constant_address(const described_element& element) {
+    return element.has(child::Address) &&
+           !element.present().has_any(child::pAddress, child::IntSwissKnife, child::pIndex);
 }
 
-bool has_constant_place(const child_set& children, pugi::xml_node element) {
-    return has_constant_address(children, element) && children.has(child::Length) &&
-           !children.has(child::pLength);
+bool has_constant_place(const described_element& element) {
+    return has_constant_address(element) && element.has(child::Length) && !element.has(child::pLength);
 }
 
 // The first rule of an element's name that holds gives the class. The rules of one name stand together.
@@ -187,12 +186,9 @@ constexpr element_index make_element_index() {
 constexpr element_index elements = make_element_index();
 constexpr name_table<element_count> element_names(elements.names);
 
-const decision_rule* find_rule(pugi::xml_node element) {
-    const std::size_t name = element_names.find(element.name());
-    if (name == element_names.not_found) return nullptr;
-    const child_set children(element);
+const decision_rule* find_rule(std::size_t name, const described_element& element) {
     for (std::size_t at = elements.first_rule[name]; at < elements.first_rule[name + 1]; ++at) {
-        if (decision_list[at].holds(children, element)) return &decision_list[at];
+        if (decision_list[at].holds(element)) return &decision_list[at];
     }
     return nullptr;
 }
@@ -207,6 +203,13 @@ constexpr std::array<node_class, rule_count> class_list = make_class_list();
 
 constexpr std::array<std::string_view, 2> container_list = {"Group", "StructReg"};
 constexpr name_table<container_list.size()> containers(container_list);
+
+bool is_debug_property(const described_element& element) {
+    if (!element.has(child::Extension)) return false;
+    std::int64_t is_debug = 0;
+    return parse_int(child_text(element.child("Extension"), "ZELIsDebugProperty"), is_debug) != 0 &&
+           is_debug != 0;
+}
 
 bool is_container(pugi::xml_node element) { return containers.find(element.name()) != containers.not_found; }
 
@@ -230,20 +233,22 @@ void element_walk::advance() {
     if (at_) at_ = at_.next_sibling();
 }
 
-bool element_walk::is_dropped(pugi::xml_node element) const {
-    if (keep_debug_properties_) return false;
-    std::int64_t is_debug = 0;
-    return parse_int(child_text(element.child("Extension"), "ZELIsDebugProperty"), is_debug) != 0 &&
-           is_debug != 0;
-}
-
-bool element_walk::take(pugi::xml_node element) {
-    const decision_rule* rule = find_rule(element);
-    if (rule == nullptr) return false;
-    if (rule->has_address_formulas) embedded_ = element.child("IntSwissKnife");
-    if (is_dropped(element)) return false;
-    taken_ = element;
-    class_ = &rule->made;
+bool element_walk::take(pugi::xml_node xml) {
+    const std::size_t name = element_names.find(xml.name());
+    if (name == element_names.not_found) return false;
+    const std::size_t first_child = children_.size();
+    const child_set present = list_children(xml, children_);
+    taken_ = {xml, nullptr, present, first_child, children_.size() - first_child};
+    const described_element element = taken_.describe(children_);
+    const decision_rule* rule = find_rule(name, element);
+    if (rule != nullptr && rule->has_address_formulas && present.has(child::IntSwissKnife)) {
+        embedded_ = xml.child("IntSwissKnife");
+    }
+    if (rule == nullptr || (!keep_debug_properties_ && is_debug_property(element))) {
+        children_.resize(first_child);
+        return false;
+    }
+    taken_.chosen = &rule->made;
     return true;
 }
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "genicam/core/children.h"
 #include "genicam/core/document_services.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include <gsl/span>
 #include <pugixml.hpp>
@@ -18,13 +21,27 @@ struct node_class {
     std::uint64_t size;
     bool has_destructor;
     /// Counts what the element's node needs.
-    void (*reserve)(alloc_itf& allocator, pugi::xml_node element);
+    void (*reserve)(alloc_itf& allocator, const described_element& element);
     /// Makes the node in memory of the allocator.
-    INode* (*construct)(alloc_itf& allocator, document_services* services, pugi::xml_node element);
+    INode* (*construct)(alloc_itf& allocator, document_services* services, const described_element& element);
 };
 
 /// All classes, in the order of the decision list.
 [[nodiscard]] gsl::span<const node_class> all_node_classes() noexcept;
+
+/// An element that becomes a node: its class, and its children as a stretch of the walk's list.
+struct taken_element {
+    pugi::xml_node xml;
+    const node_class* chosen = nullptr;
+    child_set present;
+    std::size_t first_child = 0;
+    std::size_t child_count = 0;
+
+    /// With its children; as long as the list does not change.
+    [[nodiscard]] described_element describe(const std::vector<known_child>& children) const noexcept {
+        return {xml, present, {children.data() + first_child, child_count}};
+    }
+};
 
 /// Goes through a description element by element, in document order, and gives each that becomes a node with
 /// its class. Every walk over a description is this one, so that no two can decide differently. Needs no
@@ -35,19 +52,19 @@ public:
 
     /// The next element that becomes a node; false at the end.
     [[nodiscard]] bool next();
-    [[nodiscard]] pugi::xml_node element() const noexcept { return taken_; }
-    [[nodiscard]] const node_class& chosen_class() const noexcept { return *class_; }
+    [[nodiscard]] const taken_element& taken() const noexcept { return taken_; }
+    /// The children of all elements taken so far.
+    [[nodiscard]] std::vector<known_child>& children() noexcept { return children_; }
 
 private:
     void advance();
-    [[nodiscard]] bool take(pugi::xml_node element);
-    [[nodiscard]] bool is_dropped(pugi::xml_node element) const;
+    [[nodiscard]] bool take(pugi::xml_node xml);
 
     pugi::xml_node root_;
     pugi::xml_node at_;        // the element that the walk looks at next
     pugi::xml_node embedded_;  // the next address formula inside the element before it
-    pugi::xml_node taken_;
-    const node_class* class_ = nullptr;
+    taken_element taken_;
+    std::vector<known_child> children_;
     bool keep_debug_properties_;
 };
 

@@ -42,8 +42,9 @@ std::string count_elements(pugi::xml_node root, const load_options& options) {
     element_counts elements;
     class_counts classes = all_classes_uncounted();
     for (element_walk walk(root, options); walk.next();) {
-        ++elements[walk.element().name()];
-        ++classes[walk.chosen_class().name].count;
+        ++elements[walk.taken().xml.name()];
+        ++classes[walk.taken().chosen->name].count;
+        walk.children().clear();
     }
     std::string text;
     const auto out = std::back_inserter(text);

@@ -11,22 +11,22 @@ namespace {
 
 constexpr std::int64_t word_bits = word_size * 8;
 
-std::optional<std::uint32_t> parse_bit(pugi::xml_node xml, const child_set& children, child name) {
+std::optional<std::uint32_t> parse_bit(const described_element& xml, child name) {
     std::int64_t number = 0;
-    if (parse_int(child_text(xml, children, name), number) == 0 || number < 0) return std::nullopt;
+    if (parse_int(child_text(xml, name), number) == 0 || number < 0) return std::nullopt;
     constexpr std::int64_t greatest = std::numeric_limits<std::uint32_t>::max();
     return static_cast<std::uint32_t>(std::min(number, greatest));
 }
 
 }  // namespace
 
-bit_field::bit_field(pugi::xml_node xml, const child_set& children) {
-    if (const auto bit = parse_bit(xml, children, child::Bit)) {
+bit_field::bit_field(const described_element& xml) {
+    if (const auto bit = parse_bit(xml, child::Bit)) {
         lsb_ = msb_ = *bit;
         return;
     }
-    const auto msb = parse_bit(xml, children, child::MSB);
-    const auto lsb = parse_bit(xml, children, child::LSB);
+    const auto msb = parse_bit(xml, child::MSB);
+    const auto lsb = parse_bit(xml, child::LSB);
     if (!msb || !lsb) return;
     msb_ = *msb;
     lsb_ = *lsb;
@@ -64,8 +64,8 @@ integer_range bit_field::get_range(Sign sign) const noexcept {
     return range_of_bits(std::min(distance(), greatest_distance) + 1, sign);
 }
 
-node_base_impl_bit_field::node_base_impl_bit_field(document_services* services, pugi::xml_node xml)
-    : node_base_impl_register(services, xml), bits_(xml, children()) {
+node_base_impl_bit_field::node_base_impl_bit_field(document_services* services, const described_element& xml)
+    : node_base_impl_register(services, xml), bits_(xml) {
     if (children().has(child::Sign)) cache_.sign = parse_sign(xml);
 }
 

@@ -16,7 +16,7 @@ class bit_field {
 public:
     /// Reads `Bit`, or `MSB` and `LSB`. What cannot be read is bit 0; numbers beyond 32 bits are cut to the
     /// greatest.
-    bit_field(pugi::xml_node xml, const child_set& children);
+    bit_field(const described_element& xml);
 
     /// The field in the word of a register of `length` bytes (1 to 8). A field that is written the wrong way
     /// round or starts outside the word is empty: it reads as 0 and a write changes nothing. Of one that ends
@@ -50,7 +50,7 @@ public:
     [[nodiscard]] integer_range get_value_range() const { return bits_.get_range(cache_.sign); }
 
 protected:
-    node_base_impl_bit_field(document_services* services, pugi::xml_node xml);
+    node_base_impl_bit_field(document_services* services, const described_element& xml);
     ~node_base_impl_bit_field() = default;
 
     // The length of the place must fit a number.

@@ -15,15 +15,15 @@ std::optional<bool> find_truth(std::string_view text) noexcept {
 
 }  // namespace
 
-boolean_mapping::boolean_mapping(pugi::xml_node xml) {
+boolean_mapping::boolean_mapping(const described_element& xml) {
     // Text that is no number leaves the usual 1 and 0, and the parser leaves what it cannot read.
     static_cast<void>(parse_int(child_text(xml, child::OnValue), on_value_));
     static_cast<void>(parse_int(child_text(xml, child::OffValue), off_value_));
 }
 
-void boolean_mapping::resolve_default(IGenICamDoc* doc, node_base_data& owner) {
-    if (!owner.children().has(child::Extension)) return;
-    default_.store(resolve_link_or_value_from_contents(doc, owner.xml(), owner.find_extension("Default"),
+void boolean_mapping::resolve_default(IGenICamDoc* doc, const described_element& xml, node_base_data& owner) {
+    if (!xml.has(child::Extension)) return;
+    default_.store(resolve_link_or_value_from_contents(doc, xml, owner.find_extension("Default"),
                                                        owner.find_extension("pDefault")),
                    owner.get_node());
 }
@@ -41,11 +41,11 @@ result<bool> boolean_mapping::get_default(std::uint32_t flags) const {
     return number.assume_value() != off_value_;
 }
 
-boolean_pValue_type::boolean_pValue_type(document_services* services, pugi::xml_node xml)
+boolean_pValue_type::boolean_pValue_type(document_services* services, const described_element& xml)
     : node_base_impl_dependent_cache(services, xml), mapping_(xml) {}
 
-void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    mapping_.resolve_default(doc, *this);
+void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    mapping_.resolve_default(doc, xml, *this);
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
@@ -73,11 +73,11 @@ result<bool> boolean_pValue_type::get_val(std::uint32_t flags) {
         "GenICam::boolean_pValue_type::get_val, Boolean (\"%s\"). Invalid floating_value contents=%lld.\n");
 }
 
-boolean_Value_type::boolean_Value_type(document_services* services, pugi::xml_node xml)
+boolean_Value_type::boolean_Value_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml), mapping_(xml) {}
 
-void boolean_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    mapping_.resolve_default(doc, *this);
+void boolean_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    mapping_.resolve_default(doc, xml, *this);
     if (const std::optional<bool> value = find_truth(child_text(xml, child::Value))) {
         value_ = mapping_.number_of(*value);
     } else {

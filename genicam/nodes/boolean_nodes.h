@@ -9,8 +9,8 @@ namespace GenICam {
 /// The two integers that a `Boolean` element stands for, and its default.
 class boolean_mapping {
 public:
-    explicit boolean_mapping(pugi::xml_node xml);
-    void resolve_default(IGenICamDoc* doc, node_base_data& owner);
+    explicit boolean_mapping(const described_element& xml);
+    void resolve_default(IGenICamDoc* doc, const described_element& xml, node_base_data& owner);
     [[nodiscard]] std::int64_t number_of(bool value) const noexcept { return value ? on_value_ : off_value_; }
     /// Any other number than the two is logged with `message` and counts as true unless it is 0.
     [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner, const char* message) const;
@@ -26,10 +26,10 @@ private:
 class boolean_pValue_type final : public node_base_impl_dependent_cache,
                                   public implement_inode_boolean<boolean_pValue_type> {
 public:
-    boolean_pValue_type(document_services* services, pugi::xml_node xml);
+    boolean_pValue_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
     INode* get_access_source() override { return value_; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
     result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }
@@ -43,9 +43,9 @@ private:
 class boolean_Value_type final : public node_base_impl_value,
                                  public implement_inode_boolean<boolean_Value_type> {
 public:
-    boolean_Value_type(document_services* services, pugi::xml_node xml);
+    boolean_Value_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
     result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }

@@ -5,19 +5,13 @@
 
 namespace GenICam {
 
-category_type::category_type(document_services* services, pugi::xml_node xml, void* place)
+category_type::category_type(document_services* services, const described_element& xml, void* place)
     : node_base_impl_ignore_dependent(services, xml),
-      features_(static_cast<INode**>(place), count_features(xml)) {
+      features_(static_cast<INode**>(place), xml.count(child::pFeature)) {
     for (INode*& feature : features_) feature = nullptr;
 }
 
-std::size_t category_type::count_features(pugi::xml_node xml) {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const pugi::xml_node feature : xml.children("pFeature")) ++count;
-    return count;
-}
-
-void category_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void category_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     std::size_t found = 0;
     for (const pugi::xml_node feature : xml.children("pFeature")) {
         const std::string_view name = feature.child_value();

@@ -3,8 +3,6 @@
 #include "genicam/core/implement_inode.h"
 #include "genicam/core/node_state.h"
 
-#include <cstddef>
-
 namespace GenICam {
 
 /// `Category`: a plain list of features.
@@ -12,13 +10,11 @@ class category_type final : public node_base_impl_ignore_dependent,
                             public implement_inode<category_type, ICategory> {
 public:
     /// `place` has room for one pointer per `pFeature` child.
-    category_type(document_services* services, pugi::xml_node xml, void* place);
+    category_type(document_services* services, const described_element& xml, void* place);
     INode* get_node() override { return this; }
     [[nodiscard]] node_type get_node_type() const override { return node_type::category; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     [[nodiscard]] std::vector<INode*> get_features() const override;
-
-    [[nodiscard]] static std::size_t count_features(pugi::xml_node xml);
 
 private:
     gsl::span<INode*> features_;

@@ -7,15 +7,17 @@
 namespace GenICam {
 namespace {
 
-void resolve_command_value(IGenICamDoc* doc, node_base_data& owner, integer_pair& command_value, const char* message) {
-    const link_or_value resolved = resolve_link_or_value_(doc, owner.xml(), "CommandValue", "pCommandValue");
+void resolve_command_value(IGenICamDoc* doc, const described_element& xml, node_base_data& owner,
+                           integer_pair& command_value, const char* message) {
+    const link_or_value resolved =
+        resolve_link_or_value_(doc, xml, child::CommandValue, child::pCommandValue);
     if (!resolved.valid) log_node(message, owner);
     command_value.store(resolved, owner.get_node());
 }
 
 }  // namespace
 
-void command_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void command_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse contents of "
@@ -23,7 +25,7 @@ void command_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xm
             *this);
     }
     resolve_command_value(
-        doc, *this, command_value_,
+        doc, xml, *this, command_value_,
         "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse "
         "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
 }
@@ -47,7 +49,7 @@ result<bool> command_Value_type::is_done(std::uint32_t flags) {
     return value_ != number.assume_value();
 }
 
-void command_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void command_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
@@ -59,7 +61,7 @@ void command_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node x
             *this);
     }
     resolve_command_value(
-        doc, *this, command_value_,
+        doc, xml, *this, command_value_,
         "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse "
         "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
 }

@@ -12,7 +12,7 @@ class command_Value_type final : public node_base_impl_value,
 public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code execute(std::uint32_t flags) override;
     result<bool> is_done(std::uint32_t flags) override;
 
@@ -28,7 +28,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return value_; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code execute(std::uint32_t flags) override;
     result<bool> is_done(std::uint32_t flags) override;
 

@@ -11,7 +11,8 @@
 
 namespace GenICam {
 
-enum_entry_type::enum_entry_type(document_services* services, pugi::xml_node xml, std::uint32_t index)
+enum_entry_type::enum_entry_type(document_services* services, const described_element& xml,
+                                 std::uint32_t index)
     : node_base_impl_ignore_dependent(services, xml), index_(index) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         log_node(
@@ -31,20 +32,15 @@ bool enum_entry_type::is_self_clearing() const {
     return find_yes_no(child_text(node_base_data::xml(), "IsSelfClearing")).value_or(false);
 }
 
-enum_entries::enum_entries(document_services* services, pugi::xml_node xml, void* place) {
+enum_entries::enum_entries(document_services* services, const described_element& xml, void* place) {
     auto* first = static_cast<enum_entry_type*>(place);
     std::uint32_t count = 0;
-    for (const pugi::xml_node entry : xml.children("EnumEntry")) {
-        ::new (first + count) enum_entry_type(services, entry, count);
+    for (const known_child& listed : xml.known_children()) {
+        if (listed.name != child::EnumEntry) continue;
+        ::new (first + count) enum_entry_type(services, *scanned_element(listed.element), count);
         ++count;
     }
     entries_ = {first, count};
-}
-
-std::size_t enum_entries::count_in(pugi::xml_node xml) {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const pugi::xml_node entry : xml.children("EnumEntry")) ++count;
-    return count;
 }
 
 void enum_entries::resolve_references(IGenICamDoc* doc) {
@@ -97,10 +93,11 @@ result<IEnumEntry*> entry_of(const enum_entries& entries, std::int64_t value, co
 
 }  // namespace
 
-enumeration_Value_type::enumeration_Value_type(document_services* services, pugi::xml_node xml, void* entries)
+enumeration_Value_type::enumeration_Value_type(document_services* services, const described_element& xml,
+                                               void* entries)
     : node_base_impl_value(services, xml), implement_enum_entries(services, xml, entries) {}
 
-void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::enumeration_Value_type::_resolve_references, Enumeration (\"%s\"). Failed to parse "
@@ -130,11 +127,11 @@ result<IEnumEntry*> enumeration_Value_type::get_selected_entry(std::uint32_t fla
         "EnumEntry corresponding to current value=%lld.\n");
 }
 
-enumeration_pValue_type::enumeration_pValue_type(document_services* services, pugi::xml_node xml,
+enumeration_pValue_type::enumeration_pValue_type(document_services* services, const described_element& xml,
                                                  void* entries)
     : node_base_impl_dependent_cache(services, xml), implement_enum_entries(services, xml, entries) {}
 
-void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);

@@ -3,15 +3,13 @@
 #include "genicam/core/implement_inode.h"
 #include "genicam/core/node_state.h"
 
-#include <cstddef>
-
 namespace GenICam {
 
 /// `EnumEntry`. Lives in the array of its enumeration; no document list holds it.
 class enum_entry_type final : public node_base_impl_ignore_dependent,
                               public implement_inode<enum_entry_type, IEnumEntry> {
 public:
-    enum_entry_type(document_services* services, pugi::xml_node xml, std::uint32_t index);
+    enum_entry_type(document_services* services, const described_element& xml, std::uint32_t index);
     INode* get_node() override { return this; }
     [[nodiscard]] node_type get_node_type() const override { return node_type::enum_entry; }
     [[nodiscard]] std::int64_t get_value() const override { return value_; }
@@ -28,15 +26,13 @@ private:
 class enum_entries {
 public:
     /// `place` has room for one entry per `EnumEntry` child.
-    enum_entries(document_services* services, pugi::xml_node xml, void* place);
+    enum_entries(document_services* services, const described_element& xml, void* place);
     void resolve_references(IGenICamDoc* doc);
     [[nodiscard]] std::vector<IEnumEntry*> list() const;
     [[nodiscard]] IEnumEntry* find_nearest(double value) const;
     [[nodiscard]] IEnumEntry* find(std::int64_t value) const;
     [[nodiscard]] IEnumEntry* find(std::string_view name) const;
     [[nodiscard]] gsl::span<enum_entry_type> span() const noexcept { return entries_; }
-
-    [[nodiscard]] static std::size_t count_in(pugi::xml_node xml);
 
 private:
     gsl::span<enum_entry_type> entries_;
@@ -53,7 +49,7 @@ public:
     [[nodiscard]] gsl::span<enum_entry_type> get_entry_span() final { return entries_.span(); }
 
 protected:
-    implement_enum_entries(document_services* services, pugi::xml_node xml, void* place)
+    implement_enum_entries(document_services* services, const described_element& xml, void* place)
         : entries_(services, xml, place) {}
     ~implement_enum_entries() = default;
 
@@ -64,9 +60,9 @@ protected:
 class enumeration_Value_type final : public node_base_impl_value,
                                      public implement_enum_entries<enumeration_Value_type> {
 public:
-    enumeration_Value_type(document_services* services, pugi::xml_node xml, void* entries);
+    enumeration_Value_type(document_services* services, const described_element& xml, void* entries);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_selected_entry(IEnumEntry* entry, std::uint32_t flags) override;
     result<IEnumEntry*> get_selected_entry(std::uint32_t flags) override;
 
@@ -78,9 +74,9 @@ private:
 class enumeration_pValue_type final : public node_base_impl_dependent_cache,
                                       public implement_enum_entries<enumeration_pValue_type> {
 public:
-    enumeration_pValue_type(document_services* services, pugi::xml_node xml, void* entries);
+    enumeration_pValue_type(document_services* services, const described_element& xml, void* entries);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_selected_entry(IEnumEntry* entry, std::uint32_t flags) override;
     result<IEnumEntry*> get_selected_entry(std::uint32_t flags) override;
 

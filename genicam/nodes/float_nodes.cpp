@@ -18,8 +18,8 @@ long long bits_of(double value) noexcept {
 
 }  // namespace
 
-void float_constant_value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, true);
+void float_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, true);
     if (parse_double(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::float_constant_value_type::_resolve_references, Float (\"%s\"). Failed to parse "
@@ -39,8 +39,8 @@ result<double> float_constant_value_type::unstated_limit(range_record::limit whi
     return unlimited_float(which);
 }
 
-void float_floating_value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, true);
+void float_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, true);
     if (parse_double(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::float_floating_value_type::_resolve_references, Float (\"%s\"). Failed to parse or "
@@ -75,8 +75,8 @@ result<double> float_floating_value_type::unstated_limit(range_record::limit whi
     return unlimited_float(which);
 }
 
-void float_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, true);
+void float_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, true);
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
@@ -112,9 +112,9 @@ result<double> float_pValue_type::unstated_limit(range_record::limit which, std:
     return get_eval_limit<double>(value_, which, flags);
 }
 
-void float_pIndex_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void float_pIndex_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (!values_.resolve_index(doc, xml, this)) return;
-    range_.resolve(doc, *this, true);
+    range_.resolve(doc, xml, *this, true);
     values_.resolve_table(doc, xml, this, true);
 }
 

@@ -43,7 +43,7 @@ class float_constant_value_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -58,7 +58,7 @@ class float_floating_value_type final : public node_base_impl_value,
 public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -74,7 +74,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return value_; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -90,7 +90,7 @@ public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return current_target(); }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     FloatRepresentation get_representation() override;
     std::string_view get_unit() override;
     DisplayNotation get_display_notation() override;

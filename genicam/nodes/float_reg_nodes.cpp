@@ -53,14 +53,14 @@ std::error_code refuse_length(const char* format, std::int64_t length) {
 
 }  // namespace
 
-float_reg_type_base::float_reg_type_base(document_services* services, pugi::xml_node xml)
+float_reg_type_base::float_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml) {
     read_cache_words();
     read_access_mode(*this);
 }
 
-void float_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    cache_.port = find_register_port(doc, xml, children());
+void float_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    cache_.port = find_register_port(doc, xml);
 }
 
 result<double> float_reg_type_base::get_min(std::uint32_t) {
@@ -95,15 +95,16 @@ std::error_code float_reg_type_base::write_number(register_place place, double v
     return cache_.write_word(place, bits_of(value, place.length), flags);
 }
 
-float_reg_type_const_address::float_reg_type_const_address(document_services* services, pugi::xml_node xml)
+float_reg_type_const_address::float_reg_type_const_address(document_services* services,
+                                                           const described_element& xml)
     : placed_register(services, xml, register_const_address_eval(xml)) {}
 
-float_reg_type_dyn::float_reg_type_dyn(document_services* services, pugi::xml_node xml)
+float_reg_type_dyn::float_reg_type_dyn(document_services* services, const described_element& xml)
     : placed_register(services, xml, register_dyn_address_eval()) {}
 
-void float_reg_type_dyn::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void float_reg_type_dyn::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     float_reg_type_base::_resolve_references(doc, xml);
-    place_.resolve_references_len(doc, xml, children(), this);
+    place_.resolve_references_len(doc, xml, this);
 }
 
 }  // namespace GenICam

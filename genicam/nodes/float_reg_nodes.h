@@ -12,7 +12,7 @@ public:
     using number = double;
 
     INode* get_node() final { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     result<double> get_min(std::uint32_t flags) final;
     result<double> get_max(std::uint32_t flags) final;
     result<double> get_inc(std::uint32_t flags) final;
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] virtual std::int64_t get_length() = 0;
 
 protected:
-    float_reg_type_base(document_services* services, pugi::xml_node xml);
+    float_reg_type_base(document_services* services, const described_element& xml);
     ~float_reg_type_base() = default;
 
     [[nodiscard]] result<double> read_number(register_place place, std::uint32_t flags);
@@ -33,14 +33,14 @@ protected:
 class float_reg_type_const_address final
     : public placed_register<float_reg_type_base, register_const_address_eval> {
 public:
-    float_reg_type_const_address(document_services* services, pugi::xml_node xml);
+    float_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
 /// `FloatReg` at a place that depends on other nodes.
 class float_reg_type_dyn final : public placed_register<float_reg_type_base, register_dyn_address_eval> {
 public:
-    float_reg_type_dyn(document_services* services, pugi::xml_node xml);
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    float_reg_type_dyn(document_services* services, const described_element& xml);
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
 };
 
 }  // namespace GenICam

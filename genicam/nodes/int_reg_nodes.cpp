@@ -6,15 +6,15 @@
 
 namespace GenICam {
 
-int_reg_type_base::int_reg_type_base(document_services* services, pugi::xml_node xml)
+int_reg_type_base::int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml) {
     read_cache_words();
     if (children().has(child::Sign)) cache_.sign = parse_sign(xml);
     read_access_mode(*this);
 }
 
-void int_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    cache_.port = find_register_port(doc, xml, children());
+void int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    cache_.port = find_register_port(doc, xml);
 }
 
 integer_range int_reg_type_base::get_value_range() {
@@ -48,15 +48,16 @@ std::error_code int_reg_type_base::write_number(register_place place, std::int64
     return cache_.write_word(place, static_cast<std::uint64_t>(value), flags);
 }
 
-int_reg_type_const_address::int_reg_type_const_address(document_services* services, pugi::xml_node xml)
+int_reg_type_const_address::int_reg_type_const_address(document_services* services,
+                                                       const described_element& xml)
     : placed_register(services, xml, register_const_address_eval(xml)) {}
 
-int_reg_type_dyn::int_reg_type_dyn(document_services* services, pugi::xml_node xml)
+int_reg_type_dyn::int_reg_type_dyn(document_services* services, const described_element& xml)
     : placed_register(services, xml, register_dyn_address_eval()) {}
 
-void int_reg_type_dyn::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void int_reg_type_dyn::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     int_reg_type_base::_resolve_references(doc, xml);
-    place_.resolve_references_len(doc, xml, children(), this);
+    place_.resolve_references_len(doc, xml, this);
 }
 
 }  // namespace GenICam

@@ -11,14 +11,14 @@ public:
     using number = std::int64_t;
 
     INode* get_node() final { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     [[nodiscard]] virtual result<register_place> get_address_and_length(std::uint32_t flags) = 0;
     /// Never fails: 4 where it cannot be evaluated.
     [[nodiscard]] virtual std::int64_t get_length() = 0;
     [[nodiscard]] integer_range get_value_range();
 
 protected:
-    int_reg_type_base(document_services* services, pugi::xml_node xml);
+    int_reg_type_base(document_services* services, const described_element& xml);
     ~int_reg_type_base() = default;
 
     [[nodiscard]] result<std::int64_t> read_number(register_place place, std::uint32_t flags);
@@ -29,14 +29,14 @@ protected:
 class int_reg_type_const_address final
     : public placed_register<int_reg_type_base, register_const_address_eval> {
 public:
-    int_reg_type_const_address(document_services* services, pugi::xml_node xml);
+    int_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
 /// `IntReg` at a place that depends on other nodes.
 class int_reg_type_dyn final : public placed_register<int_reg_type_base, register_dyn_address_eval> {
 public:
-    int_reg_type_dyn(document_services* services, pugi::xml_node xml);
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    int_reg_type_dyn(document_services* services, const described_element& xml);
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
 };
 
 }  // namespace GenICam

@@ -5,8 +5,8 @@
 #include "genicam/genicam_doc.h"
 
 namespace GenICam {
-void integer_constant_value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, false);
+void integer_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, false);
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::integer_constant_value_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
@@ -29,8 +29,8 @@ result<std::int64_t> integer_constant_value_type::unstated_limit(range_record::l
     return unlimited_integer(which);
 }
 
-void integer_floating_value_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, false);
+void integer_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, false);
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         log_node(
             "GenICam::integer_floating_value_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
@@ -66,8 +66,8 @@ result<std::int64_t> integer_floating_value_type::unstated_limit(range_record::l
     return unlimited_integer(which);
 }
 
-void integer_pValue_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, false);
+void integer_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, false);
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
@@ -102,8 +102,8 @@ result<std::int64_t> integer_pValue_type::unstated_limit(range_record::limit whi
     return get_eval_limit<std::int64_t>(value_, which, flags);
 }
 
-void integer_pValueCopy_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    range_.resolve(doc, *this, false);
+void integer_pValueCopy_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    range_.resolve(doc, xml, *this, false);
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ == nullptr) {
         log_node(
@@ -182,9 +182,9 @@ result<std::int64_t> integer_pValueCopy_type::get_default(std::uint32_t flags) {
     return unstated_limit(range_record::default_value, flags);
 }
 
-void integer_pIndex_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void integer_pIndex_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (!values_.resolve_index(doc, xml, this)) return;
-    range_.resolve(doc, *this, false);
+    range_.resolve(doc, xml, *this, false);
     values_.resolve_table(doc, xml, this, false);
 }
 

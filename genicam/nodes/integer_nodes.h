@@ -44,7 +44,7 @@ class integer_constant_value_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -59,7 +59,7 @@ class integer_floating_value_type final : public node_base_impl_value,
 public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -76,7 +76,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return value_; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -92,7 +92,7 @@ public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return value_; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
@@ -114,7 +114,7 @@ public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
     INode* get_access_source() override { return current_target(); }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     Representation get_representation() override;
     std::string_view get_unit() override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;

@@ -10,15 +10,15 @@ constexpr std::int32_t fallback_length = 4;
 
 }  // namespace
 
-masked_int_reg_type_base::masked_int_reg_type_base(document_services* services, pugi::xml_node xml)
+masked_int_reg_type_base::masked_int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
     if (children().has(child::Endianess)) cache_.endianess = parse_endianess(xml);
     read_access_mode(*this);
 }
 
-void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     std::int64_t length = 0;
-    if (parse_int(child_text(xml, children(), child::Length), length) == 0 || length < 0) {
+    if (parse_int(child_text(xml, child::Length), length) == 0 || length < 0) {
         log_element(
             "GenICam::masked_int_reg_type_base::_resolve_references, %s (\"%s\"). Failed to parse \"Length\" "
             "XML "
@@ -27,11 +27,11 @@ void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, pugi::xml_n
     } else {
         length_ = fits_word(length) ? static_cast<std::int32_t>(length) : fallback_length;
     }
-    cache_.port = find_register_port(doc, xml, children());
+    cache_.port = find_register_port(doc, xml);
 }
 
 masked_int_reg_type_const_address::masked_int_reg_type_const_address(document_services* services,
-                                                                     pugi::xml_node xml)
+                                                                     const described_element& xml)
     : masked_int_reg_type_base(services, xml), address_(calc_address_nodes_sum(xml)) {}
 
 std::error_code masked_int_reg_type_const_address::set_val(std::int64_t value, std::uint32_t flags) {
@@ -44,8 +44,8 @@ result<std::int64_t> masked_int_reg_type_const_address::get_val(std::uint32_t fl
     return read_field({address_, length()}, flags);
 }
 
-void masked_int_reg_type_dyn_address::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    address_.resolve_references(doc, xml, children(), this);
+void masked_int_reg_type_dyn_address::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    address_.resolve_references(doc, xml, this);
     masked_int_reg_type_base::_resolve_references(doc, xml);
 }
 

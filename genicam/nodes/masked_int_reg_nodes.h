@@ -9,9 +9,9 @@ namespace GenICam {
 class masked_int_reg_type_base : public node_base_impl_bit_field,
                                  public implement_inode_register_integer<masked_int_reg_type_base> {
 public:
-    masked_int_reg_type_base(document_services* services, pugi::xml_node xml);
+    masked_int_reg_type_base(document_services* services, const described_element& xml);
     INode* get_node() final { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     [[nodiscard]] virtual result<std::uint64_t> get_address(std::uint32_t flags) = 0;
 
 protected:
@@ -27,7 +27,7 @@ private:
 /// `MaskedIntReg` at an address that the description fixes.
 class masked_int_reg_type_const_address final : public masked_int_reg_type_base {
 public:
-    masked_int_reg_type_const_address(document_services* services, pugi::xml_node xml);
+    masked_int_reg_type_const_address(document_services* services, const described_element& xml);
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::uint64_t> get_address(std::uint32_t) override { return address_; }
@@ -40,7 +40,7 @@ private:
 class masked_int_reg_type_dyn_address final : public masked_int_reg_type_base {
 public:
     using masked_int_reg_type_base::masked_int_reg_type_base;
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::uint64_t> get_address(std::uint32_t flags) override;

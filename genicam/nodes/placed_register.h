@@ -33,7 +33,7 @@ public:
     std::int64_t get_length() final { return place_.get_length(); }
 
 protected:
-    placed_register(document_services* services, pugi::xml_node xml, Place place)
+    placed_register(document_services* services, const described_element& xml, Place place)
         : Base(services, xml), place_(std::move(place)) {}
     ~placed_register() = default;
 

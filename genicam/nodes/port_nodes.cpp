@@ -47,7 +47,7 @@ struct port_chunk_type::access_messages {
     const char* bad_length;
 };
 
-void port_chunk_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
+void port_chunk_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     std::uint64_t id = 0;
     if (parse_hex(child_text(xml, child::ChunkID), id) != 0) {
         chunk_id_.number = static_cast<std::int64_t>(id);

@@ -33,7 +33,7 @@ class port_chunk_type final : public node_base_impl_ignore_dependent,
 public:
     using node_base_impl_ignore_dependent::node_base_impl_ignore_dependent;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code read(std::uint64_t address, void* buffer, std::int64_t length,
                          std::uint32_t flags) override;
     std::error_code write(std::uint64_t address, const void* buffer, std::int64_t length,

@@ -25,17 +25,16 @@ constexpr limit_elements elements_of_limits[] = {
 
 }  // namespace
 
-void range_record::resolve(IGenICamDoc* doc, node_base_data& owner, bool is_float) {
+void range_record::resolve(IGenICamDoc* doc, const described_element& xml, node_base_data& owner,
+                           bool is_float) {
     for (const limit_elements& pair : elements_of_limits) {
-        if (!owner.children().has_any(pair.value, pair.link)) continue;
-        store(pair.which, resolve_link_or_value_(doc, owner.xml(), name_of(pair.value), name_of(pair.link)),
-              owner, is_float);
+        if (!xml.present().has_any(pair.value, pair.link)) continue;
+        store(pair.which, resolve_link_or_value_(doc, xml, pair.value, pair.link), owner, is_float);
     }
-    if (!owner.children().has(child::Extension)) return;
+    if (!xml.has(child::Extension)) return;
     const std::string_view link = owner.find_extension("pDefault");
     const std::string_view number = owner.find_extension("Default");
-    store(default_value, resolve_link_or_value_from_contents(doc, owner.xml(), number, link), owner,
-          is_float);
+    store(default_value, resolve_link_or_value_from_contents(doc, xml, number, link), owner, is_float);
 }
 
 void range_record::store(limit which, const link_or_value& resolved, node_base_data& owner, bool is_float) {

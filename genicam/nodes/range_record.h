@@ -23,7 +23,7 @@ public:
 
     /// Reads the four pairs of an element; constants are converted to the kind of the owner, who becomes a
     /// dependent of every link.
-    void resolve(IGenICamDoc* doc, node_base_data& owner, bool is_float);
+    void resolve(IGenICamDoc* doc, const described_element& xml, node_base_data& owner, bool is_float);
 
     [[nodiscard]] limit_kind kind(limit which) const noexcept { return kinds_[which]; }
     [[nodiscard]] INode* link(limit which) const noexcept { return words_[which].node; }

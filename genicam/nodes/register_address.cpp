@@ -13,7 +13,7 @@ constexpr std::int64_t default_length = 4;
 
 constexpr const char* term_names[] = {"IntSwissKnife", "pAddress", "pIndex"};
 
-std::size_t count_terms(pugi::xml_node xml) {
+std::size_t count_terms(const described_element& xml) {
     std::size_t count = 0;
     for (const char* name : term_names) {
         for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
@@ -65,7 +65,7 @@ result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t fla
 
 }  // namespace
 
-std::uint64_t calc_address_nodes_sum(pugi::xml_node xml) {
+std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     std::uint64_t sum = 0;
     for (const pugi::xml_node element : xml.children("Address")) {
         std::int64_t address = 0;
@@ -78,11 +78,11 @@ std::uint64_t calc_address_nodes_sum(pugi::xml_node xml) {
     return sum;
 }
 
-IPort* find_register_port(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children) {
-    return static_cast<IPort*>(doc->find_port(child_text(xml, children, child::pPort)));
+IPort* find_register_port(IGenICamDoc* doc, const described_element& xml) {
+    return static_cast<IPort*>(doc->find_port(child_text(xml, child::pPort)));
 }
 
-register_const_address_eval::register_const_address_eval(pugi::xml_node xml) : place_{0, 0} {
+register_const_address_eval::register_const_address_eval(const described_element& xml) : place_{0, 0} {
     if (parse_int(child_text(xml, child::Length), place_.length) == 0) {
         log_element(
             "GenICam::register_const_address_eval::register_const_address_eval, %s (\"%s\"). Failed to parse "
@@ -92,10 +92,9 @@ register_const_address_eval::register_const_address_eval(pugi::xml_node xml) : p
     place_.address = calc_address_nodes_sum(xml);
 }
 
-void address_eval::resolve_references(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children,
-                                      INode* self) {
-    if (children.has(child::Address)) base_ = calc_address_nodes_sum(xml);
-    if (!children.has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
+void address_eval::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self) {
+    if (xml.has(child::Address)) base_ = calc_address_nodes_sum(xml);
+    if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
     terms_.reserve(count_terms(xml));
     for (const pugi::xml_node element : xml.children("IntSwissKnife")) {
         append_added(doc->find_node(element.attribute("Name").value()), xml, self,
@@ -110,7 +109,8 @@ void address_eval::resolve_references(IGenICamDoc* doc, pugi::xml_node xml, cons
     for (const pugi::xml_node element : xml.children("pIndex")) append_index(doc, xml, element, self);
 }
 
-void address_eval::append_added(INode* node, pugi::xml_node xml, INode* self, const char* unresolved) {
+void address_eval::append_added(INode* node, const described_element& xml, INode* self,
+                                const char* unresolved) {
     if (node == nullptr) {
         log_element(unresolved, xml);
         return;
@@ -121,7 +121,8 @@ void address_eval::append_added(INode* node, pugi::xml_node xml, INode* self, co
     node->get_eval()->add_dependent(self);
 }
 
-void address_eval::append_index(IGenICamDoc* doc, pugi::xml_node xml, pugi::xml_node element, INode* self) {
+void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element,
+                                INode* self) {
     address_term term;
     term.index_node = doc->find_node(element.child_value());
     if (term.index_node == nullptr) {
@@ -164,9 +165,9 @@ result<std::uint64_t> address_eval::add_terms(std::int64_t length, std::uint32_t
     return address;
 }
 
-void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, pugi::xml_node xml,
-                                                       const child_set& children, INode* self) {
-    length_.store(resolve_link_or_value_(doc, xml, "Length", "pLength"), self);
+void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, const described_element& xml,
+                                                       INode* self) {
+    length_.store(resolve_link_or_value_(doc, xml, child::Length, child::pLength), self);
     if (length_.kind == limit_kind::absent) {
         if (log_enabled(log_failure)) {
             log_message(log_failure,
@@ -177,7 +178,7 @@ void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, pugi::x
         length_.number = default_length;
         length_.kind = limit_kind::constant;
     }
-    address_.resolve_references(doc, xml, children, self);
+    address_.resolve_references(doc, xml, self);
 }
 
 result<register_place> register_dyn_address_eval::evaluate(std::uint32_t flags) const {

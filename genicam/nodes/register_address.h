@@ -20,15 +20,15 @@ struct register_place {
 };
 
 /// The sum of the `Address` children, wrapping; a child that is no number is logged and left out.
-[[nodiscard]] std::uint64_t calc_address_nodes_sum(pugi::xml_node xml);
+[[nodiscard]] std::uint64_t calc_address_nodes_sum(const described_element& xml);
 
 /// The port named by `pPort`, "Device" without a name; null if there is no such port.
-[[nodiscard]] IPort* find_register_port(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children);
+[[nodiscard]] IPort* find_register_port(IGenICamDoc* doc, const described_element& xml);
 
 /// The place of a register that the description fixes.
 class register_const_address_eval {
 public:
-    explicit register_const_address_eval(pugi::xml_node xml);
+    explicit register_const_address_eval(const described_element& xml);
 
     [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t) const { return place_; }
     [[nodiscard]] std::int64_t get_length() const noexcept { return place_.length; }
@@ -48,7 +48,7 @@ struct address_term {
 class address_eval {
 public:
     /// `self` becomes a dependent of every node of the address except the indexes.
-    void resolve_references(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children, INode* self);
+    void resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self);
 
     /// The register's length is the stride of an index that states none. Wraps at 64 bits.
     [[nodiscard]] result<std::uint64_t> calc_address(std::int64_t length, std::uint32_t flags) const {
@@ -60,8 +60,8 @@ public:
     [[nodiscard]] std::uint64_t base() const noexcept { return base_; }
 
 private:
-    void append_added(INode* node, pugi::xml_node xml, INode* self, const char* unresolved);
-    void append_index(IGenICamDoc* doc, pugi::xml_node xml, pugi::xml_node element, INode* self);
+    void append_added(INode* node, const described_element& xml, INode* self, const char* unresolved);
+    void append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element, INode* self);
     [[nodiscard]] result<std::uint64_t> add_terms(std::int64_t length, std::uint32_t flags) const;
 
     std::uint64_t base_ = 0;
@@ -72,7 +72,7 @@ private:
 class register_dyn_address_eval {
 public:
     /// `self` becomes a dependent of `pLength` too. Without a usable length the register has 4 bytes.
-    void resolve_references_len(IGenICamDoc* doc, pugi::xml_node xml, const child_set& children, INode* self);
+    void resolve_references_len(IGenICamDoc* doc, const described_element& xml, INode* self);
 
     [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t flags) const {
         if (length_.kind == limit_kind::constant && address_.is_fixed()) {

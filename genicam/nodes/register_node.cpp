@@ -4,14 +4,14 @@
 
 namespace GenICam {
 
-register_type::register_type(document_services* services, pugi::xml_node xml)
+register_type::register_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml) {
     read_access_mode(*this);
 }
 
-void register_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    place_.resolve_references_len(doc, xml, children(), this);
-    port_ = find_register_port(doc, xml, children());
+void register_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    place_.resolve_references_len(doc, xml, this);
+    port_ = find_register_port(doc, xml);
     if (port_ == nullptr) {
         log_node("GenICam::register_type::_resolve_references, Register (\"%s\"). Failed resolve port.\n",
                  *this);

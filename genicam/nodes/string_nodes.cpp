@@ -21,10 +21,10 @@ IString* find_string(IGenICamDoc* doc, std::string_view name) {
 
 }  // namespace
 
-void string_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    const std::string_view name = child_text(xml, children(), child::pValue);
+void string_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    const std::string_view name = child_text(xml, child::pValue);
     if (name.empty()) {
-        value_ = child_text(xml, children(), child::Value);
+        value_ = child_text(xml, child::Value);
         return;
     }
     link_ = find_string(doc, name);
@@ -93,7 +93,7 @@ std::error_code string_cache::store(std::uint64_t address, std::string_view text
     return {};
 }
 
-string_reg_type::string_reg_type(document_services* services, pugi::xml_node xml)
+string_reg_type::string_reg_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml) {
     if (children().has(child::Cachable)) cache_.cachable = parse_cachable(xml, Cachable::WriteThrough);
     read_access_mode(*this);
@@ -104,9 +104,9 @@ void string_reg_type::invalidate() {
     notify_changed();
 }
 
-void string_reg_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    place_.resolve_references_len(doc, xml, children(), this);
-    cache_.port = find_register_port(doc, xml, children());
+void string_reg_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    place_.resolve_references_len(doc, xml, this);
+    cache_.port = find_register_port(doc, xml);
 }
 
 result<std::string> string_reg_type::get_val(std::uint32_t flags) {

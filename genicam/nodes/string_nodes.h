@@ -11,7 +11,7 @@ class string_type final : public node_base_impl_value, public implement_inode_IS
 public:
     using node_base_impl_value::node_base_impl_value;
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     result<std::string> get_val(std::uint32_t flags) override;
     std::error_code set_val(std::string_view value, std::uint32_t flags) override;
 
@@ -43,10 +43,10 @@ private:
 /// has, whatever the length.
 class string_reg_type final : public node_base_impl_value, public implement_inode_IString<string_reg_type> {
 public:
-    string_reg_type(document_services* services, pugi::xml_node xml);
+    string_reg_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
     void invalidate() override;
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     result<std::string> get_val(std::uint32_t flags) override;
     std::error_code set_val(std::string_view value, std::uint32_t flags) override;
 

@@ -15,7 +15,7 @@ pugi::xml_node find_frame(pugi::xml_node entry) {
 
 }  // namespace
 
-struct_entry_type::struct_entry_type(document_services* services, pugi::xml_node xml)
+struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
     const pugi::xml_node frame = find_frame(xml);
     const std::optional<Cachable> own_cachable = find_cachable(xml);
@@ -25,11 +25,10 @@ struct_entry_type::struct_entry_type(document_services* services, pugi::xml_node
     set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame));
 }
 
-void struct_entry_type::_resolve_references(IGenICamDoc* doc, pugi::xml_node xml) {
-    const pugi::xml_node frame = find_frame(xml);
-    const child_set children_of_frame(frame);
-    place_.resolve_references_len(doc, frame, children_of_frame, this);
-    cache_.port = find_register_port(doc, frame, children_of_frame);
+void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
+    const scanned_element frame(find_frame(xml));
+    place_.resolve_references_len(doc, *frame, this);
+    cache_.port = find_register_port(doc, *frame);
 }
 
 std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {

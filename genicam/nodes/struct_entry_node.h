@@ -9,9 +9,9 @@ namespace GenICam {
 class struct_entry_type final : public node_base_impl_bit_field,
                                 public implement_inode_register_integer<struct_entry_type> {
 public:
-    struct_entry_type(document_services* services, pugi::xml_node xml);
+    struct_entry_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, pugi::xml_node xml) override;
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
 

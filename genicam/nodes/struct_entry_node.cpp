@@ -3,21 +3,17 @@
 #include <string_view>
 
 namespace GenICam {
-namespace {
 
-// The element with the settings that the entries share: usually the parent, but groups may lie between.
-pugi::xml_node find_frame(pugi::xml_node entry) {
+pugi::xml_node find_struct_frame(pugi::xml_node entry) {
     for (pugi::xml_node frame = entry.parent(); frame; frame = frame.parent()) {
         if (frame.name() == std::string_view("StructReg")) return frame;
     }
     return entry.parent();
 }
 
-}  // namespace
-
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    const pugi::xml_node frame = find_frame(xml);
+    const pugi::xml_node frame = find_struct_frame(xml);
     const std::optional<Cachable> own_cachable = find_cachable(xml);
     cache_.cachable = own_cachable ? *own_cachable : parse_cachable(frame, Cachable::NoCache);
     cache_.endianess = parse_endianess(frame);
@@ -26,7 +22,7 @@ struct_entry_type::struct_entry_type(document_services* services, const describe
 }
 
 void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    const scanned_element frame(find_frame(xml));
+    const scanned_element frame(find_struct_frame(xml));
     place_.resolve_references_len(doc, *frame, this);
     cache_.port = find_register_port(doc, *frame);
 }

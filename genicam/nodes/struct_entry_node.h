@@ -4,6 +4,10 @@
 
 namespace GenICam {
 
+/// The element with the settings that the entries of a `StructReg` share: usually the parent, but groups may
+/// lie between.
+[[nodiscard]] pugi::xml_node find_struct_frame(pugi::xml_node entry);
+
 /// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of
 /// more than 8 bytes, or of none, fails every read and write with `index_out_of_range`.
 class struct_entry_type final : public node_base_impl_bit_field,

@@ -18,7 +18,7 @@ std::int32_t TicksOf(float seconds) noexcept {
 }
 
 HRESULT GetTickRange(IKsPropertySet& filter, RangeInfo& range) {
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(filter, property_auto_max_float, record);
     if (SUCCEEDED(hr)) {
         range = {std::max(TicksOf(record.min), 1), TicksOf(record.max), TicksOf(record.default_value), 1};
@@ -27,7 +27,7 @@ HRESULT GetTickRange(IKsPropertySet& filter, RangeInfo& range) {
 }
 
 HRESULT GetTicks(IKsPropertySet& filter, std::int32_t& value) {
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(filter, property_auto_max_float, record);
     if (SUCCEEDED(hr)) {
         value = std::max(TicksOf(record.value), 1);
@@ -79,7 +79,7 @@ private:
 exposure_item::exposure_item(platform::com_ptr<IKsPropertySet> filter,
                              platform::com_ptr<IAMCameraControl> camera)
     : filter_(std::move(filter)), camera_(std::move(camera)) {
-    FloatPropertyRecord exposure;
+    FloatPropertyRecord exposure = {};
     if (SUCCEEDED(GetFloatProperty(*filter_, property_exposure_float, exposure))) {
         float_auto_ = (exposure.capabilities & flag_automatic) != 0;
         has_auto_ = true;
@@ -119,7 +119,7 @@ HRESULT exposure_item::GetAutomatic(bool& on) {
     if (!float_auto_) {
         return GetControlAutomatic(camera_.get(), camera_control_exposure, on);
     }
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(*filter_, property_exposure_float, record);
     if (SUCCEEDED(hr)) {
         on = (record.flags & flag_automatic) != 0;
@@ -131,7 +131,7 @@ HRESULT exposure_item::SetAutomatic(bool on) {
     if (!float_auto_) {
         return SetControlAutomatic(camera_.get(), camera_control_exposure, on, ModeWrite::OnChange);
     }
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(*filter_, property_exposure_float, record);
     if (FAILED(hr) || on == ((record.flags & flag_automatic) != 0)) {
         return hr;

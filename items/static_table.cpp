@@ -24,8 +24,8 @@ constexpr GUID Id(const char (&text)[39]) noexcept {
     id.Data1 = static_cast<std::uint32_t>(Hex(text + 1, 8));
     id.Data2 = static_cast<std::uint16_t>(Hex(text + 10, 4));
     id.Data3 = static_cast<std::uint16_t>(Hex(text + 15, 4));
-    for (int at = 0; at < 8; ++at) {
-        const int hyphen = at < 2 ? 0 : 1;
+    for (std::ptrdiff_t at = 0; at < 8; ++at) {
+        const std::ptrdiff_t hyphen = at < 2 ? 0 : 1;
         id.Data4[at] = static_cast<std::uint8_t>(Hex(text + 20 + 2 * at + hyphen, 2));
     }
     return id;

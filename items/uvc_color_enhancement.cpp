@@ -25,7 +25,7 @@ private:
 };
 
 HRESULT CUVCColorEnhanceMtxEnable::GetSwitch(InterfaceKey key, bool& on) {
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = ReadRecord(*filter_, color_enhancement_set, static_cast<DWORD>(key), record);
     if (SUCCEEDED(hr)) {
         on = record.value != 0;

@@ -34,7 +34,7 @@ private:
 CUVCGain::CUVCGain(platform::com_ptr<IKsPropertySet> filter, IUnknown* whole_filter)
     : filter_(std::move(filter)), amp_(platform::query<IAMVideoProcAmp>(whole_filter)) {
     // Drivers see this read before anything else of the item; what it says is not needed.
-    PropertyRecord gain;
+    PropertyRecord gain = {};
     (void)GetProperty(*filter_, property_gain, gain);
     const LONG modes = ControlCapabilities(amp_.get(), video_proc_amp_gain);
     has_auto_ = (modes & control_automatic) != 0;

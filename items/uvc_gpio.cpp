@@ -44,7 +44,7 @@ private:
 };
 
 bool CUVCGPIO::SupportsInterface(InterfaceKey key) {
-    GpioRecord record;
+    GpioRecord record = {};
     if (FAILED(Read(record))) {
         return false;
     }
@@ -69,7 +69,7 @@ HRESULT CUVCGPIO::GetRange(InterfaceKey key, RangeInfo& range) {
     if (key != gpio_key::input && key != gpio_key::output) {
         return E_NOTIMPL;
     }
-    GpioRecord record;
+    GpioRecord record = {};
     const HRESULT hr = Read(record);
     if (SUCCEEDED(hr)) {
         range = {0, key == gpio_key::input ? record.max_input : record.max_output, 0, 1};
@@ -110,7 +110,7 @@ HRESULT CUVCGPIO::Push(InterfaceKey key) {
 }
 
 HRESULT CUVCGPIO::ReadPins() {
-    GpioRecord record;
+    GpioRecord record = {};
     const HRESULT hr = Read(record);
     if (SUCCEEDED(hr)) {
         input_ = record.input;

@@ -162,7 +162,7 @@ HRESULT CUVCStrobe::StoreRecord(StrobeRecord record) {
 
 template <class Use>
 HRESULT CUVCStrobe::WithRecord(Use use) {
-    StrobeRecord record;
+    StrobeRecord record = {};
     const HRESULT hr = FetchRecord(record);
     return SUCCEEDED(hr) ? use(record) : hr;
 }
@@ -197,7 +197,7 @@ RangeInfo CUVCStrobe::ModeRange() const {
 }
 
 bool CUVCStrobe::SupportsInterface(InterfaceKey key) {
-    StrobeRecord record;
+    StrobeRecord record = {};
     if (!IsKnown(key) || FAILED(FetchRecord(record))) {
         return false;
     }

@@ -45,7 +45,7 @@ private:
 };
 
 bool CUVCTrigger::CanSet(std::uint32_t capability) {
-    PropertyRecord record;
+    PropertyRecord record = {};
     return PropertySupported(*filter_, property_trigger) &&
            SUCCEEDED(GetProperty(*filter_, property_trigger, record)) &&
            (record.capabilities & capability) != 0;
@@ -53,7 +53,7 @@ bool CUVCTrigger::CanSet(std::uint32_t capability) {
 
 template <class Record>
 bool CUVCTrigger::IsReadable(VendorProperty property) {
-    Record record;
+    Record record = {};
     return PropertySupported(*filter_, property) &&
            SUCCEEDED(ReadRecord(*filter_, vendor_property_set, property, record));
 }
@@ -84,7 +84,7 @@ HRESULT CUVCTrigger::GetSwitch(InterfaceKey key, bool& on) {
     if (key != trigger_key::enable && key != trigger_key::polarity) {
         return E_NOTIMPL;
     }
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(*filter_, property_trigger, record);
     if (SUCCEEDED(hr)) {
         on = key == trigger_key::enable ? (record.flags & trigger_off) == 0
@@ -97,7 +97,7 @@ HRESULT CUVCTrigger::SetSwitch(InterfaceKey key, bool on) {
     if (key != trigger_key::enable && key != trigger_key::polarity) {
         return E_NOTIMPL;
     }
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(*filter_, property_trigger, record);
     if (FAILED(hr)) {
         return hr;
@@ -119,7 +119,7 @@ HRESULT CUVCTrigger::GetValue(InterfaceKey key, std::int32_t& value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(*filter_, property_trigger, record);
     if (SUCCEEDED(hr)) {
         value = (record.flags & operation_bit) != 0 ? 1 : 0;
@@ -131,7 +131,7 @@ HRESULT CUVCTrigger::SetValue(InterfaceKey key, std::int32_t value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(*filter_, property_trigger, record);
     if (FAILED(hr)) {
         return hr;

@@ -31,7 +31,7 @@ HRESULT SetFloatProperty(IKsPropertySet& filter, DWORD id, const FloatPropertyRe
 }
 
 HRESULT GetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t& value) {
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         value = record.value;
@@ -40,7 +40,7 @@ HRESULT GetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t& value) 
 }
 
 HRESULT GetPropertyRange(IKsPropertySet& filter, DWORD id, RangeInfo& range) {
-    PropertyRecord record;
+    PropertyRecord record = {};
     const HRESULT hr = GetProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         range = {record.min, record.max, record.default_value, 1};
@@ -91,7 +91,7 @@ HRESULT SetScaledValue(IKsPropertySet& filter, DWORD id, double per_unit, double
 }
 
 HRESULT GetFloatRange(IKsPropertySet& filter, DWORD id, AbsRangeInfo& range) {
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         range = {static_cast<double>(record.min), static_cast<double>(record.max),
@@ -101,7 +101,7 @@ HRESULT GetFloatRange(IKsPropertySet& filter, DWORD id, AbsRangeInfo& range) {
 }
 
 HRESULT GetFloatValue(IKsPropertySet& filter, DWORD id, double& value) {
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     const HRESULT hr = GetFloatProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         value = static_cast<double>(record.value);

@@ -1,32 +1,16 @@
 #pragma once
 
 #include "adapter/genicam_adapter_device.h"
+#include "propui/page_groups.h"
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 #include "tests/support/recorder_canvas.h"
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace simcam_test {
-
-struct page_groups {
-    const char* name;
-    std::vector<std::wstring> groups;
-};
-
-/// The four pages and the groups that they show.
-inline const std::vector<page_groups>& pages() {
-    static const std::vector<page_groups> all = {
-        {"Exposure", {L"Exposure", L"Image", L"WDR"}},
-        {"Feature", {L"Special", L"Partial Scan", L"Partial scan"}},
-        {"Lens", {L"Lens"}},
-        {"Color", {L"Color"}},
-    };
-    return all;
-}
 
 /// A camera as the pages reach it.
 struct camera_on_pages {
@@ -35,11 +19,12 @@ struct camera_on_pages {
           adapter(std::make_unique<genicam_adapter::GenICamAdapterDevice>(camera->property_set())) {}
 
     /// What a page shows of it; false for a page without anything.
-    bool build(const page_groups& page, test_support::RecorderCanvas& canvas) {
+    bool build(ZELPropUI::PageName page, test_support::RecorderCanvas& canvas) {
+        const std::vector<std::wstring> groups = ZELPropUI::GroupsOf(page);
         const auto& table = adapter->get_item_table();
         ZELPropUI::PageSources sources;
         sources.filter = camera.get();
-        sources.groups = &page.groups;
+        sources.groups = &groups;
         sources.built_in = ZELAdapterHelper::StaticItemTable();
         sources.described = {table.data(), table.size()};
         return ZELPropUI::PageLayout(sources, &canvas).BuildPage(false);

@@ -14,6 +14,7 @@ namespace {
 using namespace simcam;
 using test_support::RecorderCanvas;
 using testing::ElementsAre;
+using ZELPropUI::PageName;
 
 constexpr int page_width = 428;
 constexpr int page_height = 457;
@@ -57,13 +58,13 @@ TEST(ReadyMade, HasTheNamesThatItTells) {
 
 struct page_case {
     std::string_view camera;
-    std::size_t page;
+    PageName page;
     std::vector<std::string> items;
     std::size_t rows;
 };
 
 void PrintTo(const page_case& shown, std::ostream* out) {
-    *out << shown.camera << " " << pages()[shown.page].name;
+    *out << shown.camera << " " << ZELPropUI::TitleOf(shown.page);
 }
 
 class ReadyMadePage : public testing::TestWithParam<page_case> {};
@@ -77,7 +78,7 @@ TEST_P(ReadyMadePage, ShowsItsItems) {
         }
         camera_on_pages seen(options);
         RecorderCanvas canvas;
-        EXPECT_EQ(seen.build(pages()[GetParam().page], canvas), !GetParam().items.empty());
+        EXPECT_EQ(seen.build(GetParam().page, canvas), !GetParam().items.empty());
         EXPECT_EQ(items_on(canvas), GetParam().items);
         EXPECT_EQ(rows_on(canvas), GetParam().rows);
     }
@@ -87,52 +88,63 @@ INSTANTIATE_TEST_SUITE_P(
     All, ReadyMadePage,
     testing::Values(
         page_case{"full",
-                  0,
+                  PageName::Exposure,
                   {"Gain", "Gamma", "Black Level", "Exposure", "Frame Rate", "Flip", "Sharpness",
                    "Test Pattern", "WDR"},
                   14},
-        page_case{"full", 1, {"Partial Scan", "GPIO", "Trigger", "Strobe"}, 14},
-        page_case{"full", 2, {"Focus", "Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"}, 14},
+        page_case{"full", PageName::Feature, {"Partial Scan", "GPIO", "Trigger", "Strobe"}, 14},
         page_case{"full",
-                  3,
+                  PageName::Lens,
+                  {"Focus", "Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"},
+                  14},
+        page_case{"full",
+                  PageName::Color,
                   {"WhiteBalance", "Color Enhancement", "Saturation", "Hue", "Color Matrix", "Light Source",
                    "Look-up Table"},
                   14},
         page_case{
             "described",
-            0,
+            PageName::Exposure,
             {"Gamma", "Black Level", "Exposure", "Frame Rate", "Flip", "Sharpness", "Test Pattern", "WDR"},
             13},
-        page_case{"described", 1, {"Partial Scan", "Trigger"}, 6},
-        page_case{"described", 2, {"Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"}, 6},
-        page_case{"described", 3, {"Saturation", "Hue", "Color Matrix", "Light Source", "Look-up Table"}, 9},
-        page_case{"builtin", 0, {"Gain", "Exposure"}, 5},
-        page_case{"builtin", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
-        page_case{"builtin", 2, {"Focus"}, 8},
-        page_case{"builtin", 3, {"WhiteBalance", "Color Enhancement"}, 5},
-        page_case{"simple", 0, {"Exposure"}, 1}, page_case{"simple", 1, {"Trigger"}, 2},
-        page_case{"simple", 2, {"Zoom"}, 1}, page_case{"simple", 3, {"Saturation"}, 1},
-        page_case{"oldest", 0, {"Gain", "Exposure"}, 4},
-        page_case{"oldest", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 10},
-        page_case{"oldest", 2, {"Focus"}, 1}, page_case{"oldest", 3, {"WhiteBalance"}, 3},
-        page_case{"colourless", 0, {"Gain", "Exposure"}, 5},
-        page_case{"colourless", 1, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
-        page_case{"colourless", 2, {"Focus"}, 8}, page_case{"colourless", 3, {}, 0},
-        page_case{"empty", 0, {}, 0}, page_case{"empty", 1, {}, 0}, page_case{"empty", 2, {}, 0},
-        page_case{"empty", 3, {}, 0}));
+        page_case{"described", PageName::Feature, {"Partial Scan", "Trigger"}, 6},
+        page_case{
+            "described", PageName::Lens, {"Iris", "Zoom", "IR Cut Filter", "Stabilizer", "Lens Shading"}, 6},
+        page_case{"described",
+                  PageName::Color,
+                  {"Saturation", "Hue", "Color Matrix", "Light Source", "Look-up Table"},
+                  9},
+        page_case{"builtin", PageName::Exposure, {"Gain", "Exposure"}, 5},
+        page_case{"builtin", PageName::Feature, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
+        page_case{"builtin", PageName::Lens, {"Focus"}, 8},
+        page_case{"builtin", PageName::Color, {"WhiteBalance", "Color Enhancement"}, 5},
+        page_case{"simple", PageName::Exposure, {"Exposure"}, 1},
+        page_case{"simple", PageName::Feature, {"Trigger"}, 2},
+        page_case{"simple", PageName::Lens, {"Zoom"}, 1},
+        page_case{"simple", PageName::Color, {"Saturation"}, 1},
+        page_case{"oldest", PageName::Exposure, {"Gain", "Exposure"}, 4},
+        page_case{"oldest", PageName::Feature, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 10},
+        page_case{"oldest", PageName::Lens, {"Focus"}, 1},
+        page_case{"oldest", PageName::Color, {"WhiteBalance"}, 3},
+        page_case{"colourless", PageName::Exposure, {"Gain", "Exposure"}, 5},
+        page_case{"colourless", PageName::Feature, {"Partial scan", "GPIO", "Trigger", "Strobe"}, 16},
+        page_case{"colourless", PageName::Lens, {"Focus"}, 8},
+        page_case{"colourless", PageName::Color, {}, 0}, page_case{"empty", PageName::Exposure, {}, 0},
+        page_case{"empty", PageName::Feature, {}, 0}, page_case{"empty", PageName::Lens, {}, 0},
+        page_case{"empty", PageName::Color, {}, 0}));
 
 TEST(ReadyMade, FillsItsPagesWithoutRunningOffThem) {
     camera_on_pages seen(*ready_made("full"));
-    for (const page_groups& page : pages()) {
+    for (const PageName page : ZELPropUI::all_pages) {
         RecorderCanvas canvas;
         ASSERT_TRUE(seen.build(page, canvas));
-        EXPECT_LE(bottom_of(canvas), page_height) << page.name;
-        EXPECT_GT(bottom_of(canvas), page_height - 30) << page.name;
+        EXPECT_LE(bottom_of(canvas), page_height) << ZELPropUI::TitleOf(page);
+        EXPECT_GT(bottom_of(canvas), page_height - 30) << ZELPropUI::TitleOf(page);
         for (const auto& one : canvas.placed) {
             // The buttons of built-in items stand behind a whole slider row, wherever that ends.
             if (one.kind == "button") continue;
             EXPECT_LE(one.place.left + one.place.width, page_width)
-                << page.name << " " << platform::narrow(one.text);
+                << ZELPropUI::TitleOf(page) << " " << platform::narrow(one.text);
         }
     }
 }
@@ -151,7 +163,7 @@ TEST(ReadyMade, ReplacesBuiltInItemsByDescribedOnes) {
 TEST(ReadyMade, LetsGoOfTheFilter) {
     for (const camera_name& one : camera_names()) {
         camera_on_pages seen(*ready_made(one.name));
-        for (const page_groups& page : pages()) {
+        for (const PageName page : ZELPropUI::all_pages) {
             RecorderCanvas canvas;
             seen.build(page, canvas);
         }

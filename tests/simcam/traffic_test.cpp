@@ -39,7 +39,7 @@ struct traffic {
     std::uint64_t refresh;
 };
 
-traffic measure(camera_on_pages& seen, const page_groups& page) {
+traffic measure(camera_on_pages& seen, ZELPropUI::PageName page) {
     std::vector<std::uint64_t> counts = {seen.camera->call_count()};
     RecorderCanvas canvas;
     seen.build(page, canvas);
@@ -48,7 +48,7 @@ traffic measure(camera_on_pages& seen, const page_groups& page) {
         refresh(canvas);
         counts.push_back(seen.camera->call_count());
     }
-    EXPECT_EQ(counts[4] - counts[3], counts[3] - counts[2]) << page.name;
+    EXPECT_EQ(counts[4] - counts[3], counts[3] - counts[2]) << ZELPropUI::TitleOf(page);
     return {counts[1] - counts[0], counts[2] - counts[1], counts[3] - counts[2]};
 }
 
@@ -62,13 +62,14 @@ TEST(Traffic, OfTheDescribedPagesIsSteady) {
         options.register_access = !named;
         camera_on_pages seen(options);
         (void)seen.adapter->get_item_table();
-        for (const page_groups& page : pages()) {
+        for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
             seen.camera->clear_transcript();
             const traffic calls = measure(seen, page);
-            std::cout << (named ? "named     " : "registers ") << page.name << ": build " << calls.build
-                      << ", first refresh " << calls.first_refresh << ", refresh " << calls.refresh << "\n";
-            EXPECT_GT(calls.refresh, 0U) << page.name;
-            EXPECT_LE(calls.refresh, rows * 12) << page.name;
+            std::cout << (named ? "named     " : "registers ") << ZELPropUI::TitleOf(page) << ": build "
+                      << calls.build << ", first refresh " << calls.first_refresh << ", refresh "
+                      << calls.refresh << "\n";
+            EXPECT_GT(calls.refresh, 0U) << ZELPropUI::TitleOf(page);
+            EXPECT_LE(calls.refresh, rows * 12) << ZELPropUI::TitleOf(page);
         }
     }
 }

@@ -64,10 +64,15 @@ private:
 
 frame_timer* frame_timer::current_ = nullptr;
 
+// A page throws where the camera's driver cannot be worked with, and the platform lets that pass.
 HRESULT open_frame(const std::wstring& caption, IUnknown* camera, std::vector<CLSID>& pages) {
-    return OleCreatePropertyFrame(nullptr, 0, 0, caption.c_str(), 1, &camera,
-                                  static_cast<ULONG>(pages.size()), pages.data(), LOCALE_USER_DEFAULT, 0,
-                                  nullptr);
+    try {
+        return OleCreatePropertyFrame(nullptr, 0, 0, caption.c_str(), 1, &camera,
+                                      static_cast<ULONG>(pages.size()), pages.data(), LOCALE_USER_DEFAULT, 0,
+                                      nullptr);
+    } catch (const std::exception& failure) {
+        throw host_error(exit_code::nothing_to_show, failure.what());
+    }
 }
 
 }  // namespace

@@ -85,9 +85,16 @@ RECT place_of(HWND window) {
     return place;
 }
 
+RECT inner_place_of(HWND window) {
+    RECT place{};
+    GetClientRect(window, &place);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
 std::string frame_lines(const frame_window& frame, const controls& all) {
     std::string text = fmt::format("frame {} {}\n", quoted(window_text(frame.handle())),
-                                   place_text(place_of(frame.handle())));
+                                   place_text(inner_place_of(frame.handle())));
     for (const page_control& control : all) {
         if (control.kind != control_kind::button || GetParent(control.window) != frame.handle()) continue;
         text += fmt::format("command {} {}\n", quoted(control.text), place_text(control.place));

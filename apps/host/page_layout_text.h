@@ -19,9 +19,9 @@ namespace selvane_host {
 ///     entry "Dual exposure" of "Mode" 170,438 223x16
 ///     end
 ///
-/// Entries are there while their list is open, commands are the frame's own buttons.
-/// A control bears its own caption, or the label in front of it in its row, and the item it belongs to: the
-/// outermost label above it. Empty while no page is shown.
+/// Entries are there while their list is open, commands are the frame's own buttons. The place of the frame
+/// is that inside its border. A control bears its own caption, or the label in front of it in its row, and
+/// the item it belongs to: the outermost label above it. Empty while no page is shown.
 [[nodiscard]] std::string describe_layout(const frame_window& frame);
 
 }  // namespace selvane_host

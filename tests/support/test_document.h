@@ -52,6 +52,12 @@ public:
     void FailAccess(std::size_t n, std::error_code failure);
     /// What was asked since the last time, failed accesses included.
     [[nodiscard]] std::vector<PortAccess> TakeAccesses();
+    void ForgetAccesses() { accesses_.clear(); }
+    /// Forgets what was written and any failure to come.
+    void Clear() {
+        memory_.clear();
+        accesses_until_failure_ = 0;
+    }
 
     /// Runs before each access; a failure that it gives is the outcome.
     std::function<std::error_code(const PortAccess&)> before_access;

@@ -1,0 +1,58 @@
+// Places that depend on themselves. They load; who reads them recurses until the stack ends, in a process of
+// its own.
+
+#include "tests/genicam_registers/register_test.h"
+#include "tests/support/small_stack.h"
+
+using namespace register_test;
+
+namespace {
+
+struct circle {
+    const char* name;
+    std::string elements;
+};
+
+std::vector<circle> circles() {
+    return {
+        {"an address that is its own term", element("IntReg", fixed_place(4) + "<pAddress>r</pAddress>")},
+        {"an index of itself", element("IntReg", fixed_place(4) + "<pIndex>r</pIndex>")},
+        {"a stride of itself",
+         element("IntReg", fixed_place(4) + "<pIndex pOffset='r'>zero</pIndex>") + number("zero", "0")},
+        {"a length of itself", element("IntReg", address("0x100") + "<pLength>r</pLength>")},
+        {"two that are each other's address",
+         element("IntReg", length("4") + "<pAddress>s</pAddress>") +
+             element("MaskedIntReg", length("4") + "<pAddress>r</pAddress>", "s")},
+        {"an availability that needs itself",
+         element("IntReg", fixed_place(4) + "<pIsAvailable>r</pIsAvailable>")},
+    };
+}
+
+TEST(CircularRegister, Loads) {
+    for (const circle& circle : circles()) {
+        TestDocument doc(circle.elements);
+        EXPECT_TRUE(doc.IsLoaded());
+        EXPECT_THAT(doc.load_messages, IsEmpty()) << circle.name;
+        EXPECT_EQ(doc.Node("r").get_access_mode(), AccessMode::RW);
+        EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
+    }
+}
+
+TEST(CircularRegister, CanBeWrittenAroundInTheCircle) {
+    TestDocument doc(element("IntReg", fixed_place(4) + "<pIsAvailable>r</pIsAvailable>"));
+    EXPECT_FALSE(doc.Integer("r").set_val(1, access_flags::skip_access_check));
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(WriteOf(0x100, {0, 0, 0, 1}, 0x800)));
+}
+
+void read_on_small_stack(const std::string& elements) {
+    TestDocument doc(elements);
+    test_support::RunOnSmallStack([&doc] { static_cast<void>(doc.Integer("r").get_val(0)); });
+}
+
+TEST(CircularRegisterDeathTest, EndsOnlyTheProcessThatReads) {
+    for (const circle& circle : circles()) {
+        EXPECT_DEATH(read_on_small_stack(circle.elements), "") << circle.name;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,215 @@
+// `StructEntry`: fields of the register that a `StructReg` describes.
+
+#include "tests/genicam_registers/register_test.h"
+
+using namespace register_test;
+
+namespace {
+
+std::string frame(const std::string& children, const std::string& entry_children) {
+    return "<StructReg Name='frame'>" + children + "<StructEntry Name='r'>" + entry_children +
+           "</StructEntry></StructReg>";
+}
+
+TEST(StructEntry, TakesItsPlaceFromTheFrame) {
+    TestDocument doc("<StructReg>" + address("0x100") + address("0x20") + length("4") + little_endian() +
+                     "<pPort>Other</pPort><pAddress>added</pAddress>"
+                     "<StructEntry Name='low'><LSB>0</LSB><MSB>15</MSB></StructEntry>"
+                     "<StructEntry Name='high'><LSB>16</LSB><MSB>31</MSB><Sign>Signed</Sign></StructEntry>"
+                     "</StructReg><Port Name='Other'/>" +
+                     number("added", "0x1000"));
+    EXPECT_FALSE(doc.Port("Other").bind(&doc.device));
+    doc.device.Put(0x1120, {0x34, 0x12, 0xFE, 0xFF});
+    EXPECT_EQ(value_of(doc.Integer("low").get_val(0)), 0x1234);
+    EXPECT_EQ(value_of(doc.Integer("high").get_val(0)), -2);
+    EXPECT_FALSE(doc.Integer("high").set_val(0x5678, 0));
+    EXPECT_THAT(doc.device.TakeAccesses(),
+                ElementsAre(ReadOf(0x1120, 4), ReadOf(0x1120, 4), ReadOf(0x1120, 4),
+                            WriteOf(0x1120, {0x34, 0x12, 0x78, 0x56})));
+    EXPECT_THAT(doc.load_messages, IsEmpty());
+}
+
+TEST(StructEntry, IgnoresAPlaceOfItsOwn) {
+    TestDocument doc(
+        frame(fixed_place(4), address("0x900") + length("2") + little_endian() +
+                                  "<pPort>nowhere</pPort><pAddress>nobody</pAddress><Bit>0</Bit>"));
+    doc.device.Put(0x100, {0x80, 0, 0, 0});
+    EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 1);
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 4)));
+    EXPECT_THAT(doc.load_messages, IsEmpty());
+}
+
+TEST(StructEntry, HasTheCommonElementsToItself) {
+    TestDocument doc(frame(fixed_place(4) + "<pIsAvailable>no</pIsAvailable><Visibility>Guru</Visibility>",
+                           "<Bit>0</Bit><pIsLocked>yes</pIsLocked>") +
+                     number("no", "0") + number("yes", "1"));
+    EXPECT_TRUE(doc.Node("r").is_available());
+    EXPECT_TRUE(doc.Node("r").is_locked());
+    EXPECT_EQ(doc.Node("r").get_visibility(), Visibility::Beginner);
+}
+
+TEST(StructEntry, AFramesElementsReachEntriesInGroupsOfIt) {
+    TestDocument doc("<Group><StructReg Name='frame'>" + fixed_place(2) +
+                     "<Group><StructEntry Name='r'><Bit>0</Bit></StructEntry></Group></StructReg></Group>");
+    EXPECT_TRUE(doc.Integer("r").get_val(0));
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
+}
+
+TEST(StructEntry, WithoutAFrameTakesItsParent) {
+    TestDocument doc("<Group Name='g'>" + fixed_place(2) +
+                     "<StructEntry Name='r'><Bit>0</Bit></StructEntry></Group>");
+    EXPECT_TRUE(doc.Integer("r").get_val(0));
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
+}
+
+TEST(StructEntry, CachableIsItsOwnWordOrTheFrames) {
+    const struct {
+        const char* in_frame;
+        const char* in_entry;
+        bool is_cached;
+        bool logs;
+    } rows[] = {
+        {"NoCache", "WriteThrough", true, false},  {"WriteThrough", "NoCache", false, false},
+        {"WriteThrough", "", true, false},         {"", "", false, false},
+        {"WriteThrough", "nonsense", true, false},  // an own text that is no word is as none
+        {"nonsense", "WriteThrough", true, false}, {"nonsense", "", false, true},
+        {"WriteAround", "", true, false},          {"", "WriteAround", true, false},
+    };
+    for (const auto& row : rows) {
+        TestDocument doc(frame(fixed_place(4) + "<Cachable>" + row.in_frame + "</Cachable>",
+                               "<Bit>0</Bit><Cachable>" + std::string(row.in_entry) + "</Cachable>"));
+        EXPECT_TRUE(doc.Integer("r").get_val(0));
+        EXPECT_TRUE(doc.Integer("r").get_val(0));
+        EXPECT_EQ(doc.device.TakeAccesses().size(), row.is_cached ? 1U : 2U)
+            << row.in_frame << "/" << row.in_entry;
+        if (row.logs) {
+            EXPECT_THAT(doc.load_messages,
+                        ElementsAre("Invalid contents of \"Cachable\" node (\"nonsense\"\n"));
+        } else {
+            EXPECT_THAT(doc.load_messages, IsEmpty());
+        }
+    }
+}
+
+TEST(StructEntry, AccessModeIsItsOwnWordOrTheFrames) {
+    const struct {
+        const char* in_frame;
+        const char* in_entry;
+        AccessMode mode;
+        bool logs;
+    } rows[] = {
+        {"RO", "", AccessMode::RO, false},   {"RO", "RW", AccessMode::RW, false},
+        {"RW", "WO", AccessMode::WO, false}, {"", "RO", AccessMode::RO, false},
+        {"", "", AccessMode::RW, false},     {"WO", "ro", AccessMode::WO, false},
+        {"x", "RO", AccessMode::RO, false},  {"x", "", AccessMode::RW, true},
+    };
+    for (const auto& row : rows) {
+        TestDocument doc(frame(fixed_place(4) + "<AccessMode>" + row.in_frame + "</AccessMode>",
+                               "<Bit>0</Bit><AccessMode>" + std::string(row.in_entry) + "</AccessMode>"));
+        EXPECT_EQ(doc.Node("r").get_access_mode(), row.mode) << row.in_frame << "/" << row.in_entry;
+        if (row.logs) {
+            EXPECT_THAT(doc.load_messages, ElementsAre("Invalid contents of \"AccessMode\" node (\"x\"\n"));
+        } else {
+            EXPECT_THAT(doc.load_messages, IsEmpty());
+        }
+    }
+}
+
+TEST(StructEntry, AnImposedModeStaysAboveTheFrames) {
+    TestDocument doc(frame(fixed_place(4) + "<AccessMode>WO</AccessMode>",
+                           "<Bit>0</Bit><ImposedAccessMode>RO</ImposedAccessMode>"));
+    EXPECT_EQ(doc.Node("r").get_access_mode(), AccessMode::RO);
+    EXPECT_THAT(
+        doc.load_messages,
+        ElementsAre("GenICam::node_base_data::set_actual_access_mode, StructEntry (\"r\"). Trying to change "
+                    "access mode from ImposedAccessMode == RO to WO.\n"));
+}
+
+TEST(StructEntry, SignIsItsOwnAndEndianessTheFrames) {
+    TestDocument doc(frame(fixed_place(1) + "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>",
+                           "<LSB>0</LSB><MSB>3</MSB>"));
+    doc.device.Put(0x100, {0x0F});
+    EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 15);
+    TestDocument bad(frame(fixed_place(1) + "<Endianess>x</Endianess>", "<Bit>0</Bit><Sign>y</Sign>"));
+    EXPECT_THAT(bad.load_messages,
+                testing::UnorderedElementsAre("Invalid contents of \"Endianess\" node (\"x\"\n",
+                                              "Invalid contents of \"Sign\" node (\"y\"\n"));
+}
+
+TEST(StructEntry, LengthsThatAreNoNumberSizeTouchNothing) {
+    for (const char* size : {"0", "9", "16", "-1", "1000000", "0x7FFFFFFFFFFFFFFF", "0x8000000000000000"}) {
+        TestDocument doc(
+            frame(address("0x100") + length(size) + "<Cachable>WriteThrough</Cachable>", "<Bit>0</Bit>") +
+            "<StructReg>" + address("0x100") +
+            "<pLength>size</pLength><StructEntry Name='linked'>"
+            "<Bit>0</Bit></StructEntry></StructReg>" +
+            number("size", size));
+        for (const char* name : {"r", "linked"}) {
+            for (const std::uint32_t flags : {0U, 0x100U, 0x200U, 0x800U}) {
+                EXPECT_EQ(failure_of(doc.Integer(name).get_val(flags)), code(index_out_of_range)) << size;
+                EXPECT_EQ(doc.Integer(name).set_val(1, flags), code(index_out_of_range)) << size;
+            }
+        }
+        EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
+        EXPECT_THAT(doc.log.Take(), IsEmpty());
+    }
+}
+
+TEST(StructEntry, EveryLengthThatFitsIsRead) {
+    for (int size = 1; size <= 8; ++size) {
+        TestDocument doc(frame(fixed_place(size), "<Bit>0</Bit>"));
+        doc.device.Put(0x100, {0x80});
+        EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 1);
+        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, size)));
+    }
+}
+
+TEST(StructEntry, TwoFieldsAreTwoRounds) {
+    TestDocument doc(
+        "<StructReg>" + fixed_place(1) +
+        "<StructEntry Name='a'><Bit>0</Bit></StructEntry><StructEntry Name='b'><Bit>7</Bit></StructEntry>"
+        "</StructReg>");
+    EXPECT_FALSE(doc.Integer("a").set_val(1, 0));
+    EXPECT_FALSE(doc.Integer("b").set_val(1, 0));
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 1), WriteOf(0x100, {0x80}),
+                                                       ReadOf(0x100, 1), WriteOf(0x100, {0x81})));
+}
+
+TEST(StructEntry, ACachedFieldIsWrittenFromItsCache) {
+    TestDocument doc(frame(fixed_place(1) + "<Cachable>WriteThrough</Cachable>", "<LSB>7</LSB><MSB>4</MSB>"));
+    doc.device.Put(0x100, {0xA0});
+    EXPECT_FALSE(doc.Integer("r").set_val(5, 0));
+    doc.device.Put(0x100, {0xB0});
+    EXPECT_FALSE(doc.Integer("r").set_val(6, 0));
+    EXPECT_THAT(doc.device.TakeAccesses(),
+                ElementsAre(ReadOf(0x100, 1), WriteOf(0x100, {0xA5}), WriteOf(0x100, {0xA6})));
+}
+
+TEST(StructEntry, CacheOnlyAccess) {
+    TestDocument doc(frame(fixed_place(1) + "<Cachable>WriteAround</Cachable>", "<Bit>7</Bit>"));
+    EXPECT_EQ(doc.Integer("r").set_val(1, 0x100), code(no_cached_value)) << "its read finds nothing";
+    EXPECT_TRUE(doc.Integer("r").get_val(0));
+    EXPECT_FALSE(doc.Integer("r").set_val(1, 0x100));
+    EXPECT_EQ(value_of(doc.Integer("r").get_val(0x100)), 1);
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 1)));
+}
+
+TEST(StructEntry, ChecksAccessFirst) {
+    TestDocument doc(frame(address("0x100") + length("9") + "<AccessMode>RO</AccessMode>", "<Bit>0</Bit>"));
+    EXPECT_EQ(doc.Integer("r").set_val(1, 0), code(access_denied));
+    EXPECT_EQ(failure_of(doc.Integer("r").get_val(0)), code(index_out_of_range));
+}
+
+TEST(StructEntry, AnswersFromItsElement) {
+    TestDocument doc(frame(fixed_place(1) + "<Unit>frame</Unit>",
+                           "<Bit>0</Bit><Representation>Linear</Representation><Unit>own</Unit>"));
+    IInteger& entry = doc.Integer("r");
+    EXPECT_EQ(entry.get_node_type(), node_type::integer);
+    EXPECT_EQ(entry.get_representation(), Representation::Linear);
+    EXPECT_EQ(entry.get_unit(), "own");
+    EXPECT_THAT(entry.get_selected(), IsEmpty());
+    EXPECT_EQ(value_of(entry.get_inc(0)), 1);
+    EXPECT_EQ(failure_of(entry.get_default(0)), code(not_implemented));
+}
+
+}  // namespace

@@ -1,6 +1,8 @@
 #include "tests/support/test_document.h"
 
+#include <algorithm>
 #include <sstream>
+#include <string_view>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -109,7 +111,9 @@ TEST(Dump, EveryClassHasARowWithSizeAndDestructor) {
     std::uint64_t bytes = 0;
     std::uint64_t with_destructor = 0;
     for (std::size_t at = 0; at < std::size(all_classes); ++at) {
-        const std::vector<std::string> fields = fields_of(lines[5 + at], "      ", {32, 4, 8, 5});
+        const std::size_t name_size = std::string_view(all_classes[at]).find(' ');
+        const std::vector<std::string> fields =
+            fields_of(lines[5 + at], "      ", {std::max<std::size_t>(32, name_size), 4, 8, 5});
         ASSERT_EQ(fields.size(), 4U) << lines[5 + at];
         EXPECT_EQ(fields[0] + (fields[3] == "true" ? " yes" : " no"), all_classes[at]);
         EXPECT_TRUE(fields[3] == "true" || fields[3] == "false");

@@ -123,12 +123,12 @@ TEST(BitField, FieldsOfAllBits) {
 TEST(BitField, FieldsFarOutside) {
     for (const bool is_signed : {false, true}) {
         for (const bool is_little_endian : {false, true}) {
-            for (const int far : {63, 64, 65, 127, 128, 1000, 2147483646}) {
-                compare({{4, 0, far, is_little_endian, is_signed},
-                         {4, far, 0, is_little_endian, is_signed},
-                         {4, far, far, is_little_endian, is_signed},
-                         {8, 60, far, is_little_endian, is_signed},
-                         {8, far, 60, is_little_endian, is_signed}});
+            for (const int distant : {63, 64, 65, 127, 128, 1000, 2147483646}) {
+                compare({{4, 0, distant, is_little_endian, is_signed},
+                         {4, distant, 0, is_little_endian, is_signed},
+                         {4, distant, distant, is_little_endian, is_signed},
+                         {8, 60, distant, is_little_endian, is_signed},
+                         {8, distant, 60, is_little_endian, is_signed}});
             }
         }
     }

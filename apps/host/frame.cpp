@@ -11,7 +11,7 @@
 namespace selvane_host {
 namespace {
 
-constexpr UINT task_period_ms = 100;
+constexpr UINT task_period_ms = 50;
 
 // Only a timer gets a word in while the platform runs the frame.
 class frame_timer {

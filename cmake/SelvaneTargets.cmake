@@ -92,6 +92,21 @@ function(selvane_add_program target)
   target_link_libraries(${target} PRIVATE ${ARG_LINK} selvane_options)
 endfunction()
 
+# A locale with a decimal comma and one with 8-bit letters, made from the system's sources of locales where they are
+# installed: descriptions must read the same under both.
+find_program(LOCALEDEF localedef)
+if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/de_DE)
+  set(test_locales "${CMAKE_BINARY_DIR}/locales")
+  foreach(charmap UTF-8 ISO-8859-1)
+    add_custom_command(OUTPUT "${test_locales}/de_DE.${charmap}/LC_NUMERIC"
+      COMMAND ${CMAKE_COMMAND} -E make_directory "${test_locales}"
+      COMMAND ${LOCALEDEF} --quiet -i de_DE -f ${charmap} "${test_locales}/de_DE.${charmap}"
+      COMMENT "Making the locale de_DE.${charmap}")
+    list(APPEND test_locale_files "${test_locales}/de_DE.${charmap}/LC_NUMERIC")
+  endforeach()
+  add_custom_target(test_locales ALL DEPENDS ${test_locale_files})
+endif()
+
 function(selvane_add_test target)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS" "" "SOURCES;LINK")
   if(NOT BUILD_TESTING)
@@ -102,6 +117,10 @@ function(selvane_add_test target)
     SELVANE_SOURCE_DIR="${data_prefix}${PROJECT_SOURCE_DIR}"
     SELVANE_SHARED_DESCRIPTIONS="${data_prefix}${SELVANE_DESCRIPTIONS}")
   add_test(NAME ${target} COMMAND ${target})
+  if(TARGET test_locales)
+    add_dependencies(${target} test_locales)
+    set_tests_properties(${target} PROPERTIES ENVIRONMENT "LOCPATH=${test_locales}")
+  endif()
   # A hang is a failure, not a wait: no test program comes near this.
   set_tests_properties(${target} PROPERTIES TIMEOUT 600)
   if(ARG_DATA_DESCRIPTIONS)

@@ -27,7 +27,7 @@ bool read_path(const bytes& request, std::string& path) {
 bytes copy_of(const void* data, DWORD size) {
     if (data == nullptr) return {};
     const auto* first = static_cast<const std::uint8_t*>(data);
-    return bytes(first, first + std::min<std::size_t>(size, kept_bytes));
+    return {first, first + std::min<std::size_t>(size, kept_bytes)};
 }
 
 bool read_instance(driver_call& call) {

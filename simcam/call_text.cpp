@@ -21,7 +21,7 @@ constexpr std::size_t longest_byte_list = 64;
 
 template <class Value>
 std::optional<Value> read_as(const bytes& data) {
-    Value value;
+    Value value = {};
     if (data.size() < sizeof(value)) return std::nullopt;
     std::memcpy(&value, data.data(), sizeof(value));
     return value;

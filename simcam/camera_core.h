@@ -16,7 +16,7 @@ namespace simcam {
 /// back.
 class camera_core {
 public:
-    explicit camera_core(camera_options options);
+    explicit camera_core(camera_options wanted);
 
     [[nodiscard]] HRESULT query(REFGUID set, DWORD id, DWORD* support);
     [[nodiscard]] HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
@@ -47,7 +47,7 @@ private:
 
     [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);
-    [[nodiscard]] HRESULT get_description(const bytes& request, DWORD id, void* data, DWORD size,
+    [[nodiscard]] HRESULT get_description(const bytes& instance, DWORD id, void* data, DWORD size,
                                           DWORD& returned) const;
     [[nodiscard]] HRESULT get_named(const std::string& path, void* data, DWORD size, DWORD& returned) const;
     [[nodiscard]] HRESULT set_property(const driver_call& call, const void* data, DWORD size);

@@ -255,7 +255,7 @@ HRESULT feature_server::get_text(std::string_view path, std::string& text) const
     if (asked.suffix == path_suffix::value && node->get_node_type() == node_type::string) {
         const result<std::string> value = static_cast<IString&>(*node).get_val(fresh);
         if (!value) return to_hresult(value.error());
-        text = value.value().c_str();
+        text = value.value().substr(0, value.value().find('\0'));
         return S_OK;
     }
     return property_unknown;

@@ -92,7 +92,7 @@ camera_options foreign() {
 
 struct recipe {
     camera_name name;
-    camera_options (*make)();
+    camera_options (*make)() = nullptr;
 };
 
 constexpr recipe recipes[] = {

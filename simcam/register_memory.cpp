@@ -166,6 +166,12 @@ void register_memory::poke_number(std::uint64_t address, std::size_t length, std
     poke(address, contents);
 }
 
+std::vector<std::uint64_t> register_memory::written_pages() const {
+    std::vector<std::uint64_t> addresses;
+    for (const auto& [number, contents] : pages_) addresses.push_back(number * page_size);
+    return addresses;
+}
+
 void register_memory::protect(std::uint64_t address, std::uint64_t length, area_access access) {
     protections_.push_back({address, length, access, nullptr});
 }

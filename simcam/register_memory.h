@@ -22,6 +22,7 @@ enum class area_access { read_write, read_only, write_only };
 class register_memory final : public GenICam::IDevicePort {
 public:
     using hook = std::function<void(register_memory&)>;
+    static constexpr std::size_t page_size = 256;
 
     [[nodiscard]] std::error_code read(std::uint64_t address, void* buffer, std::int64_t length,
                                        std::uint32_t flags) override;
@@ -40,6 +41,9 @@ public:
     void poke_number(std::uint64_t address, std::size_t length, std::uint64_t value,
                      bool little_endian = false);
 
+    /// The addresses of all pages of `page_size` bytes that were ever written to, ascending.
+    [[nodiscard]] std::vector<std::uint64_t> written_pages() const;
+
     void protect(std::uint64_t address, std::uint64_t length, area_access access);
     /// Runs before each port access that reads a byte of the area: registers that change by themselves.
     void before_read(std::uint64_t address, std::uint64_t length, hook run);
@@ -53,7 +57,6 @@ public:
     [[nodiscard]] std::size_t load(std::string_view lines);
 
 private:
-    static constexpr std::size_t page_size = 256;
     using page = std::array<std::uint8_t, page_size>;
     struct area {
         std::uint64_t address;

@@ -109,7 +109,7 @@ strobe_record record_of(const strobe_property& property) noexcept {
 }
 
 HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
-    gpio_record record;
+    gpio_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (record.output < 0 || record.output > property.output_max) return E_INVALIDARG;
     property.output = record.output;
@@ -118,7 +118,7 @@ HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
 
 // Limits and restrictions are the camera's own; a duration of 0 is what the mode "constant" sends.
 HRESULT set_strobe(strobe_property& property, const void* data, DWORD size) {
-    strobe_record record;
+    strobe_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     property.enable = record.enable != 0 ? 1 : 0;
     if ((property.restrictions & strobe_without_polarity) == 0)
@@ -205,7 +205,7 @@ bool vendor_driver::is_governed(DWORD id) const {
 }
 
 HRESULT vendor_driver::set_integer(DWORD id, integer_property& property, const void* data, DWORD size) {
-    PropertyRecord record;
+    PropertyRecord record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (id == property_software_trigger) return software_trigger(record.flags);
     if (is_governed(id)) return E_ACCESSDENIED;
@@ -222,7 +222,7 @@ HRESULT vendor_driver::set_integer(DWORD id, integer_property& property, const v
 }
 
 HRESULT vendor_driver::set_float(DWORD id, float_property& property, const void* data, DWORD size) {
-    FloatPropertyRecord record;
+    FloatPropertyRecord record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (is_governed(id)) return E_ACCESSDENIED;
     const bool automatic = (record.flags & flag_automatic) != 0;

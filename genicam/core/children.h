@@ -112,10 +112,17 @@ public:
         return found->element.child_value();
     }
 
-    [[nodiscard]] std::size_t count(GenICam::child name) const noexcept {
-        if (!present_.has(name)) return 0;
+    /// Calls `fn` with each child of that name, in document order.
+    template <class Function>
+    void for_each(GenICam::child name, Function fn) const {
+        if (!present_.has(name)) return;
+        for (const known_child& one : children_) {
+            if (one.name == name) fn(one.element);
+        }
+    }
+    [[nodiscard]] std::size_t count(GenICam::child name) const {
         std::size_t found = 0;
-        for (const known_child& one : children_) found += one.name == name;
+        for_each(name, [&found](pugi::xml_node) { ++found; });
         return found;
     }
 

@@ -35,8 +35,7 @@ bool has_truth_value(const INode& node) {
 
 node_base_data::node_base_data(document_services* services, const described_element& xml)
     : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml.present()) {
-    imposed_access_mode_ =
-        xml.has(child::ImposedAccessMode) ? parse_imposed_access_mode(xml) : AccessMode::RW;
+    imposed_access_mode_ = parse_imposed_access_mode(xml.text(child::ImposedAccessMode));
 }
 
 void node_base_data::resolve_references(IGenICamDoc* doc) {

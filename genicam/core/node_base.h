@@ -68,6 +68,11 @@ public:
     [[nodiscard]] const char* element_name() const noexcept { return xml_.name(); }
     [[nodiscard]] const char* name_text() const noexcept { return name_.empty() ? "" : name_.data(); }
     [[nodiscard]] const child_set& children() const noexcept { return children_; }
+    /// Whether the element names nodes that decide its access or invalidate it.
+    [[nodiscard]] bool has_common_links() const noexcept {
+        return children_.has_any(child::pIsImplemented, child::pIsAvailable, child::pIsLocked,
+                                 child::pInvalidator);
+    }
 
 private:
     friend class node_base_impl_value;

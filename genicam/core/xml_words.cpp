@@ -61,9 +61,7 @@ std::optional<T> find_word(const word<T> (&words)[Count], std::string_view text)
     return std::nullopt;
 }
 
-using message_writer = void (*)(const char* format, pugi::xml_node xml, std::string_view text);
-
-void log_contents(const char* format, pugi::xml_node, std::string_view text) {
+void log_contents(const char* format, std::string_view text) {
     if (log_enabled(log_failure))
         log_message(log_failure, format, static_cast<int>(text.size()), text.data());
 }
@@ -76,56 +74,66 @@ void log_node_contents(const char* format, pugi::xml_node xml, std::string_view 
     }
 }
 
-template <class T, std::size_t Count>
-T parse_word(const word<T> (&words)[Count], pugi::xml_node xml, const char* name, T default_value,
-             const char* message, message_writer write = log_contents) {
-    const std::string_view text = child_text(xml, name);
+// The word, or the default; `write_message` gets a text that is none.
+template <class T, std::size_t Count, class Writer>
+T parse_or(const word<T> (&words)[Count], std::string_view text, T default_value, Writer write_message) {
     if (text.empty()) return default_value;
     const std::optional<T> value = find_word(words, text);
-    if (!value) write(message, xml, text);
+    if (!value) write_message();
     return value.value_or(default_value);
+}
+
+template <class T, std::size_t Count>
+T parse_text(const word<T> (&words)[Count], std::string_view text, T default_value, const char* message) {
+    return parse_or(words, text, default_value, [=] { log_contents(message, text); });
+}
+
+template <class T, std::size_t Count>
+T parse_node_text(const word<T> (&words)[Count], pugi::xml_node xml, const char* name, T default_value,
+                  const char* message) {
+    const std::string_view text = child_text(xml, name);
+    return parse_or(words, text, default_value, [=] { log_node_contents(message, xml, text); });
 }
 
 }  // namespace
 
-AccessMode parse_imposed_access_mode(pugi::xml_node xml) {
-    return parse_word(access_modes, xml, "ImposedAccessMode", AccessMode::RW,
+AccessMode parse_imposed_access_mode(std::string_view text) {
+    return parse_text(access_modes, text, AccessMode::RW,
                       "Invalid contents of \"ImposedAccessMode\" node (\"%.*s\"\n");
 }
 
-AccessMode parse_access_mode(pugi::xml_node xml) {
-    return parse_word(access_modes, xml, "AccessMode", AccessMode::RW,
+AccessMode parse_access_mode(std::string_view text) {
+    return parse_text(access_modes, text, AccessMode::RW,
                       "Invalid contents of \"AccessMode\" node (\"%.*s\"\n");
 }
 
 Visibility parse_visibility(pugi::xml_node xml) {
-    return parse_word(
+    return parse_node_text(
         visibilities, xml, "Visibility", Visibility::Beginner,
         "GenICam::node_base_data::getVisibility, %s (\"%s\"). Failed to parse \"Visibility\" xml "
-        "node contents (\"%.*s\").\n",
-        log_node_contents);
+        "node contents (\"%.*s\").\n");
 }
 
 bool parse_streamable(pugi::xml_node xml) {
-    return parse_word(
+    return parse_node_text(
         yes_no, xml, "Streamable", false,
         "GenICam::node_base_data::get_streamable, %s (\"%s\"). Failed to parse \"Streamable\" xml "
-        "node contents (\"%.*s\").\n",
-        log_node_contents);
+        "node contents (\"%.*s\").\n");
 }
 
 Representation parse_representation(pugi::xml_node xml) {
-    return parse_word(representations, xml, "Representation", Representation::PureNumber,
+    return parse_text(representations, child_text(xml, "Representation"), Representation::PureNumber,
                       "Invalid contents (\"%.*s\") of Integer \"Representation\" xml node.\n");
 }
 
 FloatRepresentation parse_float_representation(pugi::xml_node xml) {
-    return parse_word(float_representations, xml, "Representation", FloatRepresentation::PureNumber,
+    return parse_text(float_representations, child_text(xml, "Representation"),
+                      FloatRepresentation::PureNumber,
                       "Invalid contents (\"%.*s\") of Float \"Representation\" xml node.\n");
 }
 
 DisplayNotation parse_display_notation(pugi::xml_node xml) {
-    return parse_word(display_notations, xml, "DisplayNotation", DisplayNotation::Automatic,
+    return parse_text(display_notations, child_text(xml, "DisplayNotation"), DisplayNotation::Automatic,
                       "Invalid contents (\"%.*s\") of \"DisplayNotation\" xml node.\n");
 }
 
@@ -133,31 +141,26 @@ std::int64_t parse_display_precision(pugi::xml_node xml) {
     const std::optional<std::int64_t> precision = find_display_precision(xml);
     const std::string_view text = child_text(xml, "DisplayPrecision");
     if (!precision && !text.empty())
-        log_contents("Invalid contents (\"%.*s\") of \"DisplayPrecision\" xml node.\n", xml, text);
+        log_contents("Invalid contents (\"%.*s\") of \"DisplayPrecision\" xml node.\n", text);
     return precision.value_or(default_display_precision);
 }
 
-Endianess parse_endianess(pugi::xml_node xml) {
-    return parse_word(endianesses, xml, "Endianess", Endianess::BigEndian,
+Endianess parse_endianess(std::string_view text) {
+    return parse_text(endianesses, text, Endianess::BigEndian,
                       "Invalid contents of \"Endianess\" node (\"%.*s\"\n");
 }
 
-Sign parse_sign(pugi::xml_node xml) {
-    return parse_word(signs, xml, "Sign", Sign::Unsigned, "Invalid contents of \"Sign\" node (\"%.*s\"\n");
+Sign parse_sign(std::string_view text) {
+    return parse_text(signs, text, Sign::Unsigned, "Invalid contents of \"Sign\" node (\"%.*s\"\n");
 }
 
-Cachable parse_cachable(pugi::xml_node xml, Cachable default_value) {
-    return parse_word(cachables, xml, "Cachable", default_value,
-                      "Invalid contents of \"Cachable\" node (\"%.*s\"\n");
+Cachable parse_cachable(std::string_view text, Cachable default_value) {
+    return parse_text(cachables, text, default_value, "Invalid contents of \"Cachable\" node (\"%.*s\"\n");
 }
 
-std::optional<AccessMode> find_access_mode(pugi::xml_node xml) {
-    return find_word(access_modes, child_text(xml, "AccessMode"));
-}
+std::optional<AccessMode> find_access_mode(std::string_view text) { return find_word(access_modes, text); }
 
-std::optional<Cachable> find_cachable(pugi::xml_node xml) {
-    return find_word(cachables, child_text(xml, "Cachable"));
-}
+std::optional<Cachable> find_cachable(std::string_view text) { return find_word(cachables, text); }
 
 std::optional<Representation> find_representation(pugi::xml_node xml) {
     return find_word(representations, child_text(xml, "Representation"));

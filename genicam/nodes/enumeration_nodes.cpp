@@ -35,16 +35,22 @@ bool enum_entry_type::is_self_clearing() const {
 enum_entries::enum_entries(document_services* services, const described_element& xml, void* place) {
     auto* first = static_cast<enum_entry_type*>(place);
     std::uint32_t count = 0;
-    for (const known_child& listed : xml.known_children()) {
-        if (listed.name != child::EnumEntry) continue;
-        ::new (first + count) enum_entry_type(services, *scanned_element(listed.element), count);
+    std::vector<known_child> children;
+    xml.for_each(child::EnumEntry, [&](pugi::xml_node entry) {
+        children.clear();
+        const child_set present = list_children(entry, children);
+        ::new (first + count) enum_entry_type(services, {entry, present, children}, count);
         ++count;
-    }
+    });
     entries_ = {first, count};
 }
 
+// Nearly all entries have nothing to resolve.
 void enum_entries::resolve_references(IGenICamDoc* doc) {
-    for (enum_entry_type& entry : entries_) static_cast<node_base_data&>(entry).resolve_references(doc);
+    for (enum_entry_type& entry : entries_) {
+        node_base_data& base = entry;
+        if (base.has_common_links()) base.resolve_references(doc);
+    }
 }
 
 std::vector<IEnumEntry*> enum_entries::list() const {

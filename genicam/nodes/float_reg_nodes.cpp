@@ -55,8 +55,8 @@ std::error_code refuse_length(const char* format, std::int64_t length) {
 
 float_reg_type_base::float_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml) {
-    read_cache_words();
-    read_access_mode(*this);
+    read_cache_words(xml);
+    read_access_mode(*this, xml);
 }
 
 void float_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

@@ -8,9 +8,9 @@ namespace GenICam {
 
 int_reg_type_base::int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml) {
-    read_cache_words();
-    if (children().has(child::Sign)) cache_.sign = parse_sign(xml);
-    read_access_mode(*this);
+    read_cache_words(xml);
+    cache_.sign = parse_sign(xml.text(child::Sign));
+    read_access_mode(*this, xml);
 }
 
 void int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

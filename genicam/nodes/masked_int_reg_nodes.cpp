@@ -12,8 +12,8 @@ constexpr std::int32_t fallback_length = 4;
 
 masked_int_reg_type_base::masked_int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    if (children().has(child::Endianess)) cache_.endianess = parse_endianess(xml);
-    read_access_mode(*this);
+    cache_.endianess = parse_endianess(xml.text(child::Endianess));
+    read_access_mode(*this, xml);
 }
 
 void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

@@ -4,22 +4,10 @@
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
-#include <cstddef>
-
 namespace GenICam {
 namespace {
 
 constexpr std::int64_t default_length = 4;
-
-constexpr const char* term_names[] = {"IntSwissKnife", "pAddress", "pIndex"};
-
-std::size_t count_terms(const described_element& xml) {
-    std::size_t count = 0;
-    for (const char* name : term_names) {
-        for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
-    }
-    return count;
-}
 
 std::error_code fail_term(const char* format, const std::error_code& failure) {
     // An address does not know whose it is.
@@ -67,14 +55,14 @@ result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t fla
 
 std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     std::uint64_t sum = 0;
-    for (const pugi::xml_node element : xml.children("Address")) {
+    xml.for_each(child::Address, [&](pugi::xml_node element) {
         std::int64_t address = 0;
         if (parse_int(element.child_value(), address) == 0) {
             log_element(
                 "calc_address_nodes_sum, %s (\"%s\"). Node contains invalid \"Address\" XML element.\n", xml);
         }
         sum += static_cast<std::uint64_t>(address);
-    }
+    });
     return sum;
 }
 
@@ -95,18 +83,18 @@ register_const_address_eval::register_const_address_eval(const described_element
 void address_eval::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self) {
     if (xml.has(child::Address)) base_ = calc_address_nodes_sum(xml);
     if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
-    terms_.reserve(count_terms(xml));
-    for (const pugi::xml_node element : xml.children("IntSwissKnife")) {
+    terms_.reserve(xml.count(child::IntSwissKnife) + xml.count(child::pAddress) + xml.count(child::pIndex));
+    xml.for_each(child::IntSwissKnife, [&](pugi::xml_node element) {
         append_added(doc->find_node(element.attribute("Name").value()), xml, self,
                      "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
                      "\"IntSwissKnife\" XML element.\n");
-    }
-    for (const pugi::xml_node element : xml.children("pAddress")) {
+    });
+    xml.for_each(child::pAddress, [&](pugi::xml_node element) {
         append_added(doc->find_node(element.child_value()), xml, self,
                      "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
                      "\"pAddress\" XML element.\n");
-    }
-    for (const pugi::xml_node element : xml.children("pIndex")) append_index(doc, xml, element, self);
+    });
+    xml.for_each(child::pIndex, [&](pugi::xml_node element) { append_index(doc, xml, element, self); });
 }
 
 void address_eval::append_added(INode* node, const described_element& xml, INode* self,

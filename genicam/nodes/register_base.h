@@ -19,7 +19,7 @@ inline std::error_code spread_write(node_base_impl_value& node, const std::error
 }
 
 /// Takes over the `AccessMode` child of a register, which cannot loosen an imposed mode.
-void read_access_mode(node_base_data& node);
+void read_access_mode(node_base_data& node, const described_element& xml);
 
 /// A node with the register cache.
 class node_base_impl_register : public node_base_impl_value {
@@ -34,7 +34,7 @@ protected:
     ~node_base_impl_register() = default;
 
     /// `Cachable` and `Endianess` as `IntReg` and `FloatReg` have them.
-    void read_cache_words();
+    void read_cache_words(const described_element& xml);
 
     register_cache cache_;
 };

@@ -6,7 +6,7 @@ namespace GenICam {
 
 register_type::register_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml) {
-    read_access_mode(*this);
+    read_access_mode(*this, xml);
 }
 
 void register_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

@@ -95,8 +95,8 @@ std::error_code string_cache::store(std::uint64_t address, std::string_view text
 
 string_reg_type::string_reg_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml) {
-    if (children().has(child::Cachable)) cache_.cachable = parse_cachable(xml, Cachable::WriteThrough);
-    read_access_mode(*this);
+    cache_.cachable = parse_cachable(xml.text(child::Cachable), Cachable::WriteThrough);
+    read_access_mode(*this, xml);
 }
 
 void string_reg_type::invalidate() {

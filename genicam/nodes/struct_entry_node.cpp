@@ -13,12 +13,13 @@ pugi::xml_node find_struct_frame(pugi::xml_node entry) {
 
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    const pugi::xml_node frame = find_struct_frame(xml);
-    const std::optional<Cachable> own_cachable = find_cachable(xml);
-    cache_.cachable = own_cachable ? *own_cachable : parse_cachable(frame, Cachable::NoCache);
-    cache_.endianess = parse_endianess(frame);
-    const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml);
-    set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame));
+    const scanned_element frame(find_struct_frame(xml));
+    const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
+    cache_.cachable =
+        own_cachable ? *own_cachable : parse_cachable(frame->text(child::Cachable), Cachable::NoCache);
+    cache_.endianess = parse_endianess(frame->text(child::Endianess));
+    const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
+    set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame->text(child::AccessMode)));
 }
 
 void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

@@ -5,9 +5,6 @@
 namespace ZELAdapterHelper {
 namespace {
 
-constexpr GUID color_enhancement_set = {
-    0x8CBCF1C6, 0x53C3, 0x4D79, {0x8E, 0xDB, 0xC0, 0x64, 0x65, 0x75, 0xDA, 0xC8}};
-
 // A switch on a property set of its own, whose ids are the keys.
 class CUVCColorEnhanceMtxEnable final : public CZELItemDataBase {
 public:

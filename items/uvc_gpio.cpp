@@ -1,22 +1,10 @@
 #include "items/builtin_factories.h"
 #include "items/interface_keys.h"
+#include "items/io_records.h"
 #include "items/vendor_properties.h"
 
 namespace ZELAdapterHelper {
 namespace {
-
-struct GpioRecord {
-    std::uint8_t header[24];
-    std::int32_t input;
-    std::int32_t output;
-    std::int32_t max_input;   // 0: no inputs
-    std::int32_t max_output;  // 0: no outputs
-};
-static_assert(sizeof(GpioRecord) == 40);
-static_assert(offsetof(GpioRecord, input) == 24);
-static_assert(offsetof(GpioRecord, output) == 28);
-static_assert(offsetof(GpioRecord, max_input) == 32);
-static_assert(offsetof(GpioRecord, max_output) == 36);
 
 // The camera's pins, explicit at both ends: the values are those of the last "Read", and what is set reaches
 // the pins at "Write".

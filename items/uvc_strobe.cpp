@@ -1,5 +1,6 @@
 #include "items/builtin_factories.h"
 #include "items/interface_keys.h"
+#include "items/io_records.h"
 #include "items/vendor_properties.h"
 
 #include <iterator>
@@ -7,32 +8,6 @@
 
 namespace ZELAdapterHelper {
 namespace {
-
-struct StrobeRecord {
-    std::uint8_t header[24];
-    std::uint32_t enable;
-    std::int32_t delay;
-    std::int32_t delay_min;
-    std::int32_t delay_max;
-    std::int32_t delay_default;
-    std::int32_t duration;
-    std::int32_t duration_min;
-    std::int32_t duration_max;
-    std::int32_t duration_default;
-    std::uint32_t polarity;
-    std::uint32_t unused_64;
-    std::uint32_t follow_exposure;
-    std::uint32_t unused_72;
-    std::uint32_t restrictions;
-    std::uint8_t unused_80[8];
-};
-static_assert(sizeof(StrobeRecord) == 88);
-static_assert(offsetof(StrobeRecord, enable) == 24);
-static_assert(offsetof(StrobeRecord, delay) == 28);
-static_assert(offsetof(StrobeRecord, duration) == 44);
-static_assert(offsetof(StrobeRecord, polarity) == 60);
-static_assert(offsetof(StrobeRecord, follow_exposure) == 68);
-static_assert(offsetof(StrobeRecord, restrictions) == 76);
 
 constexpr std::uint32_t no_polarity = 1;
 constexpr std::uint32_t no_delay = 2;

@@ -8,7 +8,11 @@ namespace ZELAdapterHelper {
 constexpr GUID vendor_property_set = {
     0x515E97D1, 0xC453, 0x4772, {0xA4, 0x89, 0xCC, 0x07, 0x0A, 0x5A, 0x24, 0x42}};
 
-/// Properties of that set, by the numbers that the driver knows them by.
+/// The property set of the colour enhancement switch, property 0.
+constexpr GUID color_enhancement_set = {
+    0x8CBCF1C6, 0x53C3, 0x4D79, {0x8E, 0xDB, 0xC0, 0x64, 0x65, 0x75, 0xDA, 0xC8}};
+
+/// Properties of the former, by the numbers that the driver knows them by.
 enum VendorProperty : DWORD {
     property_white_balance_blue = 101,
     property_white_balance_red = 102,

@@ -1,9 +1,9 @@
 #include "simcam/call_text.h"
 
 #include "adapter/device_property_set.h"
+#include "items/io_records.h"
 #include "items/vendor_properties.h"
 #include "platform/text.h"
-#include "simcam/io_records.h"
 
 #include <fmt/format.h>
 
@@ -69,18 +69,17 @@ std::string text_of(const FloatPropertyRecord& r) {
                        r.capabilities, r.min, r.max, r.default_value);
 }
 
-std::string text_of(const gpio_record& r) {
-    return fmt::format("in={} out={} in-max={} out-max={}", r.input, r.output, r.input_max, r.output_max);
+std::string text_of(const GpioRecord& r) {
+    return fmt::format("in={} out={} in-max={} out-max={}", r.input, r.output, r.max_input, r.max_output);
 }
 
-std::string text_of(const strobe_record& r) {
+std::string text_of(const StrobeRecord& r) {
     return fmt::format(
         "enable={} delay={} [{}..{} default {}] duration={} [{}..{} default {}] polarity={} "
         "follow-exposure={} "
         "restrictions=0x{:X}",
         r.enable, r.delay, r.delay_min, r.delay_max, r.delay_default, r.duration, r.duration_min,
-        r.duration_max, r.duration_default, r.polarity, r.follow_exposure,
-        static_cast<std::uint32_t>(r.restrictions));
+        r.duration_max, r.duration_default, r.polarity, r.follow_exposure, r.restrictions);
 }
 
 // The vendor records differ in size, so the size tells the record.
@@ -90,10 +89,10 @@ std::string vendor_record(const bytes& data) {
             return text_of(*read_as<PropertyRecord>(data));
         case sizeof(FloatPropertyRecord):
             return text_of(*read_as<FloatPropertyRecord>(data));
-        case sizeof(gpio_record):
-            return text_of(*read_as<gpio_record>(data));
-        case sizeof(strobe_record):
-            return text_of(*read_as<strobe_record>(data));
+        case sizeof(GpioRecord):
+            return text_of(*read_as<GpioRecord>(data));
+        case sizeof(StrobeRecord):
+            return text_of(*read_as<StrobeRecord>(data));
         default:
             return hex_bytes(data);
     }

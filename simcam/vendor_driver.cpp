@@ -1,8 +1,8 @@
 #include "simcam/vendor_driver.h"
 
+#include "items/io_records.h"
 #include "items/standard_controls.h"
 #include "items/vendor_properties.h"
-#include "simcam/io_records.h"
 #include "simcam/quantities.h"
 
 #include <algorithm>
@@ -87,13 +87,13 @@ FloatPropertyRecord record_of(const float_property& property) noexcept {
             {}};
 }
 
-gpio_record record_of(const gpio_property& property) noexcept {
+GpioRecord record_of(const gpio_property& property) noexcept {
     return {{}, property.input, property.output, property.input_max, property.output_max};
 }
 
-strobe_record record_of(const strobe_property& property) noexcept {
-    strobe_record record = {};
-    record.enable = property.enable;
+StrobeRecord record_of(const strobe_property& property) noexcept {
+    StrobeRecord record = {};
+    record.enable = static_cast<std::uint32_t>(property.enable);
     record.delay = property.delay;
     record.delay_min = property.delay_min;
     record.delay_max = property.delay_max;
@@ -102,14 +102,14 @@ strobe_record record_of(const strobe_property& property) noexcept {
     record.duration_min = property.duration_min;
     record.duration_max = property.duration_max;
     record.duration_default = property.duration_default;
-    record.polarity = property.polarity;
-    record.follow_exposure = property.follow_exposure;
-    record.restrictions = property.restrictions;
+    record.polarity = static_cast<std::uint32_t>(property.polarity);
+    record.follow_exposure = static_cast<std::uint32_t>(property.follow_exposure);
+    record.restrictions = static_cast<std::uint32_t>(property.restrictions);
     return record;
 }
 
 HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
-    gpio_record record = {};
+    GpioRecord record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (record.output < 0 || record.output > property.output_max) return E_INVALIDARG;
     property.output = record.output;
@@ -118,7 +118,7 @@ HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
 
 // Limits and restrictions are the camera's own; a duration of 0 is what the mode "constant" sends.
 HRESULT set_strobe(strobe_property& property, const void* data, DWORD size) {
-    strobe_record record = {};
+    StrobeRecord record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     property.enable = record.enable != 0 ? 1 : 0;
     if ((property.restrictions & strobe_without_polarity) == 0)

@@ -1,7 +1,8 @@
 # What every room's CMakeLists.txt uses to make its targets.
 #
-#   selvane_add_library(<target> SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
-#       static library; includes start at the project's root
+#   selvane_add_library(<target> [SMALL] SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
+#       static library; includes start at the project's root. SMALL: its code waits for people and drivers, so that the
+#       DLL has it for size and not for speed
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
 #   selvane_add_test(<target> SOURCES ... LINK ... [DATA_DESCRIPTIONS])
@@ -76,13 +77,16 @@ function(selvane_present_sources out)
 endfunction()
 
 function(selvane_add_library target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "SMALL" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
   selvane_present_sources(ARG_SOURCES ${ARG_SOURCES})
   add_library(${target} STATIC ${ARG_SOURCES})
   target_link_libraries(${target}
     PUBLIC ${ARG_PUBLIC_LINK}
     PRIVATE ${ARG_PRIVATE_LINK} selvane_options)
   target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+  if(ARG_SMALL AND WIN32)
+    target_compile_options(${target} PRIVATE -Os)
+  endif()
 endfunction()
 
 function(selvane_add_program target)

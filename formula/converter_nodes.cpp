@@ -11,22 +11,6 @@
 namespace GenICam {
 namespace {
 
-// False, and a message, for a formula that does not parse.
-bool parse_direction(std::string_view text, const variable_table& table, const node_base_data& self,
-                     formula_program& program) {
-    result<formula_program> parsed = parse_formula(text, table);
-    if (!parsed) {
-        log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, Converter (\"%s\"). failed to "
-            "evaluate "
-            "\"%.*s\"\n",
-            self, static_cast<int>(text.size()), text.data());
-        return false;
-    }
-    program = std::move(parsed.assume_value());
-    return true;
-}
-
 // As every write of a value to a node, but a float for an integer node is rounded, not cut off.
 std::error_code set_result(INode* target, const eval_value& value, std::uint32_t flags) {
     if (value.is_integer || target->get_node_type() == node_type::integer) {
@@ -41,9 +25,8 @@ bool converter_impl::resolve_target(IGenICamDoc* doc, const described_element& x
     target_ = doc->find_node(child_text(xml, child::pValue));
     if (target_ == nullptr) {
         log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, Converter (\"%s\"). Failed "
-            "due to "
-            "missing pValue element.\n",
+            "GenICam::converter::converter_impl::resolve_converter_references, "
+            "Converter (\"%s\"). Failed due to missing pValue element.\n",
             self);
         return false;
     }
@@ -58,16 +41,33 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
     const std::string_view to = child_text(xml, child::FormulaTo);
     if (from.empty() || to.empty()) {
         log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, Converter (\"%s\"). Failed "
-            "due to "
-            "missing FormulaFrom/FormulaTo member(s).\n",
+            "GenICam::converter::converter_impl::resolve_converter_references, "
+            "Converter (\"%s\"). Failed due to missing FormulaFrom/FormulaTo member(s).\n",
             self);
         return;
     }
     variable_table table(false);
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    if (parse_direction(from, table, self, formula_from_)) parse_direction(to, table, self, formula_to_);
+    const bool reads_float = target_->get_node_type() == node_type::floating;
+    const bool takes_float = !map_.is_integer();
+    if (parse(from, table, reads_float, self, formula_from_))
+        parse(to, table, takes_float, self, formula_to_);
+}
+
+bool converter_impl::parse(std::string_view text, const variable_table& table, bool is_float,
+                           const node_base_data& self, formula_program& program) const {
+    result<formula_program> parsed =
+        map_.parse(text, table, is_float ? number_kind::floating : number_kind::integer);
+    if (!parsed) {
+        log_node(
+            "GenICam::converter::converter_impl::resolve_converter_references, "
+            "Converter (\"%s\"). failed to evaluate \"%.*s\"\n",
+            self, static_cast<int>(text.size()), text.data());
+        return false;
+    }
+    program = std::move(parsed.assume_value());
+    return true;
 }
 
 result<eval_value> converter_impl::read(std::uint32_t flags) {

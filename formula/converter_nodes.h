@@ -22,6 +22,10 @@ public:
     [[nodiscard]] INode* target() const noexcept { return target_; }
 
 private:
+    /// Parses one direction, whose `FROM` and `TO` will mostly be of that kind; false, and a message, on
+    /// failure.
+    bool parse(std::string_view text, const variable_table& table, bool is_float, const node_base_data& self,
+               formula_program& program) const;
     [[nodiscard]] bool resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
 
     INode* target_ = nullptr;

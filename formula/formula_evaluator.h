@@ -4,6 +4,8 @@
 #include "formula/function_ref.h"
 #include "genicam/core/error.h"
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -25,35 +27,42 @@ using instruction_watch =
 [[nodiscard]] std::string_view run_instructions(const formula_program& program, variable_lookup variables,
                                                 eval_value& result, instruction_watch watch);
 
-/// Computes a formula. `variables` is called with an id and gives a pointer to an `eval_value`, or an
-/// optional one; null or empty means not found. Fails with `formula_parse_failed` only. An integer division
-/// by zero ends the process. Does not allocate unless the formula needs more than 20 values at a time, or 256
-/// in all when specialised.
+/// The slots of ordinary formulas.
+constexpr std::size_t formula_slots_in_place = 64;
+
+/// What remains when no specialised form in place did: large ones, and at last the instructions one by one.
 template <class Variables>
-[[nodiscard]] result<eval_value> evaluate_formula(const formula_program& program, Variables&& variables) {
-    eval_value value;
-    if (program.specialised != nullptr && program.specialised->evaluate(variables, value)) return value;
+[[nodiscard, gnu::noinline]] result<eval_value> evaluate_otherwise(const formula_program& program,
+                                                                   Variables& variables) {
+    for (const specialised_formula* form = program.specialised.get(); form != nullptr;
+         form = form->alternative.get()) {
+        if (form->frame_size() <= formula_slots_in_place) continue;
+        const std::unique_ptr<bare_number[]> frame(new bare_number[form->frame_size()]);
+        if (form->load(variables, frame.get())) return form->run(frame.get());
+    }
     const auto copied = [&variables](identifier_id id) -> std::optional<eval_value> {
         const auto found = variables(id);
         if (!found) return std::nullopt;
         return *found;
     };
+    eval_value value;
     if (!run_instructions(program, copied, value).empty()) return make_error_code(formula_parse_failed);
     return value;
 }
 
-/// Prepares a program for variables of the kinds that `variables` has now, so that evaluations with such
-/// variables are faster. Those with others give the same results as ever. Some programs cannot be prepared
-/// and stay as they are.
+/// Computes a formula. `variables` is called with an id and gives a pointer to an `eval_value`, or an
+/// optional one; null or empty means not found. Fails with `formula_parse_failed` only. An integer division
+/// by zero ends the process. Does not allocate unless the formula needs more than 20 values at a time, or 64
+/// with its variables when specialised.
 template <class Variables>
-void specialise_formula(formula_program& program, Variables&& variables) {
-    const auto kinds = [&variables](identifier_id id) -> std::optional<number_kind> {
-        const auto found = variables(id);
-        if (!found) return std::nullopt;
-        return kind_of(*found);
-    };
-    program.specialised =
-        specialised_formula::make(program.instructions.data(), program.instructions.size(), kinds);
+[[nodiscard]] result<eval_value> evaluate_formula(const formula_program& program, Variables&& variables) {
+    bare_number frame[formula_slots_in_place];
+    for (const specialised_formula* form = program.specialised.get(); form != nullptr;
+         form = form->alternative.get()) {
+        if (form->frame_size() <= formula_slots_in_place && form->load(variables, frame))
+            return form->run(frame);
+    }
+    return evaluate_otherwise(program, variables);
 }
 
 }  // namespace GenICam

@@ -1,5 +1,6 @@
 #include "formula/formula_operation.h"
 
+#include "formula/formula_step.h"
 #include "platform/math.h"
 
 #include <array>
@@ -8,6 +9,7 @@
 #include <type_traits>
 
 namespace GenICam {
+
 namespace {
 
 // Integer arithmetic wraps, so it is done without signs.
@@ -18,11 +20,11 @@ constexpr unsigned shift_count(std::int64_t count) noexcept {
 }
 
 std::int64_t add(std::int64_t l, std::int64_t r) noexcept { return number(bits(l) + bits(r)); }
-double add_float(double l, double r) noexcept { return l + r; }
+double add_real(double l, double r) noexcept { return l + r; }
 std::int64_t subtract(std::int64_t l, std::int64_t r) noexcept { return number(bits(l) - bits(r)); }
-double subtract_float(double l, double r) noexcept { return l - r; }
+double subtract_real(double l, double r) noexcept { return l - r; }
 std::int64_t multiply(std::int64_t l, std::int64_t r) noexcept { return number(bits(l) * bits(r)); }
-double multiply_float(double l, double r) noexcept { return l * r; }
+double multiply_real(double l, double r) noexcept { return l * r; }
 
 // A zero divisor and the one quotient that does not fit must reach the processor's instruction, which ends
 // the process. Out of line, so that no compiler draws conclusions about the operands elsewhere.
@@ -34,14 +36,15 @@ __attribute__((noinline, no_sanitize("undefined"))) std::int64_t remainder(std::
                                                                            std::int64_t r) noexcept {
     return l % r;
 }
-double divide_float(double l, double r) noexcept { return l / r; }
+double divide_real(double l, double r) noexcept { return l / r; }
 
-double power_float(double l, double r) noexcept { return platform::power(l, r); }
+double power_real(double l, double r) noexcept { return platform::power(l, r); }
 std::int64_t power(std::int64_t l, std::int64_t r) noexcept {
     return truncate_to_int(platform::power(static_cast<double>(l), static_cast<double>(r)));
 }
 
-// Both forms of the comparisons and of the logic give an integer.
+// Both forms of the comparisons and of the logic give an integer. With a NaN all comparisons are false but
+// "not equal"; in logic a NaN is true.
 template <class T>
 std::int64_t greater(T l, T r) noexcept {
     return l > r;
@@ -83,9 +86,9 @@ std::int64_t shift_left(std::int64_t l, std::int64_t r) noexcept { return number
 
 std::int64_t complement(std::int64_t x) noexcept { return ~x; }
 std::int64_t negate(std::int64_t x) noexcept { return number(0 - bits(x)); }
-double negate_float(double x) noexcept { return -x; }
+double negate_real(double x) noexcept { return -x; }
 std::int64_t sign(std::int64_t x) noexcept { return (x > 0) - (x < 0); }
-double sign_float(double x) noexcept {
+double sign_real(double x) noexcept {
     if (x == 0.0) return x;
     return x < 0.0 ? -1.0 : 1.0;
 }
@@ -120,7 +123,7 @@ double round_to_digits(double x, std::int64_t digits) noexcept {
     return round_digit(x * scale) / scale;
 }
 
-// From here on the functions above are wrapped so that all have one type.
+// From here on the functions above are wrapped so that all have one type, and made into steps.
 
 template <class Number>
 constexpr number_kind kind_for =
@@ -147,16 +150,24 @@ bare_number store(double number) noexcept {
     return payload;
 }
 
+// A tail call: in optimised builds a jump. Elsewhere the number of steps bounds the depth.
+eval_value go_on(const formula_step* at, bare_number* frame) { return at[1].run(at + 1, frame); }
+
 template <auto Function>
 struct wrapped;
 
 template <class Result, class Operand, Result (*Function)(Operand) noexcept>
 struct wrapped<Function> {
     static constexpr std::size_t arity = 1;
-    static bare_number apply(bare_number operand, bare_number, bare_number) noexcept {
+    static bare_number apply(bare_number operand, bare_number) noexcept {
         return store(Function(read<Operand>(operand)));
     }
-    static constexpr typed_form form = {apply, kind_for<Operand>, kind_for<Operand>, kind_for<Result>, false};
+    static eval_value with_slot(const formula_step* at, bare_number* frame) {
+        frame[at->target] = apply(frame[at->left], {});
+        return go_on(at, frame);
+    }
+    static constexpr typed_form form = {
+        apply, with_slot, nullptr, nullptr, kind_for<Operand>, kind_for<Operand>, kind_for<Result>, false};
 };
 
 constexpr bool can_fault(std::int64_t (*function)(std::int64_t, std::int64_t) noexcept) noexcept {
@@ -170,11 +181,24 @@ constexpr bool can_fault(Function) noexcept {
 template <class Result, class Left, class Right, Result (*Function)(Left, Right) noexcept>
 struct wrapped<Function> {
     static constexpr std::size_t arity = 2;
-    static bare_number apply(bare_number left, bare_number right, bare_number) noexcept {
+    static bare_number apply(bare_number left, bare_number right) noexcept {
         return store(Function(read<Left>(left), read<Right>(right)));
     }
-    static constexpr typed_form form = {apply, kind_for<Left>, kind_for<Right>, kind_for<Result>,
-                                        can_fault(Function)};
+    static eval_value with_slots(const formula_step* at, bare_number* frame) {
+        frame[at->target] = apply(frame[at->left], frame[at->right]);
+        return go_on(at, frame);
+    }
+    static eval_value with_constant(const formula_step* at, bare_number* frame) {
+        frame[at->target] = apply(frame[at->left], at->constant);
+        return go_on(at, frame);
+    }
+    static eval_value on_constant(const formula_step* at, bare_number* frame) {
+        frame[at->target] = apply(at->constant, frame[at->right]);
+        return go_on(at, frame);
+    }
+    static constexpr typed_form form = {
+        apply,          with_slots,      with_constant,    on_constant,
+        kind_for<Left>, kind_for<Right>, kind_for<Result>, can_fault(Function)};
 };
 
 template <auto ForIntegers, auto Otherwise = ForIntegers>
@@ -189,8 +213,8 @@ using level = operator_level;
 
 // Rows with the same first character stand together, two characters before one: the first match counts.
 constexpr formula_operation operations[] = {
-    {"**", token_kind::power, level::term, nullptr, &function<power, power_float>},
-    {"*", token_kind::multiply, level::term, nullptr, &function<multiply, multiply_float>},
+    {"**", token_kind::power, level::term, nullptr, &function<power, power_real>},
+    {"*", token_kind::multiply, level::term, nullptr, &function<multiply, multiply_real>},
     {">>", token_kind::shift_right, level::bit_term, nullptr, &function<shift_right>},
     {">=", token_kind::greater_equal, level::relation, nullptr, comparison<greater_equal, greater_equal>},
     {">", token_kind::greater, level::relation, nullptr, comparison<greater, greater>},
@@ -204,10 +228,9 @@ constexpr formula_operation operations[] = {
     {"|", token_kind::bit_or, level::bit_term, nullptr, &function<bit_or>},
     {"^", token_kind::bit_xor, level::bit_term, nullptr, &function<bit_xor>},
     {"~", token_kind::complement, level::none, &function<complement>},
-    {"+", token_kind::plus, level::sum, nullptr, &function<add, add_float>},
-    {"-", token_kind::minus, level::sum, &function<negate, negate_float>,
-     &function<subtract, subtract_float>},
-    {"/", token_kind::divide, level::term, nullptr, &function<divide, divide_float>},
+    {"+", token_kind::plus, level::sum, nullptr, &function<add, add_real>},
+    {"-", token_kind::minus, level::sum, &function<negate, negate_real>, &function<subtract, subtract_real>},
+    {"/", token_kind::divide, level::term, nullptr, &function<divide, divide_real>},
     {"%", token_kind::remainder, level::term, nullptr, &function<remainder>},
     {"=", token_kind::equal, level::relation, nullptr, comparison<equal, equal>},
     {"(", token_kind::open},
@@ -238,8 +261,8 @@ constexpr named_function functions[] = {
     {"CEIL", "ceil", &function<ceiling>},
     {"ASIN", "asin", &function<arc_sine>},
     {"ACOS", "acos", &function<arc_cosine>},
-    {"SGN", "sgn", &function<sign, sign_float>},
-    {"NEG", "neg", &function<negate, negate_float>},
+    {"SGN", "sgn", &function<sign, sign_real>},
+    {"NEG", "neg", &function<negate, negate_real>},
     {"ROUND", "", &function<round_to_digits>},
 };
 
@@ -276,21 +299,6 @@ constexpr std::array<const formula_operation*, kind_count> make_rows_by_kind() n
 }
 
 constexpr std::array<const formula_operation*, kind_count> rows_by_kind = make_rows_by_kind();
-
-bare_number select_by_integer(bare_number condition, bare_number when_true, bare_number when_false) noexcept {
-    return condition.integer != 0 ? when_true : when_false;
-}
-
-bare_number select_by_float(bare_number condition, bare_number when_true, bare_number when_false) noexcept {
-    return condition.real != 0.0 ? when_true : when_false;
-}
-
-bare_number integer_to_float(bare_number number, bare_number, bare_number) noexcept {
-    return store(static_cast<double>(number.integer));
-}
-bare_number float_to_integer(bare_number number, bare_number, bare_number) noexcept {
-    return store(round_to_int(number.real));
-}
 
 }  // namespace
 
@@ -331,14 +339,6 @@ const double* find_named_constant(std::string_view name) noexcept {
         if (name == row.name) return &row.value;
     }
     return nullptr;
-}
-
-typed_function conversion_to(number_kind kind) noexcept {
-    return kind == number_kind::integer ? float_to_integer : integer_to_float;
-}
-
-typed_function selection_by(number_kind condition) noexcept {
-    return condition == number_kind::integer ? select_by_integer : select_by_float;
 }
 
 }  // namespace GenICam

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "formula/formula_step.h"
 #include "genicam/core/eval_value.h"
 
 #include <cstddef>
@@ -50,11 +51,14 @@ using bare_number = eval_value::payload;
 
 enum class number_kind : std::uint8_t { floating, integer };
 
-/// Computes on payloads of fixed kinds; parameters beyond the operation's arity are ignored.
-using typed_function = bare_number (*)(bare_number first, bare_number second, bare_number third);
-
+/// An operator or function for operands of fixed kinds.
 struct typed_form {
-    typed_function apply;
+    /// The second operand is ignored by functions with one.
+    bare_number (*apply)(bare_number first, bare_number second);
+    // The same as a step of a specialised formula.
+    step_function with_slots;
+    step_function with_constant;  ///< the second operand is the step's constant
+    step_function on_constant;    ///< the first operand is the step's constant
     number_kind first;
     number_kind second;
     number_kind result;
@@ -94,16 +98,10 @@ struct formula_operation {
 /// The value of a name that every formula knows, or null.
 [[nodiscard]] const double* find_named_constant(std::string_view name) noexcept;
 
-/// Changes a payload of the other kind into one of this kind, as `to_int` and `to_double` do.
-[[nodiscard]] typed_function conversion_to(number_kind kind) noexcept;
-
 /// Whether a value counts as true: not 0. NaN is true.
 [[nodiscard]] inline bool is_true(const eval_value& condition) noexcept {
     return condition.is_integer ? condition.value.integer != 0 : condition.value.real != 0.0;
 }
-
-/// The second or third payload by the first, which is of this kind.
-[[nodiscard]] typed_function selection_by(number_kind condition) noexcept;
 
 [[nodiscard]] inline bare_number bare_as(number_kind kind, const eval_value& number) noexcept {
     bare_number converted;
@@ -128,13 +126,13 @@ struct formula_operation {
 
 [[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& operand) noexcept {
     const typed_form& form = operand.is_integer ? function.for_integers : function.otherwise;
-    return value_of(form.result, form.apply(bare_as(form.first, operand), {}, {}));
+    return value_of(form.result, form.apply(bare_as(form.first, operand), {}));
 }
 
 [[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& left,
                                       const eval_value& right) noexcept {
     const typed_form& form = left.is_integer && right.is_integer ? function.for_integers : function.otherwise;
-    return value_of(form.result, form.apply(bare_as(form.first, left), bare_as(form.second, right), {}));
+    return value_of(form.result, form.apply(bare_as(form.first, left), bare_as(form.second, right)));
 }
 
 }  // namespace GenICam

@@ -1,5 +1,6 @@
 #include "formula/formula_parser.h"
 
+#include "formula/formula_specialiser.h"
 #include "formula/formula_token.h"
 #include "genicam/core/log.h"
 
@@ -336,6 +337,16 @@ void log_failed_parse(parse_status status, std::string_view rest) {
     log_message(log_failure, format.c_str());
 }
 
+result<formula_program> parse(std::string_view text, name_resolver resolver, parse_end& end) {
+    math_parser parser(text, resolver);
+    end.status = parser.parse();
+    end.rest = parser.rest();
+    if (end.status == parse_status::none || end.status == parse_status::end_of_text)
+        return parser.take_program();
+    if (log_enabled(log_failure)) log_failed_parse(end.status, end.rest);
+    return make_error_code(formula_parse_failed);
+}
+
 }  // namespace
 
 result<formula_program> parse_formula(std::string_view text, name_resolver resolver) {
@@ -344,13 +355,14 @@ result<formula_program> parse_formula(std::string_view text, name_resolver resol
 }
 
 result<formula_program> parse_formula(std::string_view text, name_resolver resolver, parse_end& end) {
-    math_parser parser(text, resolver);
-    end.status = parser.parse();
-    end.rest = parser.rest();
-    if (end.status == parse_status::none || end.status == parse_status::end_of_text)
-        return parser.take_program();
-    if (log_enabled(log_failure)) log_failed_parse(end.status, end.rest);
-    return make_error_code(formula_parse_failed);
+    result<formula_program> program = parse(text, resolver, end);
+    if (program) specialise_formula(program.assume_value());
+    return program;
+}
+
+result<formula_program> parse_instructions(std::string_view text, name_resolver resolver) {
+    parse_end end;
+    return parse(text, resolver, end);
 }
 
 }  // namespace GenICam

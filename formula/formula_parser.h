@@ -31,4 +31,8 @@ struct parse_end {
 [[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver,
                                                     parse_end& end);
 
+/// The same without preparation for speed: for formulas that are copied into others, and for those whose
+/// variables have kinds that are known, which `specialise_formula` prepares better.
+[[nodiscard]] result<formula_program> parse_instructions(std::string_view text, name_resolver resolver);
+
 }  // namespace GenICam

@@ -1,87 +1,61 @@
 #pragma once
 
 #include "formula/formula_instruction.h"
-#include "formula/function_ref.h"
+#include "formula/formula_step.h"
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <optional>
+#include <utility>
 #include <vector>
 
 namespace GenICam {
 
-/// A formula translated for variables of known kinds: every step knows the kinds of its operands, conversions
-/// are steps of their own, and what depends on no variable is computed already. Immutable.
+/// A formula translated for variables of known kinds: every step knows the kinds of its operands, what
+/// depends on no variable is computed already, and a branch that is not chosen is skipped where nobody can
+/// tell. Immutable.
 ///
-/// It works on a frame of slots: the variables, then the constants, then one slot for the result of each
-/// step.
+/// It works on a frame of slots, first the variables and then intermediate results.
 class specialised_formula {
 public:
-    using kind_lookup = function_ref<std::optional<number_kind>(identifier_id)>;
-
-    /// Null for programs that are too long or fail, for unknown variables, and where the kind of a number
-    /// depends on a condition.
-    [[nodiscard]] static std::unique_ptr<const specialised_formula> make(
-        const formula_instruction* instructions, std::size_t count, kind_lookup kinds);
-
-    /// `variables` gives something like a pointer to an `eval_value` for an id. False, and no result, if one
-    /// is not found or has another kind than expected.
-    template <class Variables>
-    [[nodiscard]] bool evaluate(Variables& variables, eval_value& result) const;
-
-private:
-    friend class formula_specialiser;
-
+    /// A slot to fill before the first step.
     struct variable {
         identifier_id id;
-        number_kind kind;
-    };
-    struct step {
-        typed_function apply;
-        std::uint16_t operands[3];
+        number_kind kind;      ///< what the variable must have
+        number_kind taken_as;  ///< what the steps want
     };
 
-    static constexpr std::size_t slots_in_place = 256;
+    /// The last step on every way through them is one that ends.
+    specialised_formula(std::vector<variable> variables, std::vector<formula_step> steps,
+                        std::size_t frame_size) noexcept
+        : variables_(std::move(variables)), steps_(std::move(steps)), frame_size_(frame_size) {}
 
-    [[nodiscard]] std::size_t frame_size() const noexcept {
-        return variables_.size() + constants_.size() + steps_.size();
-    }
+    /// How many slots the frame has.
+    [[nodiscard]] std::size_t frame_size() const noexcept { return frame_size_; }
+
+    /// Fills the variables of a frame. `variables` gives something like a pointer to an `eval_value` for an
+    /// id. False if one is not found or has another kind than expected.
     template <class Variables>
-    [[nodiscard]] bool load(Variables& variables, bare_number* frame) const;
-    void run(bare_number* frame) const noexcept;
+    [[nodiscard]] bool load(Variables& variables, bare_number* frame) const {
+        for (const variable& wanted : variables_) {
+            const auto found = variables(wanted.id);
+            if (!found || kind_of(*found) != wanted.kind) return false;
+            *frame++ = wanted.kind == wanted.taken_as ? (*found).value : bare_as(wanted.taken_as, *found);
+        }
+        return true;
+    }
 
+    /// Computes the formula on a frame with variables.
+    [[nodiscard]] eval_value run(bare_number* frame) const {
+        return steps_.front().run(steps_.data(), frame);
+    }
+
+    /// The same formula for variables of other kinds, or null.
+    std::unique_ptr<const specialised_formula> alternative;
+
+private:
     std::vector<variable> variables_;
-    std::vector<bare_number> constants_;
-    std::vector<step> steps_;
-    std::uint16_t result_ = 0;
-    number_kind result_kind_ = number_kind::integer;
+    std::vector<formula_step> steps_;
+    std::size_t frame_size_;
 };
-
-template <class Variables>
-bool specialised_formula::evaluate(Variables& variables, eval_value& result) const {
-    bare_number in_place[slots_in_place];
-    std::unique_ptr<bare_number[]> spilled;
-    bare_number* frame = in_place;
-    if (frame_size() > slots_in_place) {
-        spilled.reset(new bare_number[frame_size()]);
-        frame = spilled.get();
-    }
-    if (!load(variables, frame)) return false;
-    run(frame);
-    result = value_of(result_kind_, frame[result_]);
-    return true;
-}
-
-template <class Variables>
-bool specialised_formula::load(Variables& variables, bare_number* frame) const {
-    for (const variable& wanted : variables_) {
-        const auto found = variables(wanted.id);
-        if (!found || kind_of(*found) != wanted.kind) return false;
-        *frame++ = (*found).value;
-    }
-    return true;
-}
 
 }  // namespace GenICam

@@ -13,21 +13,19 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     const std::string_view text = child_text(xml, child::Formula);
     if (text.empty()) {
         log_node(
-            "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"%s\"). Failed "
-            "due to "
-            "missing Formula member.\n",
+            "GenICam::converter::swissknife_impl::resolve_converter_references, "
+            "SwissKnife (\"%s\"). Failed due to missing Formula member.\n",
             self);
         return;
     }
     variable_table table(true);
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    result<formula_program> program = parse_formula(text, table);
+    result<formula_program> program = map_.parse(text, table, number_kind::integer);
     if (!program) {
         log_node(
-            "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"%s\"). failed "
-            "to "
-            "evaluate \"%.*s\"\n",
+            "GenICam::converter::swissknife_impl::resolve_converter_references, "
+            "SwissKnife (\"%s\"). failed to evaluate \"%.*s\"\n",
             self, static_cast<int>(text.size()), text.data());
         return;
     }

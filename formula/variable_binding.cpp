@@ -1,5 +1,6 @@
 #include "formula/variable_binding.h"
 
+#include "formula/formula_specialiser.h"
 #include "genicam/core/children.h"
 #include "genicam/core/log.h"
 #include "genicam/core/value_links.h"
@@ -7,6 +8,7 @@
 #include "genicam/ieval.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace GenICam {
@@ -67,8 +69,8 @@ variable_accessor create_resulting_entry(const INode& node, std::string_view nam
     return get_eval_value;
 }
 
-void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml, INode* self,
-                                                     variable_table& table) {
+void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
+                                                     INode* self, variable_table& table) {
     const auto children = xml.known_children();
     sources_.reserve(static_cast<std::size_t>(
         std::count_if(children.begin(), children.end(),
@@ -100,7 +102,7 @@ void variable_map_impl::parse_expression(pugi::xml_node element, variable_table&
     const std::string_view name = binding_name(element);
     if (table.has(name)) return;
     const std::string_view text = element.child_value();
-    result<formula_program> program = parse_formula(text, table);
+    result<formula_program> program = parse_instructions(text, table);
     if (program) {
         table.add_expression(name, std::move(program.assume_value()));
     } else if (log_enabled(log_failure)) {
@@ -110,6 +112,17 @@ void variable_map_impl::parse_expression(pugi::xml_node element, variable_table&
             "named=\"%.*s\" content=\"%.*s\".\n",
             static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
     }
+}
+
+result<formula_program> variable_map_impl::parse(std::string_view text, const variable_table& table,
+                                                 number_kind kind_of_current) const {
+    result<formula_program> program = parse_instructions(text, table);
+    if (!program) return program;
+    const number_kind kind_of_sources = is_integer_ ? number_kind::integer : number_kind::floating;
+    specialise_formula(program.assume_value(), [&](identifier_id id) {
+        return std::optional<number_kind>(id == current_value_id ? kind_of_current : kind_of_sources);
+    });
+    return program;
 }
 
 void variable_map_impl::refresh(std::uint32_t flags) {

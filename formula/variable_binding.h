@@ -48,6 +48,11 @@ public:
 
     [[nodiscard]] bool is_integer() const noexcept { return is_integer_; }
 
+    /// Parses a formula and prepares it for these variables, of which `FROM` and `TO` will mostly have this
+    /// kind.
+    [[nodiscard]] result<formula_program> parse(std::string_view text, const variable_table& table,
+                                                number_kind kind_of_current) const;
+
     /// What `FROM` and `TO` read.
     eval_value current;
 

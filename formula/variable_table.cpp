@@ -41,7 +41,8 @@ void log_entry(const char* message) {
 
 std::string_view binding_name(pugi::xml_node element) noexcept { return element.attribute("Name").value(); }
 
-void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml, bool is_integer) {
+void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml,
+                                               bool is_integer) {
     reserve(xml);
     if (xml.has(child::Constant)) {
         for (const known_child& found : xml.known_children()) {
@@ -84,7 +85,7 @@ void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
 
 // The entry becomes a number now and is no variable.
 void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
- bool is_integer) {
+                                           bool is_integer) {
     INode* node = doc->find_node(target);
     if (node == nullptr || node->get_node_type() != node_type::enumeration) {
         log_entry(
@@ -99,9 +100,8 @@ void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view na
     const IEnumEntry* entry = static_cast<IEnumeration*>(node)->find_entry(entry_name);
     if (entry == nullptr) {
         log_entry(
-            "GenICam::converter::build_formula_name_lookup, did not find entry in enumeration for pVariable "
-            "with "
-            "\".Entry\" specifier.\n");
+            "GenICam::converter::build_formula_name_lookup, did not find entry in enumeration for "
+            "pVariable with \".Entry\" specifier.\n");
         return;
     }
     add_constant(name, number_of_entry(*entry, is_integer));

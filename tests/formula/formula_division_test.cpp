@@ -26,9 +26,9 @@ void evaluate_and_exit(const char* text, bool specialise) {
     names.add_variable("SMALL", eval_value::of(0.4));
     names.add_variable("MINUS", eval_value::of(std::int64_t{-1}));
     names.add_variable("LOWEST", eval_value::of(std::numeric_limits<std::int64_t>::min()));
-    auto program = parse_formula(text, names);
-    if (specialise) specialise_formula(program.value(), names);
-    const auto value = evaluate_formula(program.value(), names);
+    const formula_program program =
+        specialise ? specialised(text, names) : std::move(parse_instructions(text, names).value());
+    const auto value = evaluate_formula(program, names);
     std::_Exit(value ? survived : failed);
 }
 

@@ -1,4 +1,5 @@
 #include "tests/formula/formula_test_support.h"
+#include "tests/support/decimal_comma.h"
 
 #include <clocale>
 
@@ -8,27 +9,9 @@ using namespace formula_test;
 
 namespace {
 
-class decimal_comma {
-public:
-    decimal_comma() {
-        for (const char* name :
-             {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "fr_FR.UTF-8", "German_Germany.1252", "de-DE"}) {
-            if (std::setlocale(LC_ALL, name) != nullptr && *std::localeconv()->decimal_point == ',') return;
-        }
-        is_set_ = false;
-    }
-    ~decimal_comma() { std::setlocale(LC_ALL, "C"); }
-    decimal_comma(const decimal_comma&) = delete;
-    decimal_comma& operator=(const decimal_comma&) = delete;
-    [[nodiscard]] bool is_set() const { return is_set_; }
-
-private:
-    bool is_set_ = true;
-};
-
 TEST(FormulaLocale, ADecimalCommaChangesNothing) {
-    const decimal_comma locale;
-    if (!locale.is_set()) GTEST_SKIP() << "no locale with a decimal comma is installed";
+    const test_support::DecimalComma locale;
+    if (!locale.Active()) GTEST_SKIP() << "no locale with a decimal comma is installed";
     EXPECT_EQ(outcome("1.5 + 1"), "2.5f");
     EXPECT_EQ(outcome("1e-3"), "0.001f");
     EXPECT_EQ(outcome("ROUND(1.25, 1)"), "1.3f");

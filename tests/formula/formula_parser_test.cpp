@@ -2,6 +2,7 @@
 
 #include "genicam/core/log.h"
 #include "tests/formula/formula_test_support.h"
+#include "tests/support/test_document.h"
 
 #include <gtest/gtest.h>
 
@@ -347,51 +348,54 @@ TEST(FormulaParser, WhatNamesResolveTo) {
 }
 
 TEST(FormulaParser, UnknownNamesAreLogged) {
-    const log_capture log;
+    test_support::LogCapture log;
     EXPECT_FALSE(parse_formula("1 + (Gain.Min) * 2", formula_names()));
-    ASSERT_EQ(log.messages().size(), 2U);
+    const std::vector<std::string> messages = log.Take();
+    ASSERT_EQ(messages.size(), 2U);
     EXPECT_EQ(
-        log.messages()[0],
+        messages[0],
         "math_parser::add_identifier_token, failed to map variable \"Gain.Min\" to either a constant or a "
         "pValue.\n");
-    EXPECT_EQ(log.messages()[1],
+    EXPECT_EQ(messages[1],
               "km_parse_tree failed with result=Failed to map a variable name to a identifier_id. Last token "
               "view:\n"
               ") * 2.\n");
 }
 
 TEST(FormulaParser, FailuresAreLoggedWithTheRestOfTheText) {
-    const log_capture log;
+    test_support::LogCapture log;
     EXPECT_FALSE(parse_formula("1 + $ * 2", formula_names()));
     EXPECT_FALSE(parse_formula("(1 + 2", formula_names()));
-    ASSERT_EQ(log.messages().size(), 2U);
-    EXPECT_EQ(log.messages()[0],
+    const std::vector<std::string> messages = log.Take();
+    ASSERT_EQ(messages.size(), 2U);
+    EXPECT_EQ(messages[0],
               "km_parse_tree failed with result=Invalid token found.. Last token view:\n$ * 2.\n");
-    EXPECT_EQ(log.messages()[1],
-              "km_parse_tree failed with result=Failed to find a ')'.. Last token view:\n.\n");
+    EXPECT_EQ(messages[1], "km_parse_tree failed with result=Failed to find a ')'.. Last token view:\n.\n");
 }
 
 TEST(FormulaParser, NoTextOfAFormulaActsAsAConversion) {
-    const log_capture log;
+    test_support::LogCapture log;
     EXPECT_FALSE(parse_formula("1 + $ %n %s %100000d %% %I64d {} {0}", formula_names()));
-    ASSERT_EQ(log.messages().size(), 1U);
-    EXPECT_EQ(log.messages()[0],
+    const std::vector<std::string> messages = log.Take();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0],
               "km_parse_tree failed with result=Invalid token found.. Last token view:\n"
               "$ %n %s %100000d %% %I64d {} {0}.\n");
 }
 
 TEST(FormulaParser, LongMessagesAreCut) {
-    const log_capture log;
+    test_support::LogCapture log;
     EXPECT_FALSE(parse_formula("$" + std::string(100000, '%'), formula_names()));
-    ASSERT_EQ(log.messages().size(), 1U);
-    EXPECT_EQ(log.messages()[0].size(), 511U);
+    const std::vector<std::string> messages = log.Take();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0].size(), 511U);
 }
 
 TEST(FormulaParser, ASilentLogGetsNoMessage) {
-    const log_capture log;
+    test_support::LogCapture log;
     log_threshold = 0;
     EXPECT_FALSE(parse_formula("nothing", formula_names()));
-    EXPECT_TRUE(log.messages().empty());
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST(FormulaParser, TenInstructionsStayInPlace) {

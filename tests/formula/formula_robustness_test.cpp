@@ -5,6 +5,7 @@
 #include "formula/formula_parser.h"
 
 #include "tests/formula/formula_test_support.h"
+#include "tests/support/small_stack.h"
 
 #include <random>
 
@@ -51,7 +52,7 @@ void expect_all_nestings_work() {
 }
 
 TEST(FormulaRobustness, MoreThanAThousandLevelsOfEveryNesting) {
-    run_on_small_stack(expect_all_nestings_work);
+    test_support::RunOnSmallStack(expect_all_nestings_work);
 }
 
 void expect_deepest_nestings_fail() {
@@ -66,7 +67,9 @@ void expect_deepest_nestings_fail() {
     }
 }
 
-TEST(FormulaRobustness, DeepestNestingsFailToParse) { run_on_small_stack(expect_deepest_nestings_fail); }
+TEST(FormulaRobustness, DeepestNestingsFailToParse) {
+    test_support::RunOnSmallStack(expect_deepest_nestings_fail);
+}
 
 void expect_unfinished_nestings_fail() {
     for (const char* opening :
@@ -78,7 +81,9 @@ void expect_unfinished_nestings_fail() {
     }
 }
 
-TEST(FormulaRobustness, UnfinishedNestings) { run_on_small_stack(expect_unfinished_nestings_fail); }
+TEST(FormulaRobustness, UnfinishedNestings) {
+    test_support::RunOnSmallStack(expect_unfinished_nestings_fail);
+}
 
 void expect_long_formulas_work() {
     formula_names names;
@@ -96,7 +101,7 @@ void expect_long_formulas_work() {
     EXPECT_EQ(outcome(repeat("a", 1000000)), "parse: Failed to map a variable name to a identifier_id");
 }
 
-TEST(FormulaRobustness, FormulasOfAMegabyte) { run_on_small_stack(expect_long_formulas_work); }
+TEST(FormulaRobustness, FormulasOfAMegabyte) { test_support::RunOnSmallStack(expect_long_formulas_work); }
 
 TEST(FormulaRobustness, ExpressionsThatDoubleStopGrowing) {
     formula_names names;
@@ -114,11 +119,10 @@ TEST(FormulaRobustness, ExpressionsThatDoubleStopGrowing) {
 }
 
 void parse_and_run(const std::string& text, const formula_names& names) {
-    auto program = parse_formula(text, names);
+    const auto program = parse_formula(text, names);
     if (!program) return;
     const auto first = evaluate_formula(program.value(), names);
-    specialise_formula(program.value(), names);
-    const auto second = evaluate_formula(program.value(), names);
+    const auto second = evaluate_formula(specialised(text, names), names);
     ASSERT_EQ(first.has_value(), second.has_value()) << text;
     if (first) {
         EXPECT_EQ(show(first.value()), show(second.value())) << text;
@@ -149,6 +153,6 @@ void feed_garbage() {
     }
 }
 
-TEST(FormulaRobustness, Garbage) { run_on_small_stack(feed_garbage); }
+TEST(FormulaRobustness, Garbage) { test_support::RunOnSmallStack(feed_garbage); }
 
 }  // namespace

@@ -1,30 +1,24 @@
 #include "tests/formula/formula_test_support.h"
 
-#include "formula/formula_token.h"
-#include "genicam/core/log.h"
-#include "platform/debug_output.h"
+#include "formula/formula_specialiser.h"
+#include "tests/support/test_document.h"
 
 #include <cmath>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 using namespace GenICam;
 
 namespace formula_test {
 namespace {
 
-std::vector<std::string>& captured() {
-    static std::vector<std::string> messages;
-    return messages;
-}
-
 // The words in "km_parse_tree failed with result=<words>. Last token view: ...".
 std::string parse_failure(std::string_view text, const formula_names& names) {
-    const log_capture log;
+    test_support::LogCapture log;
     EXPECT_FALSE(parse_formula(text, names));
-    const std::string message = log.messages().empty() ? "" : log.messages().back();
+    const std::vector<std::string> messages = log.Take();
+    const std::string message = messages.empty() ? "" : messages.back();
     const std::size_t from = message.find("result=") + 7;
     return message.substr(from, message.find(". Last token view:\n") - from);
 }
@@ -59,7 +53,7 @@ void formula_names::add_lost_variable(const std::string& name) { names_[name] = 
 void formula_names::add_constant(const std::string& name, eval_value value) { names_[name] = value; }
 
 void formula_names::add_expression(const std::string& name, std::string_view text) {
-    auto program = parse_formula(text, *this);
+    auto program = parse_instructions(text, *this);
     ASSERT_TRUE(program) << text;
     expressions_.push_back(std::move(program.value()));
     names_[name] = static_cast<const formula_program*>(&expressions_.back());
@@ -67,6 +61,12 @@ void formula_names::add_expression(const std::string& name, std::string_view tex
 
 void formula_names::set(const std::string& name, eval_value value) {
     variables_.at(std::get<identifier_id>(names_.at(name)) - first_id) = value;
+}
+
+std::optional<number_kind> formula_names::kind_of(identifier_id id) const {
+    const eval_value* value = (*this)(id);
+    if (value == nullptr) return std::nullopt;
+    return GenICam::kind_of(*value);
 }
 
 resolved_name formula_names::operator()(std::string_view name) const {
@@ -79,44 +79,39 @@ const eval_value* formula_names::operator()(identifier_id id) const {
     return &variables_[id - first_id];
 }
 
-log_capture::log_capture() {
-    captured().clear();
-    log_threshold = 2;
-    platform::set_debug_sink([](const char* text) { captured().emplace_back(text); });
-}
-
-log_capture::~log_capture() {
-    log_threshold = 0;
-    platform::set_debug_sink(nullptr);
-}
-
-const std::vector<std::string>& log_capture::messages() const { return captured(); }
-
 std::string show(const eval_value& value) {
     if (value.is_integer) return fmt::format("{}", value.value.integer);
     return std::isnan(value.value.real) ? "nan" : fmt::format("{}f", value.value.real);
 }
 
+formula_program specialised(std::string_view text, const formula_names& names) {
+    auto program = parse_instructions(text, names);
+    EXPECT_TRUE(program) << text;
+    specialise_formula(program.value(), [&names](identifier_id id) { return names.kind_of(id); });
+    return std::move(program.value());
+}
+
 std::string outcome(std::string_view text, const formula_names& names) {
-    auto parsed = parse_formula(text, names);
-    if (!parsed) {
-        EXPECT_EQ(parsed.error(), make_error_code(formula_parse_failed));
+    const auto program = parse_formula(text, names);
+    if (!program) {
+        EXPECT_EQ(program.error(), make_error_code(formula_parse_failed));
         return "parse: " + parse_failure(text, names);
     }
-    formula_program& program = parsed.value();
     eval_value value;
     const auto lookup = [&names](identifier_id id) -> std::optional<eval_value> {
         const eval_value* found = names(id);
         return found != nullptr ? std::optional<eval_value>(*found) : std::nullopt;
     };
-    const std::string failure(run_instructions(program, lookup, value));
-    specialise_formula(program, names);
-    const result<eval_value> computed = evaluate_formula(program, names);
+    const std::string failure(run_instructions(program.value(), lookup, value));
+    const auto computed = evaluate_formula(program.value(), names);
+    const auto computed_specialised = evaluate_formula(specialised(text, names), names);
     if (!failure.empty()) {
         EXPECT_EQ(computed.error(), make_error_code(formula_parse_failed)) << text;
+        EXPECT_EQ(computed_specialised.error(), make_error_code(formula_parse_failed)) << text;
         return "run: " + failure;
     }
     EXPECT_EQ(show(computed.value()), show(value)) << text;
+    EXPECT_EQ(show(computed_specialised.value()), show(value)) << text;
     return show(value);
 }
 
@@ -129,21 +124,6 @@ std::string instructions(std::string_view text, const formula_names& names) {
         shown += show_instruction(instruction);
     }
     return shown;
-}
-
-void run_on_small_stack(void (*function)()) {
-    constexpr std::size_t one_megabyte = 1024 * 1024;
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, one_megabyte), 0);
-    pthread_t thread;
-    const auto start = [](void* argument) -> void* {
-        (*static_cast<void (**)()>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, start, &function), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
 }
 
 }  // namespace formula_test

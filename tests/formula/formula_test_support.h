@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,7 @@ public:
     void add_expression(const std::string& name, std::string_view text);
     void set(const std::string& name, GenICam::eval_value value);
 
+    [[nodiscard]] std::optional<GenICam::number_kind> kind_of(GenICam::identifier_id id) const;
     GenICam::resolved_name operator()(std::string_view name) const;
     const GenICam::eval_value* operator()(GenICam::identifier_id id) const;
 
@@ -33,29 +35,18 @@ private:
     std::deque<GenICam::formula_program> expressions_;
 };
 
-/// Raises the log threshold and keeps every message for as long as it lives. One at a time.
-class log_capture {
-public:
-    log_capture();
-    ~log_capture();
-    log_capture(const log_capture&) = delete;
-    log_capture& operator=(const log_capture&) = delete;
-
-    [[nodiscard]] const std::vector<std::string>& messages() const;
-};
-
 /// "3" for an integer, "3.5f" for a float, "nan" for every NaN.
 [[nodiscard]] std::string show(const GenICam::eval_value& value);
 
 /// What a text comes to: its value as `show` gives it, or "parse: " or "run: " and the words for the failure.
-/// The calc stack and the specialised form must agree.
+/// All ways to compute it must agree.
 [[nodiscard]] std::string outcome(std::string_view text, const formula_names& names = {});
 
 /// The instructions of a text: numbers as `show` gives them, "unary", "binary", "select" and "$" with a
 /// variable's id.
 [[nodiscard]] std::string instructions(std::string_view text, const formula_names& names = {});
 
-/// Runs a function on a thread with a stack of 1 MB.
-void run_on_small_stack(void (*function)());
+/// A formula prepared for the kinds that its variables have now.
+[[nodiscard]] GenICam::formula_program specialised(std::string_view text, const formula_names& names);
 
 }  // namespace formula_test

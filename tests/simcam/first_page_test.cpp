@@ -13,9 +13,11 @@ namespace {
 
 using namespace simcam;
 using test_support::RecorderCanvas;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
-using testing::MatchesRegex;
+using testing::StartsWith;
 using ZELPropUI::PageName;
 
 std::string read_source(const char* name) {
@@ -38,10 +40,10 @@ TEST_P(FirstPage, ShowsTheRowsThatTheReadmeTells) {
     camera_on_pages seen(first_camera(GetParam()));
     RecorderCanvas canvas;
     EXPECT_TRUE(seen.build(PageName::Feature, canvas));
-    EXPECT_THAT(canvas.Lines(),
-                ElementsAre("label 20,18 110x23 Lamp", "slider 135,18 140x23", "edit 280,18 60x22",
-                            "spin 340,18 10x22", MatchesRegex("button 360,18 55x23 #[0-9]+ Flash"),
-                            "label 40,48 110x23 Mode", MatchesRegex("combo 155,48 225x150 #[0-9]+")));
+    EXPECT_THAT(canvas.Lines(), ElementsAre("label 20,18 110x23 Lamp", "slider 135,18 140x23",
+                                            "edit 280,18 60x22", "spin 340,18 10x22",
+                                            AllOf(StartsWith("button 360,18 55x23 #"), EndsWith(" Flash")),
+                                            "label 40,48 110x23 Mode", StartsWith("combo 155,48 225x150 #")));
     for (const PageName page : {PageName::Exposure, PageName::Lens, PageName::Color}) {
         RecorderCanvas other;
         EXPECT_FALSE(seen.build(page, other)) << ZELPropUI::TitleOf(page);

@@ -2,6 +2,7 @@
 #include "server/class_factory.h"
 #include "server/counters.h"
 #include "server/registration.h"
+#include "server/runtime_memory.h"
 
 #include <olectl.h>
 
@@ -15,12 +16,13 @@ STDAPI DllRegisterServer() { return selvane_server::RegisterServer(); }
 
 STDAPI DllUnregisterServer() { return selvane_server::UnregisterServer(); }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID process_ends) {
     if (reason == DLL_PROCESS_ATTACH) {
         ZELPropUI::Framework::SetModuleHandle(module);
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         ZELPropUI::Framework::SetModuleHandle(nullptr);
+        if (process_ends == nullptr) selvane_server::ReleaseRuntimeMemory();
     }
     return TRUE;
 }

@@ -38,7 +38,8 @@ private:
     static BOOL CALLBACK ForWindow(HWND window, LPARAM) {
         wchar_t name[32] = {};
         GetClassNameW(window, name, 32);
-        if (std::wstring(name) == L"#32770" && IsWindowVisible(window) != 0) current_->Note(window);
+        const bool owned_dialog = std::wstring(name) == L"#32770" && GetWindow(window, GW_OWNER) != nullptr;
+        if (owned_dialog && IsWindowVisible(window) != 0) current_->Note(window);
         return TRUE;
     }
 

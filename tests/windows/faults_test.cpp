@@ -1,0 +1,119 @@
+#include "adapter/hr_exception.h"
+#include "tests/windows/error_box.h"
+#include "tests/windows/page_fixture.h"
+
+#include <commctrl.h>
+
+#include <functional>
+
+namespace page_test {
+namespace {
+
+using FaultAt = std::function<simcam::fault(std::uint64_t)>;
+
+/// A page's life, from the first object to the last release, with a fault of the driver somewhere in it.
+class FaultsTest : public PageTest {
+protected:
+    static void Work(HWND window) {
+        const PageControls controls(window);
+        for (const HWND slider : controls.sliders) SendMessageW(slider, WM_HSCROLL, TB_LINEDOWN, 0);
+        for (const HWND spin : controls.spins) SendMessageW(spin, WM_VSCROLL, SB_THUMBPOSITION, 0);
+        for (const HWND button : controls.switches) SendMessageW(button, BM_CLICK, 0, 0);
+        for (const HWND button : controls.buttons) SendMessageW(button, BM_CLICK, 0, 0);
+        for (const HWND combo : controls.combos) {
+            SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+        }
+        for (const HWND edit : controls.edits) SetFocus(edit);
+        SetFocus(GetParent(window));
+        RunMessages();
+    }
+
+    static void Refresh(HWND window) { SendMessageW(window, 1029, 0, 0); }
+
+    void LivePage(REFCLSID clsid, void (*use)(HWND window)) const {
+        const PagePtr page = server_.MakePage(clsid);
+        HRESULT given = E_FAIL;
+        try {
+            given = Give(*page);
+        } catch (const genicam_adapter::hr_exception& exception) {
+            EXPECT_EQ(exception.hr(), E_FAIL);
+        }
+        EXPECT_TRUE(given == S_OK || given == E_NOINTERFACE || given == E_FAIL) << given;
+        // Some hosts do not care whether the page refused.
+        EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+        use(GetWindow(host_.Handle(), GW_CHILD));
+        EXPECT_EQ(page->IsPageDirty(), S_FALSE);
+        EXPECT_EQ(page->Deactivate(), S_OK);
+    }
+
+    // Every position of the fault in the life of every page. What is shown may be anything; what is left is
+    // nothing.
+    void StrikeEveryCall(const FaultAt& fault, void (*use)(HWND window) = Work) {
+        ErrorBoxWatch refused_texts;
+        for (const CLSID& clsid : all_pages) {
+            const std::uint64_t before = camera_->call_count();
+            LivePage(clsid, use);
+            const std::uint64_t calls = camera_->call_count() - before;
+            ASSERT_GT(calls, 30u);
+            for (std::uint64_t n = 1; n <= calls; ++n) {
+                SCOPED_TRACE(n);
+                camera_->clear_transcript();
+                camera_->add_fault(fault(n));
+                LivePage(clsid, use);
+                camera_->clear_faults();
+                ASSERT_EQ(camera_->references(), 1);
+                ASSERT_EQ(server_.CanUnloadNow(), S_OK);
+                ASSERT_TRUE(ChildrenOf(host_.Handle()).empty());
+            }
+        }
+    }
+};
+
+simcam::fault FailAt(std::uint64_t n) { return simcam::fail_nth(n, E_FAIL); }
+
+TEST_F(FaultsTest, EveryCallMayFail) { StrikeEveryCall(FailAt); }
+
+TEST_F(FaultsTest, EveryCallForBuiltInItemsMayFail) {
+    camera_ = simcam::make_camera("builtin");
+    StrikeEveryCall(FailAt, Refresh);
+}
+
+TEST_F(FaultsTest, EveryCallForDescribedItemsMayFail) {
+    camera_ = simcam::make_camera("described");
+    StrikeEveryCall(FailAt, Refresh);
+}
+
+TEST_F(FaultsTest, TheCameraMayBeLostAtEveryCall) {
+    StrikeEveryCall([](std::uint64_t n) { return simcam::lost_after(n - 1); });
+}
+
+TEST_F(FaultsTest, EveryCallMayThrow) { StrikeEveryCall(simcam::throw_at); }
+
+TEST_F(FaultsTest, EveryCallMayLieAboutItsSize) {
+    StrikeEveryCall([](std::uint64_t n) {
+        simcam::fault lie;
+        lie.first = n;
+        lie.count = 1;
+        lie.returned = 0x7FFFFFFF;
+        return lie;
+    });
+}
+
+TEST_F(FaultsTest, ARefusedWriteLeavesTheCameraAsItWas) {
+    camera_ = simcam::make_camera("full");
+    const PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    Settle();
+    camera_->add_fault(simcam::fail_when(simcam::calls_of(simcam::call_kind::set), E_ACCESSDENIED));
+    double before = 0;
+    double after = 0;
+    EXPECT_EQ(camera_->get_named("ExposureTime/Value", before), S_OK);
+    ErrorBoxWatch refused_texts;
+    Work(window);
+    EXPECT_EQ(camera_->get_named("ExposureTime/Value", after), S_OK);
+    EXPECT_EQ(before, after);
+    page->Deactivate();
+}
+
+}  // namespace
+}  // namespace page_test

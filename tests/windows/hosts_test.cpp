@@ -1,0 +1,394 @@
+#include "tests/windows/com_fakes.h"
+#include "tests/windows/error_box.h"
+#include "tests/windows/page_fixture.h"
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+#include <olectl.h>
+
+#include <thread>
+
+namespace page_test {
+namespace {
+
+using testing::Contains;
+using testing::StartsWith;
+
+class HostsTest : public PageTest {
+protected:
+    using PageTest::PageTest;
+};
+
+// A frame that lets go of everything in the order of the book.
+TEST_F(HostsTest, AWellBehavedFrame) {
+    CountingSite site;
+    for (const CLSID& clsid : all_pages) {
+        const PagePtr page = server_.MakePage(clsid);
+        EXPECT_EQ(page->SetPageSite(&site), S_OK);
+        PROPPAGEINFO info{};
+        EXPECT_EQ(page->GetPageInfo(&info), S_OK);
+        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
+        EXPECT_EQ(Give(*page), S_OK);
+        Open(*page);
+        RunMessages();
+        EXPECT_EQ(page->Deactivate(), S_OK);
+        IUnknown* none = nullptr;
+        EXPECT_EQ(page->SetObjects(0, &none), E_NOINTERFACE);
+        EXPECT_EQ(page->SetPageSite(nullptr), S_OK);
+    }
+    EXPECT_EQ(site.references, 0);
+}
+
+TEST_F(HostsTest, AFrameThatNeverSaysGoodbyeAndDestroysTheParentFirst) {
+    CountingSite site;
+    {
+        const PagePtr page = server_.MakePage(exposure_page);
+        page->SetPageSite(&site);
+        Give(*page);
+        const HWND window = Open(*page);
+        host_.Destroy();
+        EXPECT_FALSE(IsWindow(window));
+        EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED) << "no dead handle is left";
+        EXPECT_EQ(page->Move(&place), E_UNEXPECTED);
+        RunMessages();
+    }
+    EXPECT_EQ(site.references, 0);
+}
+
+TEST_F(HostsTest, AFrameThatReleasesAnActivePage) {
+    HWND window = nullptr;
+    {
+        const PagePtr page = GivenPage(exposure_page);
+        window = Open(*page);
+    }
+    EXPECT_FALSE(IsWindow(window)) << "no window is left whose code may be unloaded";
+    EXPECT_TRUE(IsWindow(host_.Handle()));
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+}
+
+TEST_F(HostsTest, AFrameThatDestroysThePageItself) {
+    const PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    DestroyWindow(window);
+    EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
+    EXPECT_EQ(page->Deactivate(), S_OK);
+    EXPECT_TRUE(IsWindow(Open(*page))) << "and activates it again";
+    EXPECT_EQ(page->Deactivate(), S_OK);
+}
+
+TEST_F(HostsTest, AFrameThatActivatesAPageWithoutObjects) {
+    const PagePtr page = server_.MakePage(exposure_page);
+    const HWND window = Open(*page);
+    EXPECT_TRUE(ChildrenOf(window).empty());
+    SendMessageW(window, 1029, 0, 0);
+    EXPECT_EQ(page->Deactivate(), S_OK);
+}
+
+TEST_F(HostsTest, AFrameThatActivatesAPageWhichRefusedItsObject) {
+    for (const char* name : {"empty", "foreign", "colourless"}) {
+        camera_ = simcam::make_camera(name);
+        const PagePtr page = server_.MakePage(color_page);
+        EXPECT_EQ(Give(*page), E_NOINTERFACE) << name;
+        const HWND window = Open(*page);
+        EXPECT_TRUE(ChildrenOf(window).empty()) << name;
+        SendMessageW(window, 1029, 0, 0);
+        EXPECT_EQ(page->Deactivate(), S_OK) << name;
+    }
+}
+
+TEST_F(HostsTest, AFrameThatSwapsTheCameraOfAnOpenPage) {
+    const auto other = simcam::make_camera("simple");
+    {
+        const PagePtr page = GivenPage(exposure_page);
+        const HWND window = Open(*page);
+        const PageControls controls(window);
+        EXPECT_EQ(Give(*page, {other.get()}), S_OK);
+        SendMessageW(controls.sliders.at(0), WM_HSCROLL, TB_LINEDOWN, 0);
+        RunMessages();
+        EXPECT_THAT(camera_->transcript(), Contains(StartsWith("Set device 4 ExposureTime/Value")))
+            << "the controls stay with the camera that they were made for";
+        other->clear_transcript();
+        Open(*page);
+        EXPECT_THAT(other->transcript(), Contains(StartsWith("Get device 4 ExposureTime/Value")));
+        page->Deactivate();
+    }
+    EXPECT_EQ(other->references(), 1);
+}
+
+TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfAWrite) {
+    PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    const PageControls controls(window);
+    Settle();
+    // The driver runs messages while it works, and one of them closes the frame.
+    simcam::fault close;
+    close.when = simcam::calls_of(simcam::call_kind::set);
+    close.action = [&] {
+        page->Deactivate();
+        page.reset();
+        host_.Destroy();
+    };
+    camera_->add_fault(close);
+    SendMessageW(window, WM_HSCROLL, TB_THUMBTRACK, reinterpret_cast<LPARAM>(controls.sliders.at(0)));
+    RunMessages();
+    EXPECT_FALSE(IsWindow(window));
+    camera_->clear_faults();
+}
+
+TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
+    for (std::uint64_t n = 1; n <= 8; ++n) {
+        PagePtr page = GivenPage(exposure_page);
+        const HWND window = Open(*page);
+        Settle();
+        simcam::fault close;
+        close.first = n;
+        close.count = 1;
+        close.action = [&] { page.reset(); };
+        camera_->add_fault(close);
+        SendMessageW(window, 1029, 0, 0);
+        EXPECT_FALSE(IsWindow(window)) << n;
+        EXPECT_FALSE(page) << n;
+        camera_->clear_faults();
+    }
+}
+
+TEST_F(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
+    for (std::uint64_t n = 1; n <= 16; ++n) {
+        const PagePtr page = GivenPage(exposure_page);
+        simcam::fault close;
+        close.first = n;
+        close.count = 1;
+        close.action = [&] { page->Deactivate(); };
+        camera_->add_fault(close);
+        EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+        camera_->clear_faults();
+        EXPECT_EQ(page->Deactivate(), S_OK);
+        EXPECT_TRUE(ChildrenOf(host_.Handle()).empty()) << n;
+    }
+}
+
+TEST_F(HostsTest, AFrameThatGoesWhileTheErrorBoxIsOpen) {
+    static PagePtr page;
+    static HostWindow* host;
+    page = GivenPage(exposure_page);
+    host = &host_;
+    const HWND window = Open(*page);
+    const PageControls controls(window);
+    SetFocus(controls.edits.at(0));
+    SetWindowTextW(controls.edits.at(0), L"1/0");
+    ErrorBoxWatch box;
+    box.while_open = [](HWND open) {
+        host->Destroy();
+        page.reset();
+        if (IsWindow(open) != 0) SendMessageW(open, WM_COMMAND, IDOK, 0);
+    };
+    SetFocus(controls.sliders.at(0));
+    EXPECT_EQ(box.boxes, 1);
+    EXPECT_FALSE(IsWindow(window));
+}
+
+/// Stands in for the platform's help program, which would otherwise be started.
+class HelpProgram {
+public:
+    HelpProgram() {
+        WNDCLASSW definition{};
+        definition.lpfnWndProc = Procedure;
+        definition.hInstance = GetModuleHandleW(nullptr);
+        definition.lpszClassName = L"MS_WINHELP";
+        RegisterClassW(&definition);
+        window_ = CreateWindowExW(0, L"MS_WINHELP", L"help", WS_OVERLAPPEDWINDOW, 0, 0, 10, 10, nullptr,
+                                  nullptr, definition.hInstance, nullptr);
+    }
+    HelpProgram(const HelpProgram&) = delete;
+    HelpProgram& operator=(const HelpProgram&) = delete;
+    ~HelpProgram() { DestroyWindow(window_); }
+
+    /// What the platform sent: a head of 16 bytes with the command in its second word, then the name of the
+    /// file.
+    static inline std::string request;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+        if (message != WM_COPYDATA) return DefWindowProcW(window, message, wparam, lparam);
+        const auto& sent = *reinterpret_cast<const COPYDATASTRUCT*>(lparam);
+        request.assign(static_cast<const char*>(sent.lpData), sent.cbData);
+        return TRUE;
+    }
+
+    HWND window_;
+};
+
+TEST_F(HostsTest, AFrameThatAsksForHelp) {
+    const HelpProgram help;
+    const PagePtr page = server_.MakePage(exposure_page);
+    EXPECT_EQ(page->Help(L"C:\\a folder"), S_OK);
+    EXPECT_THAT(help.request, testing::HasSubstr(std::string("C:\\a folder\\\0", 13)));
+    EXPECT_EQ(help.request.at(2), HELP_CONTEXTPOPUP);
+    EXPECT_EQ(page->Help(nullptr), S_OK);
+    EXPECT_THAT(help.request, testing::HasSubstr(std::string("\\\0", 2)));
+}
+
+// Opens pages and works them, as the two frames of the next test do at the same time.
+void WorkAFrame(const PageServer& server, int rounds, int& opened) {
+    const auto camera = simcam::make_camera("simple");
+    HostWindow host;
+    for (int round = 0; round < rounds; ++round) {
+        const PagePtr page = server.MakePage(all_pages[round % 4]);
+        IUnknown* object = camera.get();
+        if (page->SetObjects(1, &object) != S_OK) continue;
+        constexpr RECT place{0, 0, 428, 457};
+        page->Activate(host.Handle(), &place, FALSE);
+        page->Show(SW_SHOW);
+        const HWND window = GetWindow(host.Handle(), GW_CHILD);
+        const PageControls controls(window);
+        for (const HWND slider : controls.sliders) SendMessageW(slider, WM_HSCROLL, TB_LINEDOWN, 0);
+        for (const HWND button : controls.switches) SendMessageW(button, BM_CLICK, 0, 0);
+        RunMessages();
+        if (!controls.labels.empty()) ++opened;
+        page->Deactivate();
+    }
+}
+
+TEST_F(HostsTest, TwoFramesOnTwoThreads) {
+    int here = 0;
+    int there = 0;
+    std::thread other([&] {
+        CoInitialize(nullptr);
+        WorkAFrame(server_, 60, there);
+        CoUninitialize();
+    });
+    WorkAFrame(server_, 60, here);
+    other.join();
+    EXPECT_EQ(here, 60);
+    EXPECT_EQ(there, 60);
+}
+
+TEST_F(HostsTest, AFrameThatReleasesAnActivePageOnAnotherThread) {
+    PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    bool done = false;
+    std::thread other([&] {
+        page.reset();
+        done = true;
+        PostMessageW(host_.Handle(), WM_NULL, 0, 0);
+    });
+    MSG message;
+    while (!done && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    other.join();
+    EXPECT_FALSE(IsWindow(window));
+}
+
+/// The platform's own frame, with the factories of the DLL known to COM for the time of a test.
+class FrameTest : public HostsTest {
+protected:
+    FrameTest() {
+        CoInitialize(nullptr);
+        for (const CLSID& clsid : all_pages) {
+            DWORD cookie = 0;
+            EXPECT_EQ(CoRegisterClassObject(clsid, server_.Factory(clsid).get(), CLSCTX_INPROC_SERVER,
+                                            REGCLS_MULTIPLEUSE, &cookie),
+                      S_OK);
+            cookies_.push_back(cookie);
+        }
+    }
+    ~FrameTest() override {
+        for (const DWORD cookie : cookies_) CoRevokeClassObject(cookie);
+        CoUninitialize();
+    }
+
+    // The frame runs its own loop; a timer looks for it and works it from inside.
+    using Worker = void (*)(HWND sheet);
+    HRESULT RunFrame(simcam::simulated_camera& camera, Worker worker) {
+        worker_ = worker;
+        IUnknown* object = &camera;
+        CLSID pages[] = {exposure_page, feature_page, lens_page, color_page};
+        const UINT_PTR timer = SetTimer(nullptr, 0, 50, Tick);
+        const HRESULT hr = OleCreatePropertyFrame(host_.Handle(), 10, 10, L"Camera", 1, &object, 4, pages,
+                                                  LOCALE_USER_DEFAULT, 0, nullptr);
+        KillTimer(nullptr, timer);
+        return hr;
+    }
+
+    static std::vector<HWND> OpenPages(HWND sheet) {
+        std::vector<HWND> pages;
+        EnumChildWindows(
+            sheet,
+            [](HWND child, LPARAM list) -> BOOL {
+                const bool page = ClassOf(child) == L"#32770" && !PageControls(child).labels.empty();
+                if (page) reinterpret_cast<std::vector<HWND>*>(list)->push_back(child);
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&pages));
+        return pages;
+    }
+
+private:
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD) {
+        HWND sheet = nullptr;
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM found) -> BOOL {
+                if (ClassOf(window) == L"#32770" && TextOf(window).find(L"Camera") != std::wstring::npos) {
+                    *reinterpret_cast<HWND*>(found) = window;
+                }
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&sheet));
+        if (sheet == nullptr || IsWindowVisible(sheet) == 0) return;
+        KillTimer(nullptr, timer);
+        worker_(sheet);
+        PostMessageW(sheet, WM_COMMAND, IDCANCEL, 0);
+    }
+
+    static inline Worker worker_ = nullptr;
+    std::vector<DWORD> cookies_;
+};
+
+TEST_F(FrameTest, ShowsEveryPageAndMovesTheCamera) {
+    static std::vector<std::wstring> labels;
+    labels.clear();
+    const HRESULT hr = RunFrame(*camera_, [](HWND sheet) {
+        for (int page = 0; page < 4; ++page) {
+            SendMessageW(sheet, PSM_SETCURSEL, static_cast<WPARAM>(page), 0);
+            for (const HWND window : OpenPages(sheet)) {
+                if (IsWindowVisible(window) == 0) continue;
+                const PageControls controls(window);
+                labels.push_back(TextOf(controls.labels.at(0)));
+                for (const HWND slider : controls.sliders) {
+                    SendMessageW(slider, WM_KEYDOWN, VK_END, 0);
+                    SendMessageW(slider, WM_KEYUP, VK_END, 0);
+                }
+                RunMessages();
+            }
+        }
+    });
+    EXPECT_EQ(hr, S_OK);
+    EXPECT_THAT(labels, testing::ElementsAre(L"Exposure", L"Trigger", L"Zoom", L"Saturation"));
+    const Transcript seen = TakeTranscript();
+    EXPECT_THAT(seen, Contains("Set device 4 ExposureTime/Value <- 4, ok"));
+    EXPECT_THAT(seen, Contains("Set device 4 Zoom/Value <- 1000, ok"));
+    EXPECT_THAT(seen, Contains("Set device 4 Saturation/Value <- 255, ok"));
+}
+
+TEST_F(FrameTest, OpensAndClosesAgainAndAgain) {
+    for (int round = 0; round < 5; ++round) {
+        EXPECT_EQ(RunFrame(*camera_, [](HWND sheet) { EXPECT_FALSE(OpenPages(sheet).empty()); }), S_OK);
+        RunMessages();
+        EXPECT_EQ(camera_->references(), 1) << round;
+    }
+}
+
+TEST_F(FrameTest, SurvivesACameraWithoutColour) {
+    camera_ = simcam::make_camera("colourless");
+    EXPECT_EQ(RunFrame(*camera_,
+                       [](HWND sheet) {
+                           for (int page = 3; page >= 0; --page) {
+                               SendMessageW(sheet, PSM_SETCURSEL, static_cast<WPARAM>(page), 0);
+                               RunMessages();
+                           }
+                       }),
+              S_OK);
+}
+
+}  // namespace
+}  // namespace page_test

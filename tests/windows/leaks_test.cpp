@@ -1,0 +1,101 @@
+#include "adapter/hr_exception.h"
+#include "tests/windows/error_box.h"
+#include "tests/windows/page_fixture.h"
+#include "tests/windows/process_footprint.h"
+
+#include <commctrl.h>
+
+#include <cstdio>
+
+namespace page_test {
+namespace {
+
+using PageWork = void (*)(HWND window);
+
+// False where the camera cannot be reached.
+bool Give(IPropertyPage& page, IUnknown* camera) {
+    try {
+        return page.SetObjects(1, &camera) == S_OK;
+    } catch (const genicam_adapter::hr_exception&) {
+        return false;
+    }
+}
+
+// A host's whole life with some pages: load, open each page, work it, close, unload.
+void LiveOnce(IUnknown* camera, const std::vector<CLSID>& pages, PageWork work) {
+    const PageServer server;
+    HostWindow host;
+    for (const CLSID& clsid : pages) {
+        const PagePtr page = server.MakePage(clsid);
+        const bool given = Give(*page, camera);
+        constexpr RECT place{0, 0, 428, 457};
+        page->Activate(host.Handle(), &place, FALSE);
+        page->Show(SW_SHOW);
+        const HWND window = GetWindow(host.Handle(), GW_CHILD);
+        ASSERT_EQ(ChildrenOf(window).empty(), !given);
+        work(window);
+        RunMessages();
+        page->Deactivate();
+    }
+    host.Destroy();
+    RunMessages();
+    ASSERT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+void LiveOften(IUnknown* camera, int rounds, const std::vector<CLSID>& pages, PageWork work) {
+    for (int round = 0; round < rounds; ++round) {
+        LiveOnce(camera, pages, work);
+        ASSERT_FALSE(testing::Test::HasFatalFailure());
+        ASSERT_EQ(GetModuleHandleW(L"selvane_page.dll"), nullptr) << "unloaded";
+    }
+}
+
+void ExpectNoGrowth(simcam::camera_options options, const std::vector<CLSID>& pages, PageWork work) {
+    options.keep_transcript = false;
+    const auto camera = simcam::make_camera(options);
+    ErrorBoxWatch refused_texts;
+    LiveOften(camera.get(), 5, pages, work);
+    const Footprint before = MeasureFootprint();
+    LiveOften(camera.get(), 100, pages, work);
+    const Footprint after = MeasureFootprint();
+    std::printf("before: %s\nafter:  %s\n", testing::PrintToString(before).c_str(),
+                testing::PrintToString(after).c_str());
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_EQ(after.next_window, before.next_window);
+    EXPECT_EQ(after.next_gdi_object, before.next_gdi_object);
+    EXPECT_EQ(after.next_handle, before.next_handle);
+    // Less than one block for each life; the platform keeps a few for itself.
+    EXPECT_LT(after.heap_blocks, before.heap_blocks + 50);
+    EXPECT_LT(after.heap_bytes, before.heap_bytes + 8 * 1024);
+    EXPECT_EQ(camera->references(), 1);
+}
+
+void WorkAllControls(HWND window) {
+    const PageControls controls(window);
+    for (const HWND slider : controls.sliders) SendMessageW(slider, WM_HSCROLL, TB_LINEDOWN, 0);
+    for (const HWND button : controls.switches) SendMessageW(button, BM_CLICK, 0, 0);
+    for (const HWND button : controls.buttons) SendMessageW(button, BM_CLICK, 0, 0);
+    for (const HWND edit : controls.edits) SetFocus(edit);
+    SetFocus(GetParent(window));
+}
+
+void Refresh(HWND window) { SendMessageW(window, 1029, 0, 0); }
+
+TEST(LeaksTest, AHundredLivesOfAllPagesLeaveNothingBehind) {
+    ExpectNoGrowth(*simcam::ready_made("simple"), {exposure_page, feature_page, lens_page, color_page},
+                   WorkAllControls);
+}
+
+TEST(LeaksTest, AHundredLivesOfAPageFullOfControlsLeaveNothingBehind) {
+    ExpectNoGrowth(*simcam::ready_made("full"), {exposure_page}, Refresh);
+}
+
+TEST(LeaksTest, AHundredCamerasThatCannotBeReachedLeaveNothingBehind) {
+    auto options = *simcam::ready_made("simple");
+    options.named_access = false;
+    options.register_access = false;
+    ExpectNoGrowth(options, {exposure_page}, Refresh);
+}
+
+}  // namespace
+}  // namespace page_test

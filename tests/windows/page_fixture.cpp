@@ -1,0 +1,57 @@
+#include "tests/windows/page_fixture.h"
+
+namespace page_test {
+
+PageTest::~PageTest() {
+    host_.Destroy();
+    RunMessages();
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+    EXPECT_EQ(camera_->references(), 1);
+}
+
+HRESULT PageTest::Give(IPropertyPage& page) const { return Give(page, {camera_.get()}); }
+
+HRESULT PageTest::Give(IPropertyPage& page, const std::vector<IUnknown*>& objects) const {
+    std::vector<IUnknown*> given = objects;
+    return page.SetObjects(static_cast<ULONG>(given.size()), given.data());
+}
+
+PagePtr PageTest::GivenPage(REFCLSID clsid) const {
+    PagePtr page = server_.MakePage(clsid);
+    EXPECT_EQ(Give(*page), S_OK);
+    return page;
+}
+
+HWND PageTest::Open(IPropertyPage& page) const {
+    EXPECT_EQ(page.Activate(host_.Handle(), &place, FALSE), S_OK);
+    EXPECT_EQ(page.Show(SW_SHOW), S_OK);
+    return GetWindow(host_.Handle(), GW_CHILD);
+}
+
+Transcript PageTest::TakeTranscript() const {
+    Transcript taken = camera_->transcript();
+    camera_->clear_transcript();
+    return taken;
+}
+
+void PageTest::Settle() const {
+    RunMessages();
+    camera_->clear_transcript();
+}
+
+PageControls::PageControls(HWND page) {
+    for (const HWND child : ChildrenOf(page)) {
+        const std::wstring name = ClassOf(child);
+        const auto is = [&name](const wchar_t* base) { return name == std::wstring(L"Selvane_") + base; };
+        if (name == L"Static") labels.push_back(child);
+        if (is(L"msctls_trackbar32")) sliders.push_back(child);
+        if (is(L"RICHEDIT50W")) edits.push_back(child);
+        if (is(L"msctls_updown32")) spins.push_back(child);
+        if (is(L"COMBOBOX")) combos.push_back(child);
+        if (!is(L"BUTTON")) continue;
+        const bool check = (GetWindowLongPtrW(child, GWL_STYLE) & BS_TYPEMASK) == BS_CHECKBOX;
+        (check ? switches : buttons).push_back(child);
+    }
+}
+
+}  // namespace page_test

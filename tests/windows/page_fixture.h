@@ -1,0 +1,48 @@
+#pragma once
+
+#include "simcam/simulated_camera.h"
+#include "tests/windows/host_window.h"
+#include "tests/windows/page_server.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace page_test {
+
+using Transcript = std::vector<std::string>;
+
+/// A camera, the DLL and a host's window. At the end the DLL must be free to go, and go, and the camera with
+/// it.
+class PageTest : public testing::Test {
+protected:
+    static constexpr RECT place{5, 7, 433, 464};
+
+    explicit PageTest(const char* camera_name = "simple") : camera_(simcam::make_camera(camera_name)) {}
+    ~PageTest() override;
+
+    /// What `SetObjects` says to the camera.
+    HRESULT Give(IPropertyPage& page) const;
+    HRESULT Give(IPropertyPage& page, const std::vector<IUnknown*>& objects) const;
+    /// A page that was given the camera.
+    [[nodiscard]] PagePtr GivenPage(REFCLSID clsid) const;
+    /// The same, activated and shown. Its window.
+    HWND Open(IPropertyPage& page) const;
+
+    [[nodiscard]] Transcript TakeTranscript() const;
+    /// Lets the queue run dry and then forgets what that brought about.
+    void Settle() const;
+
+    PageServer server_;
+    simcam::camera_ptr camera_;
+    HostWindow host_;
+};
+
+/// The children of a page by class, in the order of the controls.
+struct PageControls {
+    explicit PageControls(HWND page);
+    std::vector<HWND> labels, sliders, edits, spins, combos, switches, buttons;
+};
+
+}  // namespace page_test

@@ -1,0 +1,321 @@
+#include "tests/windows/error_box.h"
+#include "tests/windows/page_fixture.h"
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+namespace page_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// One page of the simple camera, open and quiet. What a test does reaches the driver, and that is all there
+/// is to see of it.
+class PageMessagesTest : public PageTest {
+protected:
+    ~PageMessagesTest() override {
+        if (page_) page_->Deactivate();
+    }
+
+    PageControls OpenPage(REFCLSID clsid) {
+        page_ = GivenPage(clsid);
+        window_ = Open(*page_);
+        Settle();
+        return PageControls(window_);
+    }
+    /// What the driver saw until the queue was dry.
+    [[nodiscard]] Transcript Seen() const {
+        RunMessages();
+        return TakeTranscript();
+    }
+    static void Send(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+        SendMessageW(window, message, wparam, lparam);
+    }
+    void Scroll(HWND control, UINT message, int code) const {
+        Send(window_, message, MAKEWPARAM(code, 0), reinterpret_cast<LPARAM>(control));
+    }
+    static void Type(HWND window, const std::wstring& text) {
+        for (const wchar_t character : text) Send(window, WM_CHAR, character, 1);
+    }
+
+    static Transcript FloatRefresh(const std::string& value, const std::string& automatic) {
+        const std::string locked = "Get device 4 ExposureTime/IsLocked -> 1, ok";
+        const std::string read = "Get device 4 ExposureTime/Value -> " + value + ", ok";
+        return {locked,
+                read,
+                read,
+                locked,
+                locked,
+                read,
+                "Get device 4 ExposureAuto/IsLocked -> 1, ok",
+                "Get device 4 ExposureAuto/Value -> " + automatic + ", ok"};
+    }
+    static Transcript IntegerRefresh(const std::string& value) {
+        const std::string locked = "Get device 4 Zoom/IsLocked -> 1, ok";
+        const std::string read = "Get device 4 Zoom/Value -> " + value + ", ok";
+        return {locked, read, read, locked, locked, read};
+    }
+    static Transcript FeatureRefresh(const std::string& enabled, const std::string& entry) {
+        return {"Get device 4 TriggerEnable/IsLocked -> 1, ok",
+                "Get device 4 TriggerEnable/Value -> " + enabled + ", ok",
+                "Get device 4 TriggerSoftware/IsLocked -> " + enabled + ", ok",
+                "Get device 4 TriggerSource/IsLocked -> 1, ok",
+                "Get device 4 TriggerSource/SelectedEntry -> \"" + entry + "\", ok"};
+    }
+    static Transcript WriteAnd(const std::string& write, const Transcript& refresh) {
+        Transcript all{write};
+        all.insert(all.end(), refresh.begin(), refresh.end());
+        return all;
+    }
+
+    PagePtr page_;
+    HWND window_ = nullptr;
+};
+
+TEST_F(PageMessagesTest, ARefreshAsksEachControlInOrder) {
+    OpenPage(exposure_page);
+    EXPECT_EQ(SendMessageW(window_, 1029, 0, 0), 1);
+    EXPECT_EQ(TakeTranscript(), FloatRefresh("0.01", "0"));
+}
+
+TEST_F(PageMessagesTest, NothingIsAskedWithoutAReason) {
+    const PageControls controls = OpenPage(exposure_page);
+    ShowWindow(window_, SW_HIDE);
+    ShowWindow(window_, SW_SHOW);
+    InvalidateRect(window_, nullptr, TRUE);
+    UpdateWindow(window_);
+    Send(window_, WM_TIMER, 1025);
+    Send(window_, WM_TIMER, 1);
+    Send(window_, WM_SIZE);
+    Send(window_, WM_ERASEBKGND);
+    MoveWindow(window_, 0, 0, 300, 300, TRUE);
+    EXPECT_THAT(Seen(), IsEmpty());
+}
+
+TEST_F(PageMessagesTest, EachStepOfADragWritesAndTheEndDoesNot) {
+    const PageControls controls = OpenPage(exposure_page);
+    Send(controls.sliders[0], TBM_SETPOS, TRUE, 100);
+    Scroll(controls.sliders[0], WM_HSCROLL, TB_THUMBTRACK);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 ExposureTime/Value <- 4, ok", FloatRefresh("4", "0")));
+    EXPECT_EQ(TextOf(controls.edits[0]), L"4.000 sec");
+    Send(controls.sliders[0], TBM_SETPOS, TRUE, 0);
+    Scroll(controls.sliders[0], WM_HSCROLL, TB_THUMBPOSITION);
+    EXPECT_THAT(Seen(), testing::SizeIs(9));
+    Scroll(controls.sliders[0], WM_HSCROLL, TB_ENDTRACK);
+    EXPECT_THAT(Seen(), IsEmpty());
+}
+
+TEST_F(PageMessagesTest, ADragWithTheMouseWrites) {
+    const PageControls controls = OpenPage(lens_page);
+    RECT thumb{};
+    Send(controls.sliders[0], TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
+    const int y = (thumb.top + thumb.bottom) / 2;
+    const int x = (thumb.left + thumb.right) / 2;
+    Send(controls.sliders[0], WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    Settle();
+    Send(controls.sliders[0], WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(1000, y));
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 1000, ok", IntegerRefresh("1000")));
+    Send(controls.sliders[0], WM_LBUTTONUP, 0, MAKELPARAM(1000, y));
+    for (const std::string& line : Seen())
+        EXPECT_THAT(line, testing::Not(testing::HasSubstr("Set device 4 Zoom/Value <- 0")));
+    std::int64_t value = 0;
+    EXPECT_EQ(camera_->get_named("Zoom/Value", value), S_OK);
+    EXPECT_EQ(value, 1000);
+}
+
+TEST_F(PageMessagesTest, AKeyOfTheSliderWritesOnce) {
+    const PageControls controls = OpenPage(lens_page);
+    Send(controls.sliders[0], WM_KEYDOWN, VK_RIGHT);
+    Send(controls.sliders[0], WM_KEYUP, VK_RIGHT);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 210, ok", IntegerRefresh("210")));
+    Send(controls.sliders[0], WM_KEYDOWN, VK_END);
+    Send(controls.sliders[0], WM_KEYUP, VK_END);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 1000, ok", IntegerRefresh("1000")));
+    EXPECT_EQ(TextOf(controls.edits[0]), L"1000");
+}
+
+TEST_F(PageMessagesTest, ThePositionOfTheUpDownControlWrites) {
+    const PageControls controls = OpenPage(lens_page);
+    Send(controls.spins[0], UDM_SETPOS, 0, 7);
+    Scroll(controls.spins[0], WM_VSCROLL, SB_THUMBPOSITION);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 70, ok", IntegerRefresh("70")));
+    Scroll(controls.spins[0], WM_VSCROLL, SB_ENDSCROLL);
+    EXPECT_THAT(Seen(), IsEmpty());
+    EXPECT_EQ(SendMessageW(controls.sliders[0], TBM_GETPOS, 0, 0), 7) << "the slider follows";
+}
+
+TEST_F(PageMessagesTest, APressOnTheUpDownControlStepsOnce) {
+    const PageControls controls = OpenPage(lens_page);
+    Send(controls.spins[0], WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(4, 4));
+    Send(controls.spins[0], WM_LBUTTONUP, 0, MAKELPARAM(4, 4));
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 210, ok", IntegerRefresh("210")));
+}
+
+TEST_F(PageMessagesTest, AClickOnASwitchWritesItsNewState) {
+    const PageControls controls = OpenPage(exposure_page);
+    Send(controls.switches[0], BM_CLICK);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 ExposureAuto/Value <- 1, ok", FloatRefresh("0.01", "1")));
+    EXPECT_EQ(SendMessageW(controls.switches[0], BM_GETCHECK, 0, 0), BST_CHECKED);
+    Send(controls.switches[0], BM_CLICK);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 ExposureAuto/Value <- 0, ok", FloatRefresh("0.01", "0")));
+}
+
+TEST_F(PageMessagesTest, AClickOnAButtonExecutes) {
+    const PageControls controls = OpenPage(feature_page);
+    Send(controls.buttons[0], BM_CLICK);
+    EXPECT_EQ(Seen(),
+              WriteAnd("Set device 4 TriggerSoftware/Execute <- 1, ok", FeatureRefresh("1", "Software")));
+    for (int tick = 0; tick < 13; ++tick) Send(controls.buttons[0], WM_TIMER, 1025);
+    EXPECT_THAT(Seen(), IsEmpty()) << "a tick does nothing";
+}
+
+TEST_F(PageMessagesTest, APickInAListWritesTheEntry) {
+    const PageControls controls = OpenPage(feature_page);
+    Send(controls.combos[0], CB_SETCURSEL, 1);
+    Send(window_, WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(controls.combos[0]));
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 TriggerSource/SelectedEntry <- \"Line1\", ok",
+                               FeatureRefresh("1", "Line1")));
+    EXPECT_EQ(TextOf(controls.combos[0]), L"Line 1");
+    Send(controls.combos[0], CB_SETCURSEL, static_cast<WPARAM>(-1));
+    Send(window_, WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(controls.combos[0]));
+    EXPECT_EQ(Seen(), FeatureRefresh("1", "Line1")) << "no entry, no write";
+}
+
+TEST_F(PageMessagesTest, AKeyInAListWritesTheEntry) {
+    const PageControls controls = OpenPage(feature_page);
+    Send(controls.combos[0], WM_KEYDOWN, VK_DOWN);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 TriggerSource/SelectedEntry <- \"Line1\", ok",
+                               FeatureRefresh("1", "Line1")));
+}
+
+TEST_F(PageMessagesTest, TheFocusAsksWhetherAnEditMayBeChanged) {
+    const PageControls controls = OpenPage(exposure_page);
+    SetFocus(controls.edits[0]);
+    EXPECT_THAT(Seen(), ElementsAre("Get device 4 ExposureTime/IsLocked -> 1, ok"));
+}
+
+TEST_F(PageMessagesTest, LeavingAnEditWritesWhatWasTyped) {
+    const PageControls controls = OpenPage(exposure_page);
+    SetFocus(controls.edits[0]);
+    SetWindowTextW(controls.edits[0], L"");
+    Type(controls.edits[0], L"1/1000");
+    EXPECT_EQ(TextOf(controls.edits[0]), L"1/1000");
+    Settle();
+    SetFocus(controls.sliders[0]);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 ExposureTime/Value <- 0.001, ok", FloatRefresh("0.001", "0")));
+    EXPECT_EQ(TextOf(controls.edits[0]), L"1/1000 sec");
+}
+
+TEST_F(PageMessagesTest, LeavingAnEditUntouchedWritesWhatItShows) {
+    const PageControls controls = OpenPage(exposure_page);
+    SetFocus(controls.edits[0]);
+    Settle();
+    SetFocus(controls.sliders[0]);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 ExposureTime/Value <- 0.01, ok", FloatRefresh("0.01", "0")));
+}
+
+TEST_F(PageMessagesTest, ReturnMovesTheFocusOnAndSoCommits) {
+    const PageControls controls = OpenPage(lens_page);
+    SetFocus(controls.edits[0]);
+    SetWindowTextW(controls.edits[0], L"");
+    Type(controls.edits[0], L"430");
+    Settle();
+    Type(controls.edits[0], L"\r");
+    EXPECT_NE(GetFocus(), controls.edits[0]);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 430, ok", IntegerRefresh("430")));
+}
+
+TEST_F(PageMessagesTest, ATextThatIsNoNumberWritesNothingAndShowsTheBox) {
+    const PageControls controls = OpenPage(exposure_page);
+    SetFocus(controls.edits[0]);
+    SetWindowTextW(controls.edits[0], L"1/0");
+    Settle();
+    ErrorBoxWatch box;
+    SetFocus(controls.sliders[0]);
+    EXPECT_EQ(box.boxes, 1);
+    EXPECT_EQ(box.text, L"Error parsing value!");
+    EXPECT_EQ(box.caption, L"Error");
+    EXPECT_EQ(box.owner, host_.Handle());
+    for (const std::string& line : Seen()) EXPECT_THAT(line, testing::Not(testing::StartsWith("Set")));
+    EXPECT_EQ(TextOf(controls.edits[0]), L"1/0");
+    SendMessageW(window_, 1029, 0, 0);
+    EXPECT_EQ(TextOf(controls.edits[0]), L"1/100 sec") << "until the next refresh";
+}
+
+TEST_F(PageMessagesTest, ARefusedValueShowsTheBoxToo) {
+    const PageControls controls = OpenPage(exposure_page);
+    SetFocus(controls.edits[0]);
+    Settle();
+    camera_->add_fault(simcam::fail_when(simcam::calls_of(simcam::call_kind::set), E_ACCESSDENIED));
+    ErrorBoxWatch box;
+    SetFocus(controls.sliders[0]);
+    EXPECT_EQ(box.boxes, 1);
+}
+
+TEST_F(PageMessagesTest, ARefusedWriteIsFollowedByTheTrueState) {
+    const PageControls controls = OpenPage(lens_page);
+    camera_->add_fault(simcam::fail_when(simcam::calls_of(simcam::call_kind::set), E_ACCESSDENIED));
+    Send(controls.sliders[0], TBM_SETPOS, TRUE, 77);
+    Scroll(controls.sliders[0], WM_HSCROLL, TB_THUMBTRACK);
+    EXPECT_EQ(Seen(), WriteAnd("Set device 4 Zoom/Value <- 770, 0x80070005", IntegerRefresh("200")));
+    EXPECT_EQ(SendMessageW(controls.sliders[0], TBM_GETPOS, 0, 0), 20);
+}
+
+TEST_F(PageMessagesTest, AChangeGreysOutWhatDependsOnIt) {
+    const PageControls controls = OpenPage(feature_page);
+    EXPECT_TRUE(IsWindowEnabled(controls.buttons[0]));
+    Send(controls.switches[0], BM_CLICK);
+    RunMessages();
+    EXPECT_FALSE(IsWindowEnabled(controls.buttons[0])) << "no software trigger without a trigger";
+    Send(controls.switches[0], BM_CLICK);
+    RunMessages();
+    EXPECT_TRUE(IsWindowEnabled(controls.buttons[0]));
+}
+
+TEST_F(PageMessagesTest, ALockedFeatureGreysOutItsControls) {
+    const PageControls controls = OpenPage(exposure_page);
+    EXPECT_EQ(camera_->set_named("Changeable/Value", 0), S_OK);
+    EXPECT_TRUE(IsWindowEnabled(controls.sliders[0])) << "nothing is polled";
+    SendMessageW(window_, 1029, 0, 0);
+    for (const HWND control :
+         {controls.sliders[0], controls.edits[0], controls.spins[0], controls.switches[0]}) {
+        EXPECT_FALSE(IsWindowEnabled(control)) << ClassOf(control);
+    }
+}
+
+TEST_F(PageMessagesTest, ARefreshIsPostedNotSent) {
+    const PageControls controls = OpenPage(lens_page);
+    Send(controls.sliders[0], WM_HSCROLL, TB_LINEDOWN);
+    EXPECT_THAT(TakeTranscript(), testing::SizeIs(1)) << "the write alone";
+    RunMessages();
+    EXPECT_EQ(TakeTranscript(), IntegerRefresh("200"));
+}
+
+TEST_F(PageMessagesTest, NotificationsWithOddContentsAreHarmless) {
+    const PageControls controls = OpenPage(exposure_page);
+    constexpr UINT messages[] = {WM_COMMAND,        WM_HSCROLL,      WM_VSCROLL,
+                                 WM_CTLCOLORSTATIC, WM_CTLCOLOREDIT, WM_VKEYTOITEM};
+    for (const UINT message : messages) {
+        Send(window_, message, 0, 0);
+        Send(window_, message, 5, reinterpret_cast<LPARAM>(host_.Handle()));
+        Send(window_, message, 5, 0x12340);
+        Send(window_, message, 5, reinterpret_cast<LPARAM>(window_));
+    }
+    Send(window_, WM_NOTIFY, 0, 0);
+    Send(window_, WM_DRAWITEM, 0, 0);
+    Send(window_, WM_DRAWITEM, 1, 0);
+    Send(window_, WM_MEASUREITEM, 1, 0);
+    Send(window_, WM_PARENTNOTIFY, MAKEWPARAM(WM_LBUTTONDOWN, 77), 0);
+    EXPECT_THAT(Seen(), IsEmpty());
+}
+
+TEST_F(PageMessagesTest, AScrollOfAnotherAxisWritesNothing) {
+    const PageControls controls = OpenPage(lens_page);
+    Scroll(controls.sliders[0], WM_VSCROLL, SB_THUMBPOSITION);
+    Scroll(controls.spins[0], WM_HSCROLL, TB_THUMBTRACK);
+    EXPECT_THAT(Seen(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace page_test

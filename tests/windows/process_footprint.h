@@ -1,0 +1,62 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ostream>
+
+namespace page_test {
+
+/// What a process holds. Tests compare one before and one after.
+struct Footprint {
+    DWORD windows = 0;          ///< of this thread
+    WORD next_window = 0;       ///< slot that a new window gets; it moves up as slots are lost
+    WORD next_gdi_object = 0;   ///< the same for GDI objects
+    ULONG_PTR next_handle = 0;  ///< the same for handles of the kernel
+    SIZE_T heap_blocks = 0;
+    SIZE_T heap_bytes = 0;
+};
+
+inline void CountHeap(HANDLE heap, Footprint& footprint) {
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(heap);
+    while (HeapWalk(heap, &entry) != 0) {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) == 0) continue;
+        ++footprint.heap_blocks;
+        footprint.heap_bytes += entry.cbData;
+    }
+    HeapUnlock(heap);
+}
+
+inline Footprint MeasureFootprint() {
+    Footprint footprint;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND, LPARAM count) -> BOOL {
+            ++*reinterpret_cast<DWORD*>(count);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&footprint.windows));
+    const HWND window =
+        CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    footprint.next_window = LOWORD(reinterpret_cast<ULONG_PTR>(window));
+    DestroyWindow(window);
+    const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+    footprint.next_gdi_object = LOWORD(reinterpret_cast<ULONG_PTR>(brush));
+    DeleteObject(brush);
+    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    footprint.next_handle = reinterpret_cast<ULONG_PTR>(event);
+    CloseHandle(event);
+    HANDLE heaps[64] = {};
+    const DWORD count = GetProcessHeaps(64, heaps);
+    for (DWORD i = 0; i < count; ++i) CountHeap(heaps[i], footprint);
+    return footprint;
+}
+
+inline std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
+    return out << footprint.windows << " windows, next window " << footprint.next_window
+               << ", next GDI object " << footprint.next_gdi_object << ", next handle "
+               << footprint.next_handle << ", " << footprint.heap_blocks << " heap blocks with "
+               << footprint.heap_bytes << " bytes";
+}
+
+}  // namespace page_test

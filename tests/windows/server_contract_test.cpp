@@ -1,0 +1,322 @@
+#include "tests/windows/com_fakes.h"
+#include "tests/windows/page_server.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <set>
+#include <string>
+
+namespace page_test {
+namespace {
+
+constexpr CLSID unknown_class = {
+    0x01F8BA96, 0x06C1, 0x4888, {0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1C}};
+
+class ServerTest : public testing::Test {
+protected:
+    ~ServerTest() override { EXPECT_EQ(server_.CanUnloadNow(), S_OK); }
+
+    PageServer server_;
+};
+
+// The loaded image, as the linker of the platform sees it.
+class Image {
+public:
+    explicit Image(HMODULE module) : base_(reinterpret_cast<const char*>(module)) {}
+
+    [[nodiscard]] std::set<std::string> Exports() const {
+        const auto& directory = *At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
+        EXPECT_EQ(directory.NumberOfFunctions, directory.NumberOfNames) << "exports without a name";
+        std::set<std::string> names;
+        const auto* const list = At<DWORD>(directory.AddressOfNames);
+        for (DWORD i = 0; i < directory.NumberOfNames; ++i) names.insert(At<char>(list[i]));
+        return names;
+    }
+    [[nodiscard]] std::set<std::string> Imports() const {
+        std::set<std::string> names;
+        const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
+        for (; entry->Name != 0; ++entry) {
+            std::string name = At<char>(entry->Name);
+            for (char& letter : name) letter = static_cast<char>(std::tolower(letter));
+            names.insert(name);
+        }
+        return names;
+    }
+
+private:
+    template <class Record>
+    const Record* At(DWORD offset) const {
+        return static_cast<const Record*>(static_cast<const void*>(base_ + offset));
+    }
+    [[nodiscard]] DWORD Directory(int index) const {
+        const auto& header = *At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+        return header.OptionalHeader.DataDirectory[index].VirtualAddress;
+    }
+
+    const char* base_;
+};
+
+TEST_F(ServerTest, ExportsExactlyFourFunctions) {
+    EXPECT_THAT(Image(server_.Module()).Exports(),
+                testing::UnorderedElementsAre("DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
+                                              "DllUnregisterServer"));
+}
+
+TEST_F(ServerTest, NeedsDllsOfThePlatformOnly) {
+    const std::set<std::string> platform = {"advapi32.dll", "comctl32.dll", "gdi32.dll",    "kernel32.dll",
+                                            "msvcrt.dll",   "ole32.dll",    "oleaut32.dll", "user32.dll"};
+    for (const std::string& name : Image(server_.Module()).Imports())
+        EXPECT_EQ(platform.count(name), 1u) << name;
+}
+
+TEST_F(ServerTest, IsAtMostAMegabyte) {
+    WIN32_FILE_ATTRIBUTE_DATA file{};
+    ASSERT_TRUE(GetFileAttributesExW(PageServer::Path().c_str(), GetFileExInfoStandard, &file));
+    EXPECT_EQ(file.nFileSizeHigh, 0u);
+    EXPECT_LE(file.nFileSizeLow, 1024u * 1024u);
+}
+
+TEST_F(ServerTest, CarriesTheTitlesOfThePages) {
+    const wchar_t* const titles[] = {L"Selvane Exposure Controls", L"Selvane Feature Controls",
+                                     L"Selvane Lens Controls", L"Selvane Color Controls"};
+    for (UINT id = 101; id <= 104; ++id) {
+        wchar_t text[64] = {};
+        LoadStringW(server_.Module(), id, text, 64);
+        EXPECT_STREQ(text, titles[id - 101]);
+    }
+}
+
+TEST_F(ServerTest, CarriesAnEmptyDialog) {
+    const HRSRC found = FindResourceW(server_.Module(), MAKEINTRESOURCEW(105), RT_DIALOG);
+    ASSERT_NE(found, nullptr);
+    // Extended template: version, signature, help id, extended style, style, number of controls, place, size.
+    const auto* words = static_cast<const WORD*>(LockResource(LoadResource(server_.Module(), found)));
+    EXPECT_EQ(words[0], 1);
+    EXPECT_EQ(words[1], 0xFFFF);
+    EXPECT_EQ(MAKELONG(words[4], words[5]), 0) << "extended style";
+    EXPECT_EQ(MAKELONG(words[6], words[7]), 0x40000048) << "style";
+    EXPECT_EQ(words[8], 0) << "controls";
+    EXPECT_EQ(words[9], 0);
+    EXPECT_EQ(words[10], 0);
+    EXPECT_EQ(words[11], 285);
+    EXPECT_EQ(words[12], 281);
+    EXPECT_EQ(words[16], 8) << "points, behind no menu, no class and no title";
+    EXPECT_STREQ(reinterpret_cast<const wchar_t*>(words + 19), L"MS Shell Dlg");
+}
+
+TEST_F(ServerTest, CarriesItsVersion) {
+    EXPECT_NE(FindResourceW(server_.Module(), MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16)),
+              nullptr);
+}
+
+TEST_F(ServerTest, HandsOutAFactoryForEachPage) {
+    for (const CLSID& clsid : all_pages) {
+        for (const IID& iid : {IID_IUnknown, IID_IClassFactory}) {
+            IUnknown* factory = nullptr;
+            EXPECT_EQ(server_.GetClassObject(clsid, iid, reinterpret_cast<void**>(&factory)), S_OK);
+            ASSERT_NE(factory, nullptr);
+            EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+            EXPECT_EQ(factory->Release(), 0u);
+            EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+        }
+    }
+}
+
+TEST_F(ServerTest, AnotherInterfaceIsRefusedBeforeTheClassIsLookedAt) {
+    void* out = nullptr;
+    EXPECT_EQ(server_.GetClassObject(exposure_page, IID_IPropertyPage, &out), E_NOINTERFACE);
+    EXPECT_EQ(server_.GetClassObject(unknown_class, IID_IPropertyPage, &out), E_NOINTERFACE);
+    EXPECT_EQ(server_.GetClassObject(unknown_class, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(server_.GetClassObject(unknown_class, IID_IUnknown, &out), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(server_.GetClassObject(CLSID_NULL, IID_IUnknown, &out), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(server_.GetClassObject(exposure_page, IID_IUnknown, nullptr), E_POINTER);
+}
+
+TEST_F(ServerTest, AFactoryAnswersForItsTwoInterfaces) {
+    const auto factory = server_.Factory(lens_page);
+    void* out = &out;
+    EXPECT_EQ(factory->QueryInterface(IID_IPropertyPage, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr) << "cleared";
+    EXPECT_EQ(factory->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+    for (const IID& iid : {IID_IUnknown, IID_IClassFactory}) {
+        EXPECT_EQ(factory->QueryInterface(iid, &out), S_OK);
+        EXPECT_EQ(out, factory.get());
+        EXPECT_EQ(factory->Release(), 1u);
+    }
+    EXPECT_EQ(factory->AddRef(), 2u);
+    EXPECT_EQ(factory->Release(), 1u);
+}
+
+TEST_F(ServerTest, LocksKeepTheServer) {
+    auto factory = server_.Factory(exposure_page);
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+    factory.reset();
+    EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+    server_.Factory(color_page)->LockServer(FALSE);
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+}
+
+TEST_F(ServerTest, APageKeepsTheServer) {
+    auto page = server_.MakePage(exposure_page);
+    ASSERT_TRUE(page);
+    EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+    EXPECT_EQ(ReferencesOf(*page.get()), 1u);
+    page.reset();
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+}
+
+TEST_F(ServerTest, CreateInstanceChecksItsArguments) {
+    const auto factory = server_.Factory(exposure_page);
+    Outer outer;
+    void* out = nullptr;
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
+    EXPECT_EQ(factory->CreateInstance(&outer, IID_IClassFactory, &out), E_NOINTERFACE);
+    EXPECT_EQ(factory->CreateInstance(&outer, IID_IPropertyPage, &out), E_NOINTERFACE);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(outer.references, 0);
+}
+
+TEST_F(ServerTest, APageAnswersForIUnknownAndIPropertyPage) {
+    const auto page = server_.MakePage(feature_page);
+    platform::com_ptr<IUnknown> identity;
+    EXPECT_EQ(page->QueryInterface(IID_IUnknown, identity.put_void()), S_OK);
+    platform::com_ptr<IUnknown> again;
+    EXPECT_EQ(identity->QueryInterface(IID_IUnknown, again.put_void()), S_OK);
+    EXPECT_EQ(identity.get(), again.get());
+    platform::com_ptr<IPropertyPage> back;
+    EXPECT_EQ(identity->QueryInterface(IID_IPropertyPage, back.put_void()), S_OK);
+    EXPECT_EQ(back.get(), page.get());
+    EXPECT_EQ(ReferencesOf(*page.get()), 4u) << "one count for all interfaces";
+    void* out = &out;
+    EXPECT_EQ(page->QueryInterface(IID_IClassFactory, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(page->QueryInterface(IID_IPropertyPage, nullptr), E_POINTER);
+    EXPECT_EQ(page->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+}
+
+TEST_F(ServerTest, TheZeroIdSucceedsAndWritesNothing) {
+    const auto page = server_.MakePage(feature_page);
+    void* out = &out;
+    EXPECT_EQ(page->QueryInterface(IID_NULL, &out), S_OK);
+    EXPECT_EQ(out, &out);
+    EXPECT_EQ(page->QueryInterface(IID_NULL, nullptr), S_OK);
+    EXPECT_EQ(ReferencesOf(*page.get()), 1u);
+    EXPECT_EQ(server_.Factory(feature_page)->CreateInstance(nullptr, IID_NULL, &out), S_OK);
+    EXPECT_EQ(out, &out);
+}
+
+TEST_F(ServerTest, APageCanBeAggregated) {
+    Outer outer;
+    ASSERT_EQ(server_.Factory(exposure_page)->CreateInstance(&outer, IID_IUnknown, outer.inner.put_void()),
+              S_OK);
+    EXPECT_EQ(outer.references, 0) << "the inner object holds no reference of its outer";
+    platform::com_ptr<IPropertyPage> page;
+    ASSERT_EQ(outer.QueryInterface(IID_IPropertyPage, page.put_void()), S_OK);
+    EXPECT_EQ(outer.references, 1) << "counted by the outer object";
+    platform::com_ptr<IUnknown> identity;
+    EXPECT_EQ(page->QueryInterface(IID_IUnknown, identity.put_void()), S_OK);
+    EXPECT_EQ(identity.get(), &outer);
+    platform::com_ptr<IUnknown> own;
+    EXPECT_EQ(page->QueryInterface(Outer::own_interface, own.put_void()), S_OK);
+    EXPECT_EQ(own.get(), &outer);
+    platform::com_ptr<IUnknown> inner;
+    EXPECT_EQ(outer.inner->QueryInterface(IID_IUnknown, inner.put_void()), S_OK);
+    EXPECT_EQ(inner.get(), outer.inner.get()) << "the inner identity is its own";
+    inner.reset();
+    own.reset();
+    identity.reset();
+    page.reset();
+    EXPECT_EQ(outer.references, 0);
+    EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+    outer.inner.reset();
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+}
+
+/// The registry's classes stand under a key of the test.
+class ServerRegistryTest : public ServerTest {
+protected:
+    ServerRegistryTest() {
+        RegDeleteTreeW(HKEY_CURRENT_USER, root);
+        RegCreateKeyW(HKEY_CURRENT_USER, root, &classes_);
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_);
+    }
+    ~ServerRegistryTest() override {
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        RegCloseKey(classes_);
+        RegDeleteTreeW(HKEY_CURRENT_USER, root);
+    }
+
+    [[nodiscard]] std::wstring Value(const std::wstring& path, const wchar_t* name) const {
+        wchar_t text[600] = {};
+        DWORD size = sizeof text;
+        const LSTATUS status =
+            RegGetValueW(classes_, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
+        return status == ERROR_SUCCESS ? text : L"(none)";
+    }
+    [[nodiscard]] DWORD SubkeysOf(const wchar_t* path) const {
+        HKEY key = nullptr;
+        DWORD count = 0;
+        if (RegOpenKeyExW(classes_, path, 0, KEY_READ, &key) != ERROR_SUCCESS) return 0;
+        RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr);
+        RegCloseKey(key);
+        return count;
+    }
+    void ExpectRegistered(const wchar_t* clsid, const wchar_t* name) const {
+        const std::wstring key = std::wstring(L"CLSID\\") + clsid;
+        EXPECT_EQ(Value(key, nullptr), name);
+        EXPECT_EQ(Value(key + L"\\InprocServer32", nullptr), PageServer::Path());
+        EXPECT_EQ(Value(key + L"\\InprocServer32", L"ThreadingModel"), L"Both");
+    }
+    void ExpectAllRegistered() const {
+        EXPECT_EQ(SubkeysOf(L"CLSID"), 4u);
+        ExpectRegistered(L"{01F8BA96-06C1-4888-B9FF-8B60F3A1221A}", L"Selvane Exposure Controls");
+        ExpectRegistered(L"{01F8BA96-06C1-4888-B9FF-8B60F3A1221B}", L"Selvane Feature Controls");
+        ExpectRegistered(L"{C423731D-D4C5-41EE-B17D-A311A7B27DEC}", L"Selvane Lens Controls");
+        ExpectRegistered(L"{A522337D-5324-4123-9DA4-84D17EF1EADA}", L"Selvane Color Controls");
+    }
+
+    static constexpr wchar_t root[] = L"Software\\SelvanePageContractTest";
+    HKEY classes_ = nullptr;
+};
+
+TEST_F(ServerRegistryTest, RegistersItsFourClassesAnyNumberOfTimes) {
+    EXPECT_EQ(server_.Register(), S_OK);
+    ExpectAllRegistered();
+    EXPECT_EQ(server_.Register(), S_OK);
+    ExpectAllRegistered();
+}
+
+TEST_F(ServerRegistryTest, UnregisteringTakesItsClassesAndNoOther) {
+    HKEY other = nullptr;
+    RegCreateKeyW(classes_, L"CLSID\\{00000000-0000-0000-0000-000000000001}", &other);
+    RegCloseKey(other);
+    EXPECT_EQ(server_.Register(), S_OK);
+    EXPECT_EQ(SubkeysOf(L"CLSID"), 5u);
+    EXPECT_EQ(server_.Unregister(), S_OK);
+    EXPECT_EQ(SubkeysOf(L"CLSID"), 1u);
+}
+
+TEST_F(ServerRegistryTest, UnregisteringOnACleanRegistryIsFine) {
+    EXPECT_EQ(server_.Unregister(), S_OK);
+    EXPECT_EQ(SubkeysOf(L"CLSID"), 0u);
+    EXPECT_EQ(server_.Unregister(), S_OK);
+}
+
+TEST_F(ServerRegistryTest, ARegistryErrorIsTheAnswer) {
+    HKEY poor = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(classes_, L"volatile", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                              &poor, nullptr),
+              ERROR_SUCCESS);
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, poor);
+    EXPECT_EQ(server_.Register(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    RegCloseKey(poor);
+}
+
+}  // namespace
+}  // namespace page_test

@@ -33,6 +33,9 @@ public:
     /// Parses and writes; false if the text is no value or the write failed.
     virtual bool SetText(std::wstring_view text) = 0;
     [[nodiscard]] virtual bool GetText(std::wstring& text) = 0;
+    /// The element behind the controller, for whoever shows more of it than its position; null without one.
+    [[nodiscard]] virtual CZELItemDataBase* GetItem() const noexcept { return nullptr; }
+    [[nodiscard]] virtual InterfaceKey GetKey() const noexcept { return 0; }
 
 private:
     std::atomic<std::int32_t> references_{1};
@@ -49,6 +52,8 @@ public:
     bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
+    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
+    InterfaceKey GetKey() const noexcept override { return key_; }
 
 private:
     bool EnsureRange();
@@ -70,6 +75,8 @@ public:
     bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
+    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
+    InterfaceKey GetKey() const noexcept override { return key_; }
     /// Last correction of a value made from a position.
     [[nodiscard]] virtual double SnapValue(double value);
 

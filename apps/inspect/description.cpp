@@ -1,0 +1,96 @@
+#include "apps/inspect/description.h"
+
+#include "apps/inspect/inspect_error.h"
+#include "apps/inspect/log_capture.h"
+
+#include <cerrno>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace selvane_inspect {
+namespace {
+
+std::string system_words(int error) {
+    return error != 0 ? ": " + std::generic_category().message(error) : std::string();
+}
+
+}  // namespace
+
+std::string read_file(const std::string& path) {
+    const std::filesystem::path place = std::filesystem::u8path(path);
+    std::error_code unknown;
+    if (std::filesystem::is_directory(place, unknown))
+        throw wrong_use("cannot read " + path + ": it is a folder");
+    errno = 0;
+    std::ifstream file(place, std::ios::binary);
+    std::string contents{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file.is_open() || file.bad()) throw wrong_use("cannot read " + path + system_words(errno));
+    return contents;
+}
+
+void write_file(const std::string& path, const std::string& contents) {
+    errno = 0;
+    std::ofstream file(std::filesystem::u8path(path), std::ios::binary);
+    file << contents;
+    file.close();
+    if (!file) throw wrong_use("cannot write " + path + system_words(errno));
+}
+
+std::unique_ptr<description> description::open(const std::string& path) {
+    std::unique_ptr<description> opened(new description(path, read_file(path)));
+    if (const auto& malformed = opened->tree_.malformed()) {
+        throw wrong_use(fmt::format("{}:{}:{}: not well-formed: {}", path, malformed->at.line,
+                                    malformed->at.column, malformed->about));
+    }
+    opened->load();
+    return opened;
+}
+
+description::description(std::string path, std::string bytes)
+    : path_(std::move(path)), source_(std::move(bytes)), tree_(source_) {}
+
+void description::load() {
+    log_capture log;
+    const std::string& bytes = source_.bytes();
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        document_.reset(GenICam::load_genicam_doc(bytes.data(), bytes.size(), page_options));
+    } catch (const std::exception& failure) {
+        load_failure_ = failure.what();
+    }
+    load_time_ =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+    load_messages_ = log.take();
+    nodes_.resize(tree_.elements().size());
+    if (document_ == nullptr) return;
+    match_nodes();
+    if (GenICam::INode* port = document_->find_port({})) static_cast<GenICam::IPort*>(port)->bind(&port_);
+}
+
+void description::match_nodes() {
+    const auto match = [this](GenICam::INode* node) {
+        if (const auto index = tree_.find(*node)) nodes_[*index] = node;
+    };
+    document_->for_each_node([&](GenICam::INode* node) {
+        match(node);
+        if (node->get_node_type() != GenICam::node_type::enumeration) return;
+        for (GenICam::IEnumEntry* entry : static_cast<GenICam::IEnumeration*>(node)->get_entries())
+            match(entry);
+    });
+}
+
+std::unique_ptr<description> open_loaded(const std::string& path) {
+    std::unique_ptr<description> opened = description::open(path);
+    if (opened->document() == nullptr) {
+        throw wrong_use(path + ": an exception left the load: " + opened->load_failure());
+    }
+    return opened;
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "apps/inspect/description_tree.h"
+#include "apps/inspect/source_text.h"
+#include "apps/inspect/traced_port.h"
+#include "genicam/genicam_doc.h"
+#include "simcam/register_memory.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// A description that the engine has loaded over a register memory, and what is known of its text.
+class description {
+public:
+    /// Reads and loads a file. Throws `inspect_error` for one that cannot be read or is not well-formed.
+    [[nodiscard]] static std::unique_ptr<description> open(const std::string& path);
+
+    description(const description&) = delete;
+    description& operator=(const description&) = delete;
+
+    [[nodiscard]] const std::string& path() const noexcept { return path_; }
+    [[nodiscard]] const source_text& source() const noexcept { return source_; }
+    [[nodiscard]] const description_tree& tree() const noexcept { return tree_; }
+    /// Null when an exception left the load.
+    [[nodiscard]] GenICam::IGenICamDoc* document() const noexcept { return document_.get(); }
+    /// The exception that left the load; empty for none.
+    [[nodiscard]] const std::string& load_failure() const noexcept { return load_failure_; }
+    /// What the engine said while it loaded.
+    [[nodiscard]] const std::vector<std::string>& load_messages() const noexcept { return load_messages_; }
+    [[nodiscard]] std::chrono::microseconds load_time() const noexcept { return load_time_; }
+
+    /// The node of an element, also of one whose name another bears as well; null when nothing was loaded.
+    [[nodiscard]] GenICam::INode* node_of(element_index index) const { return nodes_[index]; }
+
+    [[nodiscard]] simcam::register_memory& memory() noexcept { return memory_; }
+    [[nodiscard]] traced_port& port() noexcept { return port_; }
+
+private:
+    description(std::string path, std::string bytes);
+    void load();
+    void match_nodes();
+
+    std::string path_;
+    source_text source_;
+    description_tree tree_;
+    simcam::register_memory memory_;
+    traced_port port_{memory_};
+    std::unique_ptr<GenICam::IGenICamDoc> document_;
+    std::vector<GenICam::INode*> nodes_;  // of the elements of the tree
+    std::string load_failure_;
+    std::vector<std::string> load_messages_;
+    std::chrono::microseconds load_time_{0};
+};
+
+/// The same for commands that need the nodes: also throws when an exception left the load.
+[[nodiscard]] std::unique_ptr<description> open_loaded(const std::string& path);
+
+/// The contents of a file. Throws `inspect_error`.
+[[nodiscard]] std::string read_file(const std::string& path);
+void write_file(const std::string& path, const std::string& contents);
+
+}  // namespace selvane_inspect

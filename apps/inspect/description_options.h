@@ -1,0 +1,31 @@
+#pragma once
+
+#include "apps/inspect/description.h"
+#include "apps/inspect/memory_options.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// One description over registers, as the command line says.
+struct description_options {
+    std::string file;
+    memory_options memory;
+};
+
+/// Adds FILE.
+void add_file(CLI::App& command, std::string& file);
+/// Adds FILE, --memory and --register.
+void add_description_options(CLI::App& command, description_options& options);
+
+/// Loads the description and fills its registers. Throws `inspect_error`.
+[[nodiscard]] std::unique_ptr<description> open(const description_options& options);
+
+/// The nodes of these names. Throws `inspect_error` for an unknown one, with the name that may have been
+/// meant.
+[[nodiscard]] std::vector<GenICam::INode*> find_features(const description& in,
+                                                         const std::vector<std::string>& names);
+
+}  // namespace selvane_inspect

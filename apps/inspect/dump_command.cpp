@@ -1,0 +1,69 @@
+#include "apps/inspect/command.h"
+#include "apps/inspect/description.h"
+#include "apps/inspect/description_options.h"
+#include "apps/inspect/node_counts.h"
+#include "genicam/ieval.h"
+
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+struct dump_options {
+    std::string file;
+    std::string what;
+};
+
+constexpr const char* statistics = "stats";
+constexpr const char* node_list = "nodes";
+constexpr std::int32_t statistics_mode = 0;
+constexpr std::int32_t node_list_mode = 1;
+
+nlohmann::ordered_json nodes_json(GenICam::IGenICamDoc& document) {
+    auto json = nlohmann::ordered_json::array();
+    document.for_each_node([&](GenICam::INode* node) {
+        json.push_back({{"name", node->get_name()}, {"dependents", node->get_eval()->get_dependent_count()}});
+    });
+    return json;
+}
+
+nlohmann::ordered_json as_json(const description& opened, const std::string& what) {
+    nlohmann::ordered_json json;
+    json["command"] = "dump";
+    json["file"] = opened.path();
+    json["what"] = what;
+    if (what == node_list) {
+        json["nodes"] = nodes_json(*opened.document());
+    } else {
+        const node_counts counts = count_nodes(opened.tree());
+        json["elements"] = elements_json(counts);
+        json["classes"] = classes_json(counts);
+    }
+    return json;
+}
+
+int dump(const dump_options& options, const channels& to) {
+    const auto opened = open_loaded(options.file);
+    if (to.json) {
+        write_json(to.out, as_json(*opened, options.what));
+    } else {
+        to.out << opened->document()->dump(options.what == statistics ? statistics_mode : node_list_mode);
+    }
+    return exit_code::fine;
+}
+
+}  // namespace
+
+void add_dump(command_set& commands) {
+    CLI::App* command = nullptr;
+    dump_options& options = commands.add("dump", "The engine's own listings", dump, command);
+    add_file(*command, options.file);
+    command
+        ->add_option("WHAT", options.what,
+                     "stats: counts by element and class; nodes: every node with its dependents")
+        ->required()
+        ->type_name("")
+        ->check(CLI::IsMember(std::set<std::string>{statistics, node_list}));
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "apps/inspect/description.h"
+#include "apps/inspect/formula_binding.h"
+#include "apps/inspect/operation_graph.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// Why the engine must not be asked: it would never come back, or not alive.
+struct hazard {
+    enum class kind { circle, depth, division };
+    kind what;
+    std::vector<element_index>
+        path;             ///< the elements on the circle in the order of asking; else the one at fault
+    std::string formula;  ///< of a division
+};
+
+/// Tells beforehand which operations on nodes the engine survives. It follows links without looking for
+/// circles, and an integer division by zero ends the process: both are the description's business. So circles
+/// are looked for in the graph of operations, and every formula on the way is run here first, with the values
+/// that the engine would take, and stopped before such a division.
+class evaluation_guard {
+public:
+    explicit evaluation_guard(description& of) : description_(of), graph_(of.tree()) {}
+    evaluation_guard(const evaluation_guard&) = delete;
+    evaluation_guard& operator=(const evaluation_guard&) = delete;
+
+    /// Null when the engine can carry out the operation now. A store is not judged by the value; see below.
+    [[nodiscard]] const hazard* find(node_operation which);
+    [[nodiscard]] const hazard* find(GenICam::INode& node, operation asked);
+    /// Null when the engine can write that value now.
+    [[nodiscard]] const hazard* find_in_store(GenICam::INode& node, const GenICam::eval_value& value);
+    /// Whatever depends on values is to be found out anew: something was written.
+    void forget();
+
+    [[nodiscard]] const operation_graph& graph() const noexcept { return graph_; }
+    [[nodiscard]] formula_binding& binding(element_index element);
+    /// Everything found so far, each circle once.
+    [[nodiscard]] std::vector<const hazard*> all() const;
+    /// "A reads B reads A" or "the formula of A divides by zero".
+    [[nodiscard]] std::string describe(const hazard& found) const;
+
+private:
+    struct verdict {
+        bool open = true;  // still being looked into: meeting it again closes a circle
+        const hazard* found = nullptr;
+        std::size_t depth = 0;
+    };
+    struct visit {
+        node_operation which;
+        std::vector<node_operation> needs;
+        std::size_t next = 0;
+    };
+
+    void enter(node_operation which);
+    void leave();
+    void absorb(verdict& into, const verdict& from) const;
+    const hazard* close_circle(node_operation again);
+    const hazard* judge_formula(node_operation which);
+    const hazard* judge(element_index element, const std::optional<guarded_result>& rehearsed,
+                        const char* formula);
+    const hazard* rehearse(GenICam::INode& node, const GenICam::eval_value& value, std::size_t depth);
+    const hazard* rehearse_converter(element_index element, const GenICam::eval_value& value,
+                                     std::size_t depth);
+    const hazard* keep(hazard found);
+
+    description& description_;
+    operation_graph graph_;
+    std::unordered_map<std::size_t, verdict> verdicts_;
+    std::vector<visit> path_;
+    std::deque<hazard> hazards_;
+    std::unordered_map<element_index, std::unique_ptr<formula_binding>> bindings_;
+};
+
+}  // namespace selvane_inspect

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "apps/inspect/evaluation_guard.h"
+#include "apps/inspect/feature_value.h"
+#include "genicam/core/error.h"
+
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// An answer of the engine, or why there is none.
+template <class T>
+struct answer {
+    std::optional<T> value;
+    std::string failure;
+    std::uint32_t code = 0;  ///< of the engine; 0 where it was not asked
+};
+
+/// What a feature shows of itself now.
+struct feature_state {
+    GenICam::INode* node = nullptr;
+    GenICam::node_type kind = GenICam::node_type::integer;
+    std::string name;
+    std::string_view access;  ///< RW, RO, WO; NI for not implemented, NA for not available
+    answer<feature_value> value;
+    number_style style = number_style::plain;
+    std::string unit;
+    std::optional<feature_value> minimum;
+    std::optional<feature_value> maximum;
+    std::optional<feature_value> increment;
+    std::optional<feature_value> default_value;
+};
+
+/// Reads features, and asks the engine for nothing that it would not survive.
+class feature_reader {
+public:
+    /// The guard may watch over another description of the same text, in the same state.
+    explicit feature_reader(evaluation_guard& guard) : guard_(guard) {}
+
+    [[nodiscard]] feature_state read(GenICam::INode& node);
+    [[nodiscard]] answer<feature_value> read_value(GenICam::INode& node);
+    /// A minimum, maximum, increment or default; not set where there is none.
+    [[nodiscard]] std::optional<feature_value> read_limit(GenICam::INode& node, operation limit);
+    [[nodiscard]] std::string read_unit(GenICam::INode& node);
+    /// Of implemented, available and locked.
+    [[nodiscard]] answer<bool> read_flag(GenICam::INode& node, operation flag);
+    [[nodiscard]] answer<GenICam::AccessMode> read_access(GenICam::INode& node);
+    [[nodiscard]] std::string_view access_state(GenICam::INode& node);
+
+private:
+    template <class Ask>
+    auto ask(GenICam::INode& node, operation asked, Ask question)
+        -> answer<typename decltype(question())::value_type>;
+
+    evaluation_guard& guard_;
+};
+
+/// "[0..100 step 2]", without the ends that everything has; empty where nothing is left.
+[[nodiscard]] std::string range_text(const feature_state& state);
+/// "name = value unit", or only the name of what has no value.
+[[nodiscard]] std::string assignment_text(const feature_state& state);
+[[nodiscard]] nlohmann::ordered_json to_json(const feature_state& state);
+
+}  // namespace selvane_inspect

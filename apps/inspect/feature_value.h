@@ -1,0 +1,45 @@
+#pragma once
+
+#include "genicam/inode.h"
+#include "simcam/driver_call.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace selvane_inspect {
+
+/// The selected entry of an enumeration.
+struct entry_value {
+    std::string name;
+    std::int64_t value;
+};
+
+/// What a feature holds: nothing for kinds without a value.
+using feature_value =
+    std::variant<std::monostate, std::int64_t, double, bool, std::string, entry_value, simcam::bytes>;
+
+/// How a number is to be written.
+enum class number_style { plain, hexadecimal, ipv4, mac };
+[[nodiscard]] number_style style_of(GenICam::Representation representation) noexcept;
+
+/// "12", "0xFF", "true", "\"text\"", "Fast (3)", "00 01"; empty for nothing.
+[[nodiscard]] std::string value_text(const feature_value& value, number_style style = number_style::plain);
+/// A number, a truth, a text; an entry by its name, bytes as hexadecimal text, infinities and NaN as text.
+[[nodiscard]] nlohmann::ordered_json value_json(const feature_value& value);
+
+/// The shortest text that reads as the same number.
+[[nodiscard]] std::string number_text(double number);
+
+/// Text in quotes, with escapes for what a terminal should not see.
+[[nodiscard]] std::string quoted_text(std::string_view text);
+
+/// "integer", "float", "enumeration" and so on.
+[[nodiscard]] std::string_view kind_word(GenICam::node_type kind) noexcept;
+[[nodiscard]] std::string_view visibility_word(GenICam::Visibility visibility) noexcept;
+[[nodiscard]] std::string_view access_word(GenICam::AccessMode access) noexcept;
+
+}  // namespace selvane_inspect

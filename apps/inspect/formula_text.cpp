@@ -1,0 +1,48 @@
+#include "apps/inspect/formula_text.h"
+
+#include "apps/inspect/feature_value.h"
+
+namespace selvane_inspect {
+namespace {
+
+// Functions are called by a name, operators stand between or before their operands.
+std::string applied_text(const char* operator_word, const GenICam::formula_function& function) {
+    const std::string text(text_of(function));
+    const bool is_name = !text.empty() && text.front() >= 'A' && text.front() <= 'Z';
+    return (is_name ? "call " : operator_word) + text;
+}
+
+}  // namespace
+
+std::string number_alone(const GenICam::eval_value& number) {
+    if (number.is_integer) return std::to_string(number.value.integer);
+    std::string text = number_text(number.value.real);
+    if (text.find_first_not_of("-0123456789") == std::string::npos) text += ".0";
+    return text;
+}
+
+std::string number_with_kind(const GenICam::eval_value& number) {
+    return number_alone(number) + (number.is_integer ? " (integer)" : " (float)");
+}
+
+std::string instruction_text(const GenICam::formula_instruction& instruction,
+                             const std::function<std::string(GenICam::identifier_id)>& name_of) {
+    using GenICam::op_code;
+    switch (instruction.code) {
+        case op_code::op_push_int:
+            return "push " + number_alone(value_of(GenICam::number_kind::integer, instruction.number));
+        case op_code::op_push_float:
+            return "push " + number_alone(value_of(GenICam::number_kind::floating, instruction.number));
+        case op_code::op_unary:
+            return applied_text("unary ", *instruction.function);
+        case op_code::op_binary:
+            return applied_text("binary ", *instruction.function);
+        case op_code::op_variable:
+            return "variable " + name_of(instruction.variable);
+        case op_code::op_select:
+            break;
+    }
+    return "select";
+}
+
+}  // namespace selvane_inspect

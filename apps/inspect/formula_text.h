@@ -1,0 +1,22 @@
+#pragma once
+
+#include "formula/formula_program.h"
+#include "genicam/core/eval_value.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace selvane_inspect {
+
+/// "3 (integer)", "3.5 (float)"
+[[nodiscard]] std::string number_with_kind(const GenICam::eval_value& number);
+/// The number alone; a float never looks like an integer.
+[[nodiscard]] std::string number_alone(const GenICam::eval_value& number);
+
+/// What an instruction of a postfix program does: "push 3", "variable A", "unary -", "binary **", "call
+/// ROUND", "select".
+[[nodiscard]] std::string instruction_text(const GenICam::formula_instruction& instruction,
+                                           const std::function<std::string(GenICam::identifier_id)>& name_of);
+
+}  // namespace selvane_inspect

@@ -1,0 +1,66 @@
+#include "apps/inspect/lint/engine_rules.h"
+
+#include "apps/inspect/lint/message_place.h"
+
+namespace selvane_inspect {
+namespace {
+
+void add_all(const lint_context& context, const std::vector<engine_message>& messages,
+             finding_list& findings) {
+    for (placed_message& message : place_messages(context, messages))
+        findings.add(message.at, std::move(message.text));
+}
+
+void add_hazards(lint_context& context, hazard::kind what, finding_list& findings) {
+    for (const hazard* found : context.guard().all()) {
+        if (found->what != what) continue;
+        findings.add(context.position_of(found->path.front()), context.guard().describe(*found));
+    }
+}
+
+}  // namespace
+
+void check_load_messages(lint_context& context, finding_list& findings) {
+    std::vector<engine_message> messages;
+    for (const std::string& text : context.subject().load_messages())
+        messages.push_back({text, std::nullopt});
+    add_all(context, messages, findings);
+}
+
+void check_ask_messages(lint_context& context, finding_list& findings) {
+    add_all(context, context.ask_messages(), findings);
+}
+
+void check_read_messages(lint_context& context, finding_list& findings) {
+    add_all(context, context.read_messages(), findings);
+}
+
+// The one way to get there: a variable's name ends where the name of an entry should begin.
+void check_load_exception(lint_context& context, finding_list& findings) {
+    if (context.is_loaded()) return;
+    text_position at;
+    for (const pugi::xml_node element : context.elements_for_nodes()) {
+        for (const pugi::xml_node variable : element.children("pVariable")) {
+            const std::string_view name = variable.attribute("Name").value();
+            constexpr std::string_view specifier = ".Entry";
+            const std::size_t found = name.find(specifier);
+            const bool ends = found != std::string_view::npos && found + specifier.size() == name.size();
+            if (ends && at.line == 0) at = context.tree().position_of(variable);
+        }
+    }
+    findings.add(at, "an exception leaves the load: " + context.subject().load_failure());
+}
+
+void check_circles(lint_context& context, finding_list& findings) {
+    add_hazards(context, hazard::kind::circle, findings);
+}
+
+void check_depth(lint_context& context, finding_list& findings) {
+    add_hazards(context, hazard::kind::depth, findings);
+}
+
+void check_divisions_by_zero(lint_context& context, finding_list& findings) {
+    add_hazards(context, hazard::kind::division, findings);
+}
+
+}  // namespace selvane_inspect

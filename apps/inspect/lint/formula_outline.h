@@ -1,0 +1,39 @@
+#pragma once
+
+#include "formula/formula_parser.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// Something about the text of a formula, and where in it.
+struct formula_remark {
+    std::size_t offset = 0;
+    std::string text;
+};
+
+/// What can be told from the tokens of a formula alone.
+struct formula_outline {
+    /// Why the text ends too soon: what the language goes along with and an author does not mean.
+    std::vector<formula_remark> breaks;
+    /// Operators that are carried out in another order than in mathematics and in most languages.
+    std::vector<formula_remark> surprises;
+    /// Calls of ROUND with one argument.
+    std::vector<formula_remark> short_rounds;
+};
+
+[[nodiscard]] formula_outline outline_formula(std::string_view text);
+
+/// Why and where the language refuses a formula, as one line.
+[[nodiscard]] std::string refusal_text(std::string_view formula, const GenICam::parse_end& end);
+
+/// The end of a formula that the language does not read; empty for none.
+[[nodiscard]] std::string_view ignored_text(const GenICam::parse_end& end);
+
+/// What an author should know of a formula that the language takes.
+[[nodiscard]] std::vector<std::string> formula_notes(std::string_view formula);
+
+}  // namespace selvane_inspect

@@ -1,0 +1,247 @@
+#include "apps/inspect/command.h"
+#include "apps/inspect/lint/lint_context.h"
+#include "apps/inspect/lint/lint_rule.h"
+#include "apps/inspect/memory_options.h"
+#include "apps/inspect/progress.h"
+#include "apps/inspect/similar_name.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <set>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+struct lint_options {
+    std::vector<std::string> files;
+    memory_options memory;
+    std::vector<std::string> only;
+    std::vector<std::string> ignore;
+    std::string fail_on = "warning";
+    bool list_rules = false;
+};
+
+constexpr const char* never = "never";
+constexpr severity severities[] = {severity::error, severity::warning, severity::note};
+constexpr const char* plurals[] = {"errors", "warnings", "notes"};
+
+using severity_counts = std::array<std::size_t, std::size(severities)>;  // in the order of `severities`
+
+struct file_report {
+    std::string file;
+    std::vector<finding> findings;
+    severity_counts counts{};
+};
+
+std::set<std::string> fail_words() {
+    std::set<std::string> words = {never};
+    for (const severity level : severities) words.emplace(severity_word(level));
+    return words;
+}
+
+void check_names(const std::vector<std::string>& names) {
+    std::vector<std::string_view> known;
+    for (const lint_rule& rule : all_lint_rules()) known.push_back(rule.name);
+    for (const std::string& name : names) {
+        if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+        const std::string_view meant = find_similar(name, known);
+        throw wrong_use(
+            "there is no rule " + name +
+            (meant.empty() ? " (--rules lists them)" : " (did you mean " + std::string(meant) + "?)"));
+    }
+}
+
+bool contains(const std::vector<std::string>& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool is_wanted(const lint_rule& rule, const lint_options& options) {
+    return (options.only.empty() || contains(options.only, rule.name)) &&
+           !contains(options.ignore, rule.name);
+}
+
+file_report examine(const std::string& file, const lint_options& options) {
+    const auto opened = description::open(file);
+    fill_memory(options.memory, opened->memory());
+    lint_context context(*opened);
+    finding_list findings;
+    for (const lint_rule& rule : all_lint_rules()) {
+        if (!is_wanted(rule, options)) continue;
+        findings.begin(rule);
+        rule.check(context, findings);
+    }
+    file_report report = {file, findings.take_sorted(), {}};
+    for (const finding& one : report.findings) {
+        for (std::size_t at = 0; at < std::size(severities); ++at) {
+            if (one.rule->level == severities[at]) report.counts[at] += one.count;
+        }
+    }
+    return report;
+}
+
+std::string summary(const severity_counts& counts) {
+    std::string text;
+    for (std::size_t at = 0; at < counts.size(); ++at) {
+        const std::string word = counts[at] == 1 ? std::string(severity_word(severities[at])) : plurals[at];
+        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", counts[at], word);
+    }
+    return text;
+}
+
+std::string place_text(const std::string& file, text_position at) {
+    return at.line == 0 ? file : fmt::format("{}:{}:{}", file, at.line, at.column);
+}
+
+void print(std::ostream& out, const file_report& report) {
+    std::set<const lint_rule*> broken;
+    for (const finding& one : report.findings) {
+        broken.insert(one.rule);
+        out << fmt::format("{}: {}: {}{} [{}]\n", place_text(report.file, one.at),
+                           severity_word(one.rule->level), one.message,
+                           one.count > 1 ? fmt::format(" ({} times)", one.count) : "", one.rule->name);
+    }
+    for (const lint_rule& rule : all_lint_rules()) {
+        if (broken.count(&rule) == 0) continue;
+        out << fmt::format("    {}: {} {}\n", rule.name, rule.why, rule.what_to_do);
+    }
+    out << report.file << ": " << summary(report.counts) << '\n';
+}
+
+void put_counts(nlohmann::ordered_json& json, const severity_counts& counts) {
+    for (std::size_t at = 0; at < counts.size(); ++at) json[plurals[at]] = counts[at];
+}
+
+nlohmann::ordered_json as_json(const file_report& report) {
+    nlohmann::ordered_json json;
+    json["file"] = report.file;
+    json["findings"] = nlohmann::ordered_json::array();
+    for (const finding& one : report.findings) {
+        json["findings"].push_back({{"rule", one.rule->name},
+                                    {"severity", severity_word(one.rule->level)},
+                                    {"line", one.at.line},
+                                    {"column", one.at.column},
+                                    {"message", one.message},
+                                    {"count", one.count},
+                                    {"why", one.rule->why},
+                                    {"what_to_do", one.rule->what_to_do}});
+    }
+    put_counts(json, report.counts);
+    return json;
+}
+
+int print_rules(const channels& to) {
+    auto json = nlohmann::ordered_json::array();
+    for (const lint_rule& rule : all_lint_rules()) {
+        json.push_back({{"rule", rule.name},
+                        {"severity", severity_word(rule.level)},
+                        {"why", rule.why},
+                        {"what_to_do", rule.what_to_do}});
+        if (to.json) continue;
+        to.out << fmt::format("{} ({})\n    {}\n    {}\n", rule.name, severity_word(rule.level), rule.why,
+                              rule.what_to_do);
+    }
+    if (to.json) write_json(to.out, {{"command", "lint"}, {"rules", std::move(json)}});
+    return exit_code::fine;
+}
+
+bool fails(const severity_counts& counts, const std::string& fail_on) {
+    for (std::size_t at = 0; at < counts.size() && fail_on != never; ++at) {
+        if (counts[at] > 0) return true;
+        if (severity_word(severities[at]) == fail_on) break;
+    }
+    return false;
+}
+
+/// A run over all files; one that cannot be used does not keep the others from being examined.
+class lint_run {
+public:
+    lint_run(const lint_options& options, const channels& to)
+        : options_(options),
+          to_(to),
+          progress_(to.err, to.environment.show_progress && options.files.size() > 1) {}
+
+    [[nodiscard]] int carry_out();
+
+private:
+    void take(const std::string& file);
+
+    const lint_options& options_;
+    const channels& to_;
+    progress progress_;
+    nlohmann::ordered_json files_ = nlohmann::ordered_json::array();
+    severity_counts all_{};
+    bool unusable_ = false;
+};
+
+void lint_run::take(const std::string& file) {
+    try {
+        const file_report report = examine(file, options_);
+        for (std::size_t at = 0; at < all_.size(); ++at) all_[at] += report.counts[at];
+        progress_.clear();
+        if (to_.json) {
+            files_.push_back(as_json(report));
+        } else {
+            print(to_.out, report);
+        }
+    } catch (const inspect_error& failure) {
+        progress_.clear();
+        write_error(to_.err, failure.what());
+        unusable_ = true;
+    }
+}
+
+int lint_run::carry_out() {
+    for (std::size_t at = 0; at < options_.files.size(); ++at) {
+        progress_.show(at + 1, options_.files.size(), options_.files[at]);
+        take(options_.files[at]);
+    }
+    progress_.clear();
+    if (to_.json) {
+        nlohmann::ordered_json json = {{"command", "lint"}, {"files", std::move(files_)}};
+        put_counts(json, all_);
+        write_json(to_.out, json);
+    } else if (options_.files.size() > 1) {
+        to_.out << options_.files.size() << " files: " << summary(all_) << '\n';
+    }
+    if (unusable_) return exit_code::wrong_use;
+    return fails(all_, options_.fail_on) ? exit_code::findings : exit_code::fine;
+}
+
+int lint(const lint_options& options, const channels& to) {
+    if (options.list_rules) return print_rules(to);
+    if (options.files.empty()) throw wrong_use("lint needs a FILE (--help tells the options)");
+    check_names(options.only);
+    check_names(options.ignore);
+    return lint_run(options, to).carry_out();
+}
+
+}  // namespace
+
+void add_lint(command_set& commands) {
+    CLI::App* command = nullptr;
+    lint_options& options =
+        commands.add("lint", "What is wrong with descriptions, or will be regretted", lint, command);
+    command->add_option("FILE", options.files, "Device descriptions")->type_name("");
+    add_memory_options(*command, options.memory);
+    command->add_option("--only", options.only, "Only these rules")
+        ->type_name("RULE")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    command->add_option("--ignore", options.ignore, "All but these rules")
+        ->type_name("RULE")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    command
+        ->add_option("--fail-on", options.fail_on,
+                     "The least severity that makes the exit code 1: error, warning, note or never")
+        ->type_name("SEVERITY")
+        ->capture_default_str()
+        ->check(CLI::IsMember(fail_words()));
+    command->add_flag("--rules", options.list_rules, "List the rules, and leave");
+}
+
+}  // namespace selvane_inspect

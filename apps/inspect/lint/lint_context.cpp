@@ -1,0 +1,161 @@
+#include "apps/inspect/lint/lint_context.h"
+
+#include "apps/inspect/feature_reader.h"
+#include "apps/inspect/log_capture.h"
+
+#include <string_view>
+
+namespace selvane_inspect {
+namespace {
+
+using namespace GenICam;
+
+bool is_container(pugi::xml_node element) {
+    const std::string_view name = element.name();
+    return name == "Group" || name == "StructReg";
+}
+
+void keep(std::vector<std::string> texts, element_index asked, std::vector<engine_message>& messages) {
+    for (std::string& text : texts) messages.push_back({std::move(text), asked});
+}
+
+void ask(IInteger& node) {
+    static_cast<void>(node.get_representation());
+    static_cast<void>(node.get_unit());
+    static_cast<void>(node.get_selected());
+}
+
+void ask(IFloat& node) {
+    static_cast<void>(node.get_representation());
+    static_cast<void>(node.get_unit());
+    static_cast<void>(node.get_display_notation());
+    static_cast<void>(node.get_display_precision());
+}
+
+void ask(IEnumeration& node) {
+    static_cast<void>(node.get_polling_time());
+    static_cast<void>(node.get_selected());
+}
+
+void ask_common(INode& node) {
+    static_cast<void>(node.get_visibility());
+    static_cast<void>(node.is_deprecated());
+    static_cast<void>(node.get_streamable());
+    static_cast<void>(node.get_event_id());
+    static_cast<void>(node.get_alias());
+    static_cast<void>(node.get_cast_alias());
+    static_cast<void>(node.get_block_polling());
+}
+
+void ask(INode& node) {
+    ask_common(node);
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            return ask(static_cast<IInteger&>(node));
+        case node_type::floating:
+            return ask(static_cast<IFloat&>(node));
+        case node_type::enumeration:
+            return ask(static_cast<IEnumeration&>(node));
+        case node_type::boolean:
+            static_cast<void>(static_cast<IBoolean&>(node).get_selected());
+            return;
+        default:
+            return;
+    }
+}
+
+// What a feature list does not ask for.
+void read_rest(INode& node) {
+    if (node.get_node_type() == node_type::command) {
+        static_cast<void>(static_cast<ICommand&>(node).is_done(access_flags::none));
+    }
+    if (node.get_node_type() == node_type::port) {
+        static_cast<void>(static_cast<IPort&>(node).get_chunk_id(access_flags::none));
+    }
+}
+
+}  // namespace
+
+lint_context::lint_context(description& of) : description_(of), guard_(of) {
+    if (!is_loaded()) return;
+    look_at_everything();
+    ask_everything();
+    read_everything();
+}
+
+void lint_context::look_at_everything() {
+    for (element_index element = 0; element < tree().elements().size(); ++element) {
+        for (std::size_t asked = 0; asked < operation_count; ++asked) {
+            static_cast<void>(guard_.find({element, static_cast<operation>(asked)}));
+        }
+    }
+}
+
+void lint_context::ask_everything() {
+    log_capture log;
+    for (element_index element = 0; element < tree().elements().size(); ++element) {
+        INode* node = description_.node_of(element);
+        if (node == nullptr || guard_.find({element, operation::unit}) != nullptr) continue;
+        ask(*node);
+        keep(log.take(), element, ask_messages_);
+    }
+}
+
+void lint_context::read_everything() {
+    log_capture log;
+    feature_reader reader(guard_);
+    for (element_index element = 0; element < tree().elements().size(); ++element) {
+        INode* node = description_.node_of(element);
+        if (node == nullptr) continue;
+        const feature_state state = reader.read(*node);
+        static_cast<void>(reader.read_flag(*node, operation::locked));
+        if (guard_.find({element, operation::value}) == nullptr) read_rest(*node);
+        keep(log.take(), element, read_messages_);
+        const bool threw = !state.value.failure.empty() && state.value.code == 0 &&
+                           guard_.find({element, operation::value}) == nullptr;
+        if (threw)
+            read_messages_.push_back(
+                {"an exception leaves the read of " + state.name + ": " + state.value.failure, element});
+    }
+}
+
+std::vector<pugi::xml_node> lint_context::elements_for_nodes() const {
+    std::vector<pugi::xml_node> found;
+    std::vector<pugi::xml_node> containers = {tree().root()};
+    while (!containers.empty()) {
+        const pugi::xml_node container = containers.back();
+        containers.pop_back();
+        for (const pugi::xml_node child : container.children()) {
+            if (child.type() != pugi::node_element) continue;
+            found.push_back(child);
+            if (is_container(child)) containers.push_back(child);
+        }
+    }
+    return found;
+}
+
+text_position lint_context::position_of(element_index element) const {
+    return tree().position_of(tree().at(element).xml);
+}
+
+// The text in the file is longer than its meaning where it has references and line ends of two characters.
+text_position lint_context::position_in_text(pugi::xml_node element, std::size_t offset) const {
+    for (const pugi::xml_node part : element.children()) {
+        const bool is_plain = part.type() == pugi::node_cdata;
+        if (!is_plain && part.type() != pugi::node_pcdata) continue;
+        if (part.offset_debug() < 0) break;
+        const std::string_view text = description_.source().utf8();
+        auto at = static_cast<std::size_t>(part.offset_debug());
+        for (std::size_t done = 0; done < offset && at < text.size(); ++done) {
+            const std::size_t end =
+                text[at] == '&' && !is_plain ? text.find(';', at) : std::string_view::npos;
+            if (end != std::string_view::npos) at = end;
+            if (text.substr(at, 2) == "\r\n") ++at;
+            ++at;
+        }
+        return description_.source().position_of(at);
+    }
+    return tree().position_of(element);
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "apps/inspect/lint/lint_context.h"
+#include "apps/inspect/lint/lint_rule.h"
+
+namespace selvane_inspect {
+
+// What an author would regret in the marks for the property pages.
+
+void check_mark_texts(lint_context& context, finding_list& findings);
+void check_mark_groups(lint_context& context, finding_list& findings);
+void check_mark_kinds(lint_context& context, finding_list& findings);
+void check_double_marks(lint_context& context, finding_list& findings);
+void check_lost_marks(lint_context& context, finding_list& findings);
+
+}  // namespace selvane_inspect

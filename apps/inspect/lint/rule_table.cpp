@@ -1,0 +1,127 @@
+#include "apps/inspect/lint/element_rules.h"
+#include "apps/inspect/lint/engine_rules.h"
+#include "apps/inspect/lint/formula_rules.h"
+#include "apps/inspect/lint/lint_rule.h"
+#include "apps/inspect/lint/mark_rules.h"
+
+#include <algorithm>
+#include <iterator>
+#include <tuple>
+
+namespace selvane_inspect {
+namespace {
+
+constexpr lint_rule rules[] = {
+    {"load-message", severity::warning,
+     "The engine says so while it loads, and leaves out what it speaks of.",
+     "Mend the element that it names.", check_load_messages},
+    {"ask-message", severity::warning, "The engine says so when it is asked for what the description states.",
+     "Mend the element that it names.", check_ask_messages},
+    {"read-message", severity::note,
+     "The engine says so when it reads values, limits and states over the registers as they are.",
+     "Look whether a real camera would have other registers; give them with --memory or --register.",
+     check_read_messages},
+    {"load-exception", severity::error, "An exception leaves the load, and the page goes down with it.",
+     "Write the name of an entry behind \".Entry.\".", check_load_exception},
+    {"circle", severity::error, "The engine follows links without end, until its stack is used up.",
+     "Let one of the nodes hold its value, or read it from somewhere else.", check_circles},
+    {"deep-chain", severity::warning, "Every node of the chain costs room on the stack of the host.",
+     "Let nodes read from the end of the chain.", check_depth},
+    {"division-by-zero", severity::warning,
+     "An integer division without a result ends the process, and these registers lead to one.",
+     "Add something to the divisor that is never zero, such as (X=0); a ternary does not help.",
+     check_divisions_by_zero},
+    {"formula-refused", severity::error, "The node has no program: every read and write of it fails.",
+     "Write what the language takes; see what stands before the place.", check_refused_formulas},
+    {"round-one-argument", severity::error, "ROUND takes two arguments; the formula is refused.",
+     "Say how many digits to keep: ROUND(x, 0).", check_short_rounds},
+    {"formula-breaks-off", severity::warning,
+     "The text ends where something is missing, and what was read so far is the formula.",
+     "Complete the formula.", check_broken_off_formulas},
+    {"formula-text-ignored", severity::warning,
+     "The formula is complete before its text ends, and what follows is never read.",
+     "Take the rest away, or write the operator that is missing.", check_ignored_text},
+    {"operator-order", severity::warning,
+     "The language has five levels of operators: ** binds like *, and & | ^ << >> share a level as "
+     "comparisons and "
+     "logic do.",
+     "Write the parentheses that say what is meant.", check_operator_order},
+    {"integer-division", severity::warning,
+     "FROM comes as an integer from an integer node, and a division of integers drops the fraction.",
+     "Write one of the numbers with a point, as in FROM/10.0.", check_integer_divisions},
+    {"guarded-division", severity::warning,
+     "Both branches of a ternary are computed before it chooses: an integer division by zero ends the "
+     "process.",
+     "Make the divisor itself harmless, as in A/(B+(B=0)).", check_guarded_divisions},
+    {"no-node", severity::error,
+     "An element without the children that decide its class becomes no node, in silence.",
+     "Give it a Value, a pValue or a pIndex, as its kind takes them.", check_elements_without_node},
+    {"unknown-element", severity::warning, "A name that nothing knows is passed over in silence.",
+     "Mind the spelling; capitals count.", check_unknown_elements},
+    {"unread-element", severity::note, "Other programs may read it, but the pages do not.",
+     "Do not count on it on the pages.", check_unread_elements},
+    {"cachable-not-read", severity::note,
+     "The element changes nothing: a node of that kind is read from the device every time.",
+     "Leave it out, or use a kind of register that has a cache.", check_unread_cachables},
+    {"no-name", severity::warning, "A node without a name cannot be referred to.", "Give it a Name.",
+     check_missing_names},
+    {"duplicate-name", severity::error, "A link finds one of the nodes of a name, and nobody knows which.",
+     "Give each its own name.", check_duplicate_names},
+    {"float-without-min", severity::warning,
+     "The default minimum is the smallest positive number: negative values are refused, and sliders begin "
+     "there.",
+     "State a Min or pMin.", check_floats_without_min},
+    {"mark-guid", severity::warning, "A mark that is no GUID in braces counts as none.",
+     "Write it as {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}.", check_mark_texts},
+    {"mark-group", severity::warning, "Pages show items of their own groups alone, by exact name.",
+     "List the item in a category whose display name is a group of a page: Exposure, Image, WDR, Special, "
+     "Partial "
+     "Scan, Partial scan, Lens or Color.",
+     check_mark_groups},
+    {"mark-kind", severity::warning,
+     "There are controls for integers, floats, booleans, enumerations and commands.",
+     "Mark a feature of such a kind.", check_mark_kinds},
+    {"mark-twice", severity::warning,
+     "A page shows one item of an id, and puts one element of an id on the head row.",
+     "Give each its own id.", check_double_marks},
+    {"mark-lost", severity::warning,
+     "Only items on the way from Root and the features that they list reach a page.",
+     "List the item in a category below Root, and the feature in the item.", check_lost_marks},
+};
+
+}  // namespace
+
+gsl::span<const lint_rule> all_lint_rules() noexcept { return rules; }
+
+std::string_view severity_word(severity level) noexcept {
+    switch (level) {
+        case severity::error:
+            return "error";
+        case severity::warning:
+            return "warning";
+        case severity::note:
+            break;
+    }
+    return "note";
+}
+
+void finding_list::add(text_position at, std::string message) {
+    const auto [place, is_new] = places_.emplace(std::pair(rule_, message), findings_.size());
+    if (is_new) {
+        findings_.push_back({rule_, at, std::move(message)});
+        return;
+    }
+    finding& known = findings_[place->second];
+    ++known.count;
+    const bool is_earlier = std::tie(at.line, at.column) < std::tie(known.at.line, known.at.column);
+    if (is_earlier && at.line != 0) known.at = at;
+}
+
+std::vector<finding> finding_list::take_sorted() {
+    std::stable_sort(findings_.begin(), findings_.end(), [](const finding& left, const finding& right) {
+        return std::tie(left.at.line, left.at.column) < std::tie(right.at.line, right.at.column);
+    });
+    return std::move(findings_);
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,97 @@
+#include "apps/inspect/pages/page_preview.h"
+
+#include "adapter/genicam_adapter_device.h"
+#include "adapter/item_discovery.h"
+#include "apps/inspect/evaluation_guard.h"
+#include "apps/inspect/inspect_error.h"
+#include "propui/page_layout.h"
+#include "simcam/simulated_camera.h"
+
+namespace selvane_inspect {
+namespace {
+
+using GenICam::ICategory;
+using GenICam::IEnumeration;
+using GenICam::INode;
+using GenICam::node_type;
+
+// What a page asks of a feature when it is laid out and opened.
+constexpr operation asked_by_pages[] = {operation::implemented, operation::available,     operation::locked,
+                                        operation::value,       operation::minimum,       operation::maximum,
+                                        operation::increment,   operation::default_value, operation::unit};
+
+void check(evaluation_guard& guard, INode& node) {
+    for (const operation asked : asked_by_pages) {
+        const hazard* found = guard.find(node, asked);
+        if (found == nullptr) continue;
+        throw refused("the pages would not survive " + std::string(node.get_name()) + ": " +
+                      guard.describe(*found));
+    }
+}
+
+void check_feature(evaluation_guard& guard, INode& feature) {
+    check(guard, feature);
+    if (feature.get_node_type() != node_type::enumeration) return;
+    for (GenICam::IEnumEntry* entry : static_cast<IEnumeration&>(feature).get_entries()) check(guard, *entry);
+}
+
+void check_marked_features(description& in) {
+    evaluation_guard guard(in);
+    INode* root = in.document()->find_node("Root");
+    if (root == nullptr || root->get_node_type() != node_type::category) return;
+    for (const genicam_adapter::item_candidate& item : genicam_adapter::collect_items(root)) {
+        for (INode* feature : static_cast<ICategory*>(item.category)->get_features()) {
+            const GUID mark = genicam_adapter::read_extension_guid(feature, "ZELElementGUID");
+            if (mark != platform::null_guid) check_feature(guard, *feature);
+        }
+    }
+}
+
+simcam::camera_ptr make_camera(const description& of, const memory_options& memory, access_road road) {
+    simcam::camera_options options;
+    options.descriptions.push_back(of.source().bytes());
+    options.named_access = road == access_road::named;
+    options.camera_control = false;
+    options.video_proc_amp = false;
+    options.keep_transcript = false;
+    simcam::camera_ptr camera = simcam::make_camera(std::move(options));
+    fill_memory(memory, camera->memory());
+    return camera;
+}
+
+drawn_page draw(ZELPropUI::PageName name, IUnknown& filter,
+                const std::vector<ZELAdapterHelper::ItemRecord>& described) {
+    drawn_page page = {name, false, {}};
+    const std::vector<std::wstring> groups = ZELPropUI::GroupsOf(name);
+    ZELPropUI::PageSources sources;
+    sources.filter = &filter;
+    sources.groups = &groups;
+    sources.built_in = ZELAdapterHelper::StaticItemTable();
+    sources.described = {described.data(), described.size()};
+    page.offered = ZELPropUI::PageLayout(sources, nullptr).BuildPage(true);
+    preview_canvas canvas(page);
+    if (page.offered) ZELPropUI::PageLayout(sources, &canvas).BuildPage(false);
+    return page;
+}
+
+}  // namespace
+
+std::vector<drawn_page> preview_pages(const description_options& options, access_road road) {
+    const auto opened = open(options);
+    check_marked_features(*opened);
+    const simcam::camera_ptr camera = make_camera(*opened, options.memory, road);
+    genicam_adapter::GenICamAdapterDevice adapter(camera->property_set());
+    const auto& described = adapter.get_item_table();
+    std::vector<drawn_page> pages;
+    for (const ZELPropUI::PageName name : ZELPropUI::all_pages) {
+        pages.push_back(draw(name, *camera->property_set(), described));
+    }
+    return pages;
+}
+
+std::string_view page_word(ZELPropUI::PageName page) noexcept {
+    constexpr std::string_view words[] = {"exposure", "feature", "lens", "color"};
+    return words[static_cast<std::size_t>(page)];
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "apps/inspect/description_options.h"
+#include "apps/inspect/pages/preview_canvas.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace selvane_inspect {
+
+/// By which road the pages reach the features.
+enum class access_road { registers, named };
+
+/// Lays out the four pages by the code of the pages themselves, over a simulated camera that has the
+/// description and its registers, and no fixed driver property. Throws `inspect_error` when the real pages
+/// would not survive it.
+[[nodiscard]] std::vector<drawn_page> preview_pages(const description_options& options, access_road road);
+
+// A page as text, picture and data.
+[[nodiscard]] std::string page_text(const drawn_page& page);
+[[nodiscard]] std::string page_svg(const drawn_page& page);
+[[nodiscard]] nlohmann::ordered_json page_json(const drawn_page& page);
+
+/// "exposure", "feature", "lens", "color"
+[[nodiscard]] std::string_view page_word(ZELPropUI::PageName page) noexcept;
+
+}  // namespace selvane_inspect

@@ -1,0 +1,136 @@
+#include "apps/inspect/feature_value.h"
+#include "apps/inspect/pages/page_preview.h"
+#include "platform/text.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+std::string range_text(const drawn_control& control) {
+    if (!control.minimum || !control.maximum) return "without a range";
+    std::string text = number_text(*control.minimum) + " to " + number_text(*control.maximum);
+    if (!control.unit.empty()) text += " " + control.unit;
+    if (control.step && *control.step != 1) text += " by " + number_text(*control.step);
+    return text;
+}
+
+std::string strings_text(const drawn_control& control) {
+    std::string text;
+    for (const std::string& one : control.strings) text += (text.empty() ? "" : ", ") + one;
+    return text;
+}
+
+std::string control_text(const drawn_control& control) {
+    const std::string word(control_word(control.kind));
+    switch (control.kind) {
+        case control_kind::label:
+            return control.text;
+        case control_kind::slider:
+            return word + " " + range_text(control);
+        case control_kind::edit:
+            return word + " " + quoted_text(control.text);
+        case control_kind::spin_button:
+            return word;
+        case control_kind::combo:
+            return word + " " + quoted_text(control.text) + " of " + strings_text(control);
+        case control_kind::check_box:
+            return word + (control.checked ? " [x] " : " [ ] ") + control.text;
+        case control_kind::button:
+            break;
+    }
+    return word + " " + quoted_text(control.text);
+}
+
+bool is_cut_off(const drawn_control& control) {
+    // The list of a combo drops down over everything.
+    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
+    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
+}
+
+// What an edit and its spin button have in common with the slider before them is told there.
+std::string row_text(std::vector<const drawn_control*> row) {
+    std::stable_sort(row.begin(), row.end(), [](const auto* left, const auto* right) {
+        return left->place.left < right->place.left;
+    });
+    std::string text(static_cast<std::size_t>(row.front()->place.left) / 10, ' ');
+    bool first = true;
+    for (const drawn_control* control : row) {
+        const bool is_label = control->kind == control_kind::label;
+        if (!first) text += is_label ? "; " : ", ";
+        text += control_text(*control) + (is_label && first ? ":" : "");
+        if (!control->enabled && control->kind != control_kind::spin_button &&
+            control->kind != control_kind::edit) {
+            text += " (grey)";
+        }
+        if (is_cut_off(*control)) text += " (beyond the edge of the page)";
+        first = false;
+    }
+    return text + '\n';
+}
+
+std::string joined_groups(ZELPropUI::PageName page) {
+    std::string text;
+    for (const std::wstring& group : ZELPropUI::GroupsOf(page)) {
+        text += (text.empty() ? "" : ", ") + platform::narrow(group);
+    }
+    return text;
+}
+
+nlohmann::ordered_json control_json(const drawn_control& control) {
+    nlohmann::ordered_json json = {{"kind", control_word(control.kind)}, {"left", control.place.left},
+                                   {"top", control.place.top},           {"width", control.place.width},
+                                   {"height", control.place.height},     {"text", control.text}};
+    if (control.kind == control_kind::label) return json;
+    json["feature"] = control.feature;
+    json["enabled"] = control.enabled;
+    const auto put = [&](const char* key, const auto& value) {
+        if (value) json[key] = *value;
+    };
+    put("min", control.minimum);
+    put("max", control.maximum);
+    put("step", control.step);
+    if (!control.unit.empty()) json["unit"] = control.unit;
+    put("lowest_position", control.lowest_position);
+    put("highest_position", control.highest_position);
+    put("position", control.position);
+    if (control.kind == control_kind::combo) json["strings"] = control.strings;
+    if (control.kind == control_kind::check_box) json["checked"] = control.checked;
+    return json;
+}
+
+}  // namespace
+
+std::string page_text(const drawn_page& page) {
+    std::string text = fmt::format("{} (groups {})\n", TitleOf(page.name), joined_groups(page.name));
+    if (!page.offered) return text + "  nothing to show: the page does not appear\n";
+    std::vector<int> tops;
+    for (const drawn_control& control : page.controls) tops.push_back(control.place.top);
+    std::sort(tops.begin(), tops.end());
+    tops.erase(std::unique(tops.begin(), tops.end()), tops.end());
+    for (const int top : tops) {
+        std::vector<const drawn_control*> row;
+        for (const drawn_control& control : page.controls) {
+            if (control.place.top == top) row.push_back(&control);
+        }
+        text += row_text(std::move(row));
+    }
+    return text;
+}
+
+nlohmann::ordered_json page_json(const drawn_page& page) {
+    nlohmann::ordered_json json = {{"page", page_word(page.name)}, {"title", TitleOf(page.name)}};
+    for (const std::wstring& group : ZELPropUI::GroupsOf(page.name))
+        json["groups"].push_back(platform::narrow(group));
+    json["offered"] = page.offered;
+    json["width"] = page_width;
+    json["height"] = page_height;
+    json["controls"] = nlohmann::ordered_json::array();
+    for (const drawn_control& control : page.controls) json["controls"].push_back(control_json(control));
+    return json;
+}
+
+}  // namespace selvane_inspect

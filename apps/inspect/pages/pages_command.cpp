@@ -1,0 +1,72 @@
+#include "apps/inspect/command.h"
+#include "apps/inspect/pages/page_preview.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+struct pages_options {
+    description_options input;
+    std::string folder;
+    std::string road = "registers";
+};
+
+constexpr const char* named_road = "named";
+constexpr const char* register_road = "registers";
+
+// The files of the pages that have something to show.
+std::vector<std::string> save_pictures(const std::vector<drawn_page>& pages, const std::string& folder) {
+    const std::filesystem::path place = std::filesystem::u8path(folder);
+    std::error_code failure;
+    std::filesystem::create_directories(place, failure);
+    if (!std::filesystem::is_directory(place, failure)) throw wrong_use("cannot make the folder " + folder);
+    std::vector<std::string> files;
+    for (const drawn_page& page : pages) {
+        if (!page.offered) continue;
+        files.push_back((place / (std::string(page_word(page.name)) + ".svg")).u8string());
+        write_file(files.back(), page_svg(page));
+    }
+    return files;
+}
+
+int pages(const pages_options& options, const channels& to) {
+    const access_road road = options.road == named_road ? access_road::named : access_road::registers;
+    const std::vector<drawn_page> drawn = preview_pages(options.input, road);
+    const std::vector<std::string> files =
+        options.folder.empty() ? std::vector<std::string>() : save_pictures(drawn, options.folder);
+    nlohmann::ordered_json json = {
+        {"command", "pages"}, {"file", options.input.file}, {"access", options.road}};
+    bool first = true;
+    for (const drawn_page& page : drawn) {
+        json["pages"].push_back(page_json(page));
+        if (!to.json) to.out << (first ? "" : "\n") << page_text(page);
+        first = false;
+    }
+    if (to.json) {
+        json["pictures"] = files;
+        write_json(to.out, json);
+        return exit_code::fine;
+    }
+    for (const std::string& file : files) to.out << "\npicture " << file;
+    if (!files.empty()) to.out << '\n';
+    return exit_code::fine;
+}
+
+}  // namespace
+
+void add_pages(command_set& commands) {
+    CLI::App* command = nullptr;
+    pages_options& options = commands.add("pages", "What the four property pages will show", pages, command);
+    add_description_options(*command, options.input);
+    command->add_option("--svg", options.folder, "Draw each page as a picture there")->type_name("DIR");
+    command->add_option("--access", options.road, "The road to the features: registers or named")
+        ->type_name("ROAD")
+        ->capture_default_str()
+        ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,140 @@
+#include "apps/inspect/pages/preview_canvas.h"
+
+#include "adapter/interface_key.h"
+#include "apps/inspect/pages/dialog_font.h"
+#include "platform/text.h"
+#include "propui/attempt.h"
+#include "propui/scale_measure.h"
+
+#include <utility>
+
+namespace selvane_inspect {
+namespace {
+
+using ZELAdapterHelper::AbsRangeInfo;
+using ZELAdapterHelper::RangeInfo;
+using ZELAdapterHelper::SharedString;
+using ZELPropUI::Attempt;
+using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::InterfaceKey;
+using ZELPropUI::ISliderController;
+using ZELPropUI::PageRect;
+
+constexpr int dots_per_inch = 96;
+constexpr std::string_view control_words[] = {"label", "slider",    "edit",  "spin button",
+                                              "combo", "check box", "button"};
+
+// The pages' own items have the address of the node for a key; there are no others here.
+std::string feature_of(InterfaceKey key) {
+    GenICam::INode* node = genicam_adapter::node_of(key);
+    return node != nullptr ? std::string(node->get_name()) : std::string();
+}
+
+// An item knows one of the two kinds of limits.
+void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
+    AbsRangeInfo real;
+    RangeInfo range;
+    if (SUCCEEDED(Attempt([&] { return item.GetAbsRange(key, real); }))) {
+        control.minimum = real.min;
+        control.maximum = real.max;
+    } else if (SUCCEEDED(Attempt([&] { return item.GetRange(key, range); }))) {
+        control.minimum = range.min;
+        control.maximum = range.max;
+        control.step = range.step;
+    }
+    SharedString unit;
+    std::int32_t scale = ZELAdapterHelper::scale_linear;
+    if (SUCCEEDED(Attempt([&] { return item.GetAbsUnit(key, unit, scale); }))) {
+        control.unit = platform::narrow(unit.View());
+    }
+}
+
+}  // namespace
+
+std::string_view control_word(control_kind kind) noexcept {
+    return control_words[static_cast<std::size_t>(kind)];
+}
+
+int preview_canvas::TextWidth(std::wstring_view text) { return dialog_text_width(text); }
+
+int preview_canvas::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+int preview_canvas::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+drawn_control& preview_canvas::add(control_kind kind, const PageRect& place, std::wstring_view text) {
+    drawn_control& control = page_.controls.emplace_back();
+    control.kind = kind;
+    control.place = place;
+    control.text = platform::narrow(text);
+    return control;
+}
+
+drawn_control& preview_canvas::add_on(control_kind kind, const PageRect& place,
+                                      ISliderController& controller) {
+    drawn_control& control = add(kind, place, {});
+    control.enabled = controller.IsAvailable() && !controller.IsReadOnly();
+    control.feature = feature_of(controller.GetKey());
+    if (CZELItemDataBase* item = controller.GetItem()) add_limits(*item, controller.GetKey(), control);
+    return control;
+}
+
+drawn_control& preview_canvas::add_for(control_kind kind, const PageRect& place, CZELItemDataBase& item,
+                                       InterfaceKey key, std::wstring_view text) {
+    drawn_control& control = add(kind, place, text);
+    bool available = false;
+    const HRESULT result = Attempt([&] { return item.IsAvailable(key, available); });
+    control.enabled = SUCCEEDED(result) && available;
+    control.feature = feature_of(key);
+    return control;
+}
+
+void preview_canvas::AddLabel(const PageRect& place, std::wstring_view text) {
+    add(control_kind::label, place, text);
+}
+
+void preview_canvas::AddSlider(const PageRect& place, ISliderController& controller) {
+    drawn_control& control = add_on(control_kind::slider, place, controller);
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    std::int32_t position = 0;
+    if (controller.GetPositionRange(low, high)) {
+        control.lowest_position = low;
+        control.highest_position = high;
+    }
+    if (controller.GetPosition(position)) control.position = position;
+}
+
+void preview_canvas::AddEdit(const PageRect& place, ISliderController& controller) {
+    drawn_control& control = add_on(control_kind::edit, place, controller);
+    std::wstring text;
+    if (controller.GetText(text)) control.text = platform::narrow(text);
+}
+
+void preview_canvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
+    add_on(control_kind::spin_button, place, controller);
+}
+
+void preview_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
+    drawn_control& control = add_for(control_kind::combo, place, item, key, {});
+    std::vector<SharedString> strings;
+    if (FAILED(Attempt([&] { return item.GetMapStrings(key, strings); }))) strings.clear();
+    for (const SharedString& string : strings) control.strings.push_back(platform::narrow(string.View()));
+    std::int32_t selected = -1;
+    if (FAILED(Attempt([&] { return item.GetValue(key, selected); })) || selected < 0) return;
+    const auto at = static_cast<std::size_t>(selected);
+    if (at < control.strings.size()) control.text = control.strings[at];
+}
+
+void preview_canvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                               std::wstring_view caption) {
+    drawn_control& control = add_for(control_kind::check_box, place, item, key, caption);
+    bool on = false;
+    control.checked = SUCCEEDED(Attempt([&] { return item.GetSwitch(key, on); })) && on;
+}
+
+void preview_canvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                               std::wstring_view caption) {
+    add_for(control_kind::button, place, item, key, caption);
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,21 @@
+#include "apps/inspect/progress.h"
+
+#include <fmt/format.h>
+
+namespace selvane_inspect {
+
+void progress::show(std::size_t done, std::size_t all, const std::string& what) {
+    if (!shown_) return;
+    clear();
+    const std::string line = fmt::format("{} of {}: {}", done, all, what);
+    err_ << line << std::flush;
+    width_ = line.size();
+}
+
+void progress::clear() {
+    if (width_ == 0) return;
+    err_ << '\r' << std::string(width_, ' ') << '\r' << std::flush;
+    width_ = 0;
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,83 @@
+#include "apps/inspect/register_probe.h"
+
+#include "apps/inspect/log_capture.h"
+#include "genicam/core/children.h"
+#include "genicam/core/xml_words.h"
+#include "genicam/nodes/bit_field.h"
+#include "genicam/nodes/struct_entry_node.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <string_view>
+
+namespace selvane_inspect {
+namespace {
+
+using namespace GenICam;
+
+constexpr std::string_view register_elements[] = {"IntReg",    "FloatReg",     "Register",
+                                                  "StringReg", "MaskedIntReg", "StructEntry"};
+
+bool is_register(pugi::xml_node element) {
+    const std::string_view name = element.name();
+    return std::find(std::begin(register_elements), std::end(register_elements), name) !=
+           std::end(register_elements);
+}
+
+void read_past_everything(INode& node) {
+    constexpr std::uint32_t flags = access_flags::bypass_cache | access_flags::skip_access_check;
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            static_cast<void>(static_cast<IInteger&>(node).get_val(flags));
+            break;
+        case node_type::floating:
+            static_cast<void>(static_cast<IFloat&>(node).get_val(flags));
+            break;
+        case node_type::string:
+            static_cast<void>(static_cast<IString&>(node).get_val(flags));
+            break;
+        case node_type::register_block: {
+            auto& block = static_cast<IRegister&>(node);
+            const result<std::int64_t> length = block.get_length(flags);
+            if (!length || length.assume_value() < 1) break;
+            simcam::bytes bytes(static_cast<std::size_t>(length.assume_value()));
+            static_cast<void>(block.read(bytes.data(), length.assume_value(), flags));
+            break;
+        }
+        default:
+            break;
+    }
+}
+
+std::optional<std::uint64_t> mask_of(pugi::xml_node element, std::size_t length) {
+    const std::string_view name = element.name();
+    const bool is_field = name == "MaskedIntReg" || name == "StructEntry";
+    if (!is_field || length == 0 || length > sizeof(std::uint64_t)) return std::nullopt;
+    const scanned_element scanned(element);
+    const pugi::xml_node frame = name == "StructEntry" ? find_struct_frame(element) : element;
+    return bit_field(*scanned).put(0, -1, static_cast<std::int64_t>(length),
+                                   parse_endianess(frame.child_value("Endianess")));
+}
+
+}  // namespace
+
+// The node's own access is the last one: those before it belong to its address.
+std::optional<register_state> probe_register(description& in, evaluation_guard& guard, INode& node) {
+    const auto element = in.tree().find(node);
+    if (!element || !is_register(in.tree().at(*element).xml)) return std::nullopt;
+    if (guard.find({*element, operation::value}) != nullptr) return std::nullopt;
+    const silence quiet;
+    static_cast<void>(in.port().take());
+    try {
+        read_past_everything(node);
+    } catch (const std::exception&) {
+        return std::nullopt;  // a length that no memory has room for
+    }
+    const std::vector<port_access> accesses = in.port().take();
+    if (accesses.empty()) return std::nullopt;
+    const port_access& own = accesses.back();
+    return register_state{own.address, own.data, mask_of(in.tree().at(*element).xml, own.data.size())};
+}
+
+}  // namespace selvane_inspect

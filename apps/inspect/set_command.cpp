@@ -1,0 +1,78 @@
+#include "apps/inspect/command.h"
+#include "apps/inspect/value_session.h"
+
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+struct set_options {
+    description_options input;
+    std::vector<std::string> assignments;
+    std::string save;
+    bool trace = false;
+};
+
+struct assignment {
+    std::string name;
+    std::string value;
+};
+
+std::vector<assignment> split(const std::vector<std::string>& texts) {
+    std::vector<assignment> split_texts;
+    for (const std::string& text : texts) {
+        const std::size_t at = text.find('=');
+        if (at == std::string::npos || at == 0) throw wrong_use(text + " is no assignment: FEATURE=VALUE");
+        split_texts.push_back({text.substr(0, at), text.substr(at + 1)});
+    }
+    return split_texts;
+}
+
+std::vector<std::string> names_of(const std::vector<assignment>& assignments) {
+    std::vector<std::string> names;
+    for (const assignment& one : assignments) names.push_back(one.name);
+    return names;
+}
+
+// All names are looked at before anything is written; a write that is refused ends the command, and nothing
+// is saved.
+int set(const set_options& options, const channels& to) {
+    const std::vector<assignment> assignments = split(options.assignments);
+    value_session session(options.input);
+    const std::vector<GenICam::INode*> features = find_features(session.actual(), names_of(assignments));
+    nlohmann::ordered_json json = {{"command", "set"}, {"file", options.input.file}};
+    json["features"] = nlohmann::ordered_json::array();
+    for (std::size_t at = 0; at < features.size(); ++at) {
+        session.write(assignments[at].name, *features[at], assignments[at].value);
+        const std::vector<port_access> accesses = session.accesses();
+        const feature_state state = session.read(*features[at]);
+        nlohmann::ordered_json one = to_json(state);
+        if (options.trace) one["trace"] = trace_json(accesses);
+        json["features"].push_back(std::move(one));
+        if (to.json) continue;
+        to.out << assignment_text(state) << '\n';
+        if (options.trace) to.out << trace_text(accesses);
+    }
+    if (!options.save.empty()) save_memory(options.save, options.input.memory, session.actual().memory());
+    if (to.json) write_json(to.out, json);
+    return exit_code::fine;
+}
+
+}  // namespace
+
+void add_set(command_set& commands) {
+    CLI::App* command = nullptr;
+    set_options& options =
+        commands.add("set", "Writes features over a register memory, one after the other", set, command);
+    add_description_options(*command, options.input);
+    command->add_option("FEATURE=VALUE", options.assignments, "What to write; 1 executes a command")
+        ->required()
+        ->type_name("");
+    command->add_flag("--trace", options.trace, "Show every access to the registers");
+    command->add_option("--save", options.save, "Save the changed registers in a form that --memory takes")
+        ->type_name("FILE[@ADDRESS]");
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,50 @@
+#include "apps/inspect/traced_port.h"
+
+#include <iterator>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace selvane_inspect {
+
+std::string address_text(std::uint64_t address) { return fmt::format("0x{:X}", address); }
+
+std::string bytes_text(const simcam::bytes& data) {
+    std::string text;
+    for (const std::uint8_t byte : data) {
+        fmt::format_to(std::back_inserter(text), "{}{:02X}", text.empty() ? "" : " ", byte);
+    }
+    return text;
+}
+
+std::string access_text(const port_access& access) {
+    const std::string what = fmt::format("{} {} {}: ", access.is_write ? "write" : "read",
+                                         address_text(access.address), access.data.size());
+    return what + (access.failure ? access.failure.message() : bytes_text(access.data));
+}
+
+std::error_code traced_port::read(std::uint64_t address, void* buffer, std::int64_t length,
+                                  std::uint32_t flags) {
+    const std::error_code failure = memory_.read(address, buffer, length, flags);
+    note(false, address, buffer, length, failure);
+    return failure;
+}
+
+std::error_code traced_port::write(std::uint64_t address, const void* buffer, std::int64_t length,
+                                   std::uint32_t flags) {
+    const std::error_code failure = memory_.write(address, buffer, length, flags);
+    note(true, address, buffer, length, failure);
+    return failure;
+}
+
+std::vector<port_access> traced_port::take() { return std::exchange(accesses_, {}); }
+
+void traced_port::note(bool is_write, std::uint64_t address, const void* data, std::int64_t length,
+                       std::error_code failure) {
+    const auto* const first = static_cast<const std::uint8_t*>(data);
+    port_access access = {is_write, address, {}, failure};
+    if (length > 0) access.data.assign(first, first + length);
+    accesses_.push_back(std::move(access));
+}
+
+}  // namespace selvane_inspect

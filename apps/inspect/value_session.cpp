@@ -1,0 +1,65 @@
+#include "apps/inspect/value_session.h"
+
+#include "apps/inspect/feature_writer.h"
+
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+
+value_session::value_session(const description_options& options)
+    : actual_(open(options)), twin_(open(options)), guard_(*twin_), reader_(guard_) {}
+
+feature_state value_session::read(GenICam::INode& feature) {
+    feature_state state;
+    state.node = &feature;
+    state.kind = feature.get_node_type();
+    state.name = feature.get_name();
+    state.access = reader_.access_state(feature);
+    state.unit = reader_.read_unit(feature);
+    if (feature.get_node_type() == GenICam::node_type::integer &&
+        guard_.find(feature, operation::unit) == nullptr) {
+        state.style = style_of(static_cast<GenICam::IInteger&>(feature).get_representation());
+    }
+    static_cast<void>(actual_->port().take());
+    state.value = reader_.read_value(feature);
+    accesses_ = actual_->port().take();
+    return state;
+}
+
+void value_session::write(const std::string& name, GenICam::INode& feature, std::string_view text) {
+    try {
+        const feature_write write(feature, text);
+        if (const hazard* found = guard_.find_in_store(feature, write.number()))
+            throw refused(guard_.describe(*found));
+        static_cast<void>(actual_->port().take());
+        const std::error_code failure = write.carry_out(feature);
+        accesses_ = actual_->port().take();
+        if (failure) throw refused(failure.message());
+        if (const auto element = actual_->tree().find(feature)) {
+            static_cast<void>(write.carry_out(*twin_->node_of(*element)));
+        }
+    } catch (const inspect_error& failure) {
+        throw inspect_error(failure.code(), name + ": " + failure.what());
+    }
+    guard_.forget();
+}
+
+std::string trace_text(const std::vector<port_access>& accesses) {
+    std::string lines;
+    for (const port_access& access : accesses) lines += "    " + access_text(access) + "\n";
+    return lines;
+}
+
+nlohmann::ordered_json trace_json(const std::vector<port_access>& accesses) {
+    auto json = nlohmann::ordered_json::array();
+    for (const port_access& access : accesses) {
+        nlohmann::ordered_json line = {{"access", access.is_write ? "write" : "read"},
+                                       {"address", address_text(access.address)},
+                                       {"bytes", bytes_text(access.data)}};
+        if (access.failure) line["error"] = access.failure.message();
+        json.push_back(std::move(line));
+    }
+    return json;
+}
+
+}  // namespace selvane_inspect

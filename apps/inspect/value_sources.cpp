@@ -1,0 +1,175 @@
+#include "apps/inspect/value_sources.h"
+
+#include "apps/inspect/formula_text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <unordered_set>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+// Links that have no part in what a node answers.
+constexpr std::string_view idle_roles[] = {"pFeature",  "pInvalidator", "pSelected",     "pPort",
+                                           "pAlias",    "pCastAlias",   "pBlockPolling", "pError",
+                                           "pTerminal", "pDependent"};
+
+bool is_idle(std::string_view role) {
+    return std::find(std::begin(idle_roles), std::end(idle_roles), role) != std::end(idle_roles);
+}
+
+class source_finder {
+public:
+    source_finder(description& in, evaluation_guard& guard)
+        : description_(in), guard_(guard), reader_(guard) {}
+
+    [[nodiscard]] value_source find(GenICam::INode& node, std::size_t depth);
+
+private:
+    void add_formulas(element_index element, value_source& source);
+    void add_variables(element_index element, value_source& source);
+    void add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
+                      value_source& source);
+
+    static constexpr std::size_t max_depth = 100;
+
+    description& description_;
+    evaluation_guard& guard_;
+    feature_reader reader_;
+    std::unordered_set<element_index> told_;
+};
+
+value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
+    value_source source;
+    source.name = node.get_name();
+    source.value = reader_.read_value(node);
+    const auto element = description_.tree().find(node);
+    if (!element) return source;
+    const pugi::xml_node xml = description_.tree().at(*element).xml;
+    source.element = xml.name();
+    source.is_known = !told_.insert(*element).second || depth > max_depth;
+    if (source.is_known) return source;
+    if (formula_binding::has_formulas(xml)) add_formulas(*element, source);
+    source.place = probe_register(description_, guard_, node);
+    for (const element_link& link : guard_.graph().links(*element)) {
+        GenICam::INode* target = description_.document()->find_node(link.target);
+        if (is_idle(link.role) || target == nullptr) continue;
+        value_source behind = find(*target, depth + 1);
+        behind.role = link.role;
+        behind.label = link.label;
+        source.behind.push_back(std::move(behind));
+    }
+    return source;
+}
+
+void source_finder::add_formulas(element_index element, value_source& source) {
+    for (const bound_formula& formula : guard_.binding(element).formulas()) {
+        source.formulas.push_back({formula.xml.name(), formula.xml.attribute("Name").value(),
+                                   std::string(formula.text), !formula.program});
+    }
+    add_variables(element, source);
+}
+
+void source_finder::add_variables(element_index element, value_source& source) {
+    formula_binding& formulas = guard_.binding(element);
+    if (guard_.find({element, operation::value}) == nullptr) static_cast<void>(formulas.rehearse_read());
+    const pugi::xml_node xml = description_.tree().at(element).xml;
+    if (formulas.is_converter()) add_variable(formulas, "FROM", xml.child_value("pValue"), source);
+    for (const pugi::xml_node one : xml.children("Constant")) {
+        add_variable(formulas, one.attribute("Name").value(), {}, source);
+    }
+    for (const pugi::xml_node one : xml.children("pVariable")) {
+        add_variable(formulas, one.attribute("Name").value(), one.child_value(), source);
+    }
+}
+
+void source_finder::add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
+                                 value_source& source) {
+    const GenICam::resolved_name resolved = formulas.resolve(name);
+    std::string value = "unknown";
+    if (const auto* constant = std::get_if<GenICam::eval_value>(&resolved))
+        value = number_with_kind(*constant);
+    if (const auto* id = std::get_if<GenICam::identifier_id>(&resolved)) {
+        const GenICam::eval_value* present = formulas.value_of(*id);
+        if (present != nullptr) value = number_with_kind(*present);
+    }
+    source.variables.push_back({std::string(name), std::string(node), value});
+}
+
+std::string place_text(const register_state& place) {
+    std::string text = fmt::format("register {}, {} bytes: {}", address_text(place.address),
+                                   place.bytes.size(), bytes_text(place.bytes));
+    if (place.mask) {
+        text += fmt::format(", mask 0x{:0{}X}", *place.mask, place.bytes.size() * 2);
+    }
+    return text;
+}
+
+void append_lines(const value_source& source, std::size_t depth, std::string& text) {
+    const auto line = [&](std::size_t deeper, const std::string& what) {
+        text += std::string((depth + deeper) * 2, ' ') + what + '\n';
+    };
+    const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
+    const std::string value =
+        source.value.value ? value_text(*source.value.value) : "(" + source.value.failure + ")";
+    line(0, fmt::format("{}{}{} {}{}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
+                        value.empty() ? "" : " = ", value, source.is_known ? " (told above)" : ""));
+    if (source.place) line(1, place_text(*source.place));
+    for (const shown_formula& formula : source.formulas) {
+        line(1, fmt::format("{}{}{}: {}{}", formula.element, formula.name.empty() ? "" : " ", formula.name,
+                            formula.text, formula.is_refused ? " (refused)" : ""));
+    }
+    for (const shown_variable& variable : source.variables) {
+        line(2, fmt::format("{} = {}{}{}", variable.name, variable.value,
+                            variable.node.empty() ? "" : " from ", variable.node));
+    }
+    for (const value_source& behind : source.behind) append_lines(behind, depth + 1, text);
+}
+
+}  // namespace
+
+value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature) {
+    return source_finder(in, guard).find(feature, 0);
+}
+
+std::string sources_text(const value_source& source) {
+    std::string text;
+    append_lines(source, 1, text);
+    return text;
+}
+
+nlohmann::ordered_json sources_json(const value_source& source) {
+    nlohmann::ordered_json json;
+    if (!source.role.empty()) json["role"] = source.role;
+    if (!source.label.empty()) json["label"] = source.label;
+    json["name"] = source.name;
+    json["element"] = source.element;
+    if (source.value.value) {
+        json["value"] = value_json(*source.value.value);
+    } else {
+        json["error"] = source.value.failure;
+    }
+    if (source.place) {
+        json["register"] = {{"address", address_text(source.place->address)},
+                            {"bytes", bytes_text(source.place->bytes)}};
+        if (source.place->mask) json["register"]["mask"] = fmt::format("0x{:X}", *source.place->mask);
+    }
+    for (const shown_formula& formula : source.formulas) {
+        json["formulas"].push_back({{"element", formula.element},
+                                    {"name", formula.name},
+                                    {"text", formula.text},
+                                    {"refused", formula.is_refused}});
+    }
+    for (const shown_variable& variable : source.variables) {
+        json["variables"].push_back(
+            {{"name", variable.name}, {"node", variable.node}, {"value", variable.value}});
+    }
+    if (source.is_known) json["told_above"] = true;
+    for (const value_source& behind : source.behind) json["sources"].push_back(sources_json(behind));
+    return json;
+}
+
+}  // namespace selvane_inspect

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "apps/inspect/feature_reader.h"
+#include "apps/inspect/register_probe.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace selvane_inspect {
+
+/// A formula with the names in it.
+struct shown_formula {
+    std::string element;  ///< `Formula`, `FormulaFrom`, `FormulaTo` or `Expression`
+    std::string name;     ///< of an expression
+    std::string text;
+    bool is_refused = false;
+};
+
+/// A name in the formulas of a node and what it stands for now.
+struct shown_variable {
+    std::string name;
+    std::string node;  ///< empty for a constant
+    std::string value;
+};
+
+/// Where a value comes from: a node, how it was reached, and what is behind it.
+struct value_source {
+    std::string role;   ///< the element that names it; empty for the feature itself
+    std::string label;  ///< the name of a variable, or an index
+    std::string name;
+    std::string element;
+    answer<feature_value> value;
+    std::vector<shown_formula> formulas;
+    std::vector<shown_variable> variables;
+    std::optional<register_state> place;
+    bool is_known = false;  ///< told further up, and what is behind it as well
+    std::vector<value_source> behind;
+};
+
+/// Follows all links of a feature that its value, its limits and its access depend on.
+[[nodiscard]] value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature);
+
+[[nodiscard]] std::string sources_text(const value_source& source);
+[[nodiscard]] nlohmann::ordered_json sources_json(const value_source& source);
+
+}  // namespace selvane_inspect

@@ -126,9 +126,15 @@ public:
         return found;
     }
 
+    /// Of a `StructEntry`: the element with the settings that it shares, looked up once for all its entries.
+    /// Null where nobody did.
+    [[nodiscard]] const described_element* frame() const noexcept { return frame_; }
+    void set_frame(const described_element* frame) noexcept { frame_ = frame; }
+
 private:
     child_set present_;
     gsl::span<const known_child> children_;
+    const described_element* frame_ = nullptr;
 };
 
 /// Appends the known children of an element, in document order.

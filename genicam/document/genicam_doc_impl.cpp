@@ -39,9 +39,15 @@ void genicam_doc::build_nodes() {
         walk.taken().chosen->reserve(allocator_, walk.taken().describe(walk.children()));
         taken.push_back(walk.taken());
     }
+    std::vector<described_element> frames;
+    frames.reserve(walk.frames().size());
+    for (const taken_element& one : walk.frames()) frames.push_back(one.describe(walk.children()));
     std::vector<described_element> elements;
     elements.reserve(taken.size());
-    for (const taken_element& one : taken) elements.push_back(one.describe(walk.children()));
+    for (const taken_element& one : taken) {
+        elements.push_back(one.describe(walk.children()));
+        if (one.frame != taken_element::no_frame) elements.back().set_frame(&frames[one.frame]);
+    }
     allocator_.make_arena();
     nodes_.reserve(taken.size());
     for (std::size_t place = 0; place < taken.size(); ++place) {

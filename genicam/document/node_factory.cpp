@@ -218,19 +218,47 @@ bool is_container(pugi::xml_node element) { return containers.find(element.name(
 gsl::span<const node_class> all_node_classes() noexcept { return class_list; }
 
 element_walk::element_walk(pugi::xml_node root, const load_options& options)
-    : root_(root), at_(root.first_child()), keep_debug_properties_(options.keep_debug_properties) {}
+    : root_(root), at_(root.first_child()), keep_debug_properties_(options.keep_debug_properties) {
+    open(root);
+}
+
+void element_walk::open(pugi::xml_node container) {
+    open_container opened;
+    opened.xml = container;
+    opened.is_struct = container.name() == std::string_view("StructReg");
+    opened.sharing = containers_.size();
+    // Entries in a group share with the frame around it, if there is one.
+    if (!opened.is_struct && !containers_.empty()) {
+        const std::size_t outer = containers_.back().sharing;
+        if (containers_[outer].is_struct) opened.sharing = outer;
+    }
+    containers_.push_back(opened);
+}
 
 // In document order: into containers, past everything else, and back up where a container ends.
 void element_walk::advance() {
     if (is_container(at_) && at_.first_child()) {
+        open(at_);
         at_ = at_.first_child();
         return;
     }
     while (at_ && !at_.next_sibling()) {
         at_ = at_.parent();
+        containers_.pop_back();
         if (at_ == root_) at_ = pugi::xml_node();
     }
     if (at_) at_ = at_.next_sibling();
+}
+
+std::size_t element_walk::find_frame() {
+    open_container& shared = containers_[containers_.back().sharing];
+    if (shared.frame == taken_element::no_frame) {
+        const std::size_t first_child = children_.size();
+        const child_set present = list_children(shared.xml, children_);
+        shared.frame = frames_.size();
+        frames_.push_back({shared.xml, nullptr, present, first_child, children_.size() - first_child});
+    }
+    return shared.frame;
 }
 
 bool element_walk::take(pugi::xml_node xml) {
@@ -249,20 +277,22 @@ bool element_walk::take(pugi::xml_node xml) {
         return false;
     }
     taken_.chosen = &rule->made;
+    if (rule->element == "StructEntry") taken_.frame = find_frame();
     return true;
 }
 
 bool element_walk::next() {
     while (at_ || embedded_) {
-        pugi::xml_node candidate;
+        bool is_taken = false;
         if (embedded_) {
-            candidate = embedded_;
+            const pugi::xml_node candidate = embedded_;
             embedded_ = embedded_.next_sibling("IntSwissKnife");
+            is_taken = take(candidate);
         } else {
-            candidate = at_;
+            is_taken = take(at_);
             advance();
         }
-        if (take(candidate)) return true;
+        if (is_taken) return true;
     }
     return false;
 }

@@ -36,6 +36,9 @@ struct taken_element {
     child_set present;
     std::size_t first_child = 0;
     std::size_t child_count = 0;
+    std::size_t frame = no_frame;  ///< of a `StructEntry`: its place in the walk's frames
+
+    static constexpr std::size_t no_frame = static_cast<std::size_t>(-1);
 
     /// With its children; as long as the list does not change.
     [[nodiscard]] described_element describe(const std::vector<known_child>& children) const noexcept {
@@ -55,16 +58,30 @@ public:
     [[nodiscard]] const taken_element& taken() const noexcept { return taken_; }
     /// The children of all elements taken so far.
     [[nodiscard]] std::vector<known_child>& children() noexcept { return children_; }
+    /// The elements that the entries taken so far share their settings with.
+    [[nodiscard]] const std::vector<taken_element>& frames() const noexcept { return frames_; }
 
 private:
+    // An element that the walk is inside of.
+    struct open_container {
+        pugi::xml_node xml;
+        bool is_struct;
+        std::size_t sharing;  // which open container an entry in this one shares its settings with
+        std::size_t frame = taken_element::no_frame;
+    };
+
+    void open(pugi::xml_node container);
     void advance();
     [[nodiscard]] bool take(pugi::xml_node xml);
+    [[nodiscard]] std::size_t find_frame();
 
     pugi::xml_node root_;
     pugi::xml_node at_;        // the element that the walk looks at next
     pugi::xml_node embedded_;  // the next address formula inside the element before it
     taken_element taken_;
     std::vector<known_child> children_;
+    std::vector<taken_element> frames_;
+    std::vector<open_container> containers_;
     bool keep_debug_properties_;
 };
 

@@ -3,6 +3,18 @@
 #include <string_view>
 
 namespace GenICam {
+namespace {
+
+template <class Function>
+void with_frame(const described_element& entry, Function fn) {
+    if (entry.frame() != nullptr) {
+        fn(*entry.frame());
+    } else {
+        fn(*scanned_element(find_struct_frame(entry)));
+    }
+}
+
+}  // namespace
 
 pugi::xml_node find_struct_frame(pugi::xml_node entry) {
     for (pugi::xml_node frame = entry.parent(); frame; frame = frame.parent()) {
@@ -13,19 +25,21 @@ pugi::xml_node find_struct_frame(pugi::xml_node entry) {
 
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    const scanned_element frame(find_struct_frame(xml));
-    const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
-    cache_.cachable =
-        own_cachable ? *own_cachable : parse_cachable(frame->text(child::Cachable), Cachable::NoCache);
-    cache_.endianess = parse_endianess(frame->text(child::Endianess));
-    const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
-    set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame->text(child::AccessMode)));
+    with_frame(xml, [&](const described_element& frame) {
+        const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
+        cache_.cachable =
+            own_cachable ? *own_cachable : parse_cachable(frame.text(child::Cachable), Cachable::NoCache);
+        cache_.endianess = parse_endianess(frame.text(child::Endianess));
+        const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
+        set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame.text(child::AccessMode)));
+    });
 }
 
 void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    const scanned_element frame(find_struct_frame(xml));
-    place_.resolve_references_len(doc, *frame, this);
-    cache_.port = find_register_port(doc, *frame);
+    with_frame(xml, [&](const described_element& frame) {
+        place_.resolve_references_len(doc, frame, this);
+        cache_.port = find_register_port(doc, frame);
+    });
 }
 
 std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {

@@ -62,6 +62,47 @@ TEST(StructEntry, WithoutAFrameTakesItsParent) {
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
 }
 
+std::string entry(const std::string& name) {
+    return "<StructEntry Name='" + name + "'><Bit>0</Bit></StructEntry>";
+}
+
+TEST(StructEntry, EachHasTheNearestFrame) {
+    const auto frame_at = [](const std::string& at, const std::string& children) {
+        return "<StructReg>" + address(at) + length("1") + children + "</StructReg>";
+    };
+    const auto group = [](const std::string& children) { return "<Group>" + children + "</Group>"; };
+    TestDocument doc(
+        frame_at("1", entry("a1") + group(entry("a2")) + entry("a3")) +
+        group(frame_at("2", group(group(entry("b1")) + entry("b2")))) +
+        frame_at("3", entry("c1") + frame_at("4", group(entry("d1"))) + entry("c2") + group(entry("c3"))) +
+        group(address("5") + length("1") + entry("e1") + group(address("6") + length("1") + entry("f1")) +
+              entry("e2")));
+    const std::pair<const char*, std::uint64_t> places[] = {{"a1", 1}, {"a2", 1}, {"a3", 1}, {"b1", 2},
+                                                            {"b2", 2}, {"c1", 3}, {"c2", 3}, {"c3", 3},
+                                                            {"d1", 4}, {"e1", 5}, {"e2", 5}, {"f1", 6}};
+    for (const auto& [name, place] : places) {
+        EXPECT_TRUE(doc.Integer(name).get_val(0));
+        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(place, 1))) << name;
+    }
+    EXPECT_THAT(doc.load_messages, IsEmpty());
+}
+
+TEST(StructEntry, ManyInOneFrameAndAtAnyDepth) {
+    constexpr int count = 20'000;
+    std::string side_by_side;
+    std::string nested;
+    for (int at = 0; at < count; ++at) {
+        side_by_side += entry("s" + std::to_string(at));
+        nested += "<Group>" + entry("n" + std::to_string(at));
+    }
+    for (int at = 0; at < count; ++at) nested += "</Group>";
+    TestDocument doc("<StructReg>" + fixed_place(2) + side_by_side + nested + "</StructReg>");
+    for (const char* name : {"s0", "s19999", "n0", "n19999"}) {
+        EXPECT_TRUE(doc.Integer(name).get_val(0));
+        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2))) << name;
+    }
+}
+
 TEST(StructEntry, CachableIsItsOwnWordOrTheFrames) {
     const struct {
         const char* in_frame;

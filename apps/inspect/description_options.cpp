@@ -1,11 +1,53 @@
 #include "apps/inspect/description_options.h"
 
+#include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
 
 #include <CLI/CLI.hpp>
 
 namespace selvane_inspect {
+namespace {
+
+using namespace GenICam;
+
+constexpr std::uint32_t forced =
+    access_flags::bypass_cache | access_flags::skip_access_check | access_flags::skip_range_check;
+
+eval_value number_of(std::int64_t number) { return eval_value::of(number); }
+eval_value number_of(double number) { return eval_value::of(number); }
+eval_value number_of(bool truth) { return eval_value::of(std::int64_t{truth ? 1 : 0}); }
+
+template <class Node>
+void write_default_of(Node& node, evaluation_guard& guard) {
+    const auto stated = node.get_default(access_flags::bypass_cache);
+    if (!stated || guard.find_in_store(node, number_of(stated.assume_value())) != nullptr) return;
+    static_cast<void>(node.set_val(stated.assume_value(), forced));
+    guard.forget();
+}
+
+bool states_default(const description_tree& tree, element_index element) {
+    const pugi::xml_node extension = tree.at(element).xml.child("Extension");
+    return extension.child("Default") || extension.child("pDefault");
+}
+
+void write_default(INode& node, evaluation_guard& guard) {
+    const bool answers = guard.find(node, operation::access) == nullptr &&
+                         guard.find(node, operation::default_value) == nullptr;
+    if (!answers || node.get_access_mode() == AccessMode::RO) return;
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            return write_default_of(static_cast<IInteger&>(node), guard);
+        case node_type::floating:
+            return write_default_of(static_cast<IFloat&>(node), guard);
+        case node_type::boolean:
+            return write_default_of(static_cast<IBoolean&>(node), guard);
+        default:
+            return;
+    }
+}
+
+}  // namespace
 
 void add_file(CLI::App& command, std::string& file) {
     command.add_option("FILE", file, "A device description")->required()->type_name("");
@@ -18,14 +60,24 @@ void add_description_options(CLI::App& command, description_options& options) {
 
 std::unique_ptr<description> open(const description_options& options) {
     std::unique_ptr<description> opened = open_loaded(options.file);
-    fill_memory(options.memory, opened->memory());
+    prepare(*opened, options.memory);
     return opened;
 }
 
-std::vector<GenICam::INode*> find_features(const description& in, const std::vector<std::string>& names) {
-    std::vector<GenICam::INode*> found;
+void prepare(description& loaded, const memory_options& options) {
+    fill_memory(options, loaded.memory());
+    if (!options.defaults || loaded.document() == nullptr) return;
+    evaluation_guard guard(loaded);
+    for (element_index element = 0; element < loaded.tree().elements().size(); ++element) {
+        INode* node = loaded.node_of(element);
+        if (node != nullptr && states_default(loaded.tree(), element)) write_default(*node, guard);
+    }
+}
+
+std::vector<INode*> find_features(const description& in, const std::vector<std::string>& names) {
+    std::vector<INode*> found;
     for (const std::string& name : names) {
-        GenICam::INode* node = in.document()->find_node(name);
+        INode* node = in.document()->find_node(name);
         if (node == nullptr) {
             std::vector<std::string_view> known;
             for (const node_element& element : in.tree().elements()) {

@@ -17,11 +17,15 @@ struct description_options {
 
 /// Adds FILE.
 void add_file(CLI::App& command, std::string& file);
-/// Adds FILE, --memory and --register.
+/// Adds FILE and the options of the memory.
 void add_description_options(CLI::App& command, description_options& options);
 
 /// Loads the description and fills its registers. Throws `inspect_error`.
 [[nodiscard]] std::unique_ptr<description> open(const description_options& options);
+
+/// Fills the registers of a description that is loaded. Writes a default past access mode and range, as a
+/// camera does when it is switched on, but not where the engine would not survive it.
+void prepare(description& loaded, const memory_options& options);
 
 /// The nodes of these names. Throws `inspect_error` for an unknown one, with the name that may have been
 /// meant.

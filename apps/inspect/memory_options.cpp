@@ -114,6 +114,7 @@ void add_memory_options(CLI::App& command, memory_options& options) {
                     "What a register holds, in hexadecimal; may be given again, and overrides --memory")
         ->type_name("ADDRESS=BYTES")
         ->allow_extra_args(false);
+    command.add_flag("--defaults", options.defaults, "Begin with the defaults that features state");
 }
 
 void fill_memory(const memory_options& options, register_memory& memory) {

@@ -19,9 +19,10 @@ namespace selvane_inspect {
 struct memory_options {
     std::vector<std::string> images;     ///< FILE@ADDRESS: bytes; FILE: lines "address: contents"
     std::vector<std::string> registers;  ///< ADDRESS=BYTES
+    bool defaults = false;               ///< whether features begin with the defaults that they state
 };
 
-/// Adds --memory and --register.
+/// Adds --memory, --register and --defaults.
 void add_memory_options(CLI::App& command, memory_options& options);
 
 /// Puts everything into the memory in the order images, registers. Throws `inspect_error`.

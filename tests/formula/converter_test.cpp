@@ -82,9 +82,11 @@ TEST(Converters, ReadTheTargetWithTheKindThatItHas) {
               3.5);
     EXPECT_EQ(TestDocument(real("t", "7") + int_converter("FROM", "TO/2")).Integer("k").get_val(0).value(),
               4);
-    EXPECT_EQ(
-        TestDocument(boolean("t", "true") + float_converter("FROM", "TO/2")).Float("k").get_val(0).value(),
-        0.0);
+    EXPECT_EQ(TestDocument(truth_value("t", "true") + float_converter("FROM", "TO/2"))
+                  .Float("k")
+                  .get_val(0)
+                  .value(),
+              0.0);
 }
 
 TEST(Converters, ReadAnEnumerationByItsEntry) {
@@ -128,12 +130,12 @@ TEST(Converters, WriteIntegersExactly) {
 }
 
 TEST(Converters, WriteTruthValues) {
-    TestDocument doc(boolean("t", "false") + float_converter("FROM", "TO"));
+    TestDocument doc(truth_value("t", "false") + float_converter("FROM", "TO"));
     EXPECT_FALSE(doc.Float("k").set_val(0.4, 0));
     EXPECT_TRUE(doc.Boolean("t").get_val(0).value()) << "a float that is not 0.0 is true";
     EXPECT_FALSE(doc.Float("k").set_val(0.0, 0));
     EXPECT_FALSE(doc.Boolean("t").get_val(0).value());
-    TestDocument integers(boolean("t", "false") + int_converter("FROM", "TO"));
+    TestDocument integers(truth_value("t", "false") + int_converter("FROM", "TO"));
     EXPECT_FALSE(integers.Integer("k").set_val(-3, 0));
     EXPECT_TRUE(integers.Boolean("t").get_val(0).value());
 }

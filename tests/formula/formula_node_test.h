@@ -27,7 +27,7 @@ inline std::string integer(const std::string& name, const std::string& value) {
 inline std::string real(const std::string& name, const std::string& value) {
     return "<Float Name='" + name + "'><Value>" + value + "</Value></Float>";
 }
-inline std::string boolean(const std::string& name, const std::string& value) {
+inline std::string truth_value(const std::string& name, const std::string& value) {
     return "<Boolean Name='" + name + "'><Value>" + value + "</Value></Boolean>";
 }
 

@@ -64,7 +64,7 @@ TEST(FormulaConstants, OutrankVariables) {
 }
 
 TEST(FormulaVariables, ReadTheirNodes) {
-    const std::string nodes = integer("i", "7") + real("f", "2.5") + boolean("b", "true");
+    const std::string nodes = integer("i", "7") + real("f", "2.5") + truth_value("b", "true");
     const std::string bindings = variable("I", "i") + variable("F", "f") + variable("B", "b");
     EXPECT_EQ(int_value(nodes, bindings, "I*100+F*10+B"), 731);  // 2.5 is 3 in an integer formula
     EXPECT_EQ(float_value(nodes, bindings, "I*100+F*10+B"), 726.0);
@@ -224,7 +224,7 @@ TEST(FormulaLimits, OfOtherNodesAreLoggedAndLeaveTheNameUnknown) {
         const char* message;
     } rows[] = {{"X.Min", min_message}, {"X.Max", min_message}, {"X.Inc", inc_message}};
     for (const auto& row : rows) {
-        TestDocument doc(boolean("b", "true") + int_knife(variable(row.name, "b"), row.name));
+        TestDocument doc(truth_value("b", "true") + int_knife(variable(row.name, "b"), row.name));
         EXPECT_THAT(doc.load_messages, ElementsAre(row.message, unknown_name(row.name), name_not_mapped(""),
                                                    knife_refused + std::string("\"") + row.name + "\"\n"));
         EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));

@@ -84,13 +84,13 @@ void check_unknown_elements(lint_context& context, finding_list& findings) {
         const std::string_view container = element.parent().name();
         if (container == "StructReg" || use_among_nodes(element.name()) != element_use::unknown) continue;
         findings.add(context.tree().position_of(element),
-                     fmt::format("nothing knows an element {}{}", element.name(),
+                     fmt::format("nothing knows the element {}{}", element.name(),
                                  meant(element.name(), names_among_nodes())));
     }
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unknown) return;
         findings.add(context.tree().position_of(child),
-                     fmt::format("nothing knows an element {} in {} {}{}", child.name(), parent.name(),
+                     fmt::format("nothing knows the element {} in {} {}{}", child.name(), parent.name(),
                                  parent.attribute("Name").value(), meant(child.name(), names_in_nodes())));
     });
 }
@@ -99,12 +99,13 @@ void check_unread_elements(lint_context& context, finding_list& findings) {
     for (const pugi::xml_node element : context.elements_for_nodes()) {
         if (use_among_nodes(element.name()) != element_use::unread) continue;
         findings.add(context.tree().position_of(element),
-                     fmt::format("nothing reads an element {}", element.name()));
+                     fmt::format("nothing reads {} elements", element.name()));
     }
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unread || child.name() == cachable) return;
-        findings.add(context.tree().position_of(child),
-                     fmt::format("nothing reads {} in a {} of this form", child.name(), parent.name()));
+        findings.add(
+            context.tree().position_of(child),
+            fmt::format("nothing reads {} in {} elements of this kind", child.name(), parent.name()));
     });
 }
 
@@ -112,7 +113,7 @@ void check_unread_cachables(lint_context& context, finding_list& findings) {
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unread || child.name() != cachable) return;
         findings.add(context.tree().position_of(child),
-                     fmt::format("nothing reads Cachable in a {}", parent.name()));
+                     fmt::format("nothing reads Cachable in {} elements", parent.name()));
     });
 }
 

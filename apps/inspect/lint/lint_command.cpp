@@ -1,7 +1,7 @@
 #include "apps/inspect/command.h"
+#include "apps/inspect/description_options.h"
 #include "apps/inspect/lint/lint_context.h"
 #include "apps/inspect/lint/lint_rule.h"
-#include "apps/inspect/memory_options.h"
 #include "apps/inspect/progress.h"
 #include "apps/inspect/similar_name.h"
 
@@ -66,7 +66,7 @@ bool is_wanted(const lint_rule& rule, const lint_options& options) {
 
 file_report examine(const std::string& file, const lint_options& options) {
     const auto opened = description::open(file);
-    fill_memory(options.memory, opened->memory());
+    prepare(*opened, options.memory);
     lint_context context(*opened);
     finding_list findings;
     for (const lint_rule& rule : all_lint_rules()) {

@@ -163,4 +163,30 @@ void check_lost_marks(lint_context& context, finding_list& findings) {
     });
 }
 
+void check_marks_without_lock(lint_context& context, finding_list& findings) {
+    for_each_node(context, [&](INode& node) {
+        const auto element = context.tree().find(node);
+        if (!element || !is_marked(node, element_mark) || !has_control(node)) return;
+        if (*context.tree().at(*element).xml.child_value("pIsLocked") != 0) return;
+        findings.add(context.position_of(*element),
+                     fmt::format("{} is marked and has no pIsLocked", node.get_name()));
+    });
+}
+
+void check_entry_numbers(lint_context& context, finding_list& findings) {
+    for_each_node(context, [&](INode& node) {
+        if (!is_marked(node, element_mark) || node.get_node_type() != node_type::enumeration) return;
+        const auto entries = static_cast<GenICam::IEnumeration&>(node).get_entries();
+        const bool in_order =
+            std::all_of(entries.begin(), entries.end(), [](const GenICam::IEnumEntry* entry) {
+                return entry->get_value() == static_cast<std::int64_t>(entry->get_index());
+            });
+        const auto element = context.tree().find(node);
+        if (in_order || !element) return;
+        findings.add(context.position_of(*element),
+                     fmt::format("{} is marked, and its entries are not numbered from 0 without gaps",
+                                 node.get_name()));
+    });
+}
+
 }  // namespace selvane_inspect

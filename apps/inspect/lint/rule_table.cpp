@@ -60,7 +60,7 @@ constexpr lint_rule rules[] = {
      "Mind the spelling; capitals count.", check_unknown_elements},
     {"unread-element", severity::note, "Other programs may read it, but the pages do not.",
      "Do not count on it on the pages.", check_unread_elements},
-    {"cachable-not-read", severity::note,
+    {"cachable-not-read", severity::warning,
      "The element changes nothing: a node of that kind is read from the device every time.",
      "Leave it out, or use a kind of register that has a cache.", check_unread_cachables},
     {"no-name", severity::warning, "A node without a name cannot be referred to.", "Give it a Name.",
@@ -87,6 +87,13 @@ constexpr lint_rule rules[] = {
     {"mark-lost", severity::warning,
      "Only items on the way from Root and the features that they list reach a page.",
      "List the item in a category below Root, and the feature in the item.", check_lost_marks},
+    {"mark-lock", severity::note,
+     "Pages take pIsLocked for \"may be changed now\": without the link, a control over registers is always "
+     "grey.",
+     "Give it a pIsLocked that reads non-zero while the feature may be changed.", check_marks_without_lock},
+    {"mark-entries", severity::note,
+     "Over registers a page reads an enumeration by the values of its entries and writes it by their places.",
+     "Number the entries from 0 without gaps.", check_entry_numbers},
 };
 
 }  // namespace

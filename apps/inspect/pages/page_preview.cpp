@@ -47,7 +47,7 @@ void check_marked_features(description& in) {
     }
 }
 
-simcam::camera_ptr make_camera(const description& of, const memory_options& memory, access_road road) {
+simcam::camera_ptr make_camera(description& of, access_road road) {
     simcam::camera_options options;
     options.descriptions.push_back(of.source().bytes());
     options.named_access = road == access_road::named;
@@ -55,7 +55,7 @@ simcam::camera_ptr make_camera(const description& of, const memory_options& memo
     options.video_proc_amp = false;
     options.keep_transcript = false;
     simcam::camera_ptr camera = simcam::make_camera(std::move(options));
-    fill_memory(memory, camera->memory());
+    camera->memory() = of.memory();
     return camera;
 }
 
@@ -79,7 +79,7 @@ drawn_page draw(ZELPropUI::PageName name, IUnknown& filter,
 std::vector<drawn_page> preview_pages(const description_options& options, access_road road) {
     const auto opened = open(options);
     check_marked_features(*opened);
-    const simcam::camera_ptr camera = make_camera(*opened, options.memory, road);
+    const simcam::camera_ptr camera = make_camera(*opened, road);
     genicam_adapter::GenICamAdapterDevice adapter(camera->property_set());
     const auto& described = adapter.get_item_table();
     std::vector<drawn_page> pages;

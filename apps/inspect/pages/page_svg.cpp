@@ -69,10 +69,12 @@ void svg_writer::box(const PageRect& place, const char* fill, const char* stroke
         place.top, std::max(place.width - 1, 0), std::max(place.height - 1, 0), fill, stroke);
 }
 
+// Cut off at the edges of its control, as windows do.
 void svg_writer::text(int left, const PageRect& row, const char* anchor, const drawn_control& control) {
     constexpr int baseline = 4;  // below the middle of the row
-    put(R"(    <text x="{}" y="{}" text-anchor="{}" fill="{}">{}</text>)", left,
-        row.top + row.height / 2 + baseline, anchor, ink(control), escaped(control.text));
+    put(R"(    <svg x="{}" y="{}" width="{}" height="{}"><text x="{}" y="{}" text-anchor="{}" fill="{}">{}</text></svg>)",
+        row.left, row.top, row.width, row.height, left - row.left, row.height / 2 + baseline, anchor,
+        ink(control), escaped(control.text));
 }
 
 void svg_writer::draw_slider(const drawn_control& control) {
@@ -143,7 +145,9 @@ void svg_writer::draw_button(const drawn_control& control) {
 
 // The first rectangle of a control is the room that the layout gave it.
 void svg_writer::draw(const drawn_control& control) {
-    put(R"(  <g class="{}" data-feature="{}">)", control_word(control.kind), escaped(control.feature));
+    std::string kind(control_word(control.kind));
+    std::replace(kind.begin(), kind.end(), ' ', '-');
+    put(R"(  <g class="{}" data-feature="{}">)", kind, escaped(control.feature));
     put(R"(    <rect class="place" x="{}" y="{}" width="{}" height="{}" fill="none"/>)", control.place.left,
         control.place.top, control.place.width, control.place.height);
     switch (control.kind) {
@@ -181,9 +185,8 @@ void svg_writer::open() {
         bottom =
             std::max(bottom, control.place.top + (is_combo ? closed_combo_height : control.place.height));
     }
-    put(R"(<svg xmlns="http://www.w3.org/2000/svg" width="{0}" height="{1}" viewBox="0 0 {0} {1}" font-family="Tahoma, "
-         "'DejaVu Sans', sans-serif" font-size="11">)",
-        right, bottom);
+    put(R"(<svg xmlns="http://www.w3.org/2000/svg" width="{0}" height="{1}" viewBox="0 0 {0} {1}" {2}>)",
+        right, bottom, R"(font-family="Tahoma, 'DejaVu Sans', sans-serif" font-size="11")");
     put("  <title>{}</title>", escaped(TitleOf(page_.name)));
     put(R"(  <rect width="{}" height="{}" fill="#d0d0d0"/>)", right, bottom);
     put(R"(  <rect class="page" width="{}" height="{}" fill="#f0f0f0"/>)", page_width, page_height);

@@ -51,25 +51,30 @@ bool is_cut_off(const drawn_control& control) {
     return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
 }
 
-// What an edit and its spin button have in common with the slider before them is told there.
+bool tells_state(control_kind kind) {
+    return kind != control_kind::edit && kind != control_kind::spin_button;
+}
+
+// "Label: control, control; Label: control". What an edit and its spin button have in common with the slider
+// before them is told there.
 std::string row_text(std::vector<const drawn_control*> row) {
     std::stable_sort(row.begin(), row.end(), [](const auto* left, const auto* right) {
         return left->place.left < right->place.left;
     });
-    std::string text(static_cast<std::size_t>(row.front()->place.left) / 10, ' ');
-    bool first = true;
+    constexpr int pixels_a_blank = 10;
+    std::string text(static_cast<std::size_t>(row.front()->place.left / pixels_a_blank), ' ');
+    std::string_view separator;
+    bool cut_off = false;
     for (const drawn_control* control : row) {
         const bool is_label = control->kind == control_kind::label;
-        if (!first) text += is_label ? "; " : ", ";
-        text += control_text(*control) + (is_label && first ? ":" : "");
-        if (!control->enabled && control->kind != control_kind::spin_button &&
-            control->kind != control_kind::edit) {
-            text += " (grey)";
-        }
-        if (is_cut_off(*control)) text += " (beyond the edge of the page)";
-        first = false;
+        text += is_label && !separator.empty() ? "; " : separator;
+        text += control_text(*control);
+        if (is_label) text += ":";
+        if (!control->enabled && tells_state(control->kind)) text += " (grey)";
+        cut_off = cut_off || is_cut_off(*control);
+        separator = is_label ? " " : ", ";
     }
-    return text + '\n';
+    return text + (cut_off ? " -- beyond the edge of the page\n" : "\n");
 }
 
 std::string joined_groups(ZELPropUI::PageName page) {

@@ -108,15 +108,19 @@ std::string place_text(const register_state& place) {
     return text;
 }
 
+std::string value_behind_name(const answer<feature_value>& value) {
+    if (!value.value) return " (" + value.failure + ")";
+    const std::string text = value_text(*value.value);
+    return text.empty() ? "" : " = " + text;
+}
+
 void append_lines(const value_source& source, std::size_t depth, std::string& text) {
     const auto line = [&](std::size_t deeper, const std::string& what) {
         text += std::string((depth + deeper) * 2, ' ') + what + '\n';
     };
     const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
-    const std::string value =
-        source.value.value ? value_text(*source.value.value) : "(" + source.value.failure + ")";
-    line(0, fmt::format("{}{}{} {}{}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
-                        value.empty() ? "" : " = ", value, source.is_known ? " (told above)" : ""));
+    line(0, fmt::format("{}{}{} {}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
+                        value_behind_name(source.value), source.is_known ? " (told above)" : ""));
     if (source.place) line(1, place_text(*source.place));
     for (const shown_formula& formula : source.formulas) {
         line(1, fmt::format("{}{}{}: {}{}", formula.element, formula.name.empty() ? "" : " ", formula.name,

@@ -122,7 +122,8 @@ std::string program_tree::write(std::size_t node, const name_lookup& names, std:
     const program_node& one = nodes_[node];
     const auto operand = [&](std::size_t at) {
         const std::size_t place = one.operands[at];
-        const std::string inner = room > 0 ? write(place, names, room - 1) : "...";
+        if (room == 0) return std::string("...");
+        const std::string inner = write(place, names, room - 1);
         return nodes_[place].operand_count > 1 ? "(" + inner + ")" : inner;
     };
     switch (one.instruction->code) {

@@ -1,0 +1,100 @@
+// The command line itself: help, version, exit codes, one line for each wrong use.
+
+#include "tests/inspect/inspection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace inspect_test;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class CommandLineTest : public InspectTest {};
+
+constexpr const char* all_commands[] = {"info", "list", "describe", "get", "set",
+                                        "eval", "lint", "pages",    "dump"};
+
+void ExpectWrongUse(const std::vector<std::string>& arguments, const std::string& words) {
+    const Outcome outcome = Call(arguments);
+    EXPECT_EQ(outcome.code, 2) << outcome.err;
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_EQ(Lines(outcome.err).size(), 1U) << outcome.err;
+    EXPECT_THAT(outcome.err, StartsWith("selvane_inspect: "));
+    EXPECT_THAT(outcome.err, HasSubstr(words));
+}
+
+TEST_F(CommandLineTest, HelpsOnItselfAndEveryCommand) {
+    const Outcome help = Call({"--help"});
+    EXPECT_EQ(help.code, 0);
+    EXPECT_THAT(help.err, IsEmpty());
+    EXPECT_THAT(help.out, HasSubstr("Exit codes: 0 fine, 1 findings or a refused operation, 2 wrong use"));
+    for (const char* command : all_commands) {
+        EXPECT_THAT(help.out, HasSubstr(command));
+        const Outcome one = Call({command, "--help"});
+        EXPECT_EQ(one.code, 0) << command;
+        EXPECT_THAT(one.out, HasSubstr("--json")) << command;
+    }
+}
+
+TEST_F(CommandLineTest, TellsItsVersion) {
+    const Outcome version = Call({"--version"});
+    EXPECT_EQ(version.code, 0);
+    EXPECT_THAT(version.out, testing::MatchesRegex("selvane_inspect [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST_F(CommandLineTest, WrongUseIsOneLine) {
+    ExpectWrongUse({}, "subcommand");
+    ExpectWrongUse({"inform", "x"}, "--help");
+    ExpectWrongUse({"info"}, "FILE");
+    ExpectWrongUse({"info", "a", "b"}, "--help");
+    ExpectWrongUse({"info", "--loud", "a"}, "--loud");
+    ExpectWrongUse({"list", ProjectDescription("identity"), "--visibility", "Nobody"}, "Nobody");
+    ExpectWrongUse({"get", ProjectDescription("identity")}, "FEATURE");
+    ExpectWrongUse({"set", ProjectDescription("identity")}, "FEATURE=VALUE");
+    ExpectWrongUse({"eval"}, "FORMULA");
+    ExpectWrongUse({"lint"}, "FILE");
+    ExpectWrongUse({"dump", ProjectDescription("identity"), "everything"}, "everything");
+    ExpectWrongUse({"pages", ProjectDescription("identity"), "--access", "magic"}, "magic");
+}
+
+TEST_F(CommandLineTest, UnreadableInputIsOneLine) {
+    const std::string malformed = Write("malformed.xml", "<a>");
+    const std::string empty = Write("empty.xml", "");
+    for (const char* command : {"info", "list", "lint", "pages"}) {
+        ExpectWrongUse({command, PathOf("absent.xml")}, "cannot read");
+        ExpectWrongUse({command, PathOf("")}, "folder");
+        ExpectWrongUse({command, malformed}, "malformed.xml:1:");
+        ExpectWrongUse({command, empty}, "not well-formed");
+    }
+    ExpectWrongUse({"get", malformed, "A"}, "not well-formed");
+    ExpectWrongUse({"dump", malformed, "stats"}, "not well-formed");
+}
+
+TEST_F(CommandLineTest, ADescriptionWhoseLoadThrowsIsUnusable) {
+    const std::string path = WriteElements(
+        "<Enumeration Name=\"C\"><Value>0</Value></Enumeration>"
+        "<IntSwissKnife Name=\"K\"><pVariable "
+        "Name=\"X.Entry\">C</pVariable><Formula>1</Formula></IntSwissKnife>");
+    ExpectWrongUse({"info", path}, "an exception left the load");
+    ExpectWrongUse({"pages", path}, "an exception left the load");
+}
+
+TEST_F(CommandLineTest, TakesNamesOutsideAscii) {
+    const std::string path =
+        Write("K\xC3\xA4mera.xml", AroundElements("<Integer Name=\"A\"><Value>4</Value></Integer>"));
+    const Outcome outcome = Call({"get", path, "A"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "A = 4\n");
+}
+
+TEST_F(CommandLineTest, JsonSurvivesBytesThatAreNoUtf8) {
+    const std::string path = WriteElements("<String Name=\"A\"><Value>\xFF\xFE</Value></String>");
+    const Outcome outcome = Call({"get", path, "A", "--json"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_EQ(outcome.Json()["features"][0]["value"], "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+// selvane_inspect describe
+
+#include "tests/inspect/inspection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace inspect_test;
+using testing::Contains;
+using testing::HasSubstr;
+
+class DescribeCommandTest : public InspectTest {};
+
+constexpr const char* gain =
+    "<Float Name=\"Gain\"><DisplayName>Analog gain</DisplayName><ToolTip>Tip</ToolTip>\n"
+    "  <Visibility>Expert</Visibility><pValue>Conv</pValue><Min>0</Min><Max>24</Max><Unit>dB</Unit></Float>\n"
+    "<Converter Name=\"Conv\"><Constant Name=\"TEN\">10</Constant><pVariable Name=\"OFF\">Offset</pVariable>"
+    "<Expression "
+    "Name=\"SUM\">FROM+OFF</Expression><FormulaTo>FROM*TEN</FormulaTo><FormulaFrom>SUM/TEN</FormulaFrom>"
+    "<pValue>Field</pValue></Converter>\n"
+    "<MaskedIntReg "
+    "Name=\"Field\"><Address>0x100</Address><Length>2</Length><LSB>15</LSB><MSB>8</MSB></MaskedIntReg>\n"
+    "<IntReg Name=\"Offset\"><pAddress>Base</pAddress><Length>1</Length></IntReg>\n"
+    "<Integer Name=\"Base\"><Value>0x200</Value></Integer>\n"
+    "<Category Name=\"Main\"><pFeature>Gain</pFeature></Category>";
+
+TEST_F(DescribeCommandTest, TellsEverything) {
+    const Outcome outcome =
+        Call({"describe", WriteElements(gain), "Gain", "--register", "0x100=002A", "--register", "0x200=08"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    const auto lines = Lines(outcome.out);
+    EXPECT_THAT(lines.front(), HasSubstr("Gain (Float, class float_pValue_type), "));
+    EXPECT_THAT(lines.front(), HasSubstr("description.xml:2:1"));
+    for (const char* line : {"  display name  Analog gain",
+                             "  tool tip      Tip",
+                             "  visibility    Expert",
+                             "  access        RW",
+                             "  implemented   yes",
+                             "  available     yes",
+                             "  locked        no",
+                             "  value         5 dB",
+                             "  range         [0..24]",
+                             "         2  DisplayName: Analog gain",
+                             "         3  pValue: Conv",
+                             "  Float Gain = 5",
+                             "    pValue: Converter Conv = 5",
+                             "      FormulaFrom: SUM/TEN",
+                             "      FormulaTo: FROM*TEN",
+                             "      Expression SUM: FROM+OFF",
+                             "        FROM = 42 (integer) from Field",
+                             "        TEN = 10.0 (float)",
+                             "        OFF = 8.0 (float) from Offset",
+                             "      pVariable OFF: IntReg Offset = 8",
+                             "        register 0x200, 1 bytes: 08",
+                             "        pAddress: Integer Base = 512",
+                             "      pValue: MaskedIntReg Field = 42",
+                             "        register 0x100, 2 bytes: 00 2A, mask 0x00FF",
+                             "    Main (pFeature)"}) {
+        EXPECT_THAT(lines, Contains(line));
+    }
+}
+
+TEST_F(DescribeCommandTest, TellsWhatAWriteMakesStale) {
+    const Outcome outcome = Call({"describe", WriteElements(gain), "Base"});
+    EXPECT_THAT(outcome.out, HasSubstr("  what names it\n    Offset (pAddress)\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("  what a write makes stale\n    Conv, Gain, Offset\n"));
+}
+
+TEST_F(DescribeCommandTest, TellsATwiceUsedNodeOnce) {
+    const Outcome outcome = Call({"describe",
+                                  WriteElements("<IntSwissKnife Name=\"K\"><pVariable "
+                                                "Name=\"A\">R</pVariable><pVariable Name=\"B\">R</pVariable>"
+                                                "<Formula>A+B</Formula></IntSwissKnife><IntReg "
+                                                "Name=\"R\"><Address>0</Address><Length>1</Length></IntReg>"),
+                                  "K"});
+    EXPECT_THAT(outcome.out, HasSubstr("pVariable B: IntReg R = 0 (told above)"));
+}
+
+TEST_F(DescribeCommandTest, SurvivesCirclesAndRefusedFormulas) {
+    const Outcome outcome =
+        Call({"describe",
+              WriteElements("<Integer Name=\"A\"><pValue>B</pValue></Integer><Integer "
+                            "Name=\"B\"><pValue>A</pValue></Integer>"
+                            "<IntSwissKnife Name=\"K\"><Formula>(1</Formula></IntSwissKnife>"),
+              "A", "K"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("value         a circle: A needs B needs A"));
+    EXPECT_THAT(outcome.out, HasSubstr("Integer A (a circle: A needs B needs A) (told above)"));
+    EXPECT_THAT(outcome.out, HasSubstr("Formula: (1 (refused)"));
+}
+
+TEST_F(DescribeCommandTest, FindsTheBitsOfAStructure) {
+    const Outcome outcome =
+        Call({"describe",
+              WriteElements(
+                  "<StructReg><Address>0x10</Address><Length>4</Length><Endianess>LittleEndian</Endianess>"
+                  "<StructEntry Name=\"E\"><LSB>4</LSB><MSB>7</MSB></StructEntry></StructReg>"),
+              "E", "--register", "0x10=A5000000"});
+    EXPECT_THAT(outcome.out,
+                HasSubstr("StructEntry E = 10\n    register 0x10, 4 bytes: A5 00 00 00, mask 0x000000F0"));
+}
+
+TEST_F(DescribeCommandTest, FindsRegistersOfEveryKind) {
+    const std::string path = WriteElements(
+        "<IntReg Name=\"I\"><Address>0x10</Address><Length>2</Length><AccessMode>WO</AccessMode></IntReg>"
+        "<FloatReg Name=\"F\"><Address>0x20</Address><Length>4</Length></FloatReg>"
+        "<StringReg Name=\"S\"><Address>0x30</Address><Length>3</Length></StringReg>"
+        "<Register Name=\"B\"><Address>0x40</Address><Length>2</Length></Register>");
+    const Outcome outcome = Call({"describe", path, "I", "F", "S", "B"});
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x10, 2 bytes: 00 00\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x20, 4 bytes: 00 00 00 00\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x30, 3 bytes: 00 00 00\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x40, 2 bytes: 00 00\n"));
+}
+
+TEST_F(DescribeCommandTest, GivesJson) {
+    const Outcome outcome =
+        Call({"describe", WriteElements(gain), "Gain", "--register", "0x100=002A", "--json"});
+    const nlohmann::json feature = outcome.Json()["features"][0];
+    EXPECT_EQ(outcome.Json()["command"], "describe");
+    EXPECT_EQ(feature["name"], "Gain");
+    EXPECT_EQ(feature["element"], "Float");
+    EXPECT_EQ(feature["class"], "float_pValue_type");
+    EXPECT_EQ(feature["line"], 2);
+    EXPECT_EQ(feature["column"], 1);
+    EXPECT_EQ(feature["display_name"], "Analog gain");
+    EXPECT_EQ(feature["implemented"], true);
+    EXPECT_EQ(feature["locked"], false);
+    EXPECT_EQ(feature["elements"][0]["name"], "DisplayName");
+    EXPECT_EQ(feature["elements"][0]["text"], "Analog gain");
+    const auto& converter = feature["sources"]["sources"][0];
+    EXPECT_EQ(converter["role"], "pValue");
+    EXPECT_EQ(converter["name"], "Conv");
+    EXPECT_EQ(converter["formulas"].size(), 3U);
+    EXPECT_EQ(converter["variables"][0]["name"], "FROM");
+    EXPECT_EQ(converter["sources"][1]["register"]["mask"], "0xFF");
+    EXPECT_EQ(feature["named_by"], nlohmann::json::parse(R"([{"name":"Main","role":"pFeature"}])"));
+    EXPECT_TRUE(feature["invalidates"].is_array());
+}
+
+TEST_F(DescribeCommandTest, WorksOnTheSimulatedCamera) {
+    const Outcome outcome = Call(
+        {"describe", ProjectDescription("simulated_camera"), "ExposureTime", "--memory", SimulatedMemory()});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("pValue: Converter ExposureTimeConv"));
+    EXPECT_THAT(outcome.out, HasSubstr("TICK = 100.0 (float) from ExposureTickReg"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x1004, 4 bytes: 00 00 00 64"));
+}
+
+}  // namespace

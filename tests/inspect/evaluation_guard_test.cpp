@@ -1,0 +1,272 @@
+// What the engine would not survive is known before it is asked.
+
+#include "apps/inspect/evaluation_guard.h"
+
+#include "tests/inspect/inspection.h"
+
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace selvane_inspect;
+using GenICam::eval_value;
+using testing::HasSubstr;
+
+class EvaluationGuardTest : public inspect_test::InspectTest {
+protected:
+    void Load(const std::string& elements) {
+        opened_ = description::open(WriteElements(elements));
+        guard_.emplace(*opened_);
+    }
+    [[nodiscard]] GenICam::INode& Node(const std::string& name) const {
+        GenICam::INode* node = opened_->document()->find_node(name);
+        if (node == nullptr) throw std::invalid_argument("no node " + name);
+        return *node;
+    }
+    /// The words for a hazard; empty for none.
+    [[nodiscard]] std::string Find(const std::string& name, operation asked) {
+        return Words(guard_->find(Node(name), asked));
+    }
+    [[nodiscard]] std::string FindInStore(const std::string& name, const eval_value& value) {
+        return Words(guard_->find_in_store(Node(name), value));
+    }
+    [[nodiscard]] description& Opened() { return *opened_; }
+    [[nodiscard]] evaluation_guard& Guard() { return *guard_; }
+
+private:
+    [[nodiscard]] std::string Words(const hazard* found) const {
+        return found != nullptr ? guard_->describe(*found) : std::string();
+    }
+
+    std::unique_ptr<description> opened_;
+    std::optional<evaluation_guard> guard_;
+};
+
+std::string Link(const std::string& name, const std::string& target) {
+    return "<Integer Name=\"" + name + "\"><pValue>" + target + "</pValue></Integer>";
+}
+
+std::string Register(const std::string& name, const std::string& address) {
+    return "<IntReg Name=\"" + name + "\"><Address>" + address + "</Address><Length>4</Length></IntReg>";
+}
+
+TEST_F(EvaluationGuardTest, LetsTheHarmlessThrough) {
+    Load(Link("A", "R") + Register("R", "0"));
+    for (std::size_t asked = 0; asked < operation_count; ++asked) {
+        EXPECT_EQ(Find("A", static_cast<operation>(asked)), "");
+    }
+    EXPECT_TRUE(Guard().all().empty());
+}
+
+TEST_F(EvaluationGuardTest, FindsACircleOfValues) {
+    Load(Link("A", "B") + Link("B", "C") + Link("C", "A") + Link("D", "B"));
+    EXPECT_EQ(Find("A", operation::value), "a circle: A needs B needs C needs A");
+    EXPECT_THAT(Find("D", operation::value), HasSubstr("a circle"));
+    EXPECT_THAT(Find("D", operation::store), HasSubstr("a circle"));
+    EXPECT_THAT(Find("D", operation::access), HasSubstr("a circle"));
+    EXPECT_EQ(Find("D", operation::implemented), "");
+    EXPECT_EQ(Guard().all().size(), 1U);
+}
+
+TEST_F(EvaluationGuardTest, FindsANodeThatNeedsItself) {
+    Load(Link("A", "A"));
+    EXPECT_EQ(Find("A", operation::value), "a circle: A needs A");
+}
+
+TEST_F(EvaluationGuardTest, ALimitThatReadsTheValueIsNoCircle) {
+    Load(
+        "<Integer Name=\"A\"><pValue>R</pValue><pMax>Twice</pMax></Integer>"
+        "<IntSwissKnife Name=\"Twice\"><pVariable "
+        "Name=\"X\">A</pVariable><Formula>X*2</Formula></IntSwissKnife>" +
+        Register("R", "0"));
+    EXPECT_EQ(Find("A", operation::maximum), "");
+    EXPECT_EQ(Find("A", operation::store), "");
+}
+
+TEST_F(EvaluationGuardTest, ALimitThatReadsItselfIsACircle) {
+    Load(
+        "<Integer Name=\"A\"><pValue>R</pValue><pMax>Twice</pMax></Integer>"
+        "<IntSwissKnife Name=\"Twice\"><pVariable "
+        "Name=\"X.Max\">A</pVariable><Formula>X.Max*2</Formula></IntSwissKnife>" +
+        Register("R", "0"));
+    EXPECT_THAT(Find("A", operation::maximum), HasSubstr("a circle"));
+    EXPECT_EQ(Find("A", operation::value), "");
+    EXPECT_THAT(Find("A", operation::store), HasSubstr("a circle"));
+}
+
+TEST_F(EvaluationGuardTest, ALockThatReadsTheValueIsNoCircle) {
+    Load("<Integer Name=\"A\"><pValue>R</pValue><pIsLocked>A</pIsLocked></Integer>" + Register("R", "0"));
+    EXPECT_EQ(Find("A", operation::locked), "");
+    EXPECT_EQ(Find("A", operation::value), "");
+}
+
+TEST_F(EvaluationGuardTest, AnAvailabilityThatReadsTheValueIsACircle) {
+    for (const char* link : {"pIsAvailable", "pIsImplemented"}) {
+        const std::string element = link;
+        Load("<Integer Name=\"A\"><pValue>R</pValue><" + element + ">A</" + element + "></Integer>" +
+             Register("R", "0"));
+        EXPECT_THAT(Find("A", operation::value), HasSubstr("a circle")) << link;
+    }
+}
+
+TEST_F(EvaluationGuardTest, FollowsAddresses) {
+    Load(
+        "<IntReg Name=\"A\"><pAddress>B</pAddress><Length>4</Length></IntReg>"
+        "<IntReg Name=\"B\"><Address>0</Address><pIndex "
+        "pOffset=\"C\">Zero</pIndex><Length>4</Length></IntReg>"
+        "<Integer Name=\"Zero\"><Value>0</Value></Integer>"
+        "<IntReg Name=\"C\"><IntSwissKnife Name=\"K\"><pVariable Name=\"X\">A</pVariable><Formula>X</Formula>"
+        "</IntSwissKnife><Length>4</Length></IntReg>");
+    EXPECT_EQ(Find("A", operation::value), "a circle: A needs B needs C needs K needs A");
+}
+
+TEST_F(EvaluationGuardTest, FollowsTheFrameOfAStructure) {
+    Load(
+        "<StructReg><pAddress>E</pAddress><Length>4</Length><StructEntry "
+        "Name=\"E\"><Bit>0</Bit></StructEntry></StructReg>");
+    EXPECT_EQ(Find("E", operation::value), "a circle: E needs E");
+}
+
+TEST_F(EvaluationGuardTest, FollowsIndexedValuesAndTheirUnits) {
+    Load(
+        "<Integer Name=\"A\"><pIndex>I</pIndex><pValueIndexed "
+        "Index=\"0\">B</pValueIndexed><ValueDefault>0</ValueDefault>"
+        "</Integer><Integer Name=\"I\"><Value>0</Value></Integer>"
+        "<Integer Name=\"B\"><pIndex>I</pIndex><pValueIndexed "
+        "Index=\"0\">A</pValueIndexed><ValueDefault>0</ValueDefault>"
+        "</Integer>");
+    for (const operation asked : {operation::value, operation::unit, operation::minimum, operation::access}) {
+        EXPECT_EQ(Find("A", asked), "a circle: A needs B needs A");
+    }
+}
+
+TEST_F(EvaluationGuardTest, AStatedLimitEndsTheAskingOfTargets) {
+    Load(
+        "<Integer Name=\"A\"><pValue>B</pValue><Min>0</Min></Integer><Integer "
+        "Name=\"B\"><pValue>A</pValue></Integer>");
+    EXPECT_EQ(Find("A", operation::minimum), "");
+    EXPECT_THAT(Find("A", operation::maximum), HasSubstr("a circle"));
+}
+
+TEST_F(EvaluationGuardTest, AnEnumerationsEntriesAreAskedByThemselves) {
+    Load(
+        "<Enumeration Name=\"E\"><pValue>R</pValue><EnumEntry "
+        "Name=\"X\"><Value>0</Value><pIsAvailable>E</pIsAvailable>"
+        "</EnumEntry></Enumeration>" +
+        Register("R", "0"));
+    EXPECT_EQ(Find("E", operation::value), "");
+    auto* entry = static_cast<GenICam::IEnumeration&>(Node("E")).get_entries().front();
+    EXPECT_EQ(Guard().find(*entry, operation::available), nullptr);
+}
+
+TEST_F(EvaluationGuardTest, RefusesChainsThatAreTooDeep) {
+    std::string elements;
+    for (int at = 0; at < 1200; ++at)
+        elements += Link("N" + std::to_string(at), "N" + std::to_string(at + 1));
+    Load(elements + Register("N1200", "0"));
+    EXPECT_EQ(Find("N1199", operation::value), "");
+    EXPECT_EQ(Find("N500", operation::value), "");
+    EXPECT_THAT(Find("N0", operation::value), HasSubstr("depend on one another"));
+}
+
+TEST_F(EvaluationGuardTest, NeedsNoStackForAVeryLongChain) {
+    std::string elements;
+    for (int at = 0; at < 100000; ++at)
+        elements += Link("N" + std::to_string(at), "N" + std::to_string(at + 1));
+    Load(elements + Link("N100000", "N0"));
+    EXPECT_THAT(Find("N7", operation::value).substr(0, 10), HasSubstr("a circle"));
+}
+
+constexpr const char* division =
+    "<IntSwissKnife Name=\"K\"><pVariable Name=\"D\">R</pVariable><Formula>100/D</Formula></IntSwissKnife>";
+
+TEST_F(EvaluationGuardTest, FindsADivisionByZeroInTheRegisters) {
+    Load(division + Link("A", "K") + Register("R", "0x10"));
+    EXPECT_THAT(Find("K", operation::value), HasSubstr("Formula of K divides integers"));
+    EXPECT_THAT(Find("A", operation::value), HasSubstr("Formula of K divides integers"));
+    EXPECT_EQ(Find("K", operation::minimum), "");
+    Opened().memory().poke(0x13, simcam::bytes{5});
+    Guard().forget();
+    EXPECT_EQ(Find("K", operation::value), "");
+}
+
+TEST_F(EvaluationGuardTest, FindsTheOneQuotientThatDoesNotFit) {
+    Load(
+        "<IntSwissKnife Name=\"K\"><pVariable "
+        "Name=\"A\">R</pVariable><Formula>(1&lt;&lt;63)/(A-1)</Formula></IntSwissKnife>" +
+        Register("R", "0"));
+    EXPECT_THAT(Find("K", operation::value), HasSubstr("divides"));
+}
+
+TEST_F(EvaluationGuardTest, FloatsDivideByZeroWithoutHarm) {
+    Load(
+        "<SwissKnife Name=\"K\"><pVariable Name=\"D\">R</pVariable><Formula>100/D</Formula></SwissKnife>"
+        "<SwissKnife Name=\"L\"><pVariable Name=\"D\">R</pVariable><Formula>100 % D</Formula></SwissKnife>" +
+        Register("R", "0"));
+    EXPECT_EQ(Find("K", operation::value), "");
+    EXPECT_THAT(Find("L", operation::value), HasSubstr("Formula of L divides"));
+}
+
+TEST_F(EvaluationGuardTest, AnUnreadableVariableIsTheIntegerZero) {
+    Load(
+        "<SwissKnife Name=\"K\"><pVariable Name=\"D\">R</pVariable><Formula>100/D</Formula></SwissKnife>"
+        "<IntReg Name=\"R\"><Address>0</Address><Length>4</Length><AccessMode>WO</AccessMode></IntReg>");
+    EXPECT_THAT(Find("K", operation::value), HasSubstr("divides"));
+}
+
+constexpr const char* converter =
+    "<IntConverter "
+    "Name=\"C\"><FormulaTo>1000/FROM</FormulaTo><FormulaFrom>1000/(TO+1)</FormulaFrom><pValue>R</pValue>"
+    "</IntConverter>";
+
+TEST_F(EvaluationGuardTest, FollowsAValueOnItsWayDown) {
+    Load(converter + Link("A", "C") + Register("R", "0") +
+         "<Boolean Name=\"B\"><pValue>C</pValue><OnValue>0</OnValue><OffValue>5</OffValue></Boolean>");
+    EXPECT_EQ(FindInStore("C", eval_value::of(std::int64_t{5})), "");
+    EXPECT_THAT(FindInStore("C", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+    EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{5})), "");
+    EXPECT_THAT(FindInStore("A", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+    EXPECT_EQ(FindInStore("A", eval_value::of(0.6)), "");
+    EXPECT_THAT(FindInStore("B", eval_value::of(std::int64_t{1})), HasSubstr("FormulaTo of C divides"));
+    EXPECT_EQ(FindInStore("B", eval_value::of(std::int64_t{0})), "");
+}
+
+TEST_F(EvaluationGuardTest, FollowsItThroughConvertersInARow) {
+    Load(
+        "<IntConverter "
+        "Name=\"D\"><FormulaTo>FROM-5</FormulaTo><FormulaFrom>TO+5</FormulaFrom><pValue>C</pValue></"
+        "IntConverter>" +
+        std::string(converter) + Register("R", "0"));
+    EXPECT_EQ(FindInStore("D", eval_value::of(std::int64_t{4})), "");
+    EXPECT_THAT(FindInStore("D", eval_value::of(std::int64_t{5})), HasSubstr("FormulaTo of C"));
+}
+
+TEST_F(EvaluationGuardTest, ACopyIsWrittenToo) {
+    Load("<Integer Name=\"A\"><pValue>R</pValue><pValueCopy>C</pValueCopy></Integer>" +
+         std::string(converter) + Register("R", "0"));
+    EXPECT_THAT(FindInStore("A", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C"));
+    EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{1})), "");
+}
+
+TEST_F(EvaluationGuardTest, KeepsNoMoreCirclesThanAnyoneReads) {
+    std::string elements;
+    const int count = 60;
+    for (int at = 0; at < count; ++at) {
+        elements += "<IntSwissKnife Name=\"K" + std::to_string(at) + "\">";
+        for (int to = 0; to < count; ++to) {
+            elements +=
+                "<pVariable Name=\"V" + std::to_string(to) + "\">K" + std::to_string(to) + "</pVariable>";
+        }
+        elements += "<Formula>1</Formula></IntSwissKnife>\n";
+    }
+    Load(elements);
+    EXPECT_THAT(Find("K0", operation::value), HasSubstr("a circle"));
+    EXPECT_LE(Guard().all().size(), 1000U);
+    EXPECT_GT(Guard().all().size(), 100U);
+}
+
+}  // namespace

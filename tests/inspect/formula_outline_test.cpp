@@ -1,0 +1,147 @@
+// What the tokens of a formula tell about it.
+
+#include "apps/inspect/lint/formula_outline.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace selvane_inspect;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::vector<std::string> Texts(const std::vector<formula_remark>& remarks) {
+    std::vector<std::string> texts;
+    for (const formula_remark& remark : remarks) texts.push_back(remark.text);
+    return texts;
+}
+
+std::vector<std::string> Surprises(std::string_view formula) {
+    return Texts(outline_formula(formula).surprises);
+}
+std::vector<std::string> Breaks(std::string_view formula) { return Texts(outline_formula(formula).breaks); }
+std::vector<std::string> Rounds(std::string_view formula) {
+    return Texts(outline_formula(formula).short_rounds);
+}
+
+TEST(FormulaOutline, PowersBindLikeProducts) {
+    EXPECT_THAT(Surprises("2*3**2"), ElementsAre("computed as (2 * 3) ** 2"));
+    EXPECT_THAT(Surprises("A/B**2"), ElementsAre("computed as (A / B) ** 2"));
+    EXPECT_THAT(Surprises("2**3**2"), ElementsAre("computed as (2 ** 3) ** 2"));
+    EXPECT_THAT(Surprises("2**3*2"), IsEmpty());
+    EXPECT_THAT(Surprises("2*(3**2)"), IsEmpty());
+    EXPECT_THAT(Surprises("2+3**2"), IsEmpty());
+}
+
+TEST(FormulaOutline, AMinusBindsTighterThanAPower) {
+    EXPECT_THAT(Surprises("-A**2"), ElementsAre("-A ** is computed as (-A) **"));
+    EXPECT_THAT(Surprises("-(A+1)**2"), ElementsAre("-(A+1) ** is computed as (-(A+1)) **"));
+    EXPECT_THAT(Surprises("-SIN(A)**2"), ElementsAre("-SIN(A) ** is computed as (-SIN(A)) **"));
+    EXPECT_THAT(Surprises("(-A)**2"), IsEmpty());
+    EXPECT_THAT(Surprises("-(A**2)"), IsEmpty());
+    EXPECT_THAT(Surprises("A-B**2"), IsEmpty());
+    EXPECT_THAT(Surprises("A**-B"), IsEmpty());
+}
+
+TEST(FormulaOutline, ComparisonsAndLogicShareALevel) {
+    EXPECT_THAT(Surprises("a&&b>c"), ElementsAre("computed as (a && b) > c"));
+    EXPECT_THAT(Surprises("a=1&&b=2"), ElementsAre("computed as (1 && b) = 2"));
+    EXPECT_THAT(Surprises("a||b&&c"), ElementsAre("computed as (a || b) && c"));
+    EXPECT_THAT(Surprises("a>b&&c"), IsEmpty());
+    EXPECT_THAT(Surprises("(a=1)&&(b=2)"), IsEmpty());
+    EXPECT_THAT(Surprises("a&&b||c"), IsEmpty());
+}
+
+TEST(FormulaOutline, LooksPastWhatBindsTighter) {
+    EXPECT_THAT(Surprises("a && b + c > d"), ElementsAre("computed as (a && b + c) > d"));
+    EXPECT_THAT(Surprises("a = b * c + d"), IsEmpty());
+}
+
+TEST(FormulaOutline, BitsAndShiftsShareALevel) {
+    EXPECT_THAT(Surprises("a&b<<8"), ElementsAre("computed as (a & b) << 8"));
+    EXPECT_THAT(Surprises("a|b&c"), ElementsAre("computed as (a | b) & c"));
+    EXPECT_THAT(Surprises("a|b^c"), ElementsAre("computed as (a | b) ^ c"));
+    EXPECT_THAT(Surprises("a<<8|b"), IsEmpty());
+    EXPECT_THAT(Surprises("1<<2+1"), IsEmpty());
+    EXPECT_THAT(Surprises("a&3=2"), IsEmpty());
+}
+
+TEST(FormulaOutline, LooksIntoEveryPart) {
+    EXPECT_THAT(Surprises("a ? 2*b**2 : SIN(1|2&3)"),
+                ElementsAre("computed as (2 * b) ** 2", "computed as (1 | 2) & 3"));
+    EXPECT_THAT(Surprises("ROUND(2*3**2, 1)"), ElementsAre("computed as (2 * 3) ** 2"));
+    EXPECT_EQ(outline_formula("a ? 2*b**2 : 1").surprises.front().offset, 5U);
+}
+
+TEST(FormulaOutline, ShortensLongOperands) {
+    const std::string name(60, 'N');
+    const auto texts = Surprises("2*" + name + "**2");
+    ASSERT_EQ(texts.size(), 1U);
+    EXPECT_LT(texts.front().size(), 80U);
+    EXPECT_THAT(texts.front(), HasSubstr("..."));
+}
+
+TEST(FormulaOutline, TellsWhatIsMissingAtTheEnd) {
+    EXPECT_THAT(Breaks("1+"), ElementsAre("ends behind \"+\", which is dropped"));
+    EXPECT_THAT(Breaks("a ? b"), ElementsAre("a ? has no :"));
+    EXPECT_THAT(Breaks("a ? b :"), ElementsAre("ends behind \":\", which is dropped"));
+    EXPECT_THAT(Breaks("SIN(1"), ElementsAre("SIN(1 is not closed"));
+    EXPECT_THAT(Breaks("SIN(1,"), ElementsAre("ends behind \",\", which is dropped", "SIN(1, is not closed"));
+}
+
+TEST(FormulaOutline, ACompleteFormulaMissesNothing) {
+    for (const char* complete : {"1", "a+b", "a?b:c", "a?b?1:2:c", "a?b:c?1:2", "SIN(1)", "ROUND(a, 2)",
+                                 "(1)", " ", "-1", "~(a)", "A.Max * 2", "1e3", "a\n+ b "}) {
+        EXPECT_THAT(Breaks(complete), IsEmpty()) << complete;
+    }
+}
+
+TEST(FormulaOutline, FindsRoundsWithOneArgument) {
+    EXPECT_THAT(Rounds("ROUND(A*10)"), ElementsAre("ROUND(A*10)"));
+    EXPECT_THAT(Rounds("1 + ROUND( ROUND(A) )"), ElementsAre("ROUND(A)", "ROUND( ROUND(A) )"));
+    EXPECT_THAT(Rounds("round(A)"), ElementsAre("round(A)"));
+    EXPECT_THAT(Rounds("ROUND(A, 0) + TRUNC(A)"), IsEmpty());
+    EXPECT_THAT(Rounds("ROUND(MAX(1,2), 0)"), IsEmpty());
+    EXPECT_EQ(outline_formula("1 + ROUND(A)").short_rounds.front().offset, 4U);
+}
+
+TEST(FormulaOutline, SurvivesAnyText) {
+    for (const char* odd :
+         {"", ")", "((((", "))))", ",", "?:", ":?", "1 2 3", "**", "a ? : b", "(1", "$", "1 $ 2", "SIN("}) {
+        static_cast<void>(outline_formula(odd));
+    }
+    static_cast<void>(outline_formula(std::string(100000, '(')));
+    static_cast<void>(outline_formula(std::string(100000, '-') + "1"));
+}
+
+TEST(FormulaNotes, TellOfFormulasThatAreTaken) {
+    EXPECT_THAT(formula_notes("a+b"), IsEmpty());
+    EXPECT_THAT(formula_notes("1 2"), ElementsAre("ends before \"2\", which is ignored"));
+    EXPECT_THAT(formula_notes("1)"), ElementsAre("ends before \")\", which is ignored"));
+    EXPECT_THAT(formula_notes("12abc"), ElementsAre("ends before \"abc\", which is ignored"));
+    EXPECT_THAT(formula_notes("1+"), ElementsAre("ends behind \"+\", which is dropped"));
+    EXPECT_THAT(formula_notes("2*3**2"), ElementsAre("computed as (2 * 3) ** 2"));
+    EXPECT_THAT(formula_notes("(1"), IsEmpty()) << "refused";
+}
+
+std::string Refusal(std::string_view formula) {
+    GenICam::parse_end end;
+    const auto nothing = [](std::string_view) -> GenICam::resolved_name { return {}; };
+    EXPECT_FALSE(GenICam::parse_formula(formula, nothing, end));
+    return refusal_text(formula, end);
+}
+
+TEST(FormulaRefusal, SaysWhereAndWhy) {
+    EXPECT_EQ(Refusal("1+GAIN*2"),
+              "refused at character 7, behind \"1+GAIN\": Failed to map a variable name to a identifier_id");
+    EXPECT_EQ(Refusal("(1+2"), "refused at character 5, behind \"(1+2\": Failed to find a ')'.");
+    EXPECT_THAT(Refusal("Sin(1)"), HasSubstr("Failed to map a function identifier to a actual function."));
+    EXPECT_THAT(Refusal(std::string(5000, '(')), HasSubstr("nested too deeply or too long"));
+}
+
+}  // namespace

@@ -2,6 +2,10 @@
 
 #include "tests/genicam_registers/register_test.h"
 
+#include "genicam/nodes/float_reg_nodes.h"
+#include "genicam/nodes/int_reg_nodes.h"
+#include "genicam/nodes/masked_int_reg_nodes.h"
+
 #include <functional>
 #include <utility>
 
@@ -404,6 +408,62 @@ TEST(RegisterPlace, OneFailingHalfFailsBoth) {
         EXPECT_EQ(failure_of(doc.Register(name).get_address(0)), code(not_implemented)) << name;
         EXPECT_EQ(failure_of(doc.Register(name).get_length(0)), code(not_implemented)) << name;
     }
+}
+
+// The place as the classes tell it to one another.
+
+template <class Base>
+Base& eval_as(TestDocument& doc, const char* name) {
+    return static_cast<Base&>(*doc.Node(name).get_eval());
+}
+
+template <class Base>
+void expect_places(TestDocument& doc, const std::vector<const char*>& names) {
+    for (const char* name : names) {
+        const result<register_place> place = eval_as<Base>(doc, name).get_address_and_length(0);
+        ASSERT_TRUE(place) << name;
+        EXPECT_EQ(place.assume_value().address, 0x110U) << name;
+        EXPECT_EQ(place.assume_value().length, 8) << name;
+        EXPECT_EQ(eval_as<Base>(doc, name).get_length(), 8) << name;
+    }
+    EXPECT_EQ(failure_of(eval_as<Base>(doc, "broken_place").get_address_and_length(0)),
+              code(not_implemented));
+    EXPECT_EQ(eval_as<Base>(doc, "broken_place").get_length(), 8) << "the length alone is asked for";
+    EXPECT_EQ(eval_as<Base>(doc, "broken_length").get_length(), 4);
+}
+
+std::string placed_registers(const std::string& kind) {
+    return element(kind, address("0x110") + length("8"), "fixed") +
+           element(kind, address("0x100") + "<pLength>eight</pLength><pIndex Offset='16'>one</pIndex>",
+                   "dynamic") +
+           element(kind, length("8") + "<pAddress>broken</pAddress>", "broken_place") +
+           element(kind, "<pLength>broken</pLength>", "broken_length") + broken("broken") +
+           number("one", "1") + number("eight", "8");
+}
+
+TEST(RegisterPlace, OfNumbers) {
+    TestDocument integers(placed_registers("IntReg"));
+    expect_places<int_reg_type_base>(integers, {"fixed", "dynamic"});
+    EXPECT_THAT(integers.device.TakeAccesses(), IsEmpty());
+}
+
+TEST(RegisterPlace, OfFloats) {
+    TestDocument floats(placed_registers("FloatReg"));
+    expect_places<float_reg_type_base>(floats, {"fixed", "dynamic"});
+    EXPECT_THAT(floats.device.TakeAccesses(), IsEmpty());
+}
+
+TEST(RegisterPlace, OfMaskedRegisters) {
+    TestDocument doc(
+        element("MaskedIntReg", address("0x110") + length("2"), "fixed") +
+        element("MaskedIntReg", address("0x10E") + length("2") + "<pIndex>one</pIndex>", "dynamic") +
+        element("MaskedIntReg", length("2") + "<pAddress>broken</pAddress>", "failing") + broken("broken") +
+        number("one", "1"));
+    for (const char* name : {"fixed", "dynamic"}) {
+        EXPECT_EQ(value_of(eval_as<masked_int_reg_type_base>(doc, name).get_address(0)), 0x110U) << name;
+    }
+    EXPECT_EQ(failure_of(eval_as<masked_int_reg_type_base>(doc, "failing").get_address(0)),
+              code(not_implemented));
 }
 
 TEST(RegisterPlace, DecidesTheClass) {

@@ -87,6 +87,16 @@ TEST(StructEntry, EachHasTheNearestFrame) {
     EXPECT_THAT(doc.load_messages, IsEmpty());
 }
 
+TEST(StructEntry, ResolvedByItselfFindsItsFrame) {
+    TestDocument doc("<StructReg>" + fixed_place(2) + "<Group>" + entry("r") + "</Group></StructReg>" +
+                     "<Group>" + address("5") + length("1") + entry("s") + "</Group>");
+    for (const char* name : {"r", "s"}) doc.Node(name).get_eval()->resolve_references(&*doc);
+    EXPECT_TRUE(doc.Integer("r").get_val(0));
+    EXPECT_TRUE(doc.Integer("s").get_val(0));
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2), ReadOf(5, 1)));
+    EXPECT_THAT(doc.log.Take(), IsEmpty());
+}
+
 TEST(StructEntry, ManyInOneFrameAndAtAnyDepth) {
     constexpr int count = 20'000;
     std::string side_by_side;

@@ -39,6 +39,30 @@ std::string RegisterNode(const std::string& name, const std::string& address, co
 
 const std::string device_port = "<Port Name=\"Device\"/>";
 
+// A register behind a port that nobody binds: every access fails.
+std::string DeadRegister(const std::string& name) {
+    return "<Port Name=\"Dead\"/><IntReg Name=\"" + name +
+           "\"><Address>0</Address><Length>4</Length><pPort>Dead</pPort></IntReg>";
+}
+
+std::string MarkWithDefault(const std::string& default_element) {
+    return "<Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}</ZELElementGUID>" +
+           default_element + "</Extension>";
+}
+
+std::vector<std::uint64_t> RegistersRead(OneItem& item) {
+    std::vector<std::uint64_t> addresses;
+    for (const DriverRequest& request : item.Requests()) {
+        EXPECT_EQ(request.kind, DriverRequest::Kind::Get);
+        EXPECT_EQ(request.id, 3U);
+        std::uint64_t address = 0;
+        EXPECT_EQ(request.instance.size(), sizeof(address));
+        std::memcpy(&address, request.instance.data(), sizeof(address));
+        addresses.push_back(address);
+    }
+    return addresses;
+}
+
 // An item of one feature.
 class OneFeature {
 public:
@@ -149,6 +173,34 @@ TEST(PortbasedRange, ComputesTheFallbackIn32Bits) {
     EXPECT_EQ(BytesOf(high.Range()), BytesOf(RangeInfo{2, 12, 5, 1}));
 }
 
+TEST(PortbasedRange, AsksForMinimumMaximumDefaultAndStep) {
+    OneItem item(Road::Registers,
+                 device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
+                     RegisterNode("Start", "0x30") + RegisterNode("Step", "0x40") + "<Integer Name=\"F\">" +
+                     MarkWithDefault("<pDefault>Start</pDefault>") +
+                     "<Value>1</Value><pMin>Min</pMin><pMax>Max</pMax><pInc>Step</pInc></Integer>",
+                 {"F"});
+    item.camera.PutMemory(0x10, {1, 0, 0, 0});
+    item.camera.PutMemory(0x20, {2, 0, 0, 0});
+    item.camera.PutMemory(0x30, {3, 0, 0, 0});
+    item.camera.PutMemory(0x40, {4, 0, 0, 0});
+    RangeInfo range;
+    EXPECT_EQ(item->GetRange(item.Key("F"), range), S_OK);
+    EXPECT_EQ(BytesOf(range), BytesOf(RangeInfo{1, 2, 3, 4}));
+    EXPECT_EQ(RegistersRead(item), (std::vector<std::uint64_t>{0x10, 0x20, 0x30, 0x40}));
+}
+
+TEST(PortbasedRange, FallsBackWhenTheDefaultCannotBeRead) {
+    OneItem item(Road::Registers,
+                 DeadRegister("Start") + "<Integer Name=\"F\">" +
+                     MarkWithDefault("<pDefault>Start</pDefault>") +
+                     "<Value>1</Value><Min>10</Min><Max>21</Max></Integer>",
+                 {"F"});
+    RangeInfo range;
+    EXPECT_EQ(item->GetRange(item.Key("F"), range), S_OK);
+    EXPECT_EQ(BytesOf(range), BytesOf(RangeInfo{10, 21, 5, 1}));
+}
+
 TEST(PortbasedRange, FallsBackToAStepOfOne) {
     OneFeature feature("Integer", "<Value>0</Value><Min>0</Min><Max>8</Max><pInc>Step</pInc>",
                        device_port + RegisterNode("Step", "0x10"));
@@ -256,6 +308,23 @@ TEST(PortbasedItem, ReachesTheDriverThroughRegistersOnly) {
     EXPECT_EQ(requests[1], RegisterSet(0x20, {4, 3, 2, 1}));
 }
 
+TEST(PortbasedItem, LeavesCachingToTheNodes) {
+    OneItem item(Road::Registers,
+                 device_port + RegisterNode("Kept", "0x20", "<Cachable>WriteThrough</Cachable>") +
+                     Element("Integer", "Num", "<pValue>Kept</pValue>"),
+                 {"Num"});
+    std::int32_t value = 0;
+    EXPECT_EQ(item->GetValue(item.Key("Num"), value), S_OK);
+    EXPECT_EQ(item->GetValue(item.Key("Num"), value), S_OK);
+    EXPECT_EQ(item.Requests().size(), 1U);
+    EXPECT_EQ(item->SetValue(item.Key("Num"), 5), S_OK);
+    EXPECT_EQ(item->GetValue(item.Key("Num"), value), S_OK);
+    EXPECT_EQ(value, 5);
+    const auto requests = item.Requests();
+    ASSERT_EQ(requests.size(), 1U);
+    EXPECT_EQ(requests[0], RegisterSet(0x20, {5, 0, 0, 0}));
+}
+
 TEST(PortbasedItem, ReadsThePhysicalRange) {
     OneItem item(Road::Registers,
                  "<Float Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
@@ -271,6 +340,32 @@ TEST(PortbasedItem, FallsBackToHalfThePhysicalSpan) {
     OneFeature feature("Float", "<Value>11</Value><Min>10</Min><Max>21</Max>");
     AbsRangeInfo range;
     EXPECT_EQ(feature->GetAbsRange(feature.Key(), range), S_OK);
+    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{10, 21, 5.5}));
+}
+
+TEST(PortbasedItem, AsksForThePhysicalLimitsAndTheDefault) {
+    OneItem item(Road::Registers,
+                 device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
+                     RegisterNode("Start", "0x30") + "<Float Name=\"F\">" +
+                     MarkWithDefault("<pDefault>Start</pDefault>") +
+                     "<Value>1</Value><pMin>Min</pMin><pMax>Max</pMax></Float>",
+                 {"F"});
+    item.camera.PutMemory(0x20, {9, 0, 0, 0});
+    item.camera.PutMemory(0x30, {3, 0, 0, 0});
+    AbsRangeInfo range;
+    EXPECT_EQ(item->GetAbsRange(item.Key("F"), range), S_OK);
+    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{0, 9, 3}));
+    EXPECT_EQ(RegistersRead(item), (std::vector<std::uint64_t>{0x10, 0x20, 0x30}));
+}
+
+TEST(PortbasedItem, FallsBackWhenThePhysicalDefaultCannotBeRead) {
+    OneItem item(Road::Registers,
+                 DeadRegister("Start") + "<Float Name=\"F\">" +
+                     MarkWithDefault("<pDefault>Start</pDefault>") +
+                     "<Value>11</Value><Min>10</Min><Max>21</Max></Float>",
+                 {"F"});
+    AbsRangeInfo range;
+    EXPECT_EQ(item->GetAbsRange(item.Key("F"), range), S_OK);
     EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{10, 21, 5.5}));
 }
 
@@ -418,6 +513,35 @@ TEST_F(PortbasedEnumeration, OffersNothingWhenItIsNotImplemented) {
     EXPECT_EQ(item->GetRange(key, range), S_OK) << "the list stands";
     EXPECT_EQ(item->Refresh(key), S_OK);
     EXPECT_EQ(item->GetRange(key, range), E_NOTIMPL);
+}
+
+TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAPlace) {
+    OneFeature twins("Enumeration", Entry("Twin", 3) + Entry("Twin", 7) + "<Value>7</Value>");
+    EXPECT_EQ(twins.Range().max, 1);
+    EXPECT_EQ(twins->SetValue(twins.Key(), 1), S_OK);
+    EXPECT_EQ(node_as<IEnumeration>(twins.Key())->get_selected_entry(0).value()->get_value(), 3);
+}
+
+TEST_F(PortbasedEnumeration, LoadsItsEntriesBeforeTheSelectedOne) {
+    OneItem item(Road::Registers,
+                 device_port + RegisterNode("Present", "0x40") + RegisterNode("Chosen", "0x50") +
+                     Element("Enumeration", "E",
+                             Entry("A", 0) + Entry("B", 1) +
+                                 "<pIsImplemented>Present</pIsImplemented><pValue>Chosen</pValue>") +
+                     Element("Integer", "Other", "<Value>1</Value>"),
+                 {"E", "Other"});
+    item.camera.PutMemory(0x40, {1, 0, 0, 0});
+    item.camera.PutMemory(0x50, {1, 0, 0, 0});
+    std::int32_t value = 0;
+    EXPECT_EQ(item->GetValue(item.Key("E"), value), S_OK);
+    EXPECT_EQ(value, 1);
+    const auto first = RegistersRead(item);
+    ASSERT_GE(first.size(), 3U);
+    EXPECT_EQ(first[0], 0x40U);
+    EXPECT_EQ(first[1], 0x40U) << "once for each entry";
+    EXPECT_EQ(first.back(), 0x50U);
+    EXPECT_EQ(item->GetValue(item.Key("E"), value), S_OK);
+    EXPECT_EQ(RegistersRead(item).size(), first.size() - 2) << "the list stands";
 }
 
 TEST_F(PortbasedEnumeration, AsksWhetherItIsImplementedForEachEntry) {

@@ -75,9 +75,9 @@ std::error_code port_chunk_type::find_bytes(std::uint64_t address, std::int64_t 
         return make_error_code(invalid_address);
     }
     const auto offset = static_cast<std::int64_t>(address - base_address_);
-    // offset is at most length_, so that the subtraction cannot overflow where the sum could; a negative
-    // request would reach back before the block
-    if (length < 0 || length > length_ - offset) {
+    // In a block of at least no bytes, offset is at most length_: the subtraction cannot overflow where the
+    // sum could. A negative request would reach back before the block.
+    if (length_ < 0 || length < 0 || length > length_ - offset) {
         log_node(messages.bad_length, *this, static_cast<long long>(length));
         return make_error_code(index_out_of_range);
     }

@@ -1,6 +1,7 @@
 #include "tests/support/test_document.h"
 
 #include <array>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -130,6 +131,27 @@ TEST_F(ChunkPort, RefusesWhatLiesOutside) {
             "parameter.\n",
             "GenICam::port_chunk_type::write, IPort (\"chunk\"). oFailed due to out of range "
             "data_len=4 parameter.\n"));
+}
+
+TEST_F(ChunkPort, ABlockOfNegativeLengthHoldsNothing) {
+    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
+    for (const std::int64_t size : {std::int64_t{-1}, std::int64_t{-16}, lowest}) {
+        for (const std::uint64_t base : {std::uint64_t{0}, std::uint64_t{0x100}}) {
+            EXPECT_FALSE(port.bind(base, block.data(), size));
+            EXPECT_TRUE(port.is_bound());
+            for (const std::uint64_t address :
+                 {base, base + 1, std::uint64_t{0x7FFFFFFFFFFFFFFF}, std::uint64_t{0x8000000000000010}}) {
+                std::uint8_t byte = 77;
+                const bool is_inside = address <= base + static_cast<std::uint64_t>(size);
+                const std::error_code expected = code(is_inside ? index_out_of_range : invalid_address);
+                EXPECT_EQ(port.read(address, &byte, 1, 0), expected) << base << " " << size << " " << address;
+                EXPECT_EQ(port.write(address, &byte, 1, 0), expected);
+                EXPECT_EQ(byte, 77);
+            }
+            port.unbind();
+        }
+    }
+    EXPECT_EQ(block[0], 0);
 }
 
 TEST_F(ChunkPort, Unbound) {

@@ -3,6 +3,7 @@
 #include "adapter/device_property_set.h"
 #include "adapter/named_access.h"
 #include "genicam/core/error.h"
+#include "items/vendor_properties.h"
 #include "simcam/call_reading.h"
 #include "simcam/call_text.h"
 
@@ -85,11 +86,16 @@ HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
             return id == gate_property ? S_OK : property_unknown;
         }
         if (set == device_property_set) return query_device(id, word);
-        return vendor_driver::serves(set) ? vendor_.query(set, id, word) : property_set_unknown;
+        return serves_vendor(set) ? vendor_.query(set, id, word) : property_set_unknown;
     };
     return answer(call, book.is_watched(), work, [&](const fault& struck) {
         if (SUCCEEDED(call.result)) *support = call.support = struck.support.value_or(word);
     });
+}
+
+bool camera_core::serves_vendor(REFGUID set) const noexcept {
+    return (set == ZELAdapterHelper::vendor_property_set && options.vendor_set) ||
+           (set == ZELAdapterHelper::color_enhancement_set && options.color_enhancement_set);
 }
 
 HRESULT camera_core::query_device(DWORD id, DWORD& support) const {
@@ -136,7 +142,7 @@ HRESULT camera_core::get_property(const driver_call& call, void* data, DWORD siz
         returned = sizeof(device_kind_query);
         return S_OK;
     }
-    if (vendor_driver::serves(call.set)) return vendor_.get(call.set, call.id, data, size, returned);
+    if (serves_vendor(call.set)) return vendor_.get(call.set, call.id, data, size, returned);
     DWORD support = 0;
     if (call.set != device_property_set) return property_set_unknown;
     if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
@@ -201,7 +207,7 @@ HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_s
 }
 
 HRESULT camera_core::set_property(const driver_call& call, const void* data, DWORD size) {
-    if (vendor_driver::serves(call.set)) return vendor_.set(call.set, call.id, data, size);
+    if (serves_vendor(call.set)) return vendor_.set(call.set, call.id, data, size);
     if (call.set != device_property_set) return property_set_unknown;
     DWORD support = 0;
     if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;

@@ -45,6 +45,7 @@ private:
     HRESULT answer(driver_call& call, bool watched, Work work);
     void close(driver_call& call, bool watched, bool threw);
 
+    [[nodiscard]] bool serves_vendor(REFGUID set) const noexcept;
     [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);
     [[nodiscard]] HRESULT get_description(const bytes& instance, DWORD id, void* data, DWORD size,

@@ -149,10 +149,6 @@ HRESULT with_property(Model& model, REFGUID set, DWORD id, Serve serve) {
 
 }  // namespace
 
-bool vendor_driver::serves(REFGUID set) noexcept {
-    return set == vendor_property_set || set == color_enhancement_set;
-}
-
 HRESULT vendor_driver::query(REFGUID set, DWORD id, DWORD& support) const {
     return with_property(model_, set, id, [&](const auto& property) {
         support = property.support;

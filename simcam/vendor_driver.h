@@ -22,7 +22,6 @@ class vendor_driver {
 public:
     explicit vendor_driver(vendor_model& model) noexcept : model_(model) {}
 
-    [[nodiscard]] static bool serves(REFGUID set) noexcept;
     [[nodiscard]] HRESULT query(REFGUID set, DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get(REFGUID set, DWORD id, void* data, DWORD size, DWORD& returned);
     [[nodiscard]] HRESULT set(REFGUID set, DWORD id, const void* data, DWORD size);

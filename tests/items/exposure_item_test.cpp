@@ -289,6 +289,18 @@ TEST_F(ExposureItemTest, AutomaticModeOfTheCameraControl) {
     EXPECT_TRUE(Switch(item, 2));
 }
 
+TEST_F(ExposureItemTest, AFloatPropertyThatCannotBeReadAtFirstLeavesTheModeToTheCameraControl) {
+    OfferFloat(1, 1);
+    OfferCamera(3, 2);
+    Vendor(200).get_result = driver_failure;
+    const Item item = Make(MakeExposureItem);
+    Vendor(200).get_result = S_OK;
+    EXPECT_FALSE(Switch(item, 2));
+    EXPECT_EQ(item->SetSwitch(2, true), S_OK);
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraGet, exposure),
+                                 Control(Kind::CameraSet, exposure, -5, 1)}));
+}
+
 TEST_F(ExposureItemTest, SecondAutoSwitchIsAProperty) {
     OfferFloat();
     const Item item = Make(MakeExposureItem);

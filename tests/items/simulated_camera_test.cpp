@@ -2,6 +2,7 @@
 
 #include "tests/items/item_test.h"
 
+#include <functional>
 #include <set>
 
 namespace item_tests {
@@ -151,6 +152,109 @@ TEST_F(SimulatedCameraTest, CamerasWithoutDriverPropertiesOfferNothing) {
         Open(name);
         EXPECT_TRUE(SupportedElements(Camera()).empty()) << name;
     }
+}
+
+// The elements of the rows of a name: of both rows for Exposure.
+Names ElementsOfItem(const std::wstring& name) {
+    Names names;
+    for (const ItemRecord& record : StaticItemTable()) {
+        if (record.name != name) continue;
+        for (const ElementRecord& element : ElementsOf(record)) names.insert(name + L"/" + element.name);
+    }
+    return names;
+}
+
+// What the full camera loses by a change of its options.
+Names LostBy(const std::function<void(simcam::camera_options&)>& change) {
+    simcam::camera_options options = *simcam::ready_made("builtin");
+    change(options);
+    Names lost = EveryElement();
+    for (const std::wstring& name : SupportedElements(*simcam::make_camera(options))) {
+        const auto found = lost.find(name);
+        EXPECT_NE(found, lost.end());
+        if (found != lost.end()) lost.erase(found);
+    }
+    return lost;
+}
+
+Names LostByProperty(DWORD id) {
+    return LostBy([id](simcam::camera_options& options) { options.vendor.remove(id); });
+}
+
+TEST(SwitchingOff, AVendorPropertyTakesItsOwnElementsAlone) {
+    const std::pair<DWORD, const wchar_t*> single[] = {
+        {101, L"WhiteBalance/White Balance Blue"},
+        {102, L"WhiteBalance/White Balance Red"},
+        {107, L"WhiteBalance/OnePush"},
+        {118, L"Partial scan/X Offset"},
+        {119, L"Partial scan/Y Offset"},
+        {206, L"WhiteBalance/White Balance Green"},
+        {211, L"Partial scan/Auto-center"},
+        {212, L"Binning factor/Value"},
+        {213, L"Trigger/Software Trigger"},
+        {238, L"Trigger/Delay"},
+        {240, L"Exposure/Auto Max Value"},
+        {244, L"Focus/Auto Min Value"},
+        {245, L"Focus/Auto Max Value"},
+        {246, L"Exposure/Auto Max Value"},
+        {247, L"Focus/Top"},
+        {248, L"Focus/Left"},
+        {249, L"Focus/Bottom"},
+        {250, L"Focus/Right"},
+        {251, L"Focus/Enable Region of Interest"},
+    };
+    for (const auto& [id, name] : single) EXPECT_EQ(LostByProperty(id), Names{name}) << id;
+}
+
+TEST(SwitchingOff, AVendorPropertyThatSeveralElementsShareTakesThemAll) {
+    const Names one_exposure = {L"Exposure/Value", L"Exposure/Auto", L"Exposure/Auto Reference",
+                                L"Exposure/Auto Max Value", L"Exposure/Auto"};
+    EXPECT_EQ(LostByProperty(106), (Names{L"Exposure/Auto Reference", L"Exposure/Auto Reference"}));
+    EXPECT_EQ(LostByProperty(109), one_exposure);
+    EXPECT_EQ(LostByProperty(115), (Names{L"Trigger/Enable", L"Trigger/Polarity", L"Trigger/Operation"}));
+    EXPECT_EQ(LostByProperty(122), ElementsOfItem(L"GPIO"));
+    EXPECT_EQ(LostByProperty(124), ElementsOfItem(L"Focus"));
+    EXPECT_EQ(LostByProperty(125), ElementsOfItem(L"Strobe"));
+    EXPECT_EQ(LostByProperty(200), one_exposure);
+    EXPECT_EQ(LostByProperty(202), (Names{L"Exposure/Auto", L"Exposure/Auto"}));
+    EXPECT_EQ(LostByProperty(241), ElementsOfItem(L"Gain"));
+}
+
+TEST(SwitchingOff, OneOfTheTwoFamiliesOfTimesLeavesTheOther) {
+    EXPECT_EQ(LostByProperty(201), Names{}) << "microseconds are there";
+    EXPECT_EQ(LostByProperty(239), Names{}) << "ticks are there";
+}
+
+TEST(SwitchingOff, APropertySetTakesItsItems) {
+    const Names color = {L"Color Enhancement/Enable"};
+    Names vendor = EveryElement();
+    for (const wchar_t* other : {L"Color Enhancement/Enable", L"WhiteBalance/Auto"}) vendor.erase(other);
+    EXPECT_EQ(LostBy([](auto& options) { options.color_enhancement_set = false; }), color);
+    EXPECT_EQ(LostBy([](auto& options) { options.vendor.color_enhancement.clear(); }), color);
+    EXPECT_EQ(LostBy([](auto& options) { options.vendor_set = false; }), vendor);
+    EXPECT_EQ(LostBy([](auto& options) { options.property_set = false; }), EveryElement());
+}
+
+TEST(SwitchingOff, AStandardInterfaceTakesWhatNeedsIt) {
+    Names control = ElementsOfItem(L"Focus");
+    control.insert(L"Exposure/Auto");
+    EXPECT_EQ(LostBy([](auto& options) { options.camera_control = false; }), control);
+    Names amp = ElementsOfItem(L"WhiteBalance");
+    amp.insert(L"Gain/Auto");
+    EXPECT_EQ(LostBy([](auto& options) { options.video_proc_amp = false; }), amp);
+}
+
+TEST(SwitchingOff, APropertyOfAStandardInterfaceTakesItsElementAlone) {
+    const auto without_control = [](LONG property) {
+        return LostBy([=](auto& options) { options.vendor.camera_control.erase(property); });
+    };
+    const auto without_amp = [](LONG property) {
+        return LostBy([=](auto& options) { options.vendor.video_proc_amp.erase(property); });
+    };
+    EXPECT_EQ(without_control(4), Names{L"Exposure/Auto"});
+    EXPECT_EQ(without_control(6), Names{L"Focus/Value"});
+    EXPECT_EQ(without_amp(7), Names{L"WhiteBalance/Auto"});
+    EXPECT_EQ(without_amp(9), Names{L"Gain/Auto"});
 }
 
 TEST_F(SimulatedCameraTest, AutomaticExposureTakesItsValuesAway) {

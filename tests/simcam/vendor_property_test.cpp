@@ -301,5 +301,23 @@ TEST_F(VendorProperty, SwitchesTheColorEnhancement) {
     EXPECT_EQ(Model().integers.count(0), 0U);
 }
 
+TEST_F(VendorProperty, AnswersForItsSetsAsLongAsItHasThem) {
+    const std::pair<bool camera_options::*, GUID> sets[] = {
+        {&camera_options::vendor_set, vendor_set}, {&camera_options::color_enhancement_set, color_set}};
+    for (const auto& [offered, missing] : sets) {
+        camera_options options = Options();
+        options.vendor.integers[0] = {};
+        options.*offered = false;
+        const camera_ptr camera = make_camera(options);
+        for (const GUID& set : {vendor_set, color_set}) {
+            const HRESULT expected = set == missing ? set_unknown : S_OK;
+            DWORD support = 0;
+            EXPECT_EQ(camera->property_set()->QuerySupported(set, 0, &support), expected);
+            EXPECT_EQ(get_property(*camera, set, 0, bytes(48), 48).result, expected);
+            EXPECT_EQ(set_property(*camera, set, 0, bytes(48), bytes(48)), expected);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace simcam_test

@@ -4,6 +4,7 @@
 #include "apps/inspect/lint/known_elements.h"
 #include "apps/inspect/similar_name.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <unordered_map>
@@ -58,6 +59,21 @@ void check_duplicates_of(const lint_context& context, const node_element& enumer
     }
 }
 
+// Extensions belong to everybody. Only what looks like a slip of the pen is told.
+void check_extension_keys(const lint_context& context, finding_list& findings) {
+    const std::vector<std::string_view>& known = extension_keys();
+    for (const node_element& element : context.tree().elements()) {
+        for (const pugi::xml_node key : element.xml.child("Extension").children()) {
+            const std::string_view name = key.name();
+            const bool is_known = std::find(known.begin(), known.end(), name) != known.end();
+            if (key.type() != pugi::node_element || is_known || find_similar(name, known).empty()) continue;
+            findings.add(context.tree().position_of(key),
+                         fmt::format("nothing knows the key {} in the Extension of {} {}{}", name,
+                                     element.xml.name(), element.name, meant(name, known)));
+        }
+    }
+}
+
 bool states_minimum(const description_tree& tree, pugi::xml_node element) {
     return *element.child_value("Min") != 0 || !tree.find(element.child_value("pMin")).empty();
 }
@@ -87,6 +103,7 @@ void check_unknown_elements(lint_context& context, finding_list& findings) {
                      fmt::format("nothing knows the element {}{}", element.name(),
                                  meant(element.name(), names_among_nodes())));
     }
+    check_extension_keys(context, findings);
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unknown) return;
         findings.add(context.tree().position_of(child),
@@ -98,12 +115,12 @@ void check_unknown_elements(lint_context& context, finding_list& findings) {
 void check_unread_elements(lint_context& context, finding_list& findings) {
     for (const pugi::xml_node element : context.elements_for_nodes()) {
         if (use_among_nodes(element.name()) != element_use::unread) continue;
-        findings.add(context.tree().position_of(element),
-                     fmt::format("nothing reads {} elements", element.name()));
+        findings.add_habit(context.tree().position_of(element),
+                           fmt::format("nothing reads {} elements", element.name()));
     }
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unread || child.name() == cachable) return;
-        findings.add(
+        findings.add_habit(
             context.tree().position_of(child),
             fmt::format("nothing reads {} in {} elements of this kind", child.name(), parent.name()));
     });
@@ -112,8 +129,8 @@ void check_unread_elements(lint_context& context, finding_list& findings) {
 void check_unread_cachables(lint_context& context, finding_list& findings) {
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unread || child.name() != cachable) return;
-        findings.add(context.tree().position_of(child),
-                     fmt::format("nothing reads Cachable in {} elements", parent.name()));
+        findings.add_habit(context.tree().position_of(child),
+                           fmt::format("nothing reads Cachable in {} elements", parent.name()));
     });
 }
 

@@ -35,20 +35,25 @@ void check_read_messages(lint_context& context, finding_list& findings) {
     add_all(context, context.read_messages(), findings);
 }
 
-// The one way to get there: a variable's name ends where the name of an entry should begin.
+// The one way to get there: the name of a variable over an enumeration ends where that of an entry should
+// begin.
 void check_load_exception(lint_context& context, finding_list& findings) {
     if (context.is_loaded()) return;
-    text_position at;
-    for (const pugi::xml_node element : context.elements_for_nodes()) {
-        for (const pugi::xml_node variable : element.children("pVariable")) {
+    constexpr std::string_view specifier = ".Entry";
+    text_position first;
+    for (const node_element& element : context.tree().elements()) {
+        for (const pugi::xml_node variable : element.xml.children("pVariable")) {
             const std::string_view name = variable.attribute("Name").value();
-            constexpr std::string_view specifier = ".Entry";
             const std::size_t found = name.find(specifier);
             const bool ends = found != std::string_view::npos && found + specifier.size() == name.size();
-            if (ends && at.line == 0) at = context.tree().position_of(variable);
+            const std::vector<element_index>& targets = context.tree().find(variable.child_value());
+            const bool is_enumeration =
+                !targets.empty() &&
+                std::string_view(context.tree().at(targets.front()).xml.name()) == "Enumeration";
+            if (ends && is_enumeration && first.line == 0) first = context.tree().position_of(variable);
         }
     }
-    findings.add(at, "an exception leaves the load: " + context.subject().load_failure());
+    findings.add(first, "an exception leaves the load: " + context.subject().load_failure());
 }
 
 void check_circles(lint_context& context, finding_list& findings) {

@@ -1,5 +1,6 @@
 #include "apps/inspect/lint/formula_rules.h"
 
+#include "apps/inspect/lint/divisor_probe.h"
 #include "apps/inspect/lint/formula_outline.h"
 #include "apps/inspect/lint/formula_tree.h"
 
@@ -55,6 +56,15 @@ void add_remarks(lint_context& context, finding_list& findings,
     });
 }
 
+// An entry with a number of its own gives a float.
+known_kind kind_of_entries(GenICam::IEnumeration& enumeration) {
+    const auto entries = enumeration.get_entries();
+    const bool any_float = std::any_of(entries.begin(), entries.end(), [](const GenICam::IEnumEntry* entry) {
+        return entry->get_numeric_value().has_value();
+    });
+    return any_float ? known_kind::either : known_kind::integer;
+}
+
 // The value of a variable has the kind of the node with the formula; what FROM reads comes as the target has
 // it.
 known_kind kind_of_current(const formula_binding& formulas, const bound_formula& formula) {
@@ -69,6 +79,8 @@ known_kind kind_of_current(const formula_binding& formulas, const bound_formula&
             return known_kind::integer;
         case GenICam::node_type::floating:
             return known_kind::floating;
+        case GenICam::node_type::enumeration:
+            return kind_of_entries(static_cast<GenICam::IEnumeration&>(*formulas.target()));
         default:
             return known_kind::either;
     }
@@ -123,7 +135,9 @@ std::set<std::size_t> guarded_divisions(const program_tree& tree) {
             for (const std::size_t at : tree.below(branch)) {
                 const program_node& node = tree.nodes()[at];
                 if (!may_divide_integers(tree, node)) continue;
-                if (share_one(condition, variables_below(tree, node.operands[1]))) found.insert(at);
+                const std::size_t divisor = node.operands[1];
+                if (share_one(condition, variables_below(tree, divisor)) && can_be_zero(tree, divisor))
+                    found.insert(at);
             }
         }
     }

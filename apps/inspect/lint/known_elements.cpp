@@ -243,4 +243,10 @@ const std::vector<std::string_view>& names_among_nodes() {
     return names;
 }
 
+const std::vector<std::string_view>& extension_keys() {
+    static const std::vector<std::string_view> keys = {
+        "ZELItemGUID", "ZELElementGUID", "ZELIsDebugProperty", "DoNotSerialize", "Default", "pDefault"};
+    return keys;
+}
+
 }  // namespace selvane_inspect

@@ -25,5 +25,7 @@ enum class element_use {
 /// Every name that is read somewhere inside a node, and every one among the nodes.
 [[nodiscard]] const std::vector<std::string_view>& names_in_nodes();
 [[nodiscard]] const std::vector<std::string_view>& names_among_nodes();
+/// The keys of extensions that are read.
+[[nodiscard]] const std::vector<std::string_view>& extension_keys();
 
 }  // namespace selvane_inspect

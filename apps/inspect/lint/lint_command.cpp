@@ -100,7 +100,7 @@ void print(std::ostream& out, const file_report& report) {
     std::set<const lint_rule*> broken;
     for (const finding& one : report.findings) {
         broken.insert(one.rule);
-        out << fmt::format("{}: {}: {}{} [{}]\n", place_text(report.file, one.at),
+        out << fmt::format("{}: {}: {}{} [{}]\n", place_text(report.file, one.at()),
                            severity_word(one.rule->level), one.message,
                            one.count > 1 ? fmt::format(" ({} times)", one.count) : "", one.rule->name);
     }
@@ -115,20 +115,22 @@ void put_counts(nlohmann::ordered_json& json, const severity_counts& counts) {
     for (std::size_t at = 0; at < counts.size(); ++at) json[plurals[at]] = counts[at];
 }
 
+nlohmann::ordered_json as_json(const finding& one) {
+    nlohmann::ordered_json json = {{"rule", one.rule->name}, {"severity", severity_word(one.rule->level)},
+                                   {"line", one.at().line},  {"column", one.at().column},
+                                   {"message", one.message}, {"count", one.count},
+                                   {"why", one.rule->why},   {"what_to_do", one.rule->what_to_do}};
+    json["places"] = nlohmann::ordered_json::array();
+    for (const text_position& at : one.places)
+        json["places"].push_back({{"line", at.line}, {"column", at.column}});
+    return json;
+}
+
 nlohmann::ordered_json as_json(const file_report& report) {
     nlohmann::ordered_json json;
     json["file"] = report.file;
     json["findings"] = nlohmann::ordered_json::array();
-    for (const finding& one : report.findings) {
-        json["findings"].push_back({{"rule", one.rule->name},
-                                    {"severity", severity_word(one.rule->level)},
-                                    {"line", one.at.line},
-                                    {"column", one.at.column},
-                                    {"message", one.message},
-                                    {"count", one.count},
-                                    {"why", one.rule->why},
-                                    {"what_to_do", one.rule->what_to_do}});
-    }
+    for (const finding& one : report.findings) json["findings"].push_back(as_json(one));
     put_counts(json, report.counts);
     return json;
 }

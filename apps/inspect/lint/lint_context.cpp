@@ -4,6 +4,7 @@
 #include "apps/inspect/log_capture.h"
 
 #include <string_view>
+#include <unordered_set>
 
 namespace selvane_inspect {
 namespace {
@@ -17,6 +18,14 @@ bool is_container(pugi::xml_node element) {
 
 void keep(std::vector<std::string> texts, element_index asked, std::vector<engine_message>& messages) {
     for (std::string& text : texts) messages.push_back({std::move(text), asked});
+}
+
+// What it said while it loaded need not be told again.
+void keep_new(const std::unordered_set<std::string>& known, std::vector<std::string> texts,
+              element_index asked, std::vector<engine_message>& messages) {
+    for (std::string& text : texts) {
+        if (known.count(text) == 0) messages.push_back({std::move(text), asked});
+    }
 }
 
 void ask(IInteger& node) {
@@ -92,12 +101,14 @@ void lint_context::look_at_everything() {
 }
 
 void lint_context::ask_everything() {
+    const std::vector<std::string>& at_load = description_.load_messages();
+    const std::unordered_set<std::string> known(at_load.begin(), at_load.end());
     log_capture log;
     for (element_index element = 0; element < tree().elements().size(); ++element) {
         INode* node = description_.node_of(element);
         if (node == nullptr || guard_.find({element, operation::unit}) != nullptr) continue;
         ask(*node);
-        keep(log.take(), element, ask_messages_);
+        keep_new(known, log.take(), element, ask_messages_);
     }
 }
 

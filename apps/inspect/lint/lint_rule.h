@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -32,25 +33,34 @@ struct lint_rule {
 
 struct finding {
     const lint_rule* rule;
-    text_position at;
     std::string message;
-    std::size_t count = 1;  ///< places with the same message; the first one is told
+    std::vector<text_position> places;  ///< in the order of the file; empty for none
+    std::size_t count = 1;              ///< how often it was found
+
+    /// The first place; line 0 for none.
+    [[nodiscard]] text_position at() const { return places.empty() ? text_position{0, 0} : places.front(); }
 };
 
 /// The findings of one file.
 class finding_list {
 public:
     void begin(const lint_rule& rule) { rule_ = &rule; }
-    /// Adds a finding of the rule that was begun, or counts it when its message is there already.
+    /// Adds a finding of the rule that was begun. The same once more at the same place is counted.
     void add(text_position at, std::string message);
+    /// The same for what is one finding wherever it stands, such as a habit of a whole file.
+    void add_habit(text_position at, std::string message);
 
     /// In the order of the file.
     [[nodiscard]] std::vector<finding> take_sorted();
 
 private:
+    using key = std::tuple<const lint_rule*, std::string, std::size_t, std::size_t>;
+
+    finding& at_key(key which);
+
     const lint_rule* rule_ = nullptr;
     std::vector<finding> findings_;
-    std::map<std::pair<const lint_rule*, std::string>, std::size_t> places_;
+    std::map<key, std::size_t> known_;
 };
 
 }  // namespace selvane_inspect

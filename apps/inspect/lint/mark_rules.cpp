@@ -1,10 +1,12 @@
 #include "apps/inspect/lint/mark_rules.h"
 
 #include "adapter/item_discovery.h"
+#include "apps/inspect/feature_reader.h"
 #include "platform/text.h"
 #include "propui/page_groups.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
@@ -160,6 +162,36 @@ void check_lost_marks(lint_context& context, finding_list& findings) {
             findings.add(place_of(context, node, element_mark),
                          fmt::format("{} is marked as an element, but no item lists it", node.get_name()));
         }
+    });
+}
+
+void check_empty_items(lint_context& context, finding_list& findings) {
+    for (const item_candidate& item : find_items(context)) {
+        const std::vector<INode*> features = features_of(item);
+        const bool shows_any = std::any_of(features.begin(), features.end(), [](INode* feature) {
+            return is_marked(*feature, element_mark) && has_control(*feature);
+        });
+        if (shows_any) continue;
+        findings.add(
+            place_of(context, *item.category, item_mark),
+            fmt::format("the item {} lists no marked feature with a control", item.category->get_name()));
+    }
+}
+
+void check_wide_ranges(lint_context& context, finding_list& findings) {
+    feature_reader reader(context.guard());
+    for_each_node(context, [&](INode& node) {
+        if (!is_marked(node, element_mark) || node.get_node_type() != node_type::integer) return;
+        const auto fits = [](const std::optional<feature_value>& limit) {
+            const auto* number = limit ? std::get_if<std::int64_t>(&*limit) : nullptr;
+            return number == nullptr || static_cast<std::int32_t>(*number) == *number;
+        };
+        const auto minimum = reader.read_limit(node, operation::minimum);
+        const auto maximum = reader.read_limit(node, operation::maximum);
+        if (fits(minimum) && fits(maximum)) return;
+        findings.add(place_of(context, node, element_mark),
+                     fmt::format("{} is marked and goes from {} to {}, beyond 32 bits", node.get_name(),
+                                 minimum ? value_text(*minimum) : "?", maximum ? value_text(*maximum) : "?"));
     });
 }
 

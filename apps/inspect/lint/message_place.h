@@ -2,9 +2,7 @@
 
 #include "apps/inspect/lint/lint_context.h"
 
-#include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace selvane_inspect {
@@ -17,7 +15,8 @@ struct placed_message {
 
 /// Finds for each message of the engine the element that it speaks of. Most messages name the node; some
 /// quote only a text of the description, which is looked for; those that go before another one about the same
-/// formula share its place. A message without any of that stands without a place.
+/// formula share its place. Of places that fit equally, each message like the one before gets the next. A
+/// message about nothing in the file stands without a place.
 [[nodiscard]] std::vector<placed_message> place_messages(const lint_context& context,
                                                          const std::vector<engine_message>& messages);
 

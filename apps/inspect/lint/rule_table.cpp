@@ -1,6 +1,7 @@
 #include "apps/inspect/lint/element_rules.h"
 #include "apps/inspect/lint/engine_rules.h"
 #include "apps/inspect/lint/formula_rules.h"
+#include "apps/inspect/lint/link_rules.h"
 #include "apps/inspect/lint/lint_rule.h"
 #include "apps/inspect/lint/mark_rules.h"
 
@@ -19,12 +20,16 @@ constexpr lint_rule rules[] = {
      "Mend the element that it names.", check_ask_messages},
     {"read-message", severity::note,
      "The engine says so when it reads values, limits and states over the registers as they are.",
-     "Look whether a real camera would have other registers; give them with --memory or --register.",
+     "Look whether a real camera would have other registers (give them with --memory or --register), and "
+     "whether the port is the one named Device: pages reach no other.",
      check_read_messages},
     {"load-exception", severity::error, "An exception leaves the load, and the page goes down with it.",
      "Write the name of an entry behind \".Entry.\".", check_load_exception},
     {"circle", severity::error, "The engine follows links without end, until its stack is used up.",
      "Let one of the nodes hold its value, or read it from somewhere else.", check_circles},
+    {"category-circle", severity::warning,
+     "A walk over the categories comes round again; what walks without looking back never ends.",
+     "Take one of the entries out.", check_category_circles},
     {"deep-chain", severity::warning, "Every node of the chain costs room on the stack of the host.",
      "Let nodes read from the end of the chain.", check_depth},
     {"division-by-zero", severity::warning,
@@ -67,6 +72,9 @@ constexpr lint_rule rules[] = {
      check_missing_names},
     {"duplicate-name", severity::error, "A link finds one of the nodes of a name, and nobody knows which.",
      "Give each its own name.", check_duplicate_names},
+    {"silent-link", severity::warning,
+     "A link that leads nowhere, and nothing says so: the engine goes on as if it were not there.",
+     "Write the name of a node of a kind that the link takes.", check_silent_links},
     {"float-without-min", severity::warning,
      "The default minimum is the smallest positive number: negative values are refused, and sliders begin "
      "there.",
@@ -81,12 +89,17 @@ constexpr lint_rule rules[] = {
     {"mark-kind", severity::warning,
      "There are controls for integers, floats, booleans, enumerations and commands.",
      "Mark a feature of such a kind.", check_mark_kinds},
+    {"mark-empty", severity::warning, "An item without an element leaves no trace on any page.",
+     "Mark a feature that the item lists, of a kind that has a control.", check_empty_items},
     {"mark-twice", severity::warning,
      "A page shows one item of an id, and puts one element of an id on the head row.",
      "Give each its own id.", check_double_marks},
     {"mark-lost", severity::warning,
      "Only items on the way from Root and the features that they list reach a page.",
      "List the item in a category below Root, and the feature in the item.", check_lost_marks},
+    {"mark-range", severity::warning,
+     "Pages keep the low 32 bits of integers and of their limits: the slider has another range or none.",
+     "State a Min and a Max that fit into 32 bits with a sign.", check_wide_ranges},
     {"mark-lock", severity::note,
      "Pages take pIsLocked for \"may be changed now\": without the link, a control over registers is always "
      "grey.",
@@ -112,21 +125,30 @@ std::string_view severity_word(severity level) noexcept {
     return "note";
 }
 
+finding& finding_list::at_key(key which) {
+    const auto [place, is_new] = known_.emplace(std::move(which), findings_.size());
+    if (is_new) findings_.push_back({rule_, std::get<std::string>(place->first), {}, 0});
+    return findings_[place->second];
+}
+
 void finding_list::add(text_position at, std::string message) {
-    const auto [place, is_new] = places_.emplace(std::pair(rule_, message), findings_.size());
-    if (is_new) {
-        findings_.push_back({rule_, at, std::move(message)});
-        return;
-    }
-    finding& known = findings_[place->second];
-    ++known.count;
-    const bool is_earlier = std::tie(at.line, at.column) < std::tie(known.at.line, known.at.column);
-    if (is_earlier && at.line != 0) known.at = at;
+    finding& one = at_key({rule_, std::move(message), at.line, at.column});
+    if (++one.count == 1 && at.line != 0) one.places.push_back(at);
+}
+
+void finding_list::add_habit(text_position at, std::string message) {
+    finding& one = at_key({rule_, std::move(message), 0, 0});
+    ++one.count;
+    if (at.line != 0) one.places.push_back(at);
 }
 
 std::vector<finding> finding_list::take_sorted() {
-    std::stable_sort(findings_.begin(), findings_.end(), [](const finding& left, const finding& right) {
-        return std::tie(left.at.line, left.at.column) < std::tie(right.at.line, right.at.column);
+    const auto is_before = [](text_position left, text_position right) {
+        return std::tie(left.line, left.column) < std::tie(right.line, right.column);
+    };
+    for (finding& one : findings_) std::sort(one.places.begin(), one.places.end(), is_before);
+    std::stable_sort(findings_.begin(), findings_.end(), [&](const finding& left, const finding& right) {
+        return is_before(left.at(), right.at());
     });
     return std::move(findings_);
 }

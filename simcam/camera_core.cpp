@@ -32,6 +32,7 @@ void copy_bytes(void* to, const void* from, std::size_t size) {
 
 camera_core::camera_core(camera_options wanted)
     : options(std::move(wanted)), book(options.keep_transcript), vendor_(options.vendor) {
+    memory.scatter(options.memory_seed);
     if (const std::size_t line = memory.load(options.memory); line != 0) {
         throw std::invalid_argument("register contents: line " + std::to_string(line) + " is not understood");
     }

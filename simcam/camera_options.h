@@ -28,6 +28,8 @@ struct camera_options {
     bool camera_control = true;  ///< whether it has IAMCameraControl
     bool video_proc_amp = true;
     vendor_model vendor;
+    /// Scatters the registers that `memory` does not tell, as `register_memory::scatter` does; 0 for zeros.
+    std::uint64_t memory_seed = 0;
     /// Contents of the register memory at the start, in the form that `register_memory::load` takes.
     std::string memory;
     /// Writes the `Default` of every feature that states one, where it can be written.

@@ -17,6 +17,14 @@ bool overlaps(std::uint64_t address, std::uint64_t length, std::uint64_t other,
     return address <= other + (other_length - 1) && other <= address + (length - 1);
 }
 
+// Neighbouring numbers give bits that have nothing to do with one another.
+std::uint64_t scrambled(std::uint64_t number) noexcept {
+    number += 0x9E3779B97F4A7C15;
+    number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9;
+    number = (number ^ (number >> 27)) * 0x94D049BB133111EB;
+    return number ^ (number >> 31);
+}
+
 std::string_view without_comment(std::string_view line) noexcept {
     bool quoted = false;
     for (std::size_t at = 0; at < line.size(); ++at) {
@@ -108,16 +116,26 @@ std::error_code register_memory::write(std::uint64_t address, const void* buffer
     return {};
 }
 
+register_memory::page register_memory::unwritten_page(std::uint64_t number) const {
+    page contents = {};
+    if (seed_ == 0) return contents;
+    const std::uint64_t start = scrambled(seed_ ^ scrambled(number));
+    for (std::size_t at = 0; at < page_size; ++at) {
+        contents[at] = static_cast<std::uint8_t>(scrambled(start + at));
+    }
+    return contents;
+}
+
 void register_memory::peek(std::uint64_t address, void* buffer, std::size_t length) const {
     auto* to = static_cast<std::uint8_t*>(buffer);
     while (length != 0) {
         const std::size_t offset = address % page_size;
         const std::size_t part = std::min(length, page_size - offset);
         const auto found = pages_.find(address / page_size);
-        if (found == pages_.end())
-            std::memset(to, 0, part);
-        else
+        if (found != pages_.end())
             std::memcpy(to, found->second.data() + offset, part);
+        else
+            std::memcpy(to, unwritten_page(address / page_size).data() + offset, part);
         to += part;
         address += part;
         length -= part;
@@ -129,7 +147,10 @@ void register_memory::poke(std::uint64_t address, const void* buffer, std::size_
     while (length != 0) {
         const std::size_t offset = address % page_size;
         const std::size_t part = std::min(length, page_size - offset);
-        std::memcpy(pages_[address / page_size].data() + offset, from, part);
+        const std::uint64_t number = address / page_size;
+        auto found = pages_.find(number);
+        if (found == pages_.end()) found = pages_.emplace(number, unwritten_page(number)).first;
+        std::memcpy(found->second.data() + offset, from, part);
         from += part;
         address += part;
         length -= part;

@@ -16,9 +16,10 @@ namespace simcam {
 
 enum class area_access { read_write, read_only, write_only };
 
-/// The register space of a camera: 64-bit addresses, zero where nothing was written, in pages made at need.
-/// As a port it answers like the camera's firmware: a protected area refuses with `access_denied`, an access
-/// that wraps around the address space with `invalid_address`. Nothing in it follows a clock.
+/// The register space of a camera: 64-bit addresses, in pages made at need. Where nothing was written it
+/// holds zeros, or what `scatter` puts there. As a port it answers like the camera's firmware: a protected
+/// area refuses with `access_denied`, an access that wraps around the address space with `invalid_address`.
+/// Nothing in it follows a clock.
 class register_memory final : public GenICam::IDevicePort {
 public:
     using hook = std::function<void(register_memory&)>;
@@ -51,6 +52,10 @@ public:
     /// themselves.
     void after_write(std::uint64_t address, std::uint64_t length, hook run);
 
+    /// From now on the bytes that were never written follow from their addresses and this number, which is
+    /// not 0: the same on every machine, and without order.
+    void scatter(std::uint64_t seed) noexcept { seed_ = seed; }
+
     /// Takes contents from lines "address: contents", where contents are bytes in hexadecimal and texts in
     /// quotes and "#" starts a comment: `0x0100: "Selvane" 00 # vendor`. Gives 0, or the number of the first
     /// line that is not so; the lines before it are in.
@@ -65,10 +70,12 @@ private:
         hook run;
     };
 
+    [[nodiscard]] page unwritten_page(std::uint64_t number) const;
     [[nodiscard]] std::error_code check(std::uint64_t address, std::int64_t length,
                                         area_access forbidden) const;
     void run_hooks(const std::vector<area>& hooks, std::uint64_t address, std::uint64_t length);
 
+    std::uint64_t seed_ = 0;
     std::map<std::uint64_t, page> pages_;
     std::vector<area> protections_;
     std::vector<area> read_hooks_;

@@ -12,6 +12,13 @@
 
 namespace simcam_test {
 
+/// The same camera with one road to its features.
+[[nodiscard]] inline simcam::camera_options on_one_road(simcam::camera_options options, bool named) {
+    options.named_access = named;
+    options.register_access = !named;
+    return options;
+}
+
 /// A camera as the pages reach it.
 struct camera_on_pages {
     explicit camera_on_pages(simcam::camera_options options)

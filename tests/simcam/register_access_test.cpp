@@ -43,6 +43,19 @@ TEST(RegisterAccess, StartsFromTheContentsOfTheOptions) {
     EXPECT_EQ(get_register(*camera, 0x10, 2).data, (bytes{0xDE, 0xAD}));
 }
 
+TEST(RegisterAccess, ScattersWhatTheContentsDoNotTell) {
+    camera_options options;
+    options.memory_seed = 5;
+    options.memory = "0x10: DE AD\n";
+    const camera_ptr camera = make_camera(options);
+    register_memory scattered;
+    scattered.scatter(5);
+    bytes expected = scattered.peek(0, 0x40);
+    expected[0x10] = 0xDE;
+    expected[0x11] = 0xAD;
+    EXPECT_EQ(get_register(*camera, 0, 0x40).data, expected);
+}
+
 // The camera's own view reads past its caches: the other road may have written.
 TEST(RegisterAccess, ShowsAtOnceInNamedAccess) {
     camera_options options;

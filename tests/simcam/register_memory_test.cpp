@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 namespace simcam_test {
@@ -109,6 +110,33 @@ TEST(RegisterMemory, LetsARegisterChangeBeforeItIsRead) {
     EXPECT_FALSE(memory.read(0, &byte, 1, 0));
     EXPECT_FALSE(memory.read(0, &byte, 1, 0));
     EXPECT_EQ(byte, 2);
+}
+
+TEST(RegisterMemory, ScattersWhatWasNotWritten) {
+    register_memory memory;
+    memory.poke(0x104, {1, 2});
+    memory.scatter(7);
+    EXPECT_EQ(memory.peek(0x100, 4), bytes(4)) << "a page that was written keeps its zeros";
+    memory.poke(0x204, {1, 2});
+    register_memory other;
+    other.scatter(7);
+    bytes expected = other.peek(0x200, 0x400);
+    EXPECT_EQ(memory.peek(0x300, 0x300), other.peek(0x300, 0x300)) << "the number decides, and the address";
+    expected[4] = 1;
+    expected[5] = 2;
+    EXPECT_EQ(memory.peek(0x200, 0x400), expected);
+    EXPECT_NE(other.peek(0x300, 0x100), other.peek(0x400, 0x100));
+    other.scatter(8);
+    EXPECT_NE(memory.peek(0x300, 0x300), other.peek(0x300, 0x300));
+    std::set<std::uint8_t> values;
+    for (const std::uint8_t byte : memory.peek(0x10000, 0x4000)) values.insert(byte);
+    EXPECT_EQ(values.size(), 256U);
+}
+
+TEST(RegisterMemory, ScattersTheSameEverywhere) {
+    register_memory memory;
+    memory.scatter(1);
+    EXPECT_EQ(memory.peek(0x1000, 8), (bytes{0x28, 0x49, 0x8E, 0xE3, 0x39, 0xE2, 0xA4, 0x49}));
 }
 
 TEST(RegisterMemory, LoadsLines) {

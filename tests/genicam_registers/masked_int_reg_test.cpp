@@ -151,6 +151,12 @@ TEST(MaskedIntReg, WithoutALengthIsOneByteAndLogs) {
     EXPECT_THAT(dependents_of(doc, "rest"), ElementsAre("dyn")) << "for its address alone";
 }
 
+TEST(MaskedIntReg, ResolvesItsAddressBeforeItsLength) {
+    TestDocument doc(element("MaskedIntReg", "<pAddress>nobody</pAddress>"));
+    EXPECT_THAT(doc.load_messages,
+                ElementsAre(testing::HasSubstr("\"pAddress\""), testing::HasSubstr("\"Length\"")));
+}
+
 TEST(MaskedIntReg, ItsLengthIsTheStrideOfAnIndex) {
     TestDocument doc(element("MaskedIntReg", fixed_place(2) + "<Bit>0</Bit><pIndex>index</pIndex>", "two") +
                      element("MaskedIntReg", fixed_place(9) + "<Bit>0</Bit><pIndex>index</pIndex>", "nine") +

@@ -27,9 +27,10 @@ std::set<std::string> features_with_a_lock(const std::string& description) {
     std::set<std::string> names;
     pugi::xml_document xml;
     EXPECT_TRUE(xml.load_buffer(description.data(), description.size()));
-    for (const pugi::xpath_node& found : xml.select_nodes("//*[pIsLocked]")) {
-        names.insert(found.node().attribute("Name").value());
-    }
+    xml.find_node([&](pugi::xml_node node) {
+        if (node.child("pIsLocked")) names.insert(node.attribute("Name").value());
+        return false;
+    });
     return names;
 }
 

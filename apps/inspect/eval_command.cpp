@@ -41,7 +41,7 @@ struct step {
 constexpr identifier_id first_id = 1;
 
 variable parse_variable(const std::string& text) {
-    const std::size_t at = text.rfind('=');
+    const std::size_t at = text.find('=');
     if (at == std::string::npos || at == 0) throw wrong_use(text + " is no variable: NAME=VALUE");
     variable parsed = {text.substr(0, at), {}};
     const std::string value = text.substr(at + 1);
@@ -103,15 +103,10 @@ void check(const guarded_result& result, const std::string& formula) {
     if (!result.failure.empty()) throw refused(formula + ": " + std::string(result.failure));
 }
 
-nlohmann::ordered_json number_json(const eval_value& value) {
-    if (value.is_integer) return value.value.integer;
-    return value_json(value.value.real);
-}
-
 nlohmann::ordered_json as_json(const std::string& formula, const explained_run& explained,
                                const std::vector<std::string>& notes, bool explain) {
     nlohmann::ordered_json json = {{"command", "eval"}, {"formula", formula}};
-    json["kind"] = explained.result.value.is_integer ? "integer" : "float";
+    json["kind"] = number_kind_word(explained.result.value);
     json["value"] = number_json(explained.result.value);
     json["notes"] = notes;
     if (!explain) return json;
@@ -152,7 +147,7 @@ int eval(const eval_options& options, const channels& to) {
 void add_eval(command_set& commands) {
     CLI::App* command = nullptr;
     eval_options& options = commands.add("eval", "The result of a formula", eval, command);
-    command->add_option("FORMULA", options.formula, "A formula; behind -- if it begins with a minus")
+    command->add_option("FORMULA", options.formula, "A formula; behind -- if it begins with two minuses")
         ->required()
         ->type_name("");
     command->add_option("NAME=VALUE", options.variables, "Variables; 5 is an integer and 5.0 a float")

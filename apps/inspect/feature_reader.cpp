@@ -1,8 +1,12 @@
 #include "apps/inspect/feature_reader.h"
 
 #include "apps/inspect/log_capture.h"
+#include "genicam/core/node_base.h"
+#include "genicam/core/number_parser.h"
+#include "genicam/core/value_links.h"
 
 #include <limits>
+#include <stdexcept>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -12,6 +16,9 @@ namespace {
 
 using namespace GenICam;
 using access_flags::none;
+
+constexpr std::string_view not_implemented_word = "NI";
+constexpr std::string_view not_available_word = "NA";
 
 template <class T>
 result<feature_value> as_value(const result<T>& from) {
@@ -34,11 +41,11 @@ result<feature_value> value_of(IString& node) {
 }
 
 result<feature_value> value_of(IRegister& node) {
-    constexpr std::int64_t longest = 1 << 20;
     const result<std::int64_t> length = node.get_length(none);
     if (!length) return length.error();
-    if (length.assume_value() < 1 || length.assume_value() > longest)
-        return make_error_code(invalid_parameter);
+    if (length.assume_value() > longest_block)
+        throw std::length_error(fmt::format("a block of {} bytes is not read", length.assume_value()));
+    if (length.assume_value() < 1) return make_error_code(invalid_parameter);
     simcam::bytes bytes(static_cast<std::size_t>(length.assume_value()));
     if (const std::error_code failure = node.read(bytes.data(), length.assume_value(), none)) return failure;
     return feature_value(std::move(bytes));
@@ -104,6 +111,22 @@ std::string engine_unit(INode& node) {
     return {};
 }
 
+// What an enumeration looks for among its entries. One without a link holds what it began with: only the
+// value of an entry could have taken its place.
+std::optional<std::int64_t> number_behind(INode& enumeration) {
+    const auto& data = static_cast<node_base_data&>(*enumeration.get_eval());
+    if (data.xml().child("Value")) {
+        std::int64_t stated = 0;
+        static_cast<void>(parse_int(data.xml().child_value("Value"), stated));
+        return stated;
+    }
+    INode* const target = data.resolve_node("pValue");
+    const result<std::int64_t> number =
+        target != nullptr ? get_eval_int(target, none) : make_error_code(not_implemented);
+    if (!number) return std::nullopt;
+    return number.assume_value();
+}
+
 // Ends of a range that every number has say nothing.
 bool is_end_of_all(const feature_value& limit) {
     if (const auto* integer = std::get_if<std::int64_t>(&limit)) {
@@ -111,12 +134,17 @@ bool is_end_of_all(const feature_value& limit) {
                *integer == std::numeric_limits<std::int64_t>::max();
     }
     const auto* real = std::get_if<double>(&limit);
-    return real != nullptr && *real == std::numeric_limits<double>::max();
+    return real != nullptr && (*real == std::numeric_limits<double>::max() ||
+                               *real == static_cast<double>(std::numeric_limits<float>::max()));
 }
 
 std::string end_text(const std::optional<feature_value>& limit, number_style style) {
     if (!limit || is_end_of_all(*limit)) return {};
     return value_text(*limit, style);
+}
+
+bool has_value(node_type kind) {
+    return kind != node_type::command && kind != node_type::category && kind != node_type::port;
 }
 
 void put(nlohmann::ordered_json& json, const char* key, const std::optional<feature_value>& value) {
@@ -151,6 +179,13 @@ answer<feature_value> feature_reader::read_value(INode& node) {
     return ask(node, operation::value, [&] { return engine_value(node); });
 }
 
+void feature_reader::explain(INode& node, answer<feature_value>& failed) {
+    if (node.get_node_type() != node_type::enumeration || failed.code != index_out_of_range) return;
+    const silence quiet;
+    if (const auto number = number_behind(node))
+        failed.failure += fmt::format(": no entry has the value {}", *number);
+}
+
 std::optional<feature_value> feature_reader::read_limit(INode& node, operation limit) {
     return ask(node, limit, [&] { return engine_limit(node, limit); }).value;
 }
@@ -170,8 +205,8 @@ answer<AccessMode> feature_reader::read_access(INode& node) {
 
 // As the engine decides: a link that cannot be read leaves a node implemented, but not available.
 std::string_view feature_reader::access_state(INode& node) {
-    if (!read_flag(node, operation::implemented).value.value_or(true)) return "NI";
-    if (!read_flag(node, operation::available).value.value_or(false)) return "NA";
+    if (!read_flag(node, operation::implemented).value.value_or(true)) return not_implemented_word;
+    if (!read_flag(node, operation::available).value.value_or(false)) return not_available_word;
     const answer<AccessMode> access = read_access(node);
     return access.value ? access_word(*access.value) : "?";
 }
@@ -183,6 +218,7 @@ feature_state feature_reader::read(INode& node) {
     state.name = node.get_name();
     state.access = access_state(node);
     state.value = read_value(node);
+    explain(node, state.value);
     state.unit = read_unit(node);
     if (state.kind == node_type::integer && guard_.find(node, operation::unit) == nullptr) {
         state.style = style_of(static_cast<IInteger&>(node).get_representation());
@@ -203,11 +239,16 @@ std::string range_text(const feature_state& state) {
     return fmt::format("[{}..{}{}]", low, high, has_step ? " step " + step : "");
 }
 
-std::string assignment_text(const feature_state& state) {
+std::string assignment_text(const feature_state& state, std::size_t most_bytes) {
     if (!state.value.value) return state.name + " (" + state.value.failure + ")";
-    const std::string value = value_text(*state.value.value, state.style);
+    const std::string value = value_text(*state.value.value, state.style, most_bytes);
     if (value.empty()) return state.name;
-    return state.name + " = " + value + (state.unit.empty() ? "" : " " + state.unit);
+    return state.name + " = " + value + (state.unit.empty() ? "" : " " + on_one_line(state.unit));
+}
+
+bool is_absent(const feature_state& state) {
+    return (state.access == not_implemented_word && state.value.code == not_implemented) ||
+           (state.access == not_available_word && state.value.code == node_not_available);
 }
 
 nlohmann::ordered_json to_json(const feature_state& state) {
@@ -216,7 +257,7 @@ nlohmann::ordered_json to_json(const feature_state& state) {
     json["kind"] = kind_word(state.kind);
     json["access"] = state.access;
     if (state.value.value) {
-        json["value"] = value_json(*state.value.value);
+        if (has_value(state.kind)) json["value"] = value_json(*state.value.value);
     } else {
         json["error"]["message"] = state.value.failure;
         if (state.value.code != 0) json["error"]["code"] = fmt::format("0x{:08X}", state.value.code);

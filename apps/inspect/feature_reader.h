@@ -22,6 +22,9 @@ struct answer {
     std::uint32_t code = 0;  ///< of the engine; 0 where it was not asked
 };
 
+/// Longer blocks of registers are not read.
+constexpr std::int64_t longest_block = 1 << 20;
+
 /// What a feature shows of itself now.
 struct feature_state {
     GenICam::INode* node = nullptr;
@@ -45,6 +48,9 @@ public:
 
     [[nodiscard]] feature_state read(GenICam::INode& node);
     [[nodiscard]] answer<feature_value> read_value(GenICam::INode& node);
+    /// Completes the words for a value that could not be read, where the engine's alone leave a reader at a
+    /// loss. Reads the nodes behind it once more.
+    void explain(GenICam::INode& node, answer<feature_value>& failed);
     /// A minimum, maximum, increment or default; not set where there is none.
     [[nodiscard]] std::optional<feature_value> read_limit(GenICam::INode& node, operation limit);
     [[nodiscard]] std::string read_unit(GenICam::INode& node);
@@ -63,8 +69,10 @@ private:
 
 /// "[0..100 step 2]", without the ends that everything has; empty where nothing is left.
 [[nodiscard]] std::string range_text(const feature_state& state);
-/// "name = value unit", or only the name of what has no value.
-[[nodiscard]] std::string assignment_text(const feature_state& state);
+/// "name = value unit", or only the name of what has no value; of a block no more than so many bytes.
+[[nodiscard]] std::string assignment_text(const feature_state& state, std::size_t most_bytes = all_bytes);
+/// Whether there is no value because the feature is not implemented or not available.
+[[nodiscard]] bool is_absent(const feature_state& state);
 [[nodiscard]] nlohmann::ordered_json to_json(const feature_state& state);
 
 }  // namespace selvane_inspect

@@ -35,8 +35,18 @@ std::string integer_text(std::int64_t number, number_style style) {
     return std::to_string(number);
 }
 
+void append_visible(std::string& text, char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) {
+        fmt::format_to(std::back_inserter(text), "\\x{:02X}", byte);
+    } else {
+        text += c;
+    }
+}
+
 struct text_writer {
     number_style style;
+    std::size_t most_bytes;
 
     std::string operator()(std::monostate) const { return {}; }
     std::string operator()(std::int64_t number) const { return integer_text(number, style); }
@@ -46,7 +56,7 @@ struct text_writer {
     std::string operator()(const entry_value& entry) const {
         return fmt::format("{} ({})", entry.name, entry.value);
     }
-    std::string operator()(const simcam::bytes& bytes) const { return bytes_text(bytes); }
+    std::string operator()(const simcam::bytes& bytes) const { return block_text(bytes, most_bytes); }
 };
 
 struct json_writer {
@@ -84,8 +94,14 @@ number_style style_of(GenICam::Representation representation) noexcept {
     }
 }
 
-std::string value_text(const feature_value& value, number_style style) {
-    return std::visit(text_writer{style}, value);
+std::string value_text(const feature_value& value, number_style style, std::size_t most_bytes) {
+    return std::visit(text_writer{style, most_bytes}, value);
+}
+
+std::string block_text(const simcam::bytes& block, std::size_t most_bytes) {
+    if (block.size() <= most_bytes) return bytes_text(block);
+    const auto behind = block.begin() + static_cast<std::ptrdiff_t>(most_bytes);
+    return fmt::format("{} ... ({} bytes)", bytes_text({block.begin(), behind}), block.size());
 }
 
 nlohmann::ordered_json value_json(const feature_value& value) { return std::visit(json_writer{}, value); }
@@ -95,15 +111,29 @@ std::string number_text(double number) { return fmt::format("{}", number); }
 std::string quoted_text(std::string_view text) {
     std::string escaped = "\"";
     for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
         if (c == '"' || c == '\\') escaped += '\\';
-        if (byte < 0x20 || byte == 0x7F) {
-            fmt::format_to(std::back_inserter(escaped), "\\x{:02X}", byte);
-        } else {
-            escaped += c;
-        }
+        append_visible(escaped, c);
     }
     return escaped + '"';
+}
+
+std::string on_one_line(std::string_view text) {
+    constexpr std::string_view breaks = "\t\n\v\f\r";
+    const auto drop_blanks = [](std::string& line) { line.erase(line.find_last_not_of(' ') + 1); };
+    std::string line;
+    bool is_at_break = true;
+    for (const char c : text) {
+        if (breaks.find(c) != std::string_view::npos) {
+            drop_blanks(line);
+            is_at_break = true;
+        } else if (c != ' ' || !is_at_break) {
+            if (is_at_break && !line.empty()) line += ' ';
+            is_at_break = false;
+            append_visible(line, c);
+        }
+    }
+    drop_blanks(line);
+    return line;
 }
 
 std::string_view kind_word(GenICam::node_type kind) noexcept {

@@ -3,7 +3,9 @@
 #include "genicam/inode.h"
 #include "simcam/driver_call.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -26,8 +28,15 @@ using feature_value =
 enum class number_style { plain, hexadecimal, ipv4, mac };
 [[nodiscard]] number_style style_of(GenICam::Representation representation) noexcept;
 
-/// "12", "0xFF", "true", "\"text\"", "Fast (3)", "00 01"; empty for nothing.
-[[nodiscard]] std::string value_text(const feature_value& value, number_style style = number_style::plain);
+constexpr std::size_t all_bytes = std::numeric_limits<std::size_t>::max();
+/// As many as stand on a line beside other things.
+constexpr std::size_t some_bytes = 16;
+
+/// "12", "0xFF", "true", "\"text\"", "Fast (3)", "00 01"; empty for nothing. A block of more bytes than are
+/// wanted ends in "... (512 bytes)".
+[[nodiscard]] std::string value_text(const feature_value& value, number_style style = number_style::plain,
+                                     std::size_t most_bytes = all_bytes);
+[[nodiscard]] std::string block_text(const simcam::bytes& block, std::size_t most_bytes);
 /// A number, a truth, a text; an entry by its name, bytes as hexadecimal text, infinities and NaN as text.
 [[nodiscard]] nlohmann::ordered_json value_json(const feature_value& value);
 
@@ -36,6 +45,9 @@ enum class number_style { plain, hexadecimal, ipv4, mac };
 
 /// Text in quotes, with escapes for what a terminal should not see.
 [[nodiscard]] std::string quoted_text(std::string_view text);
+
+/// Text of a description or a user without its line breaks and what else a terminal would obey.
+[[nodiscard]] std::string on_one_line(std::string_view text);
 
 /// "integer", "float", "enumeration" and so on.
 [[nodiscard]] std::string_view kind_word(GenICam::node_type kind) noexcept;

@@ -2,10 +2,12 @@
 
 #include "apps/inspect/feature_value.h"
 #include "apps/inspect/inspect_error.h"
+#include "apps/inspect/log_capture.h"
 #include "apps/inspect/memory_options.h"
 #include "apps/inspect/similar_name.h"
 #include "genicam/core/error.h"
 #include "genicam/core/node_base.h"
+#include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"
 #include "platform/text.h"
 
@@ -31,10 +33,18 @@ std::optional<std::int64_t> parse_integer(std::string_view text) {
     return static_cast<std::int64_t>(is_negative ? 0 - *magnitude : *magnitude);
 }
 
-// What a command writes, as far as the description states it.
+// What a command writes: the link wins over the number beside it.
 eval_value command_value(INode& feature) {
-    const pugi::xml_node xml = static_cast<node_base_data&>(*feature.get_eval()).xml();
-    return eval_value::of(parse_integer(xml.child_value("CommandValue")).value_or(0));
+    const auto& data = static_cast<node_base_data&>(*feature.get_eval());
+    const silence quiet;
+    eval_value stated = eval_value::of(std::int64_t{0});
+    if (INode* const link = data.resolve_node("pCommandValue")) {
+        if (const result<std::int64_t> present = get_eval_int(link, none))
+            stated = eval_value::of(present.assume_value());
+    } else {
+        static_cast<void>(parse_number(data.xml().child_value("CommandValue"), stated));
+    }
+    return eval_value::of(to_int(stated));
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ class feature_write {
 public:
     /// Integers in decimal or behind 0x, floats, true and false or 1 and 0, entries by name or number, text
     /// as it is, 1 for a command, bytes in hexadecimal for a register. Throws `inspect_error` for anything
-    /// else.
+    /// else. A command may read the node of its value, so that must be safe.
     feature_write(GenICam::INode& feature, std::string_view text);
 
     /// What arrives at the links of the feature as a number.

@@ -2,6 +2,8 @@
 
 #include "apps/inspect/feature_value.h"
 
+#include <nlohmann/json.hpp>
+
 namespace selvane_inspect {
 namespace {
 
@@ -22,7 +24,16 @@ std::string number_alone(const GenICam::eval_value& number) {
 }
 
 std::string number_with_kind(const GenICam::eval_value& number) {
-    return number_alone(number) + (number.is_integer ? " (integer)" : " (float)");
+    return number_alone(number) + " (" + std::string(number_kind_word(number)) + ")";
+}
+
+std::string_view number_kind_word(const GenICam::eval_value& number) noexcept {
+    return kind_word(number.is_integer ? GenICam::node_type::integer : GenICam::node_type::floating);
+}
+
+nlohmann::ordered_json number_json(const GenICam::eval_value& number) {
+    if (number.is_integer) return number.value.integer;
+    return value_json(number.value.real);
 }
 
 std::string instruction_text(const GenICam::formula_instruction& instruction,

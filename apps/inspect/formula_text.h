@@ -7,12 +7,19 @@
 #include <string>
 #include <string_view>
 
+#include <nlohmann/json_fwd.hpp>
+
 namespace selvane_inspect {
 
 /// "3 (integer)", "3.5 (float)"
 [[nodiscard]] std::string number_with_kind(const GenICam::eval_value& number);
+/// "integer", "float"
+[[nodiscard]] std::string_view number_kind_word(const GenICam::eval_value& number) noexcept;
 /// The number alone; a float never looks like an integer.
 [[nodiscard]] std::string number_alone(const GenICam::eval_value& number);
+
+/// A number; infinities and NaN as text.
+[[nodiscard]] nlohmann::ordered_json number_json(const GenICam::eval_value& number);
 
 /// What an instruction of a postfix program does: "push 3", "variable A", "unary -", "binary **", "call
 /// ROUND", "select".

@@ -60,7 +60,7 @@ nlohmann::ordered_json as_json(const description& opened, const node_counts& cou
 }
 
 void print_counts(std::ostream& out, const node_counts& counts) {
-    out << "\nelements\n";
+    out << "\nelements" << fmt::format("{:>37}\n", "count");
     for (const auto& [name, count] : counts.elements) out << fmt::format("    {:<34} {:>6}\n", name, count);
     out << "\nclasses" << fmt::format("{:>38} {:>14}\n", "count", "bytes each");
     for (const auto& [name, counted] : counts.classes) {

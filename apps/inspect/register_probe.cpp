@@ -1,5 +1,6 @@
 #include "apps/inspect/register_probe.h"
 
+#include "apps/inspect/feature_reader.h"
 #include "apps/inspect/log_capture.h"
 #include "genicam/core/children.h"
 #include "genicam/core/xml_words.h"
@@ -25,6 +26,12 @@ bool is_register(pugi::xml_node element) {
            std::end(register_elements);
 }
 
+// Where an element has what its place in memory needs.
+pugi::xml_node frame_of(pugi::xml_node element) {
+    const bool is_entry = std::string_view(element.name()) == "StructEntry";
+    return is_entry ? find_struct_frame(element) : element;
+}
+
 void read_past_everything(INode& node) {
     constexpr std::uint32_t flags = access_flags::bypass_cache | access_flags::skip_access_check;
     switch (node.get_node_type()) {
@@ -40,7 +47,7 @@ void read_past_everything(INode& node) {
         case node_type::register_block: {
             auto& block = static_cast<IRegister&>(node);
             const result<std::int64_t> length = block.get_length(flags);
-            if (!length || length.assume_value() < 1) break;
+            if (!length || length.assume_value() < 1 || length.assume_value() > longest_block) break;
             simcam::bytes bytes(static_cast<std::size_t>(length.assume_value()));
             static_cast<void>(block.read(bytes.data(), length.assume_value(), flags));
             break;
@@ -55,9 +62,15 @@ std::optional<std::uint64_t> mask_of(pugi::xml_node element, std::size_t length)
     const bool is_field = name == "MaskedIntReg" || name == "StructEntry";
     if (!is_field || length == 0 || length > sizeof(std::uint64_t)) return std::nullopt;
     const scanned_element scanned(element);
-    const pugi::xml_node frame = name == "StructEntry" ? find_struct_frame(element) : element;
     return bit_field(*scanned).put(0, -1, static_cast<std::int64_t>(length),
-                                   parse_endianess(frame.child_value("Endianess")));
+                                   parse_endianess(frame_of(element).child_value("Endianess")));
+}
+
+std::string_view byte_order_of(pugi::xml_node element, std::size_t length) {
+    const std::string_view name = element.name();
+    if (length < 2 || name == "StringReg" || name == "Register") return {};
+    const Endianess order = parse_endianess(frame_of(element).child_value("Endianess"));
+    return order == Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
 }
 
 }  // namespace
@@ -77,7 +90,19 @@ std::optional<register_state> probe_register(description& in, evaluation_guard& 
     const std::vector<port_access> accesses = in.port().take();
     if (accesses.empty()) return std::nullopt;
     const port_access& own = accesses.back();
-    return register_state{own.address, own.data, mask_of(in.tree().at(*element).xml, own.data.size())};
+    const pugi::xml_node xml = in.tree().at(*element).xml;
+    return register_state{own.address, own.data, mask_of(xml, own.data.size()),
+                          byte_order_of(xml, own.data.size())};
+}
+
+std::string port_defect(description& in, element_index element) {
+    const pugi::xml_node xml = in.tree().at(element).xml;
+    if (!is_register(xml)) return {};
+    const std::string_view stated = frame_of(xml).child_value("pPort");
+    const std::string name(stated.empty() ? "Device" : stated);
+    INode* const port = in.document()->find_port(name);
+    if (port == nullptr) return "port " + name + ": there is none";
+    return static_cast<IPort*>(port)->is_bound() ? "" : "port " + name + ": nothing is behind it here";
 }
 
 }  // namespace selvane_inspect

@@ -1,9 +1,12 @@
 #include "apps/inspect/run.h"
 
 #include "apps/inspect/command.h"
+#include "apps/inspect/feature_value.h"
+#include "apps/inspect/similar_name.h"
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -19,26 +22,47 @@ constexpr const char* exit_codes =
 constexpr void (*all_commands[])(command_set&) = {add_info, add_list, add_describe, add_get, add_set,
                                                   add_eval, add_lint, add_pages,    add_dump};
 
-// The library breaks some of its messages into lines.
-std::string one_line(std::string text) {
-    while (!text.empty() && text.back() == '\n') text.pop_back();
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+// The library would say no more than that it misses a command.
+void check_command(const CLI::App& app, const std::vector<std::string>& arguments) {
+    if (arguments.empty() || arguments.front().substr(0, 1) == "-") return;
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+    if (std::find(names.begin(), names.end(), arguments.front()) != names.end()) return;
+    const std::string meant(find_similar(arguments.front(), {names.begin(), names.end()}));
+    throw wrong_use("no command " + arguments.front() +
+                    (meant.empty() ? " (--help tells the commands)" : " (did you mean " + meant + "?)"));
+}
+
+// A formula may begin with a minus, and is then no option: all options of its command are words.
+std::vector<std::string> protect_formula(std::vector<std::string> arguments) {
+    if (arguments.empty() || arguments.front() != "eval") return arguments;
+    const auto is_option = [](const std::string& word) {
+        return word.substr(0, 2) == "--" || word == "-h" || word.substr(0, 1) != "-";
+    };
+    const auto formula = std::find_if_not(arguments.begin() + 1, arguments.end(), is_option);
+    if (formula == arguments.end() || std::find(arguments.begin(), formula, "--") != formula)
+        return arguments;
+    const auto end = std::stable_partition(formula, arguments.end(),
+                                           [](const std::string& word) { return word.substr(0, 2) == "--"; });
+    arguments.insert(end, "--");
+    return arguments;
 }
 
 // False when the command line asked for nothing but a text.
 bool parse(CLI::App& app, std::vector<std::string> arguments, std::ostream& out) {
+    check_command(app, arguments);
+    arguments = protect_formula(std::move(arguments));
     std::reverse(arguments.begin(), arguments.end());  // as the library wants them
     try {
         app.parse(std::move(arguments));
         return true;
     } catch (const CLI::CallForHelp&) {
         const auto called = app.get_subcommands();
-        out << (called.empty() ? app.help() : called.front()->help());
+        out << (called.empty() ? app.help() : called.front()->help(app.get_name()));
     } catch (const CLI::CallForVersion& version) {
         out << version.what() << '\n';
     } catch (const CLI::Error& error) {
-        throw wrong_use(one_line(error.what()) + " (--help tells the options)");
+        throw wrong_use(std::string(error.what()) + " (--help tells the options)");
     }
     return false;
 }
@@ -49,15 +73,29 @@ int carry_out(const std::vector<std::string>& arguments, std::ostream& out, std:
     app.footer(exit_codes);
     app.set_version_flag("--version", "selvane_inspect " SELVANE_VERSION);
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);  // a path may begin with a slash
     command_set commands(app);
     for (const auto add : all_commands) add(commands);
     if (!parse(app, arguments, out)) return exit_code::fine;
-    return commands.chosen()({out, err, environment, commands.wants_json()});
+    try {
+        return commands.chosen()({out, err, environment, commands.wants_json()});
+    } catch (const inspect_error& failure) {
+        if (commands.wants_json()) write_json(out, {{"error", {{"message", failure.what()}}}});
+        throw;
+    }
+}
+
+// A disk that is full must not pass for a short answer.
+int finish(int code, std::ostream& out) {
+    if (!out.flush()) throw wrong_use("cannot write the output");
+    return code;
 }
 
 }  // namespace
 
-void write_error(std::ostream& err, std::string_view line) { err << "selvane_inspect: " << line << '\n'; }
+void write_error(std::ostream& err, std::string_view line) {
+    err << "selvane_inspect: " << on_one_line(line) << '\n';
+}
 
 void write_json(std::ostream& out, const nlohmann::ordered_json& value) {
     constexpr int indent = 2;
@@ -73,7 +111,7 @@ CLI::App* command_set::add_subcommand(const char* name, const char* about_comman
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const run_environment& environment) {
     try {
-        return carry_out(arguments, out, err, environment);
+        return finish(carry_out(arguments, out, err, environment), out);
     } catch (const inspect_error& failure) {
         write_error(err, failure.what());
         return failure.code();

@@ -36,6 +36,13 @@ std::vector<std::string> names_of(const std::vector<assignment>& assignments) {
     return names;
 }
 
+// What stands there now is what counts, where it can be read.
+std::string written_text(const feature_state& state) {
+    if (state.kind == GenICam::node_type::command) return state.name + " executed";
+    if (state.value.value) return assignment_text(state);
+    return state.name + " written (it cannot be read: " + state.value.failure + ")";
+}
+
 // All names are looked at before anything is written; a write that is refused ends the command, and nothing
 // is saved.
 int set(const set_options& options, const channels& to) {
@@ -52,7 +59,7 @@ int set(const set_options& options, const channels& to) {
         if (options.trace) one["trace"] = trace_json(accesses);
         json["features"].push_back(std::move(one));
         if (to.json) continue;
-        to.out << assignment_text(state) << '\n';
+        to.out << written_text(state) << '\n';
         if (options.trace) to.out << trace_text(accesses);
     }
     if (!options.save.empty()) save_memory(options.save, options.input.memory, session.actual().memory());

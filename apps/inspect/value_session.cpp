@@ -23,21 +23,28 @@ feature_state value_session::read(GenICam::INode& feature) {
     static_cast<void>(actual_->port().take());
     state.value = reader_.read_value(feature);
     accesses_ = actual_->port().take();
+    reader_.explain(twin_of(feature), state.value);
     return state;
 }
 
+GenICam::INode& value_session::twin_of(GenICam::INode& feature) const {
+    return *twin_->node_of(*twin_->tree().find(feature));
+}
+
 void value_session::write(const std::string& name, GenICam::INode& feature, std::string_view text) {
+    const auto refuse = [this](const hazard* found) {
+        if (found != nullptr) throw refused(guard_.describe(*found));
+    };
+    GenICam::INode& twin = twin_of(feature);
     try {
-        const feature_write write(feature, text);
-        if (const hazard* found = guard_.find_in_store(feature, write.number()))
-            throw refused(guard_.describe(*found));
+        refuse(guard_.find(twin, operation::store));
+        const feature_write write(twin, text);
+        refuse(guard_.find_in_store(twin, write.number()));
         static_cast<void>(actual_->port().take());
         const std::error_code failure = write.carry_out(feature);
         accesses_ = actual_->port().take();
         if (failure) throw refused(failure.message());
-        if (const auto element = actual_->tree().find(feature)) {
-            static_cast<void>(write.carry_out(*twin_->node_of(*element)));
-        }
+        static_cast<void>(write.carry_out(twin));
     } catch (const inspect_error& failure) {
         throw inspect_error(failure.code(), name + ": " + failure.what());
     }

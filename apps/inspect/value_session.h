@@ -31,6 +31,8 @@ public:
     [[nodiscard]] const std::vector<port_access>& accesses() const noexcept { return accesses_; }
 
 private:
+    [[nodiscard]] GenICam::INode& twin_of(GenICam::INode& feature) const;
+
     std::unique_ptr<description> actual_;
     std::unique_ptr<description> twin_;
     evaluation_guard guard_;

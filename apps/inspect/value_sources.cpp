@@ -1,6 +1,7 @@
 #include "apps/inspect/value_sources.h"
 
 #include "apps/inspect/formula_text.h"
+#include "apps/inspect/lint/formula_outline.h"
 
 #include <algorithm>
 #include <iterator>
@@ -54,6 +55,7 @@ value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
     if (source.is_known) return source;
     if (formula_binding::has_formulas(xml)) add_formulas(*element, source);
     source.place = probe_register(description_, guard_, node);
+    source.port = port_defect(description_, *element);
     for (const element_link& link : guard_.graph().links(*element)) {
         GenICam::INode* target = description_.document()->find_node(link.target);
         if (is_idle(link.role) || target == nullptr) continue;
@@ -68,7 +70,8 @@ value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
 void source_finder::add_formulas(element_index element, value_source& source) {
     for (const bound_formula& formula : guard_.binding(element).formulas()) {
         source.formulas.push_back({formula.xml.name(), formula.xml.attribute("Name").value(),
-                                   std::string(formula.text), !formula.program});
+                                   std::string(formula.text),
+                                   formula.program ? "" : refusal_text(formula.text, formula.end)});
     }
     add_variables(element, source);
 }
@@ -89,28 +92,26 @@ void source_finder::add_variables(element_index element, value_source& source) {
 void source_finder::add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
                                  value_source& source) {
     const GenICam::resolved_name resolved = formulas.resolve(name);
-    std::string value = "unknown";
-    if (const auto* constant = std::get_if<GenICam::eval_value>(&resolved))
-        value = number_with_kind(*constant);
+    shown_variable shown = {std::string(name), std::string(node), std::nullopt};
+    if (const auto* constant = std::get_if<GenICam::eval_value>(&resolved)) shown.value = *constant;
     if (const auto* id = std::get_if<GenICam::identifier_id>(&resolved)) {
-        const GenICam::eval_value* present = formulas.value_of(*id);
-        if (present != nullptr) value = number_with_kind(*present);
+        if (const GenICam::eval_value* present = formulas.value_of(*id)) shown.value = *present;
     }
-    source.variables.push_back({std::string(name), std::string(node), value});
+    source.variables.push_back(std::move(shown));
 }
 
 std::string place_text(const register_state& place) {
-    std::string text = fmt::format("register {}, {} bytes: {}", address_text(place.address),
-                                   place.bytes.size(), bytes_text(place.bytes));
-    if (place.mask) {
-        text += fmt::format(", mask 0x{:0{}X}", *place.mask, place.bytes.size() * 2);
-    }
+    std::string text =
+        fmt::format("register {}, {} {}{}{}: {}", address_text(place.address), place.bytes.size(),
+                    place.bytes.size() == 1 ? "byte" : "bytes", place.byte_order.empty() ? "" : " ",
+                    place.byte_order, block_text(place.bytes, some_bytes));
+    if (place.mask) text += fmt::format(", mask 0x{:0{}X}", *place.mask, place.bytes.size() * 2);
     return text;
 }
 
 std::string value_behind_name(const answer<feature_value>& value) {
     if (!value.value) return " (" + value.failure + ")";
-    const std::string text = value_text(*value.value);
+    const std::string text = value_text(*value.value, number_style::plain, some_bytes);
     return text.empty() ? "" : " = " + text;
 }
 
@@ -122,12 +123,15 @@ void append_lines(const value_source& source, std::size_t depth, std::string& te
     line(0, fmt::format("{}{}{} {}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
                         value_behind_name(source.value), source.is_known ? " (told above)" : ""));
     if (source.place) line(1, place_text(*source.place));
+    if (!source.port.empty()) line(1, source.port);
     for (const shown_formula& formula : source.formulas) {
-        line(1, fmt::format("{}{}{}: {}{}", formula.element, formula.name.empty() ? "" : " ", formula.name,
-                            formula.text, formula.is_refused ? " (refused)" : ""));
+        line(1, fmt::format("{}{}{}: {}", formula.element, formula.name.empty() ? "" : " ", formula.name,
+                            on_one_line(formula.text)));
+        if (!formula.refusal.empty()) line(2, on_one_line(formula.refusal));
     }
     for (const shown_variable& variable : source.variables) {
-        line(2, fmt::format("{} = {}{}{}", variable.name, variable.value,
+        line(2, fmt::format("{} = {}{}{}", variable.name,
+                            variable.value ? number_with_kind(*variable.value) : "unknown",
                             variable.node.empty() ? "" : " from ", variable.node));
     }
     for (const value_source& behind : source.behind) append_lines(behind, depth + 1, text);
@@ -139,11 +143,35 @@ value_source find_sources(description& in, evaluation_guard& guard, GenICam::INo
     return source_finder(in, guard).find(feature, 0);
 }
 
+bool has_sources(const value_source& source) {
+    return source.place || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
+}
+
 std::string sources_text(const value_source& source) {
     std::string text;
     append_lines(source, 1, text);
     return text;
 }
+
+namespace {
+
+nlohmann::ordered_json place_json(const register_state& place) {
+    nlohmann::ordered_json json = {{"address", address_text(place.address)},
+                                   {"bytes", bytes_text(place.bytes)}};
+    if (!place.byte_order.empty()) json["byte_order"] = place.byte_order;
+    if (place.mask) json["mask"] = fmt::format("0x{:X}", *place.mask);
+    return json;
+}
+
+nlohmann::ordered_json to_json(const shown_variable& variable) {
+    nlohmann::ordered_json json = {{"name", variable.name}, {"node", variable.node}, {"value", nullptr}};
+    if (!variable.value) return json;
+    json["value"] = number_json(*variable.value);
+    json["kind"] = number_kind_word(*variable.value);
+    return json;
+}
+
+}  // namespace
 
 nlohmann::ordered_json sources_json(const value_source& source) {
     nlohmann::ordered_json json;
@@ -156,21 +184,15 @@ nlohmann::ordered_json sources_json(const value_source& source) {
     } else {
         json["error"] = source.value.failure;
     }
-    if (source.place) {
-        json["register"] = {{"address", address_text(source.place->address)},
-                            {"bytes", bytes_text(source.place->bytes)}};
-        if (source.place->mask) json["register"]["mask"] = fmt::format("0x{:X}", *source.place->mask);
-    }
+    if (source.place) json["register"] = place_json(*source.place);
+    if (!source.port.empty()) json["port"] = source.port;
     for (const shown_formula& formula : source.formulas) {
         json["formulas"].push_back({{"element", formula.element},
                                     {"name", formula.name},
                                     {"text", formula.text},
-                                    {"refused", formula.is_refused}});
+                                    {"refusal", formula.refusal}});
     }
-    for (const shown_variable& variable : source.variables) {
-        json["variables"].push_back(
-            {{"name", variable.name}, {"node", variable.node}, {"value", variable.value}});
-    }
+    for (const shown_variable& variable : source.variables) json["variables"].push_back(to_json(variable));
     if (source.is_known) json["told_above"] = true;
     for (const value_source& behind : source.behind) json["sources"].push_back(sources_json(behind));
     return json;

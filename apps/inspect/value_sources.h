@@ -14,14 +14,14 @@ struct shown_formula {
     std::string element;  ///< `Formula`, `FormulaFrom`, `FormulaTo` or `Expression`
     std::string name;     ///< of an expression
     std::string text;
-    bool is_refused = false;
+    std::string refusal;  ///< why the language refuses it; empty when it does not
 };
 
 /// A name in the formulas of a node and what it stands for now.
 struct shown_variable {
     std::string name;
-    std::string node;  ///< empty for a constant
-    std::string value;
+    std::string node;                          ///< empty for a constant
+    std::optional<GenICam::eval_value> value;  ///< not set when the engine knows no such name
 };
 
 /// Where a value comes from: a node, how it was reached, and what is behind it.
@@ -34,6 +34,7 @@ struct value_source {
     std::vector<shown_formula> formulas;
     std::vector<shown_variable> variables;
     std::optional<register_state> place;
+    std::string port;       ///< of a register that leads nowhere: why
     bool is_known = false;  ///< told further up, and what is behind it as well
     std::vector<value_source> behind;
 };
@@ -41,6 +42,8 @@ struct value_source {
 /// Follows all links of a feature that its value, its limits and its access depend on.
 [[nodiscard]] value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature);
 
+/// Whether there is anything to tell of where the value comes from.
+[[nodiscard]] bool has_sources(const value_source& source);
 [[nodiscard]] std::string sources_text(const value_source& source);
 [[nodiscard]] nlohmann::ordered_json sources_json(const value_source& source);
 

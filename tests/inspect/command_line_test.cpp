@@ -2,6 +2,9 @@
 
 #include "tests/inspect/inspection.h"
 
+#include <sstream>
+#include <streambuf>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -36,18 +39,20 @@ TEST_F(CommandLineTest, HelpsOnItselfAndEveryCommand) {
         const Outcome one = Call({command, "--help"});
         EXPECT_EQ(one.code, 0) << command;
         EXPECT_THAT(one.out, HasSubstr("--json")) << command;
+        EXPECT_THAT(one.out, HasSubstr("Usage: selvane_inspect " + std::string(command))) << command;
     }
 }
 
 TEST_F(CommandLineTest, TellsItsVersion) {
     const Outcome version = Call({"--version"});
     EXPECT_EQ(version.code, 0);
-    EXPECT_THAT(version.out, testing::MatchesRegex("selvane_inspect [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_TRUE(Matches(version.out, "selvane_inspect [0-9]+\\.[0-9]+\\.[0-9]+\n")) << version.out;
 }
 
 TEST_F(CommandLineTest, WrongUseIsOneLine) {
     ExpectWrongUse({}, "subcommand");
-    ExpectWrongUse({"inform", "x"}, "--help");
+    ExpectWrongUse({"inform", "x"}, "no command inform (did you mean info?)");
+    ExpectWrongUse({"frobnicate"}, "no command frobnicate (--help tells the commands)");
     ExpectWrongUse({"info"}, "FILE");
     ExpectWrongUse({"info", "a", "b"}, "--help");
     ExpectWrongUse({"info", "--loud", "a"}, "--loud");
@@ -80,6 +85,43 @@ TEST_F(CommandLineTest, ADescriptionWhoseLoadThrowsIsUnusable) {
         "Name=\"X.Entry\">C</pVariable><Formula>1</Formula></IntSwissKnife>");
     ExpectWrongUse({"info", path}, "an exception left the load");
     ExpectWrongUse({"pages", path}, "an exception left the load");
+}
+
+TEST_F(CommandLineTest, NoLineBreakOfAnArgumentBreaksALine) {
+    ExpectWrongUse({"info", PathOf("absent\nfile")}, "absent file");
+    ExpectWrongUse({"get", ProjectDescription("identity"), "A\r\nB\x1B[31m"}, "A B\\x1B[31m");
+}
+
+TEST_F(CommandLineTest, APathThatBeginsWithASlashIsNoOption) {
+    ExpectWrongUse({"info", "/absent.xml"}, "cannot read /absent.xml");
+    ExpectWrongUse({"get", "/absent.xml", "A"}, "cannot read /absent.xml");
+    ExpectWrongUse({"list", ProjectDescription("identity"), "--memory", "/absent.memory"},
+                   "cannot read /absent.memory");
+}
+
+TEST_F(CommandLineTest, AFailureIsJsonWhereJsonIsAskedFor) {
+    for (const auto& [arguments, code] :
+         {std::pair(std::vector<std::string>{"info", PathOf("absent.xml"), "--json"}, 2),
+          std::pair(std::vector<std::string>{"eval", "(1", "--json"}, 1)}) {
+        const Outcome outcome = Call(arguments);
+        EXPECT_EQ(outcome.code, code);
+        const std::string message = outcome.Json()["error"]["message"];
+        EXPECT_EQ(outcome.err, "selvane_inspect: " + message + "\n");
+    }
+}
+
+/// Takes a few characters, and then no more.
+class FullDisk : public std::streambuf {
+    int_type overflow(int_type c) override { return left_-- > 0 ? c : traits_type::eof(); }
+    int left_ = 10;
+};
+
+TEST_F(CommandLineTest, OutputThatCannotBeWrittenIsNoSuccess) {
+    FullDisk disk;
+    std::ostream out(&disk);
+    std::ostringstream err;
+    EXPECT_EQ(selvane_inspect::run({"info", ProjectDescription("identity")}, out, err), 2);
+    EXPECT_EQ(err.str(), "selvane_inspect: cannot write the output\n");
 }
 
 TEST_F(CommandLineTest, TakesNamesOutsideAscii) {

@@ -53,10 +53,10 @@ TEST_F(DescribeCommandTest, TellsEverything) {
                              "        TEN = 10.0 (float)",
                              "        OFF = 8.0 (float) from Offset",
                              "      pVariable OFF: IntReg Offset = 8",
-                             "        register 0x200, 1 bytes: 08",
+                             "        register 0x200, 1 byte: 08",
                              "        pAddress: Integer Base = 512",
                              "      pValue: MaskedIntReg Field = 42",
-                             "        register 0x100, 2 bytes: 00 2A, mask 0x00FF",
+                             "        register 0x100, 2 bytes BigEndian: 00 2A, mask 0x00FF",
                              "    Main (pFeature)"}) {
         EXPECT_THAT(lines, Contains(line));
     }
@@ -88,7 +88,9 @@ TEST_F(DescribeCommandTest, SurvivesCirclesAndRefusedFormulas) {
     EXPECT_EQ(outcome.code, 0);
     EXPECT_THAT(outcome.out, HasSubstr("value         a circle: A needs B needs A"));
     EXPECT_THAT(outcome.out, HasSubstr("Integer A (a circle: A needs B needs A) (told above)"));
-    EXPECT_THAT(outcome.out, HasSubstr("Formula: (1 (refused)"));
+    EXPECT_THAT(
+        outcome.out,
+        HasSubstr("    Formula: (1\n      refused at character 3, behind \"(1\": Failed to find a ')'.\n"));
 }
 
 TEST_F(DescribeCommandTest, FindsTheBitsOfAStructure) {
@@ -98,8 +100,10 @@ TEST_F(DescribeCommandTest, FindsTheBitsOfAStructure) {
                   "<StructReg><Address>0x10</Address><Length>4</Length><Endianess>LittleEndian</Endianess>"
                   "<StructEntry Name=\"E\"><LSB>4</LSB><MSB>7</MSB></StructEntry></StructReg>"),
               "E", "--register", "0x10=A5000000"});
-    EXPECT_THAT(outcome.out,
-                HasSubstr("StructEntry E = 10\n    register 0x10, 4 bytes: A5 00 00 00, mask 0x000000F0"));
+    EXPECT_THAT(
+        outcome.out,
+        HasSubstr(
+            "StructEntry E = 10\n    register 0x10, 4 bytes LittleEndian: A5 00 00 00, mask 0x000000F0"));
 }
 
 TEST_F(DescribeCommandTest, FindsRegistersOfEveryKind) {
@@ -109,8 +113,8 @@ TEST_F(DescribeCommandTest, FindsRegistersOfEveryKind) {
         "<StringReg Name=\"S\"><Address>0x30</Address><Length>3</Length></StringReg>"
         "<Register Name=\"B\"><Address>0x40</Address><Length>2</Length></Register>");
     const Outcome outcome = Call({"describe", path, "I", "F", "S", "B"});
-    EXPECT_THAT(outcome.out, HasSubstr("register 0x10, 2 bytes: 00 00\n"));
-    EXPECT_THAT(outcome.out, HasSubstr("register 0x20, 4 bytes: 00 00 00 00\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x10, 2 bytes BigEndian: 00 00\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x20, 4 bytes BigEndian: 00 00 00 00\n"));
     EXPECT_THAT(outcome.out, HasSubstr("register 0x30, 3 bytes: 00 00 00\n"));
     EXPECT_THAT(outcome.out, HasSubstr("register 0x40, 2 bytes: 00 00\n"));
 }
@@ -146,7 +150,7 @@ TEST_F(DescribeCommandTest, WorksOnTheSimulatedCamera) {
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("pValue: Converter ExposureTimeConv"));
     EXPECT_THAT(outcome.out, HasSubstr("TICK = 100.0 (float) from ExposureTickReg"));
-    EXPECT_THAT(outcome.out, HasSubstr("register 0x1004, 4 bytes: 00 00 00 64"));
+    EXPECT_THAT(outcome.out, HasSubstr("register 0x1004, 4 bytes BigEndian: 00 00 00 64"));
 }
 
 }  // namespace

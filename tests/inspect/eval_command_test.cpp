@@ -43,6 +43,8 @@ TEST(EvalCommand, TakesVariables) {
     EXPECT_EQ(Eval({"A/B", "A=7.0", "B=2"}), "3.5 (float)\n");
     EXPECT_EQ(Eval({"FROM*Gain.Max", "FROM=0x10", "Gain.Max=-2"}), "-32 (integer)\n");
     EXPECT_EQ(Eval({"--", "-A", "A=1"}), "-1 (integer)\n");
+    EXPECT_EQ(Eval({"-A", "A=1", "--explain"}), Eval({"--explain", "--", "-A", "A=1"}));
+    EXPECT_EQ(Eval({"-(A+1)", "A=2"}), "-3 (integer)\n");
     EXPECT_EQ(Eval({"-2**2"}), "4 (integer)\nnote: -2 ** is computed as (-2) **\n");
 }
 
@@ -84,6 +86,10 @@ TEST(EvalCommand, RefusesVariablesThatAreNone) {
     ExpectRefused({"1", "=1"}, 2, "NAME=VALUE");
     ExpectRefused({"1", "A=x"}, 2, "x is no number for A");
     ExpectRefused({"1", "A=1x"}, 2, "1x is no number for A");
+    ExpectRefused({"1", "A=B=1"}, 2, "B=1 is no number for A");
+    ExpectRefused({"1", "A="}, 2, " is no number for A");
+    ExpectRefused({"1", "--explian"}, 2, "--explian");
+    ExpectRefused({"-1", "--explian"}, 2, "--explian");
 }
 
 TEST(EvalCommand, GivesJson) {

@@ -24,6 +24,21 @@ TEST(FeatureValue, WritesEachKind) {
     EXPECT_EQ(value_text(simcam::bytes{0, 0xAB}), "00 AB");
 }
 
+TEST(FeatureValue, CutsBlocksOnRequest) {
+    const simcam::bytes block = {1, 2, 3};
+    EXPECT_EQ(value_text(block, number_style::plain, 3), "01 02 03");
+    EXPECT_EQ(value_text(block, number_style::plain, 2), "01 02 ... (3 bytes)");
+}
+
+TEST(FeatureValue, PutsTextsOnOneLine) {
+    EXPECT_EQ(on_one_line("a  b"), "a  b");
+    EXPECT_EQ(on_one_line(" \n a \t\r\n  b\n"), "a b");
+    EXPECT_EQ(on_one_line("  a "), "a");
+    EXPECT_EQ(on_one_line("a\x1B[1m\x7F"), "a\\x1B[1m\\x7F");
+    EXPECT_EQ(on_one_line("\xC2\xB5s"), "\xC2\xB5s");
+    EXPECT_EQ(on_one_line("\n"), "");
+}
+
 TEST(FeatureValue, WritesIntegersAsTheyAreRepresented) {
     EXPECT_EQ(value_text(std::int64_t{255}, style_of(Representation::HexNumber)), "0xFF");
     EXPECT_EQ(value_text(std::int64_t{-1}, style_of(Representation::HexNumber)), "0xFFFFFFFFFFFFFFFF");

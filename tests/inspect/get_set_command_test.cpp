@@ -118,6 +118,72 @@ TEST_F(GetSetCommandTest, WhatWouldEndTheProcessIsARefusal) {
     EXPECT_EQ(Call({"set", path, "C=4"}).out, "C = 2\n");
 }
 
+TEST_F(GetSetCommandTest, ACommandWritesWhatItsLinkHolds) {
+    const std::string path = WriteElements(
+        "<Command Name=\"Go\"><pValue>C</pValue><pCommandValue>V</pCommandValue></Command>"
+        "<Command Name=\"Half\"><pValue>C</pValue><CommandValue>1.5</CommandValue></Command>"
+        "<Integer Name=\"V\"><Value>5</Value></Integer>"
+        "<IntConverter Name=\"C\"><FormulaTo>100/FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
+        "<pValue>R</pValue></IntConverter><IntReg "
+        "Name=\"R\"><Address>0</Address><Length>1</Length></IntReg>");
+    EXPECT_EQ(Call({"set", path, "Go=1", "--trace"}).out, "Go executed\n    write 0x0 1: 14\n");
+    EXPECT_EQ(Call({"set", path, "Half=1", "--trace"}).out, "Half executed\n    write 0x0 1: 32\n");
+    const Outcome zero = Call({"set", path, "V=0", "Go=1"});
+    EXPECT_EQ(zero.code, 1);
+    EXPECT_THAT(zero.err, HasSubstr("Go: FormulaTo of C divides"));
+}
+
+TEST_F(GetSetCommandTest, ACircleIsRefusedBeforeItsCommandValueIsRead) {
+    const std::string path = WriteElements(
+        "<Command Name=\"Go\"><Value>0</Value><pCommandValue>A</pCommandValue></Command>"
+        "<Integer Name=\"A\"><pValue>B</pValue></Integer><Integer Name=\"B\"><pValue>A</pValue></Integer>");
+    const Outcome outcome = Call({"set", path, "Go=1"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.err, "selvane_inspect: Go: a circle: A needs B needs A\n");
+}
+
+TEST_F(GetSetCommandTest, WhatCannotBeReadAgainIsWrittenAllTheSame) {
+    const std::string path = WriteElements(
+        "<IntReg Name=\"W\"><Address>0</Address><Length>1</Length><AccessMode>WO</AccessMode></IntReg>");
+    const Outcome outcome = Call({"set", path, "W=3", "--trace"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.out, "W written (it cannot be read: Access denied)\n    write 0x0 1: 03\n");
+}
+
+TEST_F(GetSetCommandTest, ReadsDescriptionsOfEveryEncoding) {
+    const std::string text = AroundElements("<Integer Name=\"A\"><Value>4</Value></Integer>");
+    std::string little = "\xFF\xFE";
+    std::string big = "\xFE\xFF";
+    for (const char c : text) {
+        little += {c, '\0'};
+        big += {'\0', c};
+    }
+    const std::string latin = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><!-- \xB0 -->" + text;
+    for (const std::string& contents :
+         {text, little, big, little.substr(2), "\xEF\xBB\xBF" + text, latin, "A line of a tool\n" + text}) {
+        const std::string path = Write("encoded.xml", contents);
+        EXPECT_EQ(Call({"get", path, "A"}).out, "A = 4\n");
+        EXPECT_EQ(Call({"set", path, "A=6"}).out, "A = 6\n");
+        EXPECT_EQ(Call({"describe", path, "A"}).code, 0);
+    }
+}
+
+TEST_F(GetSetCommandTest, SurvivesTheDeepestChainsThatItLetsThrough) {
+    std::string elements;
+    const int depth = 990;
+    for (int at = 0; at < depth; ++at) {
+        const std::string next = std::to_string(at + 1);
+        elements += "<IntConverter Name=\"N" + std::to_string(at) +
+                    "\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>N" + next +
+                    "</pValue></IntConverter>";
+    }
+    elements +=
+        "<IntReg Name=\"N" + std::to_string(depth) + "\"><Address>0</Address><Length>4</Length></IntReg>";
+    const std::string path = WriteElements(elements);
+    EXPECT_EQ(Call({"set", path, "N0=7"}).out, "N0 = 7\n");
+    EXPECT_EQ(Call({"get", path, "N0"}).out, "N0 = 0\n");
+}
+
 TEST_F(GetSetCommandTest, SetsEachKind) {
     ExpectSet("Int=0x2A", "Int = 42 px", {"write 0x10 4: 00 00 00 2A"});
     ExpectSet("Real=-2.5", "Real = -2.5", {"write 0x20 8: C0 04 00 00 00 00 00 00"});
@@ -126,7 +192,7 @@ TEST_F(GetSetCommandTest, SetsEachKind) {
     ExpectSet("Mode=Slow", "Mode = Slow (3)", {"write 0x31 1: 03"});
     ExpectSet("Mode=5", "Mode = Fast (5)", {"write 0x31 1: 05"});
     ExpectSet("Text=a=b", "Text = \"a=b\"", {"write 0x40 3: 61 3D 62"});
-    ExpectSet("Go=1", "Go", {"write 0x50 1: 09"});
+    ExpectSet("Go=1", "Go executed", {"write 0x50 1: 09"});
     ExpectSet("Block=0A 0b", "Block = 0A 0B 00", {"write 0x60 2: 0A 0B"});
     ExpectSet("IntReg=-1", "IntReg = 4294967295", {"write 0x10 4: FF FF FF FF"});
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <regex>
 #include <sstream>
 
 namespace inspect_test {
@@ -60,6 +61,10 @@ std::string ProjectDescription(const std::string& name) {
 
 std::string SimulatedMemory() {
     return std::string(SELVANE_SOURCE_DIR) + "/descriptions/simulated_camera.memory";
+}
+
+bool Matches(const std::string& text, const std::string& form) {
+    return std::regex_match(text, std::regex(form));
 }
 
 std::vector<std::string> Lines(const std::string& text) {

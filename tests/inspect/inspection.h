@@ -49,6 +49,9 @@ private:
 [[nodiscard]] std::string ProjectDescription(const std::string& name);
 [[nodiscard]] std::string SimulatedMemory();
 
+/// Whether a whole text has this form. The framework's own expressions know less on some platforms.
+[[nodiscard]] bool Matches(const std::string& text, const std::string& form);
+
 /// The lines of a text.
 [[nodiscard]] std::vector<std::string> Lines(const std::string& text);
 

@@ -59,6 +59,7 @@ TEST_F(ListCommandTest, LeavesOutWhatIsForOthers) {
     EXPECT_THAT(guru.out, HasSubstr("Gain"));
     EXPECT_THAT(guru.out, Not(HasSubstr("Hidden")));
     EXPECT_THAT(Call({"list", path, "--all"}).out, HasSubstr("Hidden"));
+    EXPECT_EQ(Call({"list", path, "--visibility", "expert"}).out, expert.out);
 }
 
 TEST_F(ListCommandTest, TellsWhatIsNotThere) {
@@ -71,8 +72,8 @@ TEST_F(ListCommandTest, TellsWhatIsNotThere) {
              "<Integer Name=\"B\"><pIsAvailable>No</pIsAvailable><Value>1</Value></Integer>"
              "<Integer Name=\"C\"><ImposedAccessMode>RO</ImposedAccessMode><Value>1</Value></Integer>"
              "<Integer Name=\"No\"><Value>0</Value></Integer>")});
-    EXPECT_THAT(outcome.out, HasSubstr("integer     NI A (Feature not implemented)"));
-    EXPECT_THAT(outcome.out, HasSubstr("integer     NA B ("));
+    EXPECT_THAT(outcome.out, HasSubstr("  integer     NI A\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("  integer     NA B\n"));
     EXPECT_THAT(outcome.out, HasSubstr("integer     RO C = 1"));
 }
 
@@ -102,9 +103,71 @@ TEST_F(ListCommandTest, GoesNoDeeperThanAnyoneReads) {
     EXPECT_EQ(Call({"list", path, "--json"}).code, 0);
 }
 
+TEST_F(ListCommandTest, GoesOnNoLongerThanAnyoneReads) {
+    std::string elements = "<Category Name=\"Root\"><pFeature>C0</pFeature></Category>";
+    for (int at = 0; at < 60; ++at) {
+        const std::string next = "<pFeature>C" + std::to_string(at + 1) + "</pFeature>";
+        elements += "<Category Name=\"C" + std::to_string(at) + "\">" + next + next + "</Category>";
+    }
+    const Outcome outcome = Call({"list", WriteElements(elements)});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("(its features stand above)"));
+    EXPECT_LT(Lines(outcome.out).size(), 101000U);
+}
+
+TEST_F(ListCommandTest, AnEnumerationWithoutEntryTellsItsNumber) {
+    const std::string path = WriteElements(
+        "<Category "
+        "Name=\"Root\"><pFeature>A</pFeature><pFeature>B</pFeature><pFeature>C</pFeature></Category>"
+        "<Enumeration Name=\"A\"><pValue>R</pValue><EnumEntry Name=\"X\"><Value>1</Value></EnumEntry>"
+        "</Enumeration><IntReg Name=\"R\"><Address>0</Address><Length>1</Length></IntReg>"
+        "<Enumeration Name=\"B\"><Value>7</Value></Enumeration>"
+        "<Enumeration Name=\"C\"><pValue>W</pValue><EnumEntry Name=\"X\"><Value>1</Value></EnumEntry>"
+        "</Enumeration><IntReg Name=\"W\"><Address>0</Address><Length>1</Length><AccessMode>WO</AccessMode>"
+        "</IntReg>");
+    const Outcome outcome = Call({"list", path, "--register", "0=05"});
+    EXPECT_THAT(outcome.out, HasSubstr("RW A (Index out of range: no entry has the value 5)\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("RW B (Index out of range: no entry has the value 7)\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("RW C (Access denied)\n"));
+    const Outcome traced = Call({"get", path, "A", "--trace"});
+    EXPECT_EQ(traced.err, "selvane_inspect: A: Index out of range: no entry has the value 0\n");
+    EXPECT_THAT(Lines(traced.out), ElementsAre("    read 0x0 1: 00"));
+}
+
+TEST_F(ListCommandTest, CutsLongBlocks) {
+    const std::string path = WriteElements(
+        "<Category Name=\"Root\"><pFeature>B</pFeature><pFeature>S</pFeature></Category>"
+        "<Register Name=\"B\"><Address>0</Address><Length>64</Length></Register>"
+        "<Register Name=\"S\"><Address>0</Address><Length>16</Length></Register>");
+    const std::string sixteen = "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00";
+    EXPECT_EQ(Call({"list", path}).out, "Root\n  register    RW B = " + sixteen +
+                                            " ... (64 bytes)\n  register    RW S = " + sixteen + "\n");
+    EXPECT_THAT(Call({"get", path, "B"}).out, Not(HasSubstr("...")));
+}
+
+TEST_F(ListCommandTest, DoesNotReadBlocksWithoutEnd) {
+    const std::string path = WriteElements(
+        "<Category Name=\"Root\"><pFeature>B</pFeature></Category><Register "
+        "Name=\"B\"><Address>0</Address><Length>0x10000000000</Length></Register>");
+    EXPECT_THAT(Call({"list", path}).out, HasSubstr("B (a block of 1099511627776 bytes is not read)"));
+    EXPECT_EQ(Call({"describe", path, "B"}).code, 0);
+}
+
+TEST_F(ListCommandTest, ALineBreakInAUnitBreaksNoLine) {
+    const std::string path = WriteElements(
+        "<Category Name=\"Root\"><pFeature>A</pFeature></Category><Integer "
+        "Name=\"A\"><Value>1</Value><Unit>\n  px\n </Unit></Integer>");
+    EXPECT_EQ(Call({"list", path}).out, "Root\n  integer     RW A = 1 px\n");
+}
+
 TEST_F(ListCommandTest, ADescriptionWithoutRootHasNoTree) {
     const std::string path = WriteElements("<Integer Name=\"A\"><Value>1</Value></Integer>");
-    EXPECT_EQ(Call({"list", path}).out, "");
+    const Outcome outcome = Call({"list", path});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("has no feature Root, where the tree begins (--all"));
+    EXPECT_EQ(Call({"list", path, "--all"}).out,
+              "outside the tree\n  integer     RW A = 1\n  port        RW Device\n");
     EXPECT_TRUE(Call({"list", path, "--json"}).Json()["root"].is_null());
 }
 
@@ -128,7 +191,11 @@ TEST_F(ListCommandTest, GivesJson) {
     EXPECT_EQ(gain["min"], 0.0);
     EXPECT_EQ(gain["max"], 24.0);
     EXPECT_EQ(gain["inc"], 0.5);
-    EXPECT_EQ(json["outside"].size(), 3U);
+    EXPECT_FALSE(root.contains("value"));
+    EXPECT_FALSE(root["features"][0]["features"][2].contains("value"));
+    ASSERT_EQ(json["outside"].size(), 3U);
+    EXPECT_EQ(json["outside"][1]["name"], "Hidden");
+    EXPECT_EQ(json["outside"][1]["visibility"], "Invisible");
 }
 
 TEST_F(ListCommandTest, BeginsWithTheDefaultsOnRequest) {

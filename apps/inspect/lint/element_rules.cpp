@@ -68,8 +68,8 @@ void check_extension_keys(const lint_context& context, finding_list& findings) {
             const bool is_known = std::find(known.begin(), known.end(), name) != known.end();
             if (key.type() != pugi::node_element || is_known || find_similar(name, known).empty()) continue;
             findings.add(context.tree().position_of(key),
-                         fmt::format("nothing knows the key {} in the Extension of {} {}{}", name,
-                                     element.xml.name(), element.name, meant(name, known)));
+                         fmt::format("nothing knows the key {} in the Extension of {}{}", name,
+                                     title_of(element.xml), meant(name, known)));
         }
     }
 }
@@ -90,8 +90,7 @@ bool is_default_minimum(const feature_value& minimum) {
 void check_elements_without_node(lint_context& context, finding_list& findings) {
     for (const pugi::xml_node element : context.elements_for_nodes()) {
         if (!can_decide_among_classes(element.name()) || context.tree().find(element)) continue;
-        findings.add(context.tree().position_of(element),
-                     fmt::format("{} {} becomes no node", element.name(), element.attribute("Name").value()));
+        findings.add(context.tree().position_of(element), title_of(element) + " becomes no node");
     }
 }
 
@@ -107,8 +106,8 @@ void check_unknown_elements(lint_context& context, finding_list& findings) {
     for_each_child(context, [&](pugi::xml_node parent, pugi::xml_node child, element_use use) {
         if (use != element_use::unknown) return;
         findings.add(context.tree().position_of(child),
-                     fmt::format("nothing knows the element {} in {} {}{}", child.name(), parent.name(),
-                                 parent.attribute("Name").value(), meant(child.name(), names_in_nodes())));
+                     fmt::format("nothing knows the element {} in {}{}", child.name(), title_of(parent),
+                                 meant(child.name(), names_in_nodes())));
     });
 }
 

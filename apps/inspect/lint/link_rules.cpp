@@ -104,8 +104,7 @@ INode* node_named(const lint_context& context, std::string_view name) {
 }
 
 std::string owner_text(pugi::xml_node element) {
-    return fmt::format("{} of {} {}", element.name(), element.parent().name(),
-                       element.parent().attribute("Name").value());
+    return fmt::format("{} of {}", element.name(), title_of(element.parent()));
 }
 
 void check_links_of(const lint_context& context, pugi::xml_node element, std::string_view class_name,

@@ -169,4 +169,9 @@ text_position lint_context::position_in_text(pugi::xml_node element, std::size_t
     return tree().position_of(element);
 }
 
+std::string title_of(pugi::xml_node element) {
+    const std::string name = element.attribute("Name").value();
+    return element.name() + (name.empty() ? name : " " + name);
+}
+
 }  // namespace selvane_inspect

@@ -49,4 +49,7 @@ private:
     std::vector<engine_message> read_messages_;
 };
 
+/// "Integer Gain", or "StructReg" of one without a name.
+[[nodiscard]] std::string title_of(pugi::xml_node element);
+
 }  // namespace selvane_inspect

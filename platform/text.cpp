@@ -1,5 +1,6 @@
 #include "platform/text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -54,12 +55,26 @@ bool has_hex_prefix(std::string_view text) noexcept {
     return text.size() >= 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
 }
 
+// The number behind "e" or "p"; 0 without one. Cut off far beyond what any digits make up for.
+std::int64_t read_exponent(std::string_view text) {
+    constexpr std::int64_t furthest = std::int64_t{1} << 60;
+    if (!text.empty()) text.remove_prefix(1);
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    std::int64_t exponent = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), exponent);
+    if (error == std::errc::result_out_of_range) return text.front() == '-' ? -furthest : furthest;
+    return std::clamp(exponent, -furthest, furthest);
+}
+
 // Whether the magnitude that did not fit is too large rather than too small.
-bool is_overflow(std::string_view digits, std::chars_format form) {
+bool is_overflow(std::string_view text, std::chars_format form) {
     const bool hexadecimal = form == std::chars_format::hex;
-    const std::size_t exponent_at = digits.find_first_of(hexadecimal ? "pP" : "eE");
-    if (exponent_at != std::string_view::npos) return digits.substr(exponent_at + 1, 1) != "-";
-    return digits.front() != '0' && digits.front() != '.';
+    const std::size_t exponent_at = std::min(text.find_first_of(hexadecimal ? "pP" : "eE"), text.size());
+    const std::string_view digits = text.substr(0, exponent_at);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t leading = std::min(digits.find_first_not_of("0."), digits.size());
+    const std::int64_t places = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(leading);
+    return places * (hexadecimal ? 4 : 1) + read_exponent(text.substr(exponent_at)) > 0;
 }
 
 // from_chars on the text behind white space, sign and prefix.

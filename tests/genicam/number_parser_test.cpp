@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -135,6 +136,35 @@ TEST(ParseDouble, ReadsNaNAndSignedZero) {
     EXPECT_TRUE(std::isnan(number));
     EXPECT_EQ(parse_double("-0.0", number), 4U);
     EXPECT_TRUE(std::signbit(number));
+}
+
+// Beyond the range of doubles it counts where the first digit stands, and not the sign of the exponent.
+TEST(ParseDouble, TellsTooLargeFromTooSmall) {
+    const std::string zeros(400, '0');
+    const struct {
+        std::string text;
+        double number;
+    } cases[] = {
+        {"1" + zeros, HUGE_VAL},
+        {"1" + zeros + "e-5", HUGE_VAL},
+        {"1" + zeros + ".5e+5", HUGE_VAL},
+        {"-00" + zeros + "1e999", -HUGE_VAL},
+        {"1" + zeros + "e-400", 1.0},
+        {"0." + zeros + "1", 0.0},
+        {"." + zeros + "1e5", 0.0},
+        {"0." + zeros + "1e9999", HUGE_VAL},
+        {"1e99999999999999999999", HUGE_VAL},
+        {"1e-99999999999999999999", 0.0},
+        {"0x0." + zeros + "1p9", 0.0},
+        {"0x1" + zeros + "p-9", HUGE_VAL},
+        {"0x1p-1075", 0.0},
+        {"0x0.1p+9999", HUGE_VAL},
+    };
+    for (const auto& one : cases) {
+        double number = 4711;
+        EXPECT_EQ(parse_double(one.text, number), one.text.size()) << one.text;
+        EXPECT_EQ(number, one.number) << one.text;
+    }
 }
 
 TEST(ParseDouble, FailsWithoutANumber) {

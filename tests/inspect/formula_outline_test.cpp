@@ -50,7 +50,7 @@ TEST(FormulaOutline, AMinusBindsTighterThanAPower) {
 
 TEST(FormulaOutline, ComparisonsAndLogicShareALevel) {
     EXPECT_THAT(Surprises("a&&b>c"), ElementsAre("computed as (a && b) > c"));
-    EXPECT_THAT(Surprises("a=1&&b=2"), ElementsAre("computed as (1 && b) = 2"));
+    EXPECT_THAT(Surprises("a=1&&b=2"), ElementsAre("computed as (a=1 && b) = 2"));
     EXPECT_THAT(Surprises("a||b&&c"), ElementsAre("computed as (a || b) && c"));
     EXPECT_THAT(Surprises("a>b&&c"), IsEmpty());
     EXPECT_THAT(Surprises("(a=1)&&(b=2)"), IsEmpty());

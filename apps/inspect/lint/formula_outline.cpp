@@ -210,6 +210,22 @@ void outline_reader::judge(const operator_chain& chain, std::size_t end) {
     }
 }
 
+// Where the left operand of an operator starts, with everything that is computed before it.
+std::size_t operand_start(const operator_chain& chain, std::size_t which) {
+    const std::vector<placed_operator>& operators = chain.operators;
+    std::size_t at = which;
+    while (at > 0 && computes_left_first(operators[at - 1].kind, operators[which].kind)) --at;
+    return at == 0 ? chain.start : operators[at - 1].end;
+}
+
+std::size_t operand_end(const operator_chain& chain, std::size_t which, std::size_t end) {
+    const std::vector<placed_operator>& operators = chain.operators;
+    std::size_t next = which + 1;
+    while (next < operators.size() && !computes_left_first(operators[which].kind, operators[next].kind))
+        ++next;
+    return next == operators.size() ? end : operators[next].start;
+}
+
 // Looks at an operator and each behind it that competes for the operand between them.
 void outline_reader::judge_from(const operator_chain& chain, std::size_t first, std::size_t end) {
     const std::vector<placed_operator>& operators = chain.operators;
@@ -218,8 +234,8 @@ void outline_reader::judge_from(const operator_chain& chain, std::size_t first, 
         const placed_operator& right = operators[second];
         const bool left_first = computes_left_first(left.kind, right.kind);
         if (left_first != expects_left_first(left.kind, right.kind)) {
-            const std::size_t start = first == 0 ? chain.start : operators[first - 1].end;
-            const std::size_t stop = second + 1 < operators.size() ? operators[second + 1].start : end;
+            const std::size_t start = operand_start(chain, first);
+            const std::size_t stop = operand_end(chain, second, end);
             const auto sign = [&](const placed_operator& one) {
                 return text_.substr(one.start, one.end - one.start);
             };

@@ -173,7 +173,8 @@ void check_ignored_text(lint_context& context, finding_list& findings) {
     for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
         const std::string_view ignored = formula.program ? ignored_text(formula.end) : std::string_view();
         if (ignored.empty()) return;
-        findings.add(context.position_in_text(formula.xml, formula.text.size() - formula.end.rest.size()),
+        const std::size_t start = static_cast<std::size_t>(ignored.data() - formula.text.data());
+        findings.add(context.position_in_text(formula.xml, start),
                      fmt::format("{} ends before \"{}\"", title(context, node, formula), ignored));
     });
 }

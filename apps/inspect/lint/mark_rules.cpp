@@ -142,16 +142,17 @@ void check_double_marks(lint_context& context, finding_list& findings) {
 }
 
 void check_lost_marks(lint_context& context, finding_list& findings) {
-    std::unordered_set<INode*> reached;
+    std::unordered_set<INode*> items;
+    std::unordered_set<INode*> listed;
     for (const item_candidate& item : find_items(context)) {
-        reached.insert(item.category);
-        for (INode* feature : features_of(item)) reached.insert(feature);
+        items.insert(item.category);
+        for (INode* feature : features_of(item)) listed.insert(feature);
     }
     for_each_node(context, [&](INode& node) {
         const bool is_category = node.get_node_type() == node_type::category;
-        const bool lost_item = is_marked(node, item_mark) && (!is_category || reached.count(&node) == 0);
+        const bool lost_item = is_marked(node, item_mark) && (!is_category || items.count(&node) == 0);
         const bool lost_element =
-            is_marked(node, element_mark) && has_control(node) && reached.count(&node) == 0;
+            is_marked(node, element_mark) && has_control(node) && listed.count(&node) == 0;
         if (lost_item) {
             const char* const what = is_category ? "no way leads from Root to the item {}"
                                                  : "{} is marked as an item, but is no category";

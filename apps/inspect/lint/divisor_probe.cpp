@@ -31,7 +31,7 @@ std::vector<std::int64_t> numbers_to_try(const program_tree& tree) {
     for (const program_node& node : tree.nodes()) {
         if (!node.constant) continue;
         const std::int64_t number = std::clamp(to_int(*node.constant), -largest, largest);
-        for (const std::int64_t near : {number, -number, number - 1, number + 1}) add(near);
+        for (const std::int64_t nearby : {number, -number, number - 1, number + 1}) add(nearby);
     }
     constexpr std::int64_t small = 16;
     for (std::int64_t number = 2; number <= small; ++number) add(number);

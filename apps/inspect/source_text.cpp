@@ -8,6 +8,7 @@
 namespace selvane_inspect {
 namespace {
 
+constexpr std::size_t block_size = 1024;
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool continues_character(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
@@ -17,7 +18,11 @@ bool continues_character(char c) { return (static_cast<unsigned char>(c) & 0xC0)
 source_text::source_text(std::string bytes) : bytes_(std::move(bytes)), text_(to_utf8(bytes_)) {
     const bool marked = utf8().substr(0, byte_order_mark.size()) == byte_order_mark;
     line_starts_.push_back(marked ? byte_order_mark.size() : 0);
-    for (std::size_t at = 0; at < text_.size(); ++at) {
+    std::size_t characters = 0;
+    for (std::size_t at = 0; at <= text_.size(); ++at) {
+        if (at % block_size == 0) block_starts_.push_back(characters);
+        if (at == text_.size()) break;
+        if (!continues_character(text_[at])) ++characters;
         const bool ends = text_[at] == '\n' || (text_[at] == '\r' && text_.compare(at, 2, "\r\n") != 0);
         if (ends) line_starts_.push_back(at + 1);
     }
@@ -27,10 +32,16 @@ text_position source_text::position_of(std::size_t offset) const {
     const auto behind = std::upper_bound(line_starts_.begin(), line_starts_.end(), offset);
     if (behind == line_starts_.begin()) return {1, 1};
     const std::size_t start = *(behind - 1);
-    const std::string_view before = utf8().substr(start, offset - start);
-    const auto inside = std::count_if(before.begin(), before.end(), continues_character);
     return {static_cast<std::size_t>(behind - line_starts_.begin()),
-            before.size() - static_cast<std::size_t>(inside) + 1};
+            characters_before(offset) - characters_before(start) + 1};
+}
+
+std::size_t source_text::characters_before(std::size_t offset) const {
+    offset = std::min(offset, text_.size());
+    const std::size_t block = offset / block_size;
+    const std::string_view rest = utf8().substr(block * block_size, offset - block * block_size);
+    const auto inside = std::count_if(rest.begin(), rest.end(), continues_character);
+    return block_starts_[block] + rest.size() - static_cast<std::size_t>(inside);
 }
 
 }  // namespace selvane_inspect

@@ -25,9 +25,12 @@ public:
     [[nodiscard]] text_position position_of(std::size_t offset) const;
 
 private:
+    [[nodiscard]] std::size_t characters_before(std::size_t offset) const;
+
     std::string bytes_;
     std::string text_;
     std::vector<std::size_t> line_starts_;
+    std::vector<std::size_t> block_starts_;  // the characters before each block: a line may be the whole file
 };
 
 }  // namespace selvane_inspect

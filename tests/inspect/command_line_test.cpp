@@ -46,7 +46,7 @@ TEST_F(CommandLineTest, HelpsOnItselfAndEveryCommand) {
 TEST_F(CommandLineTest, TellsItsVersion) {
     const Outcome version = Call({"--version"});
     EXPECT_EQ(version.code, 0);
-    EXPECT_TRUE(Matches(version.out, "selvane_inspect [0-9]+\\.[0-9]+\\.[0-9]+\n")) << version.out;
+    EXPECT_EQ(WithoutNumbers(version.out), "selvane_inspect 0.0.0\n");
 }
 
 TEST_F(CommandLineTest, WrongUseIsOneLine) {

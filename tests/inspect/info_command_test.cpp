@@ -20,7 +20,7 @@ TEST_F(InfoCommandTest, TellsTheHeader) {
           "schema        1.1.0\n", "standard      None\n", "messages      0 while loading\n"}) {
         EXPECT_THAT(outcome.out, HasSubstr(line));
     }
-    EXPECT_TRUE(Matches(outcome.out, "[^]*load time +[0-9]+\\.[0-9]+ ms\n[^]*")) << outcome.out;
+    EXPECT_THAT(WithoutNumbers(outcome.out), HasSubstr("load time     0.0 ms\n"));
 }
 
 TEST_F(InfoCommandTest, CountsElementsAndClasses) {
@@ -29,8 +29,10 @@ TEST_F(InfoCommandTest, CountsElementsAndClasses) {
         "<Integer Name=\"C\"><pValue>A</pValue></Integer><Integer Name=\"D\"/>");
     const Outcome outcome = Call({"info", path});
     EXPECT_THAT(outcome.out, HasSubstr("nodes         4\n"));
-    EXPECT_TRUE(Matches(outcome.out, "[^]*\n    Integer +3\n[^]*")) << outcome.out;
-    EXPECT_TRUE(Matches(outcome.out, "[^]*\n    integer_floating_value_type +2 [^]*")) << outcome.out;
+    EXPECT_THAT(outcome.out, HasSubstr("\nelements                                count\n"
+                                       "    Integer                                 3\n"
+                                       "    Port                                    1\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("\n    integer_floating_value_type             2            "));
     EXPECT_THAT(outcome.out, testing::Not(HasSubstr("float_pValue_type")));
     EXPECT_THAT(outcome.out, HasSubstr("schema        -\n"));
 }

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <regex>
 #include <sstream>
 
 namespace inspect_test {
@@ -63,8 +62,13 @@ std::string SimulatedMemory() {
     return std::string(SELVANE_SOURCE_DIR) + "/descriptions/simulated_camera.memory";
 }
 
-bool Matches(const std::string& text, const std::string& form) {
-    return std::regex_match(text, std::regex(form));
+std::string WithoutNumbers(const std::string& text) {
+    std::string shape;
+    for (const char c : text) {
+        const bool is_digit = c >= '0' && c <= '9';
+        if (!is_digit || shape.empty() || shape.back() != '0') shape += is_digit ? '0' : c;
+    }
+    return shape;
 }
 
 std::vector<std::string> Lines(const std::string& text) {

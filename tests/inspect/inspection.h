@@ -49,8 +49,8 @@ private:
 [[nodiscard]] std::string ProjectDescription(const std::string& name);
 [[nodiscard]] std::string SimulatedMemory();
 
-/// Whether a whole text has this form. The framework's own expressions know less on some platforms.
-[[nodiscard]] bool Matches(const std::string& text, const std::string& form);
+/// The text with a single 0 for each run of digits.
+[[nodiscard]] std::string WithoutNumbers(const std::string& text);
 
 /// The lines of a text.
 [[nodiscard]] std::vector<std::string> Lines(const std::string& text);

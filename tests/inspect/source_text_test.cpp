@@ -50,6 +50,20 @@ TEST(SourceText, CountsCharactersAndNotBytes) {
     ExpectAt(source, 9, 1, 4);
 }
 
+TEST(SourceText, CountsInLinesOfAnyLength) {
+    std::string text = "x\n";
+    for (int at = 0; at < 2000; ++at) text += at % 3 == 0 ? "\xC2\xB0" : "a";
+    text.resize(2048, 'b');
+    const source_text source(text);
+    std::size_t column = 1;
+    for (std::size_t at = 2; at < text.size(); ++at) {
+        if (text[at] == '\xB0') continue;
+        ExpectAt(source, at, 2, column++);
+    }
+    ExpectAt(source, text.size(), 2, column);
+    ExpectAt(source, text.size() + 100, 2, column);
+}
+
 TEST(SourceText, AByteOrderMarkIsNoCharacter) {
     const source_text source("\xEF\xBB\xBF<a/>\n<b/>");
     ExpectAt(source, 3, 1, 1);

@@ -1,5 +1,6 @@
 // The command around the rules: what it prints, what it leaves out, and how it ends.
 
+#include "apps/inspect/description.h"
 #include "apps/inspect/lint/lint_rule.h"
 #include "tests/inspect/lint_fixture.h"
 
@@ -232,6 +233,22 @@ TEST(LintRules, KeepTheirNames) {
             "float-without-min warning", "mark-guid warning", "mark-group warning", "mark-kind warning",
             "mark-empty warning", "mark-twice warning", "mark-lost warning", "mark-range warning",
             "mark-lock note", "mark-entries note"));
+}
+
+std::string InATable(std::string_view text) {
+    std::string cell;
+    for (const char c : text) cell += c == '|' ? std::string("\\|") : std::string(1, c);
+    return cell;
+}
+
+TEST(LintRules, StandInTheirDocumentAsTheyAre) {
+    const std::string document =
+        selvane_inspect::read_file(std::string(SELVANE_SOURCE_DIR) + "/docs/inspector.md");
+    for (const selvane_inspect::lint_rule& rule : selvane_inspect::all_lint_rules()) {
+        EXPECT_THAT(document, HasSubstr("\n| `" + std::string(rule.name) + "` | " +
+                                        std::string(severity_word(rule.level)) + " | " + InATable(rule.why) +
+                                        " | " + InATable(rule.what_to_do) + " |\n"));
+    }
 }
 
 }  // namespace

@@ -96,6 +96,13 @@ TEST_F(LintFormulas, IntegerDivisionOfAnIntegerTarget) {
     FindsNothing("integer-division", Converter("FROM", "FROM + 100/10"));
 }
 
+TEST_F(LintFormulas, TheValueOnItsWayBearsTheNameThatTheFormulaUses) {
+    EXPECT_EQ(Lint("integer-division", Converter("1000/FROM", "1000/TO")).at(0)["message"],
+              "FormulaFrom of C: 1000 / TO divides integers and drops the fraction");
+    EXPECT_EQ(Lint("integer-division", Converter("1000/FROM", "1000/FROM")).at(0)["message"],
+              "FormulaFrom of C: 1000 / FROM divides integers and drops the fraction");
+}
+
 TEST_F(LintFormulas, IntegerDivisionDependsOnTheKindOfTheTarget) {
     const auto over = [](const std::string& target) {
         return "<Converter "

@@ -93,10 +93,20 @@ program_tree tree_of(const formula_binding& formulas, const bound_formula& formu
             }};
 }
 
-// The names of a node's variables, by what they became.
+bool mentions(std::string_view formula, std::string_view name) {
+    for (std::string_view rest = formula;;) {
+        const GenICam::formula_token token = GenICam::next_token(rest);
+        if (token.kind == GenICam::token_kind::end) return false;
+        if (token.kind == GenICam::token_kind::identifier && token.name == name) return true;
+        rest = token.rest;
+    }
+}
+
+// The names of a node's variables, by what they became. Two names stand for the value on its way.
 std::string name_of(const lint_context& context, element_index node, const formula_binding& formulas,
-                    identifier_id id) {
-    if (id == GenICam::current_value_id) return "FROM";
+                    const bound_formula& formula, identifier_id id) {
+    const bool calls_it_to = mentions(formula.text, "TO") && !mentions(formula.text, "FROM");
+    if (id == GenICam::current_value_id) return calls_it_to ? "TO" : "FROM";
     for (const pugi::xml_node variable : context.tree().at(node).xml.children("pVariable")) {
         const std::string_view name = variable.attribute("Name").value();
         const GenICam::resolved_name resolved = formulas.resolve(name);
@@ -184,33 +194,37 @@ void check_operator_order(lint_context& context, finding_list& findings) {
 }
 
 void check_integer_divisions(lint_context& context, finding_list& findings) {
-    for_each_formula(
-        context, [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-            if (formulas.is_integer() || !formula.program) return;
-            const program_tree tree = tree_of(formulas, formula);
-            for (std::size_t at = 0; at < tree.nodes().size(); ++at) {
-                const program_node& division = tree.nodes()[at];
-                if (!divides_integers(tree, division) || is_exact(tree, division)) continue;
-                const auto names = [&](identifier_id id) { return name_of(context, node, formulas, id); };
-                findings.add(context.tree().position_of(formula.xml),
-                             fmt::format("{}: {} divides integers and drops the fraction",
-                                         title(context, node, formula), tree.text(at, names)));
-            }
-        });
+    for_each_formula(context,
+                     [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
+                         if (formulas.is_integer() || !formula.program) return;
+                         const program_tree tree = tree_of(formulas, formula);
+                         for (std::size_t at = 0; at < tree.nodes().size(); ++at) {
+                             const program_node& division = tree.nodes()[at];
+                             if (!divides_integers(tree, division) || is_exact(tree, division)) continue;
+                             const auto names = [&](identifier_id id) {
+                                 return name_of(context, node, formulas, formula, id);
+                             };
+                             findings.add(context.tree().position_of(formula.xml),
+                                          fmt::format("{}: {} divides integers and drops the fraction",
+                                                      title(context, node, formula), tree.text(at, names)));
+                         }
+                     });
 }
 
 void check_guarded_divisions(lint_context& context, finding_list& findings) {
-    for_each_formula(
-        context, [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-            if (!formula.program) return;
-            const program_tree tree = tree_of(formulas, formula);
-            for (const std::size_t at : guarded_divisions(tree)) {
-                const auto names = [&](identifier_id id) { return name_of(context, node, formulas, id); };
-                findings.add(context.tree().position_of(formula.xml),
-                             fmt::format("{}: {} is computed whatever the condition says",
-                                         title(context, node, formula), tree.text(at, names)));
-            }
-        });
+    for_each_formula(context,
+                     [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
+                         if (!formula.program) return;
+                         const program_tree tree = tree_of(formulas, formula);
+                         for (const std::size_t at : guarded_divisions(tree)) {
+                             const auto names = [&](identifier_id id) {
+                                 return name_of(context, node, formulas, formula, id);
+                             };
+                             findings.add(context.tree().position_of(formula.xml),
+                                          fmt::format("{}: {} is computed whatever the condition says",
+                                                      title(context, node, formula), tree.text(at, names)));
+                         }
+                     });
 }
 
 }  // namespace selvane_inspect

@@ -1,4 +1,6 @@
+#include "apps/inspect/pages/dialog_font.h"
 #include "apps/inspect/pages/page_preview.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -69,11 +71,15 @@ void svg_writer::box(const PageRect& place, const char* fill, const char* stroke
         place.top, std::max(place.width - 1, 0), std::max(place.height - 1, 0), fill, stroke);
 }
 
-// Cut off at the edges of its control, as windows do.
+// Cut off at the edges of its control, as windows do. Whatever font a viewer has, it is told the width that
+// the text has in the layout.
 void svg_writer::text(int left, const PageRect& row, const char* anchor, const drawn_control& control) {
     constexpr int baseline = 4;  // below the middle of the row
-    put(R"(    <svg x="{}" y="{}" width="{}" height="{}"><text x="{}" y="{}" text-anchor="{}" fill="{}">{}</text></svg>)",
-        row.left, row.top, row.width, row.height, left - row.left, row.height / 2 + baseline, anchor,
+    const int width = dialog_text_width(platform::widen(control.text));
+    if (width == 0) return;
+    put(R"(    <svg x="{}" y="{}" width="{}" height="{}"><text x="{}" y="{}" textLength="{}" )"
+        R"(lengthAdjust="spacingAndGlyphs" text-anchor="{}" fill="{}">{}</text></svg>)",
+        row.left, row.top, row.width, row.height, left - row.left, row.height / 2 + baseline, width, anchor,
         ink(control), escaped(control.text));
 }
 
@@ -186,7 +192,8 @@ void svg_writer::open() {
             std::max(bottom, control.place.top + (is_combo ? closed_combo_height : control.place.height));
     }
     put(R"(<svg xmlns="http://www.w3.org/2000/svg" width="{0}" height="{1}" viewBox="0 0 {0} {1}" {2}>)",
-        right, bottom, R"(font-family="Tahoma, 'DejaVu Sans', sans-serif" font-size="11")");
+        right, bottom,
+        R"(font-family="Tahoma, 'DejaVu Sans Condensed', 'Noto Sans', sans-serif" font-size="11")");
     put("  <title>{}</title>", escaped(TitleOf(page_.name)));
     put(R"(  <rect width="{}" height="{}" fill="#d0d0d0"/>)", right, bottom);
     put(R"(  <rect class="page" width="{}" height="{}" fill="#f0f0f0"/>)", page_width, page_height);

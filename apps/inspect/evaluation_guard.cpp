@@ -26,8 +26,34 @@ std::vector<element_index> sorted(std::vector<element_index> path) {
     return path;
 }
 
-eval_value in_kind_of(const eval_value& value, bool is_integer) {
-    return is_integer ? eval_value::of(to_int(value)) : eval_value::of(to_double(value));
+// What comes of a number that a link hands to a node; not set when the node refuses it.
+std::optional<eval_value> arriving(INode& node, const eval_value& number) {
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            return number.is_integer ? number : eval_value::of(GenICam::truncate_to_int(number.value.real));
+        case node_type::floating:
+            return eval_value::of(to_double(number));
+        case node_type::boolean:
+            return eval_value::of(std::int64_t{to_double(number) != 0.0 ? 1 : 0});
+        case node_type::enumeration: {
+            auto& enumeration = static_cast<GenICam::IEnumeration&>(node);
+            const GenICam::IEnumEntry* entry = number.is_integer
+                                                   ? enumeration.find_entry(number.value.integer)
+                                                   : enumeration.find_nearest_entry(number.value.real);
+            if (entry == nullptr) return std::nullopt;
+            return eval_value::of(entry->get_value());
+        }
+        default:
+            return std::nullopt;
+    }
+}
+
+// What a boolean writes for a truth.
+eval_value number_of_truth(pugi::xml_node boolean, const eval_value& truth) {
+    const bool is_true = to_double(truth) != 0.0;
+    std::int64_t written = is_true ? 1 : 0;
+    static_cast<void>(GenICam::parse_int(boolean.child_value(is_true ? "OnValue" : "OffValue"), written));
+    return eval_value::of(written);
 }
 
 }  // namespace
@@ -143,17 +169,14 @@ const hazard* evaluation_guard::rehearse(INode& node, const eval_value& value, s
     const pugi::xml_node xml = description_.tree().at(*element).xml;
     if (formula_binding::has_formulas(xml)) return rehearse_converter(*element, value, depth);
 
-    eval_value passed = in_kind_of(value, node.get_node_type() != node_type::floating);
-    if (node.get_node_type() == node_type::boolean) {
-        std::int64_t written = to_double(value) != 0.0 ? 1 : 0;
-        static_cast<void>(
-            GenICam::parse_int(xml.child_value(written != 0 ? "OnValue" : "OffValue"), written));
-        passed = eval_value::of(written);
-    }
+    const eval_value passed =
+        node.get_node_type() == node_type::boolean ? number_of_truth(xml, value) : value;
     for (const node_operation& need : graph_.needs_of({*element, operation::store})) {
         INode* target = description_.node_of(need.element);
         if (need.asked != operation::store || target == nullptr) continue;
-        if (const hazard* found = rehearse(*target, passed, depth + 1)) return found;
+        const std::optional<eval_value> arrived = arriving(*target, passed);
+        if (!arrived) continue;
+        if (const hazard* found = rehearse(*target, *arrived, depth + 1)) return found;
     }
     return nullptr;
 }
@@ -161,10 +184,14 @@ const hazard* evaluation_guard::rehearse(INode& node, const eval_value& value, s
 const hazard* evaluation_guard::rehearse_converter(element_index element, const eval_value& value,
                                                    std::size_t depth) {
     formula_binding& formulas = binding(element);
-    const auto rehearsed = formulas.rehearse_write(in_kind_of(value, formulas.is_integer()));
+    const auto rehearsed = formulas.rehearse_write(value);
     if (const hazard* found = judge(element, rehearsed, "FormulaTo")) return found;
     if (!rehearsed || !rehearsed->failure.empty()) return nullptr;
-    return rehearse(*formulas.target(), rehearsed->value, depth + 1);
+    INode& target = *formulas.target();
+    const bool is_rounded = target.get_node_type() == node_type::integer;
+    const eval_value& result = rehearsed->value;
+    const auto arrived = arriving(target, is_rounded ? eval_value::of(to_int(result)) : result);
+    return arrived ? rehearse(target, *arrived, depth + 1) : nullptr;
 }
 
 void evaluation_guard::forget() { verdicts_.clear(); }

@@ -34,7 +34,8 @@ public:
     /// Null when the engine can carry out the operation now. A store is not judged by the value; see below.
     [[nodiscard]] const hazard* find(node_operation which);
     [[nodiscard]] const hazard* find(GenICam::INode& node, operation asked);
-    /// Null when the engine can write that value now.
+    /// Null when the engine can write that value now, which is of the node's own kind: an integer, a float, 1
+    /// or 0 for a boolean, the value of an entry.
     [[nodiscard]] const hazard* find_in_store(GenICam::INode& node, const GenICam::eval_value& value);
     /// Whatever depends on values is to be found out anew: something was written.
     void forget();

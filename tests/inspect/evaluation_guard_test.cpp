@@ -230,7 +230,6 @@ TEST_F(EvaluationGuardTest, FollowsAValueOnItsWayDown) {
     EXPECT_THAT(FindInStore("C", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
     EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{5})), "");
     EXPECT_THAT(FindInStore("A", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
-    EXPECT_EQ(FindInStore("A", eval_value::of(0.6)), "");
     EXPECT_THAT(FindInStore("B", eval_value::of(std::int64_t{1})), HasSubstr("FormulaTo of C divides"));
     EXPECT_EQ(FindInStore("B", eval_value::of(std::int64_t{0})), "");
 }
@@ -243,6 +242,34 @@ TEST_F(EvaluationGuardTest, FollowsItThroughConvertersInARow) {
         std::string(converter) + Register("R", "0"));
     EXPECT_EQ(FindInStore("D", eval_value::of(std::int64_t{4})), "");
     EXPECT_THAT(FindInStore("D", eval_value::of(std::int64_t{5})), HasSubstr("FormulaTo of C"));
+}
+
+TEST_F(EvaluationGuardTest, ALinkCutsAFractionAndAConverterRoundsIt) {
+    Load(
+        "<Float Name=\"F\"><pValue>C</pValue></Float>"
+        "<Float Name=\"G\"><pValue>D</pValue></Float>"
+        "<Converter Name=\"D\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>C</pValue>"
+        "</Converter>" +
+        std::string(converter) + Register("R", "0"));
+    for (const double number : {0.6, -0.9, 0.0})
+        EXPECT_THAT(FindInStore("F", eval_value::of(number)), HasSubstr("FormulaTo of C divides")) << number;
+    EXPECT_EQ(FindInStore("F", eval_value::of(1.2)), "");
+    EXPECT_EQ(FindInStore("G", eval_value::of(0.6)), "");
+    EXPECT_THAT(FindInStore("G", eval_value::of(0.4)), HasSubstr("FormulaTo of C divides"));
+}
+
+TEST_F(EvaluationGuardTest, AnEnumerationWritesTheEntryThatItTakes) {
+    Load(
+        "<Enumeration Name=\"E\"><pValue>C</pValue><EnumEntry Name=\"Zero\"><Value>0</Value>"
+        "<NumericValue>7.5</NumericValue></EnumEntry><EnumEntry Name=\"One\"><Value>1</Value></EnumEntry>"
+        "</Enumeration><Float Name=\"F\"><pValue>E</pValue></Float><Integer "
+        "Name=\"I\"><pValue>E</pValue></Integer>" +
+        std::string(converter) + Register("R", "0"));
+    EXPECT_THAT(FindInStore("F", eval_value::of(8.0)), HasSubstr("FormulaTo of C divides"));
+    EXPECT_EQ(FindInStore("F", eval_value::of(0.0)), "");
+    EXPECT_THAT(FindInStore("I", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+    EXPECT_EQ(FindInStore("I", eval_value::of(std::int64_t{7})), "") << "refused before";
+    EXPECT_THAT(FindInStore("E", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
 }
 
 TEST_F(EvaluationGuardTest, ACopyIsWrittenToo) {

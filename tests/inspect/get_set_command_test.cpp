@@ -107,6 +107,7 @@ TEST_F(GetSetCommandTest, AnUnknownFeatureIsWrongUse) {
 TEST_F(GetSetCommandTest, WhatWouldEndTheProcessIsARefusal) {
     const std::string path = WriteElements(
         "<IntSwissKnife Name=\"K\"><Formula>1/0</Formula></IntSwissKnife>"
+        "<Float Name=\"F\"><pValue>C</pValue></Float>"
         "<IntConverter "
         "Name=\"C\"><FormulaTo>8/FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>R</pValue></"
         "IntConverter>"
@@ -116,6 +117,7 @@ TEST_F(GetSetCommandTest, WhatWouldEndTheProcessIsARefusal) {
     EXPECT_EQ(outcome.code, 1);
     EXPECT_THAT(outcome.err, HasSubstr("C: FormulaTo of C divides"));
     EXPECT_EQ(Call({"set", path, "C=4"}).out, "C = 2\n");
+    EXPECT_THAT(Call({"set", path, "F=0.6"}).err, HasSubstr("F: FormulaTo of C divides"));
 }
 
 TEST_F(GetSetCommandTest, ACommandWritesWhatItsLinkHolds) {

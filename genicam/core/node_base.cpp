@@ -41,13 +41,13 @@ node_base_data::node_base_data(document_services* services, const described_elem
 void node_base_data::resolve_references(IGenICamDoc* doc) {
     const described_element* known = services_->element_in_work();
     if (known != nullptr && *known == xml_) {
-        resolve_all(doc, *known);
+        resolve_described(doc, *known);
     } else {
-        resolve_all(doc, *scanned_element(xml_));
+        resolve_described(doc, *scanned_element(xml_));
     }
 }
 
-void node_base_data::resolve_all(IGenICamDoc* doc, const described_element& xml) {
+void node_base_data::resolve_described(IGenICamDoc* doc, const described_element& xml) {
     is_implemented_node_ = resolve_common_link(doc, xml, child::pIsImplemented);
     is_available_node_ = resolve_common_link(doc, xml, child::pIsAvailable);
     is_locked_node_ = resolve_common_link(doc, xml, child::pIsLocked);

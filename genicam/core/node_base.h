@@ -25,6 +25,8 @@ public:
     node_base_data& operator=(const node_base_data&) = delete;
 
     void resolve_references(IGenICamDoc* doc) final;
+    /// The same where the children of the element are known already.
+    void resolve_described(IGenICamDoc* doc, const described_element& xml);
     void invalidate() override;
     [[nodiscard]] std::string describe() override { return {}; }
     void _resolve_references(IGenICamDoc*, const described_element&) override {}
@@ -89,7 +91,6 @@ private:
     }
     [[nodiscard]] std::error_code check_links(std::uint32_t flags) const;
     [[nodiscard]] INode* resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name);
-    void resolve_all(IGenICamDoc* doc, const described_element& xml);
     void resolve_invalidators(IGenICamDoc* doc, const described_element& xml);
 
     pugi::xml_node xml_;
@@ -100,7 +101,8 @@ private:
     INode* is_locked_node_ = nullptr;
     AccessMode imposed_access_mode_;
     bool has_callbacks_ = false;
-    bool is_closed_ = false;  // its list of dependents, if it has one, is complete
+    bool is_covered_ = false;  // valid with the closing mark: its dependents stand in that list already
+    bool is_closed_ = false;   // its list of dependents, if it has one, is complete
     // Whose list this node was last seen in while lists are closed: membership is a mark, not a search.
     const node_base_data* closing_mark_ = nullptr;
     child_set children_;

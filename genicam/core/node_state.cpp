@@ -1,7 +1,6 @@
 #include "genicam/core/node_state.h"
 
 #include <cstddef>
-#include <deque>
 
 namespace GenICam {
 
@@ -17,35 +16,32 @@ void node_base_impl_value::add_dependent(INode* node) {
 }
 
 void node_base_impl_value::close_dependents() {
-    for (IEval* dependent : dependents_) static_cast<node_base_data*>(dependent)->closing_mark_ = this;
-    // What came from a complete list brings nothing that did not come with it: those stretches are passed
-    // over.
-    struct stretch {
-        std::size_t begin;
-        std::size_t end;
-    };
-    std::deque<stretch> complete;
+    for (IEval* dependent : dependents_) mark_listed(dependent, false);
+    // By place, as the list grows.
     for (std::size_t at = 0; at < dependents_.size(); ++at) {
-        if (!complete.empty() && complete.front().begin == at) {
-            at = complete.front().end - 1;
-            complete.pop_front();
-            continue;
-        }
-        if (dependents_[at] == this) continue;
-        const std::size_t begin = dependents_.size();
-        append_unseen(dependents_[at]->get_dependents());
-        const bool came_complete = static_cast<node_base_data*>(dependents_[at])->is_closed_;
-        if (came_complete && dependents_.size() > begin) complete.push_back({begin, dependents_.size()});
+        auto* dependent = static_cast<node_base_data*>(dependents_[at]);
+        if (dependent == this || dependent->is_covered_) continue;
+        append_unseen(dependent->get_dependents(), dependent->is_closed_);
     }
     is_closed_ = true;
 }
 
-void node_base_impl_value::append_unseen(gsl::span<IEval* const> nodes) {
+void node_base_impl_value::mark_listed(IEval* dependent, bool is_covered) {
+    auto* base = static_cast<node_base_data*>(dependent);
+    base->closing_mark_ = this;
+    base->is_covered_ = is_covered;
+}
+
+// What stands in a complete list brings nothing that does not stand there too.
+void node_base_impl_value::append_unseen(gsl::span<IEval* const> nodes, bool are_complete) {
     for (IEval* node : nodes) {
         auto* base = static_cast<node_base_data*>(node);
-        if (base->closing_mark_ == this) continue;
-        base->closing_mark_ = this;
-        dependents_.push_back(node);
+        if (base->closing_mark_ != this) {
+            mark_listed(node, are_complete);
+            dependents_.push_back(node);
+        } else if (are_complete) {
+            base->is_covered_ = true;
+        }
     }
 }
 

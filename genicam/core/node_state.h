@@ -53,7 +53,8 @@ protected:
     ~node_base_impl_value() = default;
 
 private:
-    void append_unseen(gsl::span<IEval* const> nodes);
+    void mark_listed(IEval* dependent, bool is_covered);
+    void append_unseen(gsl::span<IEval* const> nodes, bool are_complete);
 
     boost::container::small_vector<IEval*, 8> dependents_;
 };

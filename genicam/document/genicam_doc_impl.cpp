@@ -12,6 +12,13 @@
 #include <utility>
 
 namespace GenICam {
+namespace {
+
+// Somewhat less than real descriptions spend on each child that is known and on each node.
+constexpr std::size_t bytes_per_child = 40;
+constexpr std::size_t bytes_per_node = 240;
+
+}  // namespace
 
 IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options options) {
     auto doc = std::make_unique<genicam_doc>(options);
@@ -35,6 +42,9 @@ bool genicam_doc::load(const char* data, std::uint64_t size) {
 void genicam_doc::build_nodes() {
     std::vector<taken_element> taken;
     element_walk walk(root(), options_);
+    // Room enough for real descriptions, as growing copies.
+    walk.children().reserve(xml_buffer_.size() / bytes_per_child);
+    taken.reserve(xml_buffer_.size() / bytes_per_node);
     while (walk.next()) {
         walk.taken().chosen->reserve(allocator_, walk.taken().describe(walk.children()));
         taken.push_back(walk.taken());

@@ -47,9 +47,13 @@ enum_entries::enum_entries(document_services* services, const described_element&
 
 // Nearly all entries have nothing to resolve.
 void enum_entries::resolve_references(IGenICamDoc* doc) {
+    std::vector<known_child> children;
     for (enum_entry_type& entry : entries_) {
         node_base_data& base = entry;
-        if (base.has_common_links()) base.resolve_references(doc);
+        if (!base.has_common_links()) continue;
+        children.clear();
+        const child_set present = list_children(base.xml(), children);
+        base.resolve_described(doc, {base.xml(), present, children});
     }
 }
 

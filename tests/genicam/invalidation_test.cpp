@@ -3,6 +3,10 @@
 #include "tests/support/small_stack.h"
 #include "tests/support/test_document.h"
 
+#include <algorithm>
+#include <map>
+#include <random>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -267,6 +271,70 @@ TEST(Dependents, ListsOfARandomGraphHoldWhatCanBeReached) {
             }
             EXPECT_THAT(dependents_of(doc, ("N" + std::to_string(at)).c_str()),
                         testing::UnorderedElementsAreArray(expected));
+        }
+    }
+}
+
+// The lists by the plainest way there is: searched at each step, closed one after the other by name.
+class plain_lists {
+public:
+    void add(const std::string& owner, const std::string& dependent) {
+        if (owner != dependent) append_unseen(lists_[owner], dependent);
+    }
+    void close(const std::string& owner) {
+        std::vector<std::string>& list = lists_[owner];
+        for (std::size_t at = 0; at < list.size(); ++at) {
+            if (list[at] == owner) continue;
+            const std::vector<std::string> next = lists_[list[at]];
+            for (const std::string& name : next) append_unseen(list, name);
+        }
+    }
+    const std::vector<std::string>& of(const std::string& owner) { return lists_[owner]; }
+
+private:
+    static void append_unseen(std::vector<std::string>& list, const std::string& name) {
+        if (std::find(list.begin(), list.end(), name) == list.end()) list.push_back(name);
+    }
+
+    std::map<std::string, std::vector<std::string>> lists_;
+};
+
+// The order of a list is that of the calls to those who listen.
+TEST(Dependents, ListsOfARandomGraphStandInTheOrderOfTheirWalk) {
+    constexpr unsigned count = 40;
+    std::mt19937 random(4711);
+    const auto below = [&random](unsigned limit) { return static_cast<unsigned>(random() % limit); };
+    const auto any_name = [&below] { return "N" + std::to_string(below(count)); };
+    for (int round = 0; round < 200; ++round) {
+        const unsigned most_links = 1 + below(6);
+        std::map<std::string, std::vector<std::string>> sources;  // of each node, as it registers with them
+        std::vector<std::string> with_list;
+        std::string text;
+        for (unsigned at = 0; at < count; ++at) {
+            const std::string name = "N" + std::to_string(at);
+            std::vector<std::string>& links = sources[name];
+            text += "<Integer Name='" + name + "'>";
+            for (unsigned link = below(most_links); link > 0; --link) {
+                links.push_back(any_name());
+                text += "<pInvalidator>" + links.back() + "</pInvalidator>";
+            }
+            if (below(3) != 0) {
+                text += "<Value>1</Value></Integer>";
+                with_list.push_back(name);
+            } else {
+                links.push_back(any_name());
+                text += "<pValue>" + links.back() + "</pValue></Integer>";
+            }
+        }
+        plain_lists lists;
+        for (const auto& [name, links] : sources) {
+            for (const std::string& source : links) lists.add(source, name);
+        }
+        std::sort(with_list.begin(), with_list.end());
+        for (const std::string& name : with_list) lists.close(name);
+        TestDocument doc(text);
+        for (const std::string& name : with_list) {
+            EXPECT_EQ(dependents_of(doc, name.c_str()), lists.of(name)) << name << " of " << text;
         }
     }
 }

@@ -30,8 +30,10 @@ constexpr lint_rule rules[] = {
     {"category-circle", severity::warning,
      "A walk over the categories comes round again; what walks without looking back never ends.",
      "Take one of the entries out.", check_category_circles},
-    {"deep-chain", severity::warning, "Every node of the chain costs room on the stack of the host.",
-     "Let nodes read from the end of the chain.", check_depth},
+    {"deep-chain", severity::warning,
+     "Every node on the way costs room on the stack of the host, and time: it is computed anew for "
+     "everyone who asks.",
+     "Let nodes read from closer to the registers.", check_depth},
     {"division-by-zero", severity::warning,
      "An integer division without a result ends the process, and these registers lead to one.",
      "Add something to the divisor that is never zero, such as (X=0); a ternary does not help.",

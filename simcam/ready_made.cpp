@@ -67,7 +67,9 @@ camera_options oldest() {
     }
     made.vendor.color_enhancement.clear();
     made.vendor.integers[property_trigger].capabilities = 0;
-    made.vendor.strobe[property_strobe].restrictions = strobe_without_delay | strobe_exposure_only;
+    strobe_property& strobe = made.vendor.strobe[property_strobe];
+    strobe.restrictions = strobe_without_delay | strobe_exposure_only;
+    strobe.follow_exposure = 1;
     return made;
 }
 

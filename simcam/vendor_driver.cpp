@@ -126,9 +126,12 @@ HRESULT set_strobe(strobe_property& property, const void* data, DWORD size) {
     if ((property.restrictions & strobe_without_delay) == 0) {
         property.delay = std::clamp(record.delay, property.delay_min, property.delay_max);
     }
-    property.duration =
-        record.duration == 0 ? 0 : std::clamp(record.duration, property.duration_min, property.duration_max);
-    property.follow_exposure = record.follow_exposure != 0 ? 1 : 0;
+    if ((property.restrictions & strobe_exposure_only) == 0) {
+        property.duration = record.duration == 0
+                                ? 0
+                                : std::clamp(record.duration, property.duration_min, property.duration_max);
+        property.follow_exposure = record.follow_exposure != 0 ? 1 : 0;
+    }
     return S_OK;
 }
 

@@ -251,6 +251,16 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
     EXPECT_EQ(strobe.restrictions, strobe_without_polarity | strobe_without_delay);
 }
 
+TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
+    strobe_property& strobe = Model().strobe[125];
+    strobe.restrictions = strobe_exposure_only;
+    strobe.follow_exposure = 1;
+    EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 44, 70)), S_OK);
+    EXPECT_EQ(strobe.follow_exposure, 1);
+    EXPECT_EQ(strobe.duration, 1000);
+    EXPECT_EQ(strobe.delay, 50);
+}
+
 TEST_F(VendorProperty, TakesTheTriggerBitsThatItHas) {
     EXPECT_EQ(field<std::uint32_t>(Get(115, 48), at_flags), 4U);
     EXPECT_EQ(SetValue(115, 0, trigger_flag_polarity | trigger_flag_operation | 0x80000000U), S_OK);

@@ -101,6 +101,23 @@ std::string_view run_all(const formula_program& program, const variable_lookup& 
 
 }  // namespace
 
+result<eval_value> evaluate_stepwise(const formula_program& program, variable_lookup variables) {
+    eval_value value;
+    if (!run_instructions(program, variables, value).empty()) return make_error_code(formula_parse_failed);
+    return value;
+}
+
+result<eval_value> evaluate_repeating(const formula_program& program, const specialised_formula* form,
+                                      const asked_frame& frame, const std::optional<eval_value>& last,
+                                      variable_lookup variables) {
+    std::size_t question = 0;
+    return evaluate_stepwise(program, [&](identifier_id id) -> std::optional<eval_value> {
+        if (question > frame.asked()) return variables(id);
+        const std::size_t asked_before = question++;
+        return asked_before == frame.asked() ? last : frame.answer(*form, asked_before);
+    });
+}
+
 std::string_view run_instructions(const formula_program& program, variable_lookup variables,
                                   eval_value& result) {
     return run_all(program, variables, result,

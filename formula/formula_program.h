@@ -13,7 +13,7 @@ namespace GenICam {
 struct formula_program {
     boost::container::small_vector<formula_instruction, 10> instructions;
     /// The same program made ready for variables of certain kinds, or null. Changes speed, never a result.
-    std::unique_ptr<const specialised_formula> specialised;
+    std::shared_ptr<const specialised_formula> specialised;
 
     [[nodiscard]] bool empty() const noexcept { return instructions.empty(); }
 };

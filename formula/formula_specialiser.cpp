@@ -25,7 +25,7 @@ public:
     explicit step_writer(const formula_tree& tree) : tree_(tree) {}
 
     void write() { write_result(tree_.root()); }
-    [[nodiscard]] std::unique_ptr<specialised_formula> take();
+    [[nodiscard]] std::shared_ptr<specialised_formula> take();
 
 private:
     /// Where a number is: a constant, or a slot.
@@ -64,6 +64,7 @@ private:
 
     const formula_tree& tree_;
     boost::container::small_vector<variable, 16> variables_;
+    boost::container::small_vector<std::uint16_t, 64> questions_;
     boost::container::small_vector<formula_step, 64> steps_;
     std::uint16_t slots_in_use_ = 0;
     std::uint16_t most_slots_ = 0;
@@ -194,13 +195,18 @@ std::uint16_t step_writer::slot_of(const place& from) {
     return slot;
 }
 
+// Called for the variables in the order of the program.
 std::uint16_t step_writer::slot_of_variable(const formula_node& node, number_kind kind) {
-    const auto found =
-        std::find_if(variables_.begin(), variables_.end(), [&node, kind](const variable& listed) {
-            return listed.id == node.variable && listed.taken_as == kind;
-        });
-    const auto slot = static_cast<std::uint16_t>(found - variables_.begin());
-    if (found == variables_.end()) variables_.push_back({node.variable, node.natural_kind(), kind});
+    const auto next = static_cast<std::uint16_t>(variables_.size());
+    std::uint16_t first = next;
+    std::uint16_t slot = 0;
+    for (; slot < next; ++slot) {
+        if (variables_[slot].id != node.variable) continue;
+        if (variables_[slot].taken_as == kind) break;
+        first = std::min(first, slot);
+    }
+    if (slot == next) variables_.push_back({node.variable, node.natural_kind(), kind, first});
+    questions_.push_back(slot);
     return slot;
 }
 
@@ -225,7 +231,7 @@ std::size_t step_writer::append_jump(step_function run, std::uint16_t condition)
     return steps_.size() - 1;
 }
 
-std::unique_ptr<specialised_formula> step_writer::take() {
+std::shared_ptr<specialised_formula> step_writer::take() {
     const auto variable_count = static_cast<std::uint16_t>(variables_.size());
     const auto settle = [variable_count](std::uint16_t& slot) {
         if ((slot & intermediate) != 0) {
@@ -237,12 +243,14 @@ std::unique_ptr<specialised_formula> step_writer::take() {
         settle(written.left);
         settle(written.right);
     }
-    return std::make_unique<specialised_formula>(std::vector<variable>(variables_.begin(), variables_.end()),
-                                                 std::vector<formula_step>(steps_.begin(), steps_.end()),
-                                                 std::size_t{variable_count} + most_slots_);
+    if (questions_.size() == variables_.size()) questions_.clear();
+    return std::make_shared<specialised_formula>(
+        std::vector<variable>(variables_.begin(), variables_.end()),
+        std::vector<std::uint16_t>(questions_.begin(), questions_.end()),
+        std::vector<formula_step>(steps_.begin(), steps_.end()), std::size_t{variable_count} + most_slots_);
 }
 
-std::unique_ptr<specialised_formula> specialise(const formula_program& program, variable_kinds kinds) {
+std::shared_ptr<specialised_formula> specialise(const formula_program& program, variable_kinds kinds) {
     const auto& instructions = program.instructions;
     if (instructions.size() > longest_program) return nullptr;
     formula_tree tree(kinds);
@@ -264,7 +272,7 @@ void specialise_formula(formula_program& program) {
     const auto all_of = [](number_kind kind) {
         return [kind](identifier_id) { return std::optional<number_kind>(kind); };
     };
-    std::unique_ptr<specialised_formula> of_integers = specialise(program, all_of(number_kind::integer));
+    std::shared_ptr<specialised_formula> of_integers = specialise(program, all_of(number_kind::integer));
     const bool has_variables =
         std::any_of(program.instructions.begin(), program.instructions.end(),
                     [](const formula_instruction& one) { return one.code == op_code::op_variable; });
@@ -272,7 +280,7 @@ void specialise_formula(formula_program& program) {
         program.specialised = std::move(of_integers);
         return;
     }
-    std::unique_ptr<specialised_formula> of_floats = specialise(program, all_of(number_kind::floating));
+    std::shared_ptr<specialised_formula> of_floats = specialise(program, all_of(number_kind::floating));
     if (of_floats != nullptr) of_floats->alternative = std::move(of_integers);
     program.specialised = of_floats != nullptr ? std::move(of_floats) : std::move(of_integers);
 }

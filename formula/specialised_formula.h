@@ -4,6 +4,7 @@
 #include "formula/formula_step.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -22,12 +23,40 @@ public:
         identifier_id id;
         number_kind kind;      ///< what the variable must have
         number_kind taken_as;  ///< what the steps want
+        std::uint16_t
+            first;  ///< the first slot of the same variable: this one, or one that takes it otherwise
     };
 
-    /// The last step on every way through them is one that ends.
-    specialised_formula(std::vector<variable> variables, std::vector<formula_step> steps,
-                        std::size_t frame_size) noexcept
-        : variables_(std::move(variables)), steps_(std::move(steps)), frame_size_(frame_size) {}
+    /// `questions` has the slot that each variable in the program goes to, in the order of the program; empty
+    /// if every variable stands there once. The last step on every way through the steps is one that ends.
+    specialised_formula(std::vector<variable> variables, std::vector<std::uint16_t> questions,
+                        std::vector<formula_step> steps, std::size_t frame_size) noexcept
+        : variables_(std::move(variables)),
+          questions_(std::move(questions)),
+          steps_(std::move(steps)),
+          frame_size_(frame_size) {}
+
+    /// How often the program asks for a variable.
+    [[nodiscard]] std::size_t question_count() const noexcept {
+        return questions_.empty() ? variables_.size() : questions_.size();
+    }
+
+    /// The slot that the answer to a question goes to.
+    [[nodiscard]] std::size_t slot_of_question(std::size_t question) const noexcept {
+        return questions_.empty() ? question : questions_[question];
+    }
+
+    [[nodiscard]] const variable& variable_in(std::size_t slot) const noexcept { return variables_[slot]; }
+
+    /// Of this form and its alternatives the one whose first variable has that kind and whose frame is not
+    /// larger, or null.
+    [[nodiscard]] const specialised_formula* for_first(number_kind kind,
+                                                       std::size_t largest_frame) const noexcept {
+        for (const specialised_formula* form = this; form != nullptr; form = form->alternative.get()) {
+            if (form->variables_.front().kind == kind && form->frame_size_ <= largest_frame) return form;
+        }
+        return nullptr;
+    }
 
     /// How many slots the frame has.
     [[nodiscard]] std::size_t frame_size() const noexcept { return frame_size_; }
@@ -50,10 +79,11 @@ public:
     }
 
     /// The same formula for variables of other kinds, or null.
-    std::unique_ptr<const specialised_formula> alternative;
+    std::shared_ptr<const specialised_formula> alternative;
 
 private:
     std::vector<variable> variables_;
+    std::vector<std::uint16_t> questions_;
     std::vector<formula_step> steps_;
     std::size_t frame_size_;
 };

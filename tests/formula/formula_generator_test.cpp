@@ -207,24 +207,95 @@ private:
     std::array<number, name_count> values_{};
 };
 
-long specialised_count = 0;
+/// Answers a formula's questions out of `names`, but a chosen one not at all or otherwise, and keeps what was
+/// asked.
+class witness {
+public:
+    enum class fault { none, lost, changed };
 
-void check(const std::string& text, const formula_names& names, const number& expected) {
-    auto program = GenICam::parse_instructions(text, names);
-    ASSERT_TRUE(program) << text;
-    const auto stepwise = GenICam::evaluate_formula(program.value(), names);
-    ASSERT_TRUE(stepwise) << text;
-    ASSERT_TRUE(is_same(stepwise.value(), expected))
-        << text << " gives " << show(stepwise.value()) << ", expected " << show(to_product(expected));
-    GenICam::specialise_formula(program.value(),
-                                [&names](GenICam::identifier_id id) { return names.kind_of(id); });
-    if (program.value().specialised == nullptr) return;
-    ++specialised_count;
-    const auto specialised = GenICam::evaluate_formula(program.value(), names);
-    ASSERT_TRUE(specialised) << text;
-    ASSERT_TRUE(is_same(specialised.value(), expected))
-        << text << " specialised gives " << show(specialised.value()) << ", expected "
-        << show(to_product(expected));
+    witness(const formula_names& names, fault kind, std::size_t at) : names_(names), kind_(kind), at_(at) {}
+
+    std::optional<eval_value> operator()(GenICam::identifier_id id) {
+        asked.push_back(id);
+        const eval_value value = *names_(id);
+        if (kind_ == fault::none || asked.size() != at_ + 1) return value;
+        if (kind_ == fault::lost) return std::nullopt;
+        return value.is_integer ? eval_value::of(2.5) : eval_value::of(std::int64_t{3});
+    }
+
+    std::vector<GenICam::identifier_id> asked;
+
+private:
+    const formula_names& names_;
+    fault kind_;
+    std::size_t at_;
+};
+
+bool may_fault(const GenICam::formula_program& program) {
+    for (const GenICam::formula_instruction& instruction : program.instructions) {
+        if (instruction.code == GenICam::op_code::op_binary && instruction.function->for_integers.can_fault)
+            return true;
+    }
+    return false;
+}
+
+bool is_same(const GenICam::result<eval_value>& left, const GenICam::result<eval_value>& right) {
+    if (!left || !right) return !left && !right && left.error() == right.error();
+    if (left.value().is_integer != right.value().is_integer) return false;
+    if (!left.value().is_integer && std::isnan(left.value().value.real))
+        return std::isnan(right.value().value.real);
+    return left.value().value.integer == right.value().value.integer;
+}
+
+// A formula in all the ways there are to compute it.
+struct formula_in_all_ways {
+    GenICam::formula_program plain;
+    GenICam::formula_program typed;
+    GenICam::formula_program untyped;
+
+    formula_in_all_ways(const std::string& text, const formula_names& names)
+        : plain(GenICam::parse_instructions(text, names).value()),
+          typed(plain),
+          untyped(GenICam::parse_formula(text, names).value()) {
+        GenICam::specialise_formula(typed, [&names](GenICam::identifier_id id) { return names.kind_of(id); });
+    }
+};
+
+void expect_value(const GenICam::formula_program& program, const std::string& text,
+                  const formula_names& names, const number& expected) {
+    const auto computed = GenICam::evaluate_formula(program, names);
+    ASSERT_TRUE(computed) << text;
+    ASSERT_TRUE(is_same(computed.value(), expected))
+        << text << " gives " << show(computed.value()) << ", expected " << show(to_product(expected));
+}
+
+void expect_same_questions(const formula_in_all_ways& formula, const std::string& text,
+                           const formula_names& names, witness::fault fault, std::size_t at) {
+    witness of_plain(names, fault, at);
+    const auto expected = GenICam::evaluate_formula(formula.plain, of_plain);
+    for (const GenICam::formula_program* program : {&formula.typed, &formula.untyped}) {
+        witness of_this(names, fault, at);
+        ASSERT_TRUE(is_same(GenICam::evaluate_formula(*program, of_this), expected)) << text << " at " << at;
+        ASSERT_EQ(of_this.asked, of_plain.asked) << text << " at " << at;
+    }
+}
+
+long typed_count = 0;
+long untyped_count = 0;
+
+// `chance` chooses the question that goes wrong.
+void check(const std::string& text, const formula_names& names, const number& expected,
+           std::uint64_t chance) {
+    const formula_in_all_ways formula(text, names);
+    for (const GenICam::formula_program* program : {&formula.plain, &formula.typed, &formula.untyped}) {
+        expect_value(*program, text, names, expected);
+    }
+    if (formula.typed.specialised != nullptr) ++typed_count;
+    if (formula.untyped.specialised != nullptr) ++untyped_count;
+    expect_same_questions(formula, text, names, witness::fault::none, 0);
+    expect_same_questions(formula, text, names, witness::fault::lost, chance % 4);
+    if (!may_fault(formula.plain))
+        expect_same_questions(formula, text, names, witness::fault::changed, chance % 4);
 }
 
 TEST(FormulaGenerator, AMillionFormulas) {
@@ -233,9 +304,10 @@ TEST(FormulaGenerator, AMillionFormulas) {
     for (long at = 0; at < count && !HasFatalFailure(); ++at) {
         if (at % 50 == 0) made.renew_names();
         const auto root = made.make_tree(1 + static_cast<int>(made.random()() % 3));
-        check(write(*root, made.random()), made.names(), root->value);
+        check(write(*root, made.random()), made.names(), root->value, made.random()());
     }
-    EXPECT_GT(specialised_count, count / 10 * 8);
+    EXPECT_GT(typed_count, count / 10 * 8);
+    EXPECT_GT(untyped_count, count / 10 * 8);
     for (int applied = 0; applied < operation_count; ++applied) {
         const auto row = static_cast<std::size_t>(applied);
         const bool is_unary = arity_of(static_cast<operation>(applied)) == 1;
@@ -283,7 +355,7 @@ TEST(FormulaGenerator, EveryOperationOnEveryPairOfSpecialNumbers) {
             names.add_variable("x", to_product(left));
             names.add_variable("y", to_product(right));
             names.add_variable("z", to_product(numbers[pair % 7]));
-            check(text, names, compute(applied, operands));
+            check(text, names, compute(applied, operands), pair);
         }
     }
 }

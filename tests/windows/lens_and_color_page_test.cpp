@@ -1,0 +1,188 @@
+#include "tests/windows/built_in_page_fixture.h"
+
+#include <commctrl.h>
+
+namespace page_test {
+namespace {
+
+using testing::ElementsAre;
+
+simcam::camera_options BuiltIn() { return *simcam::ready_made("builtin"); }
+
+using LensPageTest = BuiltInPageTest;
+
+TEST_F(LensPageTest, TheRegionStandsInTheOrderOfTheTable) {
+    EXPECT_EQ(OpenPage(lens_page), (Lines{
+                                       L"Focus (420) <One Push>",
+                                       L"  Auto Min Value (100)",
+                                       L"  Auto Max Value (900)",
+                                       L"  [ ] Enable Region of Interest",
+                                       L"  Left ~(640)",
+                                       L"  Right ~(1407)",
+                                       L"  Top ~(384)",
+                                       L"  Bottom ~(1151)",
+                                   }))
+        << "and whether one push is running is hidden";
+}
+
+TEST_F(LensPageTest, TickingTheRegionOpensItsEdges) {
+    OpenPage(lens_page);
+    Click(L"Focus", L"Enable Region of Interest");
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(251, 1)));
+    EXPECT_EQ(Shown(), (Lines{
+                           L"Focus (420) <One Push>",
+                           L"  Auto Min Value (100)",
+                           L"  Auto Max Value (900)",
+                           L"  [x] Enable Region of Interest",
+                           L"  Left (640)",
+                           L"  Right (1407)",
+                           L"  Top (384)",
+                           L"  Bottom (1151)",
+                       }));
+    const std::pair<const wchar_t*, int> edges[] = {
+        {L"Left", 248}, {L"Right", 250}, {L"Top", 247}, {L"Bottom", 249}};
+    for (const auto& [edge, id] : edges) {
+        Type(L"Focus", edge, L"1000");
+        EXPECT_THAT(Written(), ElementsAre(VendorWrite(id, 1000)));
+    }
+    Click(L"Focus", L"Enable Region of Interest");
+    EXPECT_EQ(Shown().at(4), L"  Left ~(1000)");
+}
+
+TEST_F(LensPageTest, TheValueIsWrittenAsManualAndOnePushMovesIt) {
+    OpenPage(lens_page);
+    Slide(L"Focus", L"Focus", 700);
+    EXPECT_THAT(Written(), ElementsAre("CameraControl Set 6 <- value=700 flags=0x2, ok"));
+    EXPECT_EQ(Shown().at(0), L"Focus (700) <One Push>");
+    Click(L"Focus", L"One Push");
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(124, 1)));
+    EXPECT_EQ(Shown().at(0), L"Focus (500) <One Push>");
+    Type(L"Focus", L"Auto Min Value", L"300");
+    Type(L"Focus", L"Auto Max Value", L"500");
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(244, 300), VendorWrite(245, 500)));
+    Click(L"Focus", L"One Push");
+    EXPECT_EQ(Shown().at(0), L"Focus (400) <One Push>");
+}
+
+TEST_F(LensPageTest, ADriverThatCannotTellTheRegionLeavesItClosed) {
+    UseCameraWithout({251});
+    EXPECT_EQ(OpenPage(lens_page), (Lines{
+                                       L"Focus (420) <One Push>",
+                                       L"  Auto Min Value (100)",
+                                       L"  Auto Max Value (900)",
+                                       L"  Left ~(640)",
+                                       L"  Right ~(1407)",
+                                       L"  Top ~(384)",
+                                       L"  Bottom ~(1151)",
+                                   }));
+}
+
+TEST_F(LensPageTest, FocusNeedsTheCameraControlAndOnePush) {
+    simcam::camera_options options = BuiltIn();
+    options.camera_control = false;
+    UseCamera(std::move(options));
+    EXPECT_EQ(Give(*server_.MakePage(lens_page)), E_NOINTERFACE);
+
+    options = BuiltIn();
+    options.vendor.remove(124);
+    UseCamera(std::move(options));
+    EXPECT_EQ(Give(*server_.MakePage(lens_page)), E_NOINTERFACE);
+
+    options = BuiltIn();
+    options.vendor.camera_control.erase(6);
+    UseCamera(std::move(options));
+    EXPECT_EQ(OpenPage(lens_page).at(0), L"Focus <One Push>");
+}
+
+using ColorPageTest = BuiltInPageTest;
+
+TEST_F(ColorPageTest, TheModeAndThePushStandInTheHeadRow) {
+    EXPECT_EQ(OpenPage(color_page), (Lines{
+                                        L"WhiteBalance [ ] Auto <OnePush>",
+                                        L"  White Balance Red (95)",
+                                        L"  White Balance Green (64)",
+                                        L"  White Balance Blue (120)",
+                                        L"Color Enhancement [ ] Enable",
+                                    }));
+}
+
+TEST_F(ColorPageTest, AutomaticWhiteBalanceTakesTheGainsAndThePush) {
+    OpenPage(color_page);
+    Click(L"WhiteBalance", L"Auto");
+    EXPECT_THAT(Written(), ElementsAre("VideoProcAmp Set 7 <- value=0 flags=0x1, ok"));
+    EXPECT_EQ(Shown(), (Lines{
+                           L"WhiteBalance [x] Auto ~<OnePush>",
+                           L"  White Balance Red ~(95)",
+                           L"  White Balance Green ~(64)",
+                           L"  White Balance Blue ~(120)",
+                           L"Color Enhancement [ ] Enable",
+                       }));
+    Click(L"WhiteBalance", L"Auto");
+    EXPECT_THAT(Written(), ElementsAre("VideoProcAmp Set 7 <- value=0 flags=0x2, ok"));
+    EXPECT_EQ(Shown().at(0), L"WhiteBalance [ ] Auto <OnePush>");
+    EXPECT_EQ(Shown().at(3), L"  White Balance Blue (120)");
+}
+
+TEST_F(ColorPageTest, GainsAreProperties) {
+    OpenPage(color_page);
+    const std::pair<const wchar_t*, int> gains[] = {
+        {L"White Balance Red", 102}, {L"White Balance Green", 206}, {L"White Balance Blue", 101}};
+    for (const auto& [gain, id] : gains) {
+        Slide(L"WhiteBalance", gain, 200);
+        EXPECT_THAT(Written(), ElementsAre(VendorWrite(id, 200)));
+    }
+    Click(L"WhiteBalance", L"OnePush");
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(107, 1)));
+    EXPECT_EQ(Shown(L"WhiteBalance"), (Lines{
+                                          L"WhiteBalance [ ] Auto <OnePush>",
+                                          L"  White Balance Red (95)",
+                                          L"  White Balance Green (64)",
+                                          L"  White Balance Blue (120)",
+                                      }))
+        << "the refresh after the push shows what the camera found";
+}
+
+TEST_F(ColorPageTest, ACameraWithoutGreenKeepsTheRest) {
+    UseCameraWithout({206});
+    EXPECT_EQ(OpenPage(color_page), (Lines{
+                                        L"WhiteBalance [ ] Auto <OnePush>",
+                                        L"  White Balance Red (95)",
+                                        L"  White Balance Blue (120)",
+                                        L"Color Enhancement [ ] Enable",
+                                    }));
+}
+
+TEST_F(ColorPageTest, WithoutAnAutomaticModeTheGainsAreAlwaysOpen) {
+    simcam::camera_options options = BuiltIn();
+    options.vendor.video_proc_amp.at(7).capabilities = 2;
+    options.vendor.video_proc_amp.at(7).flags = 1;
+    UseCamera(std::move(options));
+    EXPECT_EQ(OpenPage(color_page).at(0), L"WhiteBalance <OnePush>");
+    EXPECT_EQ(Shown().at(1), L"  White Balance Red (95)");
+}
+
+TEST_F(ColorPageTest, WithoutTheProcAmpThereIsNoWhiteBalance) {
+    simcam::camera_options options = BuiltIn();
+    options.video_proc_amp = false;
+    UseCamera(std::move(options));
+    EXPECT_EQ(OpenPage(color_page), Lines{L"Color Enhancement [ ] Enable"});
+    options = BuiltIn();
+    options.video_proc_amp = false;
+    options.color_enhancement_set = false;
+    Close();
+    UseCamera(std::move(options));
+    EXPECT_EQ(Give(*server_.MakePage(color_page)), E_NOINTERFACE);
+}
+
+TEST_F(ColorPageTest, ColorEnhancementIsASwitchOnASetOfItsOwn) {
+    OpenPage(color_page);
+    Click(L"Color Enhancement", L"Enable");
+    EXPECT_THAT(Written(), ElementsAre("Set color-enhancement 0 <- value=1 flags=0x0 caps=0x0 min=0 max=0 "
+                                       "default=0, ok"));
+    EXPECT_EQ(Shown().at(4), L"Color Enhancement [x] Enable");
+    Click(L"Color Enhancement", L"Enable");
+    EXPECT_EQ(Shown().at(4), L"Color Enhancement [ ] Enable");
+}
+
+}  // namespace
+}  // namespace page_test

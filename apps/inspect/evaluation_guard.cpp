@@ -1,7 +1,9 @@
 #include "apps/inspect/evaluation_guard.h"
 
+#include "apps/inspect/log_capture.h"
 #include "genicam/core/children.h"
 #include "genicam/core/number_parser.h"
+#include "genicam/core/value_links.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,6 +19,8 @@ using GenICam::node_type;
 
 // Each step costs the engine a few frames of its stack.
 constexpr std::size_t max_depth = 1000;
+// The engine computes a node anew for everyone who asks, which may double the work with each step.
+constexpr double max_effort = 1e6;
 // Nodes that all need one another have more circles than anyone wants to read.
 constexpr std::size_t max_hazards = 1000;
 
@@ -46,6 +50,11 @@ std::optional<eval_value> arriving(INode& node, const eval_value& number) {
         default:
             return std::nullopt;
     }
+}
+
+// The one class that writes to several nodes, one after the other.
+bool writes_to_all(const node_element& element) {
+    return element.made != nullptr && std::string_view(element.made->name) == "integer_pValueCopy_type";
 }
 
 // What a boolean writes for a truth.
@@ -102,6 +111,8 @@ void evaluation_guard::leave() {
     if (own.found == nullptr && own.depth > max_depth) {
         own.found = keep({hazard::kind::depth, {which.element}, {}});
     }
+    if (own.found == nullptr && own.effort > max_effort)
+        own.found = keep({hazard::kind::effort, {which.element}, {}});
     if (own.found == nullptr) own.found = judge_formula(which);
     own.open = false;
     if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], own);
@@ -110,6 +121,7 @@ void evaluation_guard::leave() {
 void evaluation_guard::absorb(verdict& into, const verdict& from) const {
     if (into.found == nullptr) into.found = from.found;
     into.depth = std::max(into.depth, from.depth + 1);
+    into.effort += from.effort;
 }
 
 const hazard* evaluation_guard::close_circle(node_operation again) {
@@ -177,8 +189,19 @@ const hazard* evaluation_guard::rehearse(INode& node, const eval_value& value, s
         const std::optional<eval_value> arrived = arriving(*target, passed);
         if (!arrived) continue;
         if (const hazard* found = rehearse(*target, *arrived, depth + 1)) return found;
+        if (!writes_to_all(description_.tree().at(*element))) continue;
+        if (const hazard* found = write_before_others(*target, passed, *element)) return found;
     }
     return nullptr;
+}
+
+// What is written to one target of several may be what the formula before the next one divides by.
+const hazard* evaluation_guard::write_before_others(INode& target, const eval_value& value,
+                                                    element_index writer) {
+    const silence quiet;
+    static_cast<void>(GenICam::set_eval_val(&target, value.value.integer, GenICam::access_flags::none));
+    forget();
+    return find({writer, operation::store});
 }
 
 const hazard* evaluation_guard::rehearse_converter(element_index element, const eval_value& value,
@@ -209,6 +232,9 @@ std::string evaluation_guard::describe(const hazard& found) const {
     switch (found.what) {
         case hazard::kind::depth:
             return fmt::format("more than {} nodes depend on one another below {}", max_depth,
+                               name(found.path.front()));
+        case hazard::kind::effort:
+            return fmt::format("{} takes more than a million evaluations of the nodes below it",
                                name(found.path.front()));
         case hazard::kind::division:
             return fmt::format("{} of {} divides integers without a result, such as by zero", found.formula,

@@ -14,7 +14,7 @@ namespace selvane_inspect {
 
 /// Why the engine must not be asked: it would never come back, or not alive.
 struct hazard {
-    enum class kind { circle, depth, division };
+    enum class kind { circle, depth, effort, division };
     kind what;
     std::vector<element_index>
         path;             ///< the elements on the circle in the order of asking; else the one at fault
@@ -35,7 +35,8 @@ public:
     [[nodiscard]] const hazard* find(node_operation which);
     [[nodiscard]] const hazard* find(GenICam::INode& node, operation asked);
     /// Null when the engine can write that value now, which is of the node's own kind: an integer, a float, 1
-    /// or 0 for a boolean, the value of an entry.
+    /// or 0 for a boolean, the value of an entry. Where a feature writes to several nodes, those before the
+    /// last are written to find out.
     [[nodiscard]] const hazard* find_in_store(GenICam::INode& node, const GenICam::eval_value& value);
     /// Whatever depends on values is to be found out anew: something was written.
     void forget();
@@ -52,6 +53,7 @@ private:
         bool open = true;  // still being looked into: meeting it again closes a circle
         const hazard* found = nullptr;
         std::size_t depth = 0;
+        double effort = 1;  // operations that the engine carries out for it
     };
     struct visit {
         node_operation which;
@@ -67,6 +69,8 @@ private:
     const hazard* judge(element_index element, const std::optional<guarded_result>& rehearsed,
                         const char* formula);
     const hazard* rehearse(GenICam::INode& node, const GenICam::eval_value& value, std::size_t depth);
+    const hazard* write_before_others(GenICam::INode& target, const GenICam::eval_value& value,
+                                      element_index writer);
     const hazard* rehearse_converter(element_index element, const GenICam::eval_value& value,
                                      std::size_t depth);
     const hazard* keep(hazard found);

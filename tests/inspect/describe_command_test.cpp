@@ -119,6 +119,88 @@ TEST_F(DescribeCommandTest, FindsRegistersOfEveryKind) {
     EXPECT_THAT(outcome.out, HasSubstr("register 0x40, 2 bytes: 00 00\n"));
 }
 
+TEST_F(DescribeCommandTest, ShowsTheFrameOfAnEntry) {
+    const std::string path = WriteElements(
+        "<StructReg Comment=\"Two bits\">\n<Address>0x10</Address>\n<Length>4</Length>\n"
+        "<StructEntry Name=\"E\">\n<Bit>4</Bit></StructEntry>\n"
+        "<StructEntry Name=\"F\"><Bit>5</Bit></StructEntry><pPort>Device</pPort></StructReg>");
+    EXPECT_THAT(Call({"describe", path, "E"}).out, HasSubstr("  elements\n"
+                                                             "         6  Bit: 4\n"
+                                                             "         2  StructReg Comment=\"Two bits\"\n"
+                                                             "         3    Address: 0x10\n"
+                                                             "         4    Length: 4\n"
+                                                             "         7    pPort: Device\n"
+                                                             "  where"));
+    const nlohmann::json elements = Call({"describe", path, "E", "--json"}).Json()["features"][0]["elements"];
+    ASSERT_EQ(elements.size(), 5U);
+    EXPECT_EQ(elements[1]["attributes"], nlohmann::json::parse(R"({"Comment": "Two bits"})"));
+    EXPECT_EQ(elements[2]["depth"], 1);
+    EXPECT_FALSE(elements[0].contains("attributes"));
+}
+
+TEST_F(DescribeCommandTest, ShowsTheEntriesOfAnEnumeration) {
+    const std::string path = WriteElements(
+        "<Enumeration Name=\"E\"><Value>0</Value><EnumEntry Name=\"A\"><Value>0</Value></EnumEntry>"
+        "<EnumEntry Name=\"B\"><DisplayName>Big</DisplayName><Value>7</Value><NumericValue>0.5</NumericValue>"
+        "<pIsAvailable>No</pIsAvailable></EnumEntry><EnumEntry Name=\"C\"><Value>8</Value>"
+        "<pIsImplemented>No</pIsImplemented></EnumEntry></Enumeration>"
+        "<Integer Name=\"No\"><Value>0</Value></Integer>");
+    const Outcome outcome = Call({"describe", path, "E", "No"});
+    EXPECT_THAT(outcome.out,
+                HasSubstr("  entries\n    A = 0\n    B = 7, as a float 0.5 (NA)\n    C = 8 (NI)\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("  what names it\n    E entry B (pIsAvailable)\n"
+                                       "    E entry C (pIsImplemented)\n"));
+    const nlohmann::json features = Call({"describe", path, "E", "No", "--json"}).Json()["features"];
+    EXPECT_EQ(features[0]["entries"], nlohmann::json::parse(R"([
+        {"name": "A", "display_name": "A", "value": 0, "access": "RW"},
+        {"name": "B", "display_name": "Big", "value": 7, "numeric_value": 0.5, "access": "NA"},
+        {"name": "C", "display_name": "C", "value": 8, "access": "NI"}])"));
+    EXPECT_EQ(features[1]["named_by"][0],
+              nlohmann::json::parse(R"({"name": "B", "enumeration": "E", "role": "pIsAvailable"})"));
+}
+
+TEST_F(DescribeCommandTest, KeepsTextsOnTheirLines) {
+    const std::string path = WriteElements(
+        "<IntSwissKnife Name=\"K\"><Description>One\n  two</Description><Formula>\n 1 +\n\t2 </Formula>"
+        "</IntSwissKnife>");
+    const Outcome outcome = Call({"describe", path, "K"});
+    EXPECT_THAT(outcome.out, HasSubstr("  description   One two\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("  Formula: 1 + 2\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("    Formula: 1 + 2\n  what names it\n    nothing\n"));
+    const nlohmann::json feature = Call({"describe", path, "K", "--json"}).Json()["features"][0];
+    EXPECT_EQ(feature["sources"]["formulas"][0]["text"], "\n 1 +\n\t2 ");
+}
+
+TEST_F(DescribeCommandTest, TellsWhereARegisterLeadsNowhere) {
+    const std::string path = WriteElements(
+        "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length><pPort>Chunk</pPort></IntReg>"
+        "<IntReg Name=\"B\"><Address>0</Address><Length>4</Length><pPort>Nobody</pPort></IntReg>"
+        "<IntReg Name=\"C\"><Address>0</Address><Length>4</Length></IntReg>"
+        "<Port Name=\"Chunk\"><ChunkID>1</ChunkID></Port>");
+    EXPECT_THAT(Call({"describe", path, "A"}).out, HasSubstr("    port Chunk: nothing is behind it here\n"));
+    EXPECT_THAT(Call({"describe", path, "B"}).out, HasSubstr("    port Nobody: there is none\n"));
+    EXPECT_THAT(Call({"describe", path, "C"}).out, testing::Not(HasSubstr("    port ")));
+    const nlohmann::json sources = Call({"describe", path, "A", "--json"}).Json()["features"][0]["sources"];
+    EXPECT_EQ(sources["port"], "port Chunk: nothing is behind it here");
+}
+
+TEST_F(DescribeCommandTest, ACategoryComesFromNowhere) {
+    const Outcome outcome = Call({"describe", WriteElements(gain), "Main"});
+    EXPECT_THAT(outcome.out, testing::Not(HasSubstr("where it comes from")));
+}
+
+TEST_F(DescribeCommandTest, AnUnknownNameHasNoValue) {
+    const std::string path = WriteElements(
+        "<SwissKnife Name=\"K\"><pVariable Name=\"A\">Absent</pVariable><pVariable Name=\"B\">V</pVariable>"
+        "<Formula>B</Formula></SwissKnife><Float Name=\"V\"><Value>2.5</Value></Float>");
+    EXPECT_THAT(Call({"describe", path, "K"}).out,
+                HasSubstr("      A = unknown from Absent\n      B = 2.5 (float) from V\n"));
+    const nlohmann::json sources = Call({"describe", path, "K", "--json"}).Json()["features"][0]["sources"];
+    EXPECT_EQ(sources["variables"], nlohmann::json::parse(R"([
+        {"name": "A", "node": "Absent", "value": null},
+        {"name": "B", "node": "V", "value": 2.5, "kind": "float"}])"));
+}
+
 TEST_F(DescribeCommandTest, GivesJson) {
     const Outcome outcome =
         Call({"describe", WriteElements(gain), "Gain", "--register", "0x100=002A", "--json"});
@@ -138,7 +220,10 @@ TEST_F(DescribeCommandTest, GivesJson) {
     EXPECT_EQ(converter["role"], "pValue");
     EXPECT_EQ(converter["name"], "Conv");
     EXPECT_EQ(converter["formulas"].size(), 3U);
-    EXPECT_EQ(converter["variables"][0]["name"], "FROM");
+    EXPECT_EQ(converter["variables"][0],
+              nlohmann::json::parse(R"({"name": "FROM", "node": "Field", "value": 42, "kind": "integer"})"));
+    EXPECT_EQ(converter["formulas"][0]["refusal"], "");
+    EXPECT_EQ(converter["sources"][1]["register"]["byte_order"], "BigEndian");
     EXPECT_EQ(converter["sources"][1]["register"]["mask"], "0xFF");
     EXPECT_EQ(feature["named_by"], nlohmann::json::parse(R"([{"name":"Main","role":"pFeature"}])"));
     EXPECT_TRUE(feature["invalidates"].is_array());

@@ -279,6 +279,30 @@ TEST_F(EvaluationGuardTest, ACopyIsWrittenToo) {
     EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{1})), "");
 }
 
+TEST_F(EvaluationGuardTest, WhatACopyWritesFirstCountsForTheNext) {
+    Load(
+        "<Integer Name=\"A\"><pValue>D</pValue><pValueCopy>C</pValueCopy></Integer>"
+        "<IntConverter Name=\"C\"><pVariable Name=\"V\">D</pVariable><FormulaTo>100/V</FormulaTo>"
+        "<FormulaFrom>TO</FormulaFrom><pValue>R</pValue></IntConverter>"
+        "<Integer Name=\"D\"><Value>5</Value></Integer>" +
+        Register("R", "0"));
+    EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{4})), "");
+    EXPECT_THAT(FindInStore("A", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+}
+
+TEST_F(EvaluationGuardTest, RefusesWorkWithoutEnd) {
+    std::string elements;
+    for (int at = 0; at < 100; ++at) {
+        const std::string next = "R" + std::to_string(at + 1);
+        elements += "<IntSwissKnife Name=\"R" + std::to_string(at) + "\"><pVariable Name=\"A\">" + next +
+                    "</pVariable><pVariable Name=\"B\">" + next +
+                    "</pVariable><Formula>A+B</Formula></IntSwissKnife>";
+    }
+    Load(elements + Register("R100", "0"));
+    EXPECT_EQ(Find("R90", operation::value), "");
+    EXPECT_THAT(Find("R0", operation::value), HasSubstr("takes more than a million evaluations"));
+}
+
 TEST_F(EvaluationGuardTest, KeepsNoMoreCirclesThanAnyoneReads) {
     std::string elements;
     const int count = 60;

@@ -62,6 +62,7 @@ void check_circles(lint_context& context, finding_list& findings) {
 
 void check_depth(lint_context& context, finding_list& findings) {
     add_hazards(context, hazard::kind::depth, findings);
+    add_hazards(context, hazard::kind::effort, findings);
 }
 
 void check_divisions_by_zero(lint_context& context, finding_list& findings) {

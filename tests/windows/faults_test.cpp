@@ -11,8 +11,9 @@ namespace {
 
 using FaultAt = std::function<simcam::fault(std::uint64_t)>;
 
-/// A page's life, from the first object to the last release, with a fault of the driver somewhere in it.
-class FaultsTest : public PageTest {
+/// The life of a page of the simple camera, from the first object to the last release, with all controls
+/// worked and a fault of the driver somewhere in it.
+class FaultsTest : public RoadTest {
 protected:
     static void Work(HWND window) {
         const PageControls controls(window);
@@ -28,9 +29,7 @@ protected:
         RunMessages();
     }
 
-    static void Refresh(HWND window) { SendMessageW(window, 1029, 0, 0); }
-
-    void LivePage(REFCLSID clsid, void (*use)(HWND window)) const {
+    void LivePage(REFCLSID clsid) const {
         const PagePtr page = server_.MakePage(clsid);
         HRESULT given = E_FAIL;
         try {
@@ -41,25 +40,25 @@ protected:
         EXPECT_TRUE(given == S_OK || given == E_NOINTERFACE || given == E_FAIL) << given;
         // Some hosts do not care whether the page refused.
         EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
-        use(GetWindow(host_.Handle(), GW_CHILD));
+        Work(GetWindow(host_.Handle(), GW_CHILD));
         EXPECT_EQ(page->IsPageDirty(), S_FALSE);
         EXPECT_EQ(page->Deactivate(), S_OK);
     }
 
     // Every position of the fault in the life of every page. What is shown may be anything; what is left is
     // nothing.
-    void StrikeEveryCall(const FaultAt& fault, void (*use)(HWND window) = Work) {
+    void StrikeEveryCall(const FaultAt& fault) {
         ErrorBoxWatch refused_texts;
         for (const CLSID& clsid : all_pages) {
             const std::uint64_t before = camera_->call_count();
-            LivePage(clsid, use);
+            LivePage(clsid);
             const std::uint64_t calls = camera_->call_count() - before;
             ASSERT_GT(calls, 30u);
             for (std::uint64_t n = 1; n <= calls; ++n) {
                 SCOPED_TRACE(n);
                 camera_->clear_transcript();
                 camera_->add_fault(fault(n));
-                LivePage(clsid, use);
+                LivePage(clsid);
                 camera_->clear_faults();
                 ASSERT_EQ(camera_->references(), 1);
                 ASSERT_EQ(server_.CanUnloadNow(), S_OK);
@@ -71,25 +70,15 @@ protected:
 
 simcam::fault FailAt(std::uint64_t n) { return simcam::fail_nth(n, E_FAIL); }
 
-TEST_F(FaultsTest, EveryCallMayFail) { StrikeEveryCall(FailAt); }
+TEST_P(FaultsTest, EveryCallMayFail) { StrikeEveryCall(FailAt); }
 
-TEST_F(FaultsTest, EveryCallForBuiltInItemsMayFail) {
-    camera_ = simcam::make_camera("builtin");
-    StrikeEveryCall(FailAt, Refresh);
-}
-
-TEST_F(FaultsTest, EveryCallForDescribedItemsMayFail) {
-    camera_ = simcam::make_camera("described");
-    StrikeEveryCall(FailAt, Refresh);
-}
-
-TEST_F(FaultsTest, TheCameraMayBeLostAtEveryCall) {
+TEST_P(FaultsTest, TheCameraMayBeLostAtEveryCall) {
     StrikeEveryCall([](std::uint64_t n) { return simcam::lost_after(n - 1); });
 }
 
-TEST_F(FaultsTest, EveryCallMayThrow) { StrikeEveryCall(simcam::throw_at); }
+TEST_P(FaultsTest, EveryCallMayThrow) { StrikeEveryCall(simcam::throw_at); }
 
-TEST_F(FaultsTest, EveryCallMayLieAboutItsSize) {
+TEST_P(FaultsTest, EveryCallMayLieAboutItsSize) {
     StrikeEveryCall([](std::uint64_t n) {
         simcam::fault lie;
         lie.first = n;
@@ -99,8 +88,8 @@ TEST_F(FaultsTest, EveryCallMayLieAboutItsSize) {
     });
 }
 
-TEST_F(FaultsTest, ARefusedWriteLeavesTheCameraAsItWas) {
-    camera_ = simcam::make_camera("full");
+TEST_P(FaultsTest, ARefusedWriteLeavesTheCameraAsItWas) {
+    UseCamera("full");
     const PagePtr page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     Settle();
@@ -114,6 +103,8 @@ TEST_F(FaultsTest, ARefusedWriteLeavesTheCameraAsItWas) {
     EXPECT_EQ(before, after);
     page->Deactivate();
 }
+
+INSTANTIATE_TEST_SUITE_P(Roads, FaultsTest, testing::Values(Road::Named, Road::Registers), RoadName);
 
 }  // namespace
 }  // namespace page_test

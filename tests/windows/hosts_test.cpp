@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <olectl.h>
 
+#include <iterator>
 #include <thread>
+#include <vector>
 
 namespace page_test {
 namespace {
@@ -14,13 +16,10 @@ namespace {
 using testing::Contains;
 using testing::StartsWith;
 
-class HostsTest : public PageTest {
-protected:
-    using PageTest::PageTest;
-};
+class HostsTest : public RoadTest {};
 
 // A frame that lets go of everything in the order of the book.
-TEST_F(HostsTest, AWellBehavedFrame) {
+TEST_P(HostsTest, AWellBehavedFrame) {
     CountingSite site;
     for (const CLSID& clsid : all_pages) {
         const PagePtr page = server_.MakePage(clsid);
@@ -39,7 +38,7 @@ TEST_F(HostsTest, AWellBehavedFrame) {
     EXPECT_EQ(site.references, 0);
 }
 
-TEST_F(HostsTest, AFrameThatNeverSaysGoodbyeAndDestroysTheParentFirst) {
+TEST_P(HostsTest, AFrameThatNeverSaysGoodbyeAndDestroysTheParentFirst) {
     CountingSite site;
     {
         const PagePtr page = server_.MakePage(exposure_page);
@@ -55,7 +54,7 @@ TEST_F(HostsTest, AFrameThatNeverSaysGoodbyeAndDestroysTheParentFirst) {
     EXPECT_EQ(site.references, 0);
 }
 
-TEST_F(HostsTest, AFrameThatReleasesAnActivePage) {
+TEST_P(HostsTest, AFrameThatReleasesAnActivePage) {
     HWND window = nullptr;
     {
         const PagePtr page = GivenPage(exposure_page);
@@ -66,7 +65,7 @@ TEST_F(HostsTest, AFrameThatReleasesAnActivePage) {
     EXPECT_EQ(server_.CanUnloadNow(), S_OK);
 }
 
-TEST_F(HostsTest, AFrameThatDestroysThePageItself) {
+TEST_P(HostsTest, AFrameThatDestroysThePageItself) {
     const PagePtr page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     DestroyWindow(window);
@@ -76,7 +75,7 @@ TEST_F(HostsTest, AFrameThatDestroysThePageItself) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(HostsTest, AFrameThatActivatesAPageWithoutObjects) {
+TEST_P(HostsTest, AFrameThatActivatesAPageWithoutObjects) {
     const PagePtr page = server_.MakePage(exposure_page);
     const HWND window = Open(*page);
     EXPECT_TRUE(ChildrenOf(window).empty());
@@ -84,9 +83,9 @@ TEST_F(HostsTest, AFrameThatActivatesAPageWithoutObjects) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(HostsTest, AFrameThatActivatesAPageWhichRefusedItsObject) {
+TEST_P(HostsTest, AFrameThatActivatesAPageWhichRefusedItsObject) {
     for (const char* name : {"empty", "foreign", "colourless"}) {
-        camera_ = simcam::make_camera(name);
+        UseCamera(name);
         const PagePtr page = server_.MakePage(color_page);
         EXPECT_EQ(Give(*page), E_NOINTERFACE) << name;
         const HWND window = Open(*page);
@@ -96,8 +95,8 @@ TEST_F(HostsTest, AFrameThatActivatesAPageWhichRefusedItsObject) {
     }
 }
 
-TEST_F(HostsTest, AFrameThatSwapsTheCameraOfAnOpenPage) {
-    const auto other = simcam::make_camera("simple");
+TEST_P(HostsTest, AFrameThatSwapsTheCameraOfAnOpenPage) {
+    const auto other = simcam::make_camera(SimpleCamera(GetParam()));
     {
         const PagePtr page = GivenPage(exposure_page);
         const HWND window = Open(*page);
@@ -105,17 +104,17 @@ TEST_F(HostsTest, AFrameThatSwapsTheCameraOfAnOpenPage) {
         EXPECT_EQ(Give(*page, {other.get()}), S_OK);
         SendMessageW(controls.sliders.at(0), WM_HSCROLL, TB_LINEDOWN, 0);
         RunMessages();
-        EXPECT_THAT(camera_->transcript(), Contains(StartsWith("Set device 4 ExposureTime/Value")))
+        EXPECT_THAT(camera_->transcript(), Contains(StartsWith(lines_.AnyWrite("ExposureTime"))))
             << "the controls stay with the camera that they were made for";
         other->clear_transcript();
         Open(*page);
-        EXPECT_THAT(other->transcript(), Contains(StartsWith("Get device 4 ExposureTime/Value")));
+        EXPECT_THAT(other->transcript(), Contains(StartsWith(lines_.AnyRead("ExposureTime"))));
         page->Deactivate();
     }
     EXPECT_EQ(other->references(), 1);
 }
 
-TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfAWrite) {
+TEST_P(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfAWrite) {
     PagePtr page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     const PageControls controls(window);
@@ -135,7 +134,7 @@ TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfAWrite) {
     camera_->clear_faults();
 }
 
-TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
+TEST_P(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
     for (std::uint64_t n = 1; n <= 8; ++n) {
         PagePtr page = GivenPage(exposure_page);
         const HWND window = Open(*page);
@@ -152,7 +151,7 @@ TEST_F(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
     }
 }
 
-TEST_F(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
+TEST_P(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
     for (std::uint64_t n = 1; n <= 16; ++n) {
         const PagePtr page = GivenPage(exposure_page);
         simcam::fault close;
@@ -167,7 +166,7 @@ TEST_F(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
     }
 }
 
-TEST_F(HostsTest, AFrameThatGoesWhileTheErrorBoxIsOpen) {
+TEST_P(HostsTest, AFrameThatGoesWhileTheErrorBoxIsOpen) {
     static PagePtr page;
     static HostWindow* host;
     page = GivenPage(exposure_page);
@@ -218,7 +217,7 @@ private:
     HWND window_;
 };
 
-TEST_F(HostsTest, AFrameThatAsksForHelp) {
+TEST_P(HostsTest, AFrameThatAsksForHelp) {
     const HelpProgram help;
     const PagePtr page = server_.MakePage(exposure_page);
     EXPECT_EQ(page->Help(L"C:\\a folder"), S_OK);
@@ -229,11 +228,11 @@ TEST_F(HostsTest, AFrameThatAsksForHelp) {
 }
 
 // Opens pages and works them, as the two frames of the next test do at the same time.
-void WorkAFrame(const PageServer& server, int rounds, int& opened) {
-    const auto camera = simcam::make_camera("simple");
+void WorkAFrame(const PageServer& server, Road road, const std::vector<CLSID>& pages, int& opened) {
+    const auto camera = simcam::make_camera(SimpleCamera(road));
     HostWindow host;
-    for (int round = 0; round < rounds; ++round) {
-        const PagePtr page = server.MakePage(all_pages[round % 4]);
+    for (const CLSID& clsid : pages) {
+        const PagePtr page = server.MakePage(clsid);
         IUnknown* object = camera.get();
         if (page->SetObjects(1, &object) != S_OK) continue;
         constexpr RECT place{0, 0, 428, 457};
@@ -249,21 +248,26 @@ void WorkAFrame(const PageServer& server, int rounds, int& opened) {
     }
 }
 
-TEST_F(HostsTest, TwoFramesOnTwoThreads) {
+// Only one of them shows edits: Wine's rich edits on two threads spoil the font tables that they share.
+TEST_P(HostsTest, TwoFramesOnTwoThreads) {
+    const std::vector<CLSID> without_edits(60, feature_page);
+    std::vector<CLSID> any;
+    for (int round = 0; round < 15; ++round)
+        any.insert(any.end(), std::begin(all_pages), std::end(all_pages));
     int here = 0;
     int there = 0;
     std::thread other([&] {
         CoInitialize(nullptr);
-        WorkAFrame(server_, 60, there);
+        WorkAFrame(server_, GetParam(), without_edits, there);
         CoUninitialize();
     });
-    WorkAFrame(server_, 60, here);
+    WorkAFrame(server_, GetParam(), any, here);
     other.join();
     EXPECT_EQ(here, 60);
     EXPECT_EQ(there, 60);
 }
 
-TEST_F(HostsTest, AFrameThatReleasesAnActivePageOnAnotherThread) {
+TEST_P(HostsTest, AFrameThatReleasesAnActivePageOnAnotherThread) {
     PagePtr page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     bool done = false;
@@ -344,7 +348,7 @@ private:
     std::vector<DWORD> cookies_;
 };
 
-TEST_F(FrameTest, ShowsEveryPageAndMovesTheCamera) {
+TEST_P(FrameTest, ShowsEveryPageAndMovesTheCamera) {
     static std::vector<std::wstring> labels;
     labels.clear();
     const HRESULT hr = RunFrame(*camera_, [](HWND sheet) {
@@ -365,12 +369,12 @@ TEST_F(FrameTest, ShowsEveryPageAndMovesTheCamera) {
     EXPECT_EQ(hr, S_OK);
     EXPECT_THAT(labels, testing::ElementsAre(L"Exposure", L"Trigger", L"Zoom", L"Saturation"));
     const Transcript seen = TakeTranscript();
-    EXPECT_THAT(seen, Contains("Set device 4 ExposureTime/Value <- 4, ok"));
-    EXPECT_THAT(seen, Contains("Set device 4 Zoom/Value <- 1000, ok"));
-    EXPECT_THAT(seen, Contains("Set device 4 Saturation/Value <- 255, ok"));
+    EXPECT_THAT(seen, Contains(lines_.Write("ExposureTime", 4.0)));
+    EXPECT_THAT(seen, Contains(lines_.Write("Zoom", 1000)));
+    EXPECT_THAT(seen, Contains(lines_.Write("Saturation", 255)));
 }
 
-TEST_F(FrameTest, OpensAndClosesAgainAndAgain) {
+TEST_P(FrameTest, OpensAndClosesAgainAndAgain) {
     for (int round = 0; round < 5; ++round) {
         EXPECT_EQ(RunFrame(*camera_, [](HWND sheet) { EXPECT_FALSE(OpenPages(sheet).empty()); }), S_OK);
         RunMessages();
@@ -378,8 +382,8 @@ TEST_F(FrameTest, OpensAndClosesAgainAndAgain) {
     }
 }
 
-TEST_F(FrameTest, SurvivesACameraWithoutColour) {
-    camera_ = simcam::make_camera("colourless");
+TEST_P(FrameTest, SurvivesACameraWithoutColour) {
+    UseCamera("colourless");
     EXPECT_EQ(RunFrame(*camera_,
                        [](HWND sheet) {
                            for (int page = 3; page >= 0; --page) {
@@ -389,6 +393,10 @@ TEST_F(FrameTest, SurvivesACameraWithoutColour) {
                        }),
               S_OK);
 }
+
+INSTANTIATE_TEST_SUITE_P(Roads, HostsTest, testing::Values(Road::Named, Road::Registers), RoadName);
+
+INSTANTIATE_TEST_SUITE_P(Roads, FrameTest, testing::Values(Road::Named, Road::Registers), RoadName);
 
 }  // namespace
 }  // namespace page_test

@@ -39,6 +39,25 @@ void PageTest::Settle() const {
     camera_->clear_transcript();
 }
 
+RoadTest::RoadTest(simcam::camera_options options) : PageTest(std::move(options)) { WatchTheRoad(); }
+
+void RoadTest::UseCamera(simcam::camera_options options) {
+    camera_ = simcam::make_camera(std::move(options));
+    WatchTheRoad();
+}
+
+void RoadTest::UseCamera(const std::string& name) {
+    UseCamera(name == "simple" ? SimpleCamera(GetParam()) : CameraOn(GetParam(), name));
+}
+
+void RoadTest::WatchTheRoad() {
+    camera_->set_listener([road = GetParam()](const simcam::driver_call& call) {
+        EXPECT_TRUE(IsOnRoad(road, call)) << call.text;
+    });
+}
+
+std::string RoadName(const testing::TestParamInfo<Road>& road) { return NameOf(road.param); }
+
 PageControls::PageControls(HWND page) {
     for (const HWND child : ChildrenOf(page)) {
         const std::wstring name = ClassOf(child);

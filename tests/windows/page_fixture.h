@@ -3,10 +3,12 @@
 #include "simcam/simulated_camera.h"
 #include "tests/windows/host_window.h"
 #include "tests/windows/page_server.h"
+#include "tests/windows/road.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace page_test {
@@ -19,7 +21,8 @@ class PageTest : public testing::Test {
 protected:
     static constexpr RECT place{5, 7, 433, 464};
 
-    explicit PageTest(const char* camera_name = "simple") : camera_(simcam::make_camera(camera_name)) {}
+    explicit PageTest(const char* camera_name = "simple") : PageTest(*simcam::ready_made(camera_name)) {}
+    explicit PageTest(simcam::camera_options options) : camera_(simcam::make_camera(std::move(options))) {}
     ~PageTest() override;
 
     /// What `SetObjects` says to the camera.
@@ -38,6 +41,25 @@ protected:
     simcam::camera_ptr camera_;
     HostWindow host_;
 };
+
+/// A test that runs on either road. Whatever it does, the driver must see no access by the other one.
+class RoadTest : public PageTest, public testing::WithParamInterface<Road> {
+protected:
+    RoadTest() : RoadTest(SimpleCamera(GetParam())) {}
+    explicit RoadTest(simcam::camera_options options);
+    ~RoadTest() override { camera_->set_listener(nullptr); }
+
+    void UseCamera(simcam::camera_options options);
+    /// A ready-made one, or the simple one, on the road of the test.
+    void UseCamera(const std::string& name);
+
+    const RoadLines lines_{GetParam()};
+
+private:
+    void WatchTheRoad();
+};
+
+std::string RoadName(const testing::TestParamInfo<Road>& road);
 
 /// The children of a page by class, in the order of the controls.
 struct PageControls {

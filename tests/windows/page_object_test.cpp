@@ -11,13 +11,9 @@
 namespace page_test {
 namespace {
 
-class PageObjectTest : public PageTest {
-protected:
-    void UseCamera(simcam::camera_options options) { camera_ = simcam::make_camera(std::move(options)); }
-    void UseCamera(const char* name) { camera_ = simcam::make_camera(name); }
-};
+class PageObjectTest : public RoadTest {};
 
-TEST_F(PageObjectTest, OneSiteAtATime) {
+TEST_P(PageObjectTest, OneSiteAtATime) {
     const auto page = server_.MakePage(exposure_page);
     CountingSite first;
     CountingSite second;
@@ -34,7 +30,7 @@ TEST_F(PageObjectTest, OneSiteAtATime) {
     EXPECT_EQ(page->SetPageSite(nullptr), S_OK);
 }
 
-TEST_F(PageObjectTest, TheLastReleaseLetsGoOfTheSiteAndTheObjects) {
+TEST_P(PageObjectTest, TheLastReleaseLetsGoOfTheSiteAndTheObjects) {
     CountingSite site;
     {
         const auto page = GivenPage(exposure_page);
@@ -45,7 +41,7 @@ TEST_F(PageObjectTest, TheLastReleaseLetsGoOfTheSiteAndTheObjects) {
     EXPECT_EQ(camera_->references(), 1);
 }
 
-TEST_F(PageObjectTest, TellsAboutItself) {
+TEST_P(PageObjectTest, TellsAboutItself) {
     const wchar_t* const titles[] = {L"Selvane Exposure Controls", L"Selvane Feature Controls",
                                      L"Selvane Lens Controls", L"Selvane Color Controls"};
     for (int i = 0; i < 4; ++i) {
@@ -64,7 +60,7 @@ TEST_F(PageObjectTest, TellsAboutItself) {
     EXPECT_EQ(server_.MakePage(exposure_page)->GetPageInfo(nullptr), E_POINTER);
 }
 
-TEST_F(PageObjectTest, ItsSizeIsThatOfItsDialog) {
+TEST_P(PageObjectTest, ItsSizeIsThatOfItsDialog) {
     PROPPAGEINFO info{};
     info.cb = 4711;  // a host's guess
     ASSERT_EQ(server_.MakePage(lens_page)->GetPageInfo(&info), S_OK);
@@ -80,7 +76,7 @@ TEST_F(PageObjectTest, ItsSizeIsThatOfItsDialog) {
     for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
 }
 
-TEST_F(PageObjectTest, SetObjectsWantsAnArray) {
+TEST_P(PageObjectTest, SetObjectsWantsAnArray) {
     const auto page = server_.MakePage(exposure_page);
     IUnknown* objects[] = {camera_.get()};
     EXPECT_EQ(page->SetObjects(1, nullptr), E_POINTER);
@@ -89,7 +85,7 @@ TEST_F(PageObjectTest, SetObjectsWantsAnArray) {
     EXPECT_TRUE(TakeTranscript().empty());
 }
 
-TEST_F(PageObjectTest, SetObjectsTakesTheFirstCamera) {
+TEST_P(PageObjectTest, SetObjectsTakesTheFirstCamera) {
     PlainObject plain;
     const auto page = server_.MakePage(exposure_page);
     const auto foreign = simcam::make_camera("foreign");
@@ -102,7 +98,7 @@ TEST_F(PageObjectTest, SetObjectsTakesTheFirstCamera) {
     page->Deactivate();
 }
 
-TEST_F(PageObjectTest, SetObjectsRefusesWhatIsNoCamera) {
+TEST_P(PageObjectTest, SetObjectsRefusesWhatIsNoCamera) {
     PlainObject plain;
     const auto page = server_.MakePage(exposure_page);
     EXPECT_EQ(Give(*page, {&plain}), E_NOINTERFACE);
@@ -110,7 +106,7 @@ TEST_F(PageObjectTest, SetObjectsRefusesWhatIsNoCamera) {
     EXPECT_EQ(plain.references, 0);
     UseCamera("foreign");
     EXPECT_EQ(Give(*page), E_NOINTERFACE);
-    auto options = *simcam::ready_made("simple");
+    auto options = SimpleCamera(GetParam());
     options.gate_set = false;
     UseCamera(options);
     EXPECT_EQ(Give(*page), E_NOINTERFACE);
@@ -121,7 +117,7 @@ TEST_F(PageObjectTest, SetObjectsRefusesWhatIsNoCamera) {
     EXPECT_EQ(camera_->references(), 1) << "nothing is kept of a refused object";
 }
 
-TEST_F(PageObjectTest, SetObjectsRefusesACameraWithNothingToShow) {
+TEST_P(PageObjectTest, SetObjectsRefusesACameraWithNothingToShow) {
     UseCamera("empty");
     {
         const auto page = server_.MakePage(exposure_page);
@@ -144,8 +140,8 @@ std::string ThrownBy(IPropertyPage& page, IUnknown* object, HRESULT& result) {
     }
 }
 
-TEST_F(PageObjectTest, AnUnreachableCameraLeavesSetObjectsAsAnException) {
-    auto options = *simcam::ready_made("simple");
+TEST_P(PageObjectTest, AnUnreachableCameraLeavesSetObjectsAsAnException) {
+    auto options = SimpleCamera(GetParam());
     options.named_access = false;
     options.register_access = false;
     UseCamera(options);
@@ -157,8 +153,8 @@ TEST_F(PageObjectTest, AnUnreachableCameraLeavesSetObjectsAsAnException) {
     EXPECT_EQ(ReferencesOf(*page.get()), 1u);
 }
 
-TEST_F(PageObjectTest, AMalformedDescriptionLeavesSetObjectsAsAnException) {
-    auto options = *simcam::ready_made("simple");
+TEST_P(PageObjectTest, AMalformedDescriptionLeavesSetObjectsAsAnException) {
+    auto options = SimpleCamera(GetParam());
     options.descriptions = {"<RegisterDescription"};
     UseCamera(options);
     const auto page = server_.MakePage(exposure_page);
@@ -169,7 +165,7 @@ TEST_F(PageObjectTest, AMalformedDescriptionLeavesSetObjectsAsAnException) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(PageObjectTest, WhatADriverThrowsDoesNotLeaveSetObjects) {
+TEST_P(PageObjectTest, WhatADriverThrowsDoesNotLeaveSetObjects) {
     for (std::uint64_t n = 1; n < 20; ++n) {
         UseCamera("simple");
         camera_->add_fault(simcam::throw_at(n));
@@ -179,7 +175,7 @@ TEST_F(PageObjectTest, WhatADriverThrowsDoesNotLeaveSetObjects) {
     }
 }
 
-TEST_F(PageObjectTest, ALaterSuccessReplacesTheObjects) {
+TEST_P(PageObjectTest, ALaterSuccessReplacesTheObjects) {
     const auto first = simcam::make_camera("simple");
     const auto page = server_.MakePage(exposure_page);
     EXPECT_EQ(Give(*page, {first.get()}), S_OK);
@@ -188,7 +184,7 @@ TEST_F(PageObjectTest, ALaterSuccessReplacesTheObjects) {
     EXPECT_EQ(first->references(), 1);
 }
 
-TEST_F(PageObjectTest, ShowAndMoveNeedAWindow) {
+TEST_P(PageObjectTest, ShowAndMoveNeedAWindow) {
     const auto page = GivenPage(exposure_page);
     EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
     EXPECT_EQ(page->Move(&place), E_UNEXPECTED);
@@ -196,7 +192,7 @@ TEST_F(PageObjectTest, ShowAndMoveNeedAWindow) {
     EXPECT_EQ(page->Deactivate(), S_OK) << "no window is fine";
 }
 
-TEST_F(PageObjectTest, ActivateMakesAChildAtThePlace) {
+TEST_P(PageObjectTest, ActivateMakesAChildAtThePlace) {
     const auto page = GivenPage(exposure_page);
     EXPECT_EQ(page->Activate(host_.Handle(), &place, TRUE), S_OK);
     const HWND window = GetWindow(host_.Handle(), GW_CHILD);
@@ -222,7 +218,7 @@ TEST_F(PageObjectTest, ActivateMakesAChildAtThePlace) {
     EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
 }
 
-TEST_F(PageObjectTest, ActivateSaysYesWhateverHappens) {
+TEST_P(PageObjectTest, ActivateSaysYesWhateverHappens) {
     const auto page = GivenPage(exposure_page);
     EXPECT_EQ(page->Activate(nullptr, &place, FALSE), S_OK);
     EXPECT_EQ(page->Activate(reinterpret_cast<HWND>(0x12345), &place, FALSE), S_OK);
@@ -232,7 +228,7 @@ TEST_F(PageObjectTest, ActivateSaysYesWhateverHappens) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(PageObjectTest, ASecondActivationBuildsTheControlsAnew) {
+TEST_P(PageObjectTest, ASecondActivationBuildsTheControlsAnew) {
     const auto page = GivenPage(exposure_page);
     const HWND first = Open(*page);
     const auto controls = ChildrenOf(first).size();
@@ -245,7 +241,7 @@ TEST_F(PageObjectTest, ASecondActivationBuildsTheControlsAnew) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(PageObjectTest, ActivatingTwiceLeavesOneWindow) {
+TEST_P(PageObjectTest, ActivatingTwiceLeavesOneWindow) {
     const auto page = GivenPage(exposure_page);
     const HWND first = Open(*page);
     const HWND second = Open(*page);
@@ -255,7 +251,7 @@ TEST_F(PageObjectTest, ActivatingTwiceLeavesOneWindow) {
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
-TEST_F(PageObjectTest, NothingMakesItDirty) {
+TEST_P(PageObjectTest, NothingMakesItDirty) {
     CountingSite site;
     const auto page = GivenPage(exposure_page);
     page->SetPageSite(&site);
@@ -276,7 +272,7 @@ TEST_F(PageObjectTest, NothingMakesItDirty) {
     page->SetPageSite(nullptr);
 }
 
-TEST_F(PageObjectTest, TranslatesInputOfItsOwnDialog) {
+TEST_P(PageObjectTest, TranslatesInputOfItsOwnDialog) {
     const auto page = GivenPage(exposure_page);
     MSG message{};
     message.message = WM_KEYDOWN;
@@ -294,7 +290,7 @@ TEST_F(PageObjectTest, TranslatesInputOfItsOwnDialog) {
     page->Deactivate();
 }
 
-TEST_F(PageObjectTest, OnlyInputIsOfferedToTheDialog) {
+TEST_P(PageObjectTest, OnlyInputIsOfferedToTheDialog) {
     const auto page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     // The dialog takes any message for one of its windows; only keyboard and mouse get so far.
@@ -314,7 +310,7 @@ TEST_F(PageObjectTest, OnlyInputIsOfferedToTheDialog) {
     page->Deactivate();
 }
 
-TEST_F(PageObjectTest, PutsControlParentIntoItsExtendedStyle) {
+TEST_P(PageObjectTest, PutsControlParentIntoItsExtendedStyle) {
     const auto page = GivenPage(exposure_page);
     const HWND window = Open(*page);
     const LONG_PTR before = GetWindowLongPtrW(window, GWL_EXSTYLE);
@@ -332,7 +328,7 @@ TEST_F(PageObjectTest, PutsControlParentIntoItsExtendedStyle) {
     page->Deactivate();
 }
 
-TEST_F(PageObjectTest, AnAggregatedPageWorksLikeAnyOther) {
+TEST_P(PageObjectTest, AnAggregatedPageWorksLikeAnyOther) {
     Outer outer;
     ASSERT_EQ(server_.Factory(exposure_page)->CreateInstance(&outer, IID_IUnknown, outer.inner.put_void()),
               S_OK);
@@ -348,6 +344,8 @@ TEST_F(PageObjectTest, AnAggregatedPageWorksLikeAnyOther) {
     outer.inner.reset();
     EXPECT_EQ(outer.references, 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(Roads, PageObjectTest, testing::Values(Road::Named, Road::Registers), RoadName);
 
 }  // namespace
 }  // namespace page_test

@@ -17,9 +17,9 @@ struct Expected {
     int left, top, width, height;
 };
 
-class PageWindowsTest : public PageTest {
+class PageWindowsTest : public RoadTest {
 protected:
-    using PageTest::PageTest;
+    using RoadTest::RoadTest;
     ~PageWindowsTest() override { page_->Deactivate(); }
 
     HWND OpenPage(REFCLSID clsid) {
@@ -71,7 +71,7 @@ constexpr wchar_t combo[] = L"Selvane_COMBOBOX";
 constexpr wchar_t button[] = L"Selvane_BUTTON";
 constexpr wchar_t label[] = L"Static";
 
-TEST_F(PageWindowsTest, AFloatWithASwitch) {
+TEST_P(PageWindowsTest, AFloatWithASwitch) {
     OpenPage(exposure_page);
     ExpectWindows({
         {label, 0x50000200, L"Exposure", 20, 18, std::max(110, TextWidth(L"Exposure")), 23},
@@ -82,7 +82,7 @@ TEST_F(PageWindowsTest, AFloatWithASwitch) {
     });
 }
 
-TEST_F(PageWindowsTest, ASwitchWithAButtonAndAList) {
+TEST_P(PageWindowsTest, ASwitchWithAButtonAndAList) {
     OpenPage(feature_page);
     const int enable = TextWidth(L"Enable") + 25;
     const int software = TextWidth(L"Software Trigger") + 25;
@@ -100,7 +100,7 @@ TEST_F(PageWindowsTest, ASwitchWithAButtonAndAList) {
     EXPECT_STREQ(entry, L"Line 1");
 }
 
-TEST_F(PageWindowsTest, AnInteger) {
+TEST_P(PageWindowsTest, AnInteger) {
     OpenPage(lens_page);
     ExpectWindows({
         {label, 0x50000200, L"Zoom", 20, 18, 110, 23},
@@ -116,7 +116,7 @@ TEST_F(PageWindowsTest, AnInteger) {
               reinterpret_cast<LRESULT>(controls.edits[0]));
 }
 
-TEST_F(PageWindowsTest, AllTextIsInTheFontOfTheDialog) {
+TEST_P(PageWindowsTest, AllTextIsInTheFontOfTheDialog) {
     OpenPage(feature_page);
     const LRESULT font = SendMessageW(window_, WM_GETFONT, 0, 0);
     EXPECT_NE(font, 0);
@@ -129,10 +129,10 @@ TEST_F(PageWindowsTest, AllTextIsInTheFontOfTheDialog) {
 /// The camera with everything.
 class FullPageTest : public PageWindowsTest {
 protected:
-    FullPageTest() : PageWindowsTest("full") {}
+    FullPageTest() : PageWindowsTest(CameraOn(GetParam(), "full")) {}
 };
 
-TEST_F(FullPageTest, EachPageHasRowsThatDoNotOverlap) {
+TEST_P(FullPageTest, EachPageHasRowsThatDoNotOverlap) {
     for (const CLSID& clsid : all_pages) {
         OpenPage(clsid);
         const auto children = ChildrenOf(window_);
@@ -151,7 +151,7 @@ TEST_F(FullPageTest, EachPageHasRowsThatDoNotOverlap) {
     }
 }
 
-TEST_F(FullPageTest, ARectangleLargerThanThePageIsFine) {
+TEST_P(FullPageTest, ARectangleLargerThanThePageIsFine) {
     page_ = GivenPage(exposure_page);
     const RECT large{0, 0, 3000, 2000};
     EXPECT_EQ(page_->Activate(host_.Handle(), &large, FALSE), S_OK);
@@ -160,13 +160,17 @@ TEST_F(FullPageTest, ARectangleLargerThanThePageIsFine) {
     EXPECT_GE(ChildrenOf(window).size(), 4u);
 }
 
-TEST_F(FullPageTest, AnEmptyOrInvertedRectangleIsFine) {
+TEST_P(FullPageTest, AnEmptyOrInvertedRectangleIsFine) {
     page_ = GivenPage(exposure_page);
     for (const RECT& odd : {RECT{0, 0, 0, 0}, RECT{50, 50, 10, 10}, RECT{-100, -100, -50, -50}}) {
         EXPECT_EQ(page_->Activate(host_.Handle(), &odd, FALSE), S_OK);
         EXPECT_GE(ChildrenOf(GetWindow(host_.Handle(), GW_CHILD)).size(), 4u);
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Roads, PageWindowsTest, testing::Values(Road::Named, Road::Registers), RoadName);
+
+INSTANTIATE_TEST_SUITE_P(Roads, FullPageTest, testing::Values(Road::Named, Road::Registers), RoadName);
 
 }  // namespace
 }  // namespace page_test

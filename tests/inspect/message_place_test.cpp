@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ostream>
 
 namespace inspect_test {
 namespace {
@@ -15,6 +16,8 @@ struct placed_case {
     const char* message;
     const char* rule = "load-message";
 };
+
+void PrintTo(const placed_case& one, std::ostream* out) { *out << one.name; }
 
 constexpr placed_case cases[] = {
     {"ImposedAccessMode",

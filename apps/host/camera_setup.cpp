@@ -35,7 +35,12 @@ void replace_descriptions(simcam::camera_options& camera, const std::vector<std:
     // Contents and behaviour of the registers belong to the descriptions that are gone.
     camera.memory.clear();
     camera.prepare_memory = nullptr;
-    camera.start_from_defaults = false;
+    camera.start_from_defaults = true;
+}
+
+void load_memory(simcam::simulated_camera& camera, const std::filesystem::path& file) {
+    const std::size_t line = camera.memory().load(read_file(file));
+    if (line != 0) throw wrong_use(fmt::format("{}: line {} is not understood", file.u8string(), line));
 }
 
 void choose_road(simcam::camera_options& camera, access_road road) {
@@ -66,6 +71,7 @@ simcam::camera_ptr make_wanted_camera(const host_options& options) {
     wanted.keep_transcript = false;  // what is traced is printed as it comes
     simcam::camera_ptr camera = simcam::make_camera(std::move(wanted));
     refuse_malformed(*camera, options.descriptions);
+    if (!options.memory.empty()) load_memory(*camera, options.memory);
     return camera;
 }
 

@@ -22,6 +22,7 @@ constexpr const char* exit_codes =
 // What the command line fills; the paths are UTF-8 until it has been read.
 struct raw_options {
     std::vector<std::string> descriptions;
+    std::string memory;
     std::string pictures;
     std::string road;
 };
@@ -36,11 +37,15 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
                        "Only this road to the features: named or registers (default: what the camera has)")
             ->type_name("ROAD")
             ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
+    CLI::Option* memory =
+        app.add_option("--memory", raw.memory, "Register contents on top of what the camera starts with")
+            ->type_name("FILE");
     app.add_option("--device", options.device, "The video capture device of that name, no simulation")
         ->type_name("NAME")
         ->excludes(files)
         ->excludes(camera)
-        ->excludes(access);
+        ->excludes(access)
+        ->excludes(memory);
 }
 
 void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
@@ -89,11 +94,13 @@ host_options parse_options(std::vector<std::string> arguments) {
     }
     refuse_empty(app, "--camera", options.camera.empty());
     refuse_empty(app, "--device", options.device.empty());
+    refuse_empty(app, "--memory", raw.memory.empty());
     refuse_empty(app, "--pictures", raw.pictures.empty());
     for (const std::string& file : raw.descriptions)
         options.descriptions.push_back(std::filesystem::u8path(file));
     if (raw.road == named_road) options.access = access_road::named;
     if (raw.road == register_road) options.access = access_road::registers;
+    options.memory = std::filesystem::u8path(raw.memory);
     options.pictures = std::filesystem::u8path(raw.pictures);
     return options;
 }

@@ -14,6 +14,7 @@ struct host_options {
     std::vector<std::filesystem::path> descriptions;  ///< in place of the camera's own
     std::string camera;                               ///< of the ready-made ones; empty for the usual one
     access_road access = access_road::as_offered;
+    std::filesystem::path memory;    ///< register contents of the simulated camera; empty for its own
     std::string device;              ///< name of a real device; empty for the simulated camera
     std::filesystem::path pictures;  ///< folder for pictures of the pages; empty for none
     bool trace = false;

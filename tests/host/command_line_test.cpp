@@ -125,6 +125,45 @@ TEST(CommandLine, OneRoadAloneIsTraced) {
     EXPECT_THAT(registers.output, testing::Not(HasSubstr("\nGet device 4 ")));
 }
 
+// One marked number over a register, with a default.
+constexpr const char* one_number = R"(<RegisterDescription>
+  <Category Name="Root"><pFeature>Group</pFeature></Category>
+  <Category Name="Group"><DisplayName>Lens</DisplayName><pFeature>Item</pFeature></Category>
+  <Category Name="Item">
+    <Extension><ZELItemGUID>{00000000-0000-0000-0000-000000000001}</ZELItemGUID></Extension>
+    <pFeature>Number</pFeature></Category>
+  <Integer Name="Number">
+    <Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000002}</ZELElementGUID><Default>5</Default></Extension>
+    <pIsImplemented>Cell</pIsImplemented><pValue>Cell</pValue><Min>0</Min><Max>9</Max></Integer>
+  <IntReg Name="Cell"><Address>0x10</Address><Length>4</Length><AccessMode>RW</AccessMode>
+    <pPort>Device</pPort></IntReg>
+  <Port Name="Device"/></RegisterDescription>)";
+
+TEST(CommandLine, RegistersStartFromTheDefaultsOfADescription) {
+    const ScratchFolder folder;
+    const std::string file = folder.Write("one.xml", one_number);
+    const ProcessEnd end = RunHost({"--probe", "--trace", "--access", "registers", file});
+    EXPECT_EQ(end.code, 0U) << end.errors;
+    EXPECT_THAT(end.output, HasSubstr("\nGet device 3 0x00000010 -> 00 00 00 05, ok, "));
+}
+
+TEST(CommandLine, RegistersTakeTheContentsOfAFile) {
+    const ScratchFolder folder;
+    const std::string file = folder.Write("one.xml", one_number);
+    const std::string memory = folder.Write("one.memory", "# what the number is\n0x10: 00 00 00 07\n");
+    const ProcessEnd end = RunHost({"--probe", "--trace", "--access", "registers", "--memory", memory, file});
+    EXPECT_EQ(end.code, 0U) << end.errors;
+    EXPECT_THAT(end.output, HasSubstr("\nGet device 3 0x00000010 -> 00 00 00 07, ok, "));
+}
+
+TEST(CommandLine, ContentsThatAreNotUnderstoodAreRefused) {
+    const ScratchFolder folder;
+    const std::string memory = folder.Write("bad.memory", "0x10: 00\n0x20 11\n");
+    ExpectRefusal(RunHost({"--probe", "--memory", memory}), 2, memory + ": line 2 is not understood");
+    const std::string missing = (folder.Path() / "missing.memory").u8string();
+    ExpectRefusal(RunHost({"--probe", "--memory", missing}), 2, "cannot read " + missing);
+}
+
 TEST(CommandLine, WithoutADeviceThatIsSaid) {
     const ProcessEnd list = RunHost({"--list"});
     if (list.code == 0) GTEST_SKIP() << "this system has video capture devices";

@@ -27,6 +27,7 @@ TEST(Options, NothingAsksForTheUsualCameraInAFrame) {
     EXPECT_EQ(options.camera, "");
     EXPECT_EQ(options.access, access_road::as_offered);
     EXPECT_EQ(options.device, "");
+    EXPECT_TRUE(options.memory.empty());
     EXPECT_TRUE(options.pictures.empty());
     EXPECT_FALSE(options.trace || options.layout || options.probe || options.list_cameras ||
                  options.list_devices);
@@ -34,8 +35,10 @@ TEST(Options, NothingAsksForTheUsualCameraInAFrame) {
 }
 
 TEST(Options, EveryOptionIsTaken) {
-    const host_options options = parse_options({"--camera", "full", "--access", "registers", "--trace",
-                                                "--layout", "--pictures", "out", "one.xml", "two.xml"});
+    const host_options options =
+        parse_options({"--camera", "full", "--access", "registers", "--trace", "--layout", "--memory",
+                       "a.memory", "--pictures", "out", "one.xml", "two.xml"});
+    EXPECT_EQ(options.memory, "a.memory");
     EXPECT_EQ(options.camera, "full");
     EXPECT_EQ(options.access, access_road::registers);
     EXPECT_TRUE(options.trace);
@@ -64,8 +67,9 @@ TEST(Options, NamesOfFilesAreUtf8) {
 TEST(Options, VersionAndHelpArePrinted) {
     EXPECT_EQ(parse_options({"--version"}).message, "selvane_host " SELVANE_VERSION "\n");
     const std::string help = parse_options({"--help"}).message;
-    for (const char* word : {"FILE", "--camera", "--access", "--device", "--trace", "--layout", "--probe",
-                             "--pictures", "--list-cameras", "--list", "--version", "Exit codes: 0"}) {
+    for (const char* word :
+         {"FILE", "--camera", "--access", "--memory", "--device", "--trace", "--layout", "--probe",
+          "--pictures", "--list-cameras", "--list", "--version", "Exit codes: 0"}) {
         EXPECT_THAT(help, HasSubstr(word));
     }
 }
@@ -90,6 +94,8 @@ INSTANTIATE_TEST_SUITE_P(All, RefusedOptions,
                                          Refused{{"--camera", ""}, "--camera needs a value"},
                                          Refused{{"--device", ""}, "--device needs a value"},
                                          Refused{{"--pictures", ""}, "--pictures needs a value"},
+                                         Refused{{"--memory", ""}, "--memory needs a value"},
+                                         Refused{{"--device", "A", "--memory", "m"}, "excludes"},
                                          Refused{{"--pictures", "out", "--probe"}, "excludes"},
                                          Refused{{"--device", "A", "one.xml"}, "excludes"},
                                          Refused{{"--device", "A", "--camera", "full"}, "excludes"},

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 using namespace GenICam;
@@ -29,6 +30,7 @@ constexpr auto resolve = [](std::string_view name) -> resolved_name {
 };
 
 constexpr auto find = [](identifier_id id) { return &values[id - first_id]; };
+constexpr auto answer = [](identifier_id id) { return std::optional<eval_value>(*find(id)); };
 
 // An integer division may end the process, as it must.
 bool may_divide(const formula_program& program) {
@@ -60,7 +62,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!plain || may_divide(plain.value())) return 0;
     const auto stepwise = evaluate_formula(plain.value(), find);
     require_same(stepwise, evaluate_formula(untyped.value(), find));
+    require_same(stepwise, evaluate_formula(untyped.value(), answer));
     specialise_formula(plain.value(), [](identifier_id id) { return std::optional(kind_of(*find(id))); });
     require_same(stepwise, evaluate_formula(plain.value(), find));
+    require_same(stepwise, evaluate_formula(plain.value(), answer));
     return 0;
 }

@@ -21,7 +21,7 @@ bool is_category(const node_element& element) { return std::string_view(element.
 class category_walk {
 public:
     category_walk(const lint_context& context, finding_list& findings)
-        : context_(context), tree_(context.tree()), findings_(findings) {}
+        : tree_(context.tree()), findings_(findings) {}
 
     void start(element_index category);
 
@@ -35,7 +35,6 @@ private:
     void look_at(pugi::xml_node entry);
     void add_circle(element_index again, pugi::xml_node entry);
 
-    const lint_context& context_;
     const description_tree& tree_;
     finding_list& findings_;
     std::vector<open_category> path_;

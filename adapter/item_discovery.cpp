@@ -19,6 +19,9 @@ using ZELAdapterHelper::InterfaceType;
 
 constexpr std::uint32_t described_item_priority = 10;
 
+// Categories that list one another in all orders have more ways through them than anybody can walk.
+constexpr std::size_t most_entered_categories = 100'000;
+
 struct type_mapping {
     node_type node;
     InterfaceType shown_as;
@@ -110,6 +113,7 @@ std::vector<item_candidate> collect_items(INode* category) {
     std::vector<item_candidate> found;
     std::vector<open_category> path;
     std::unordered_set<INode*> entered = {category};
+    std::size_t entered_count = 0;
     path.emplace_back(category);
     while (!path.empty()) {
         open_category& current = path.back();
@@ -123,8 +127,9 @@ std::vector<item_candidate> collect_items(INode* category) {
         const GUID id = read_extension_guid(feature, "ZELItemGUID");
         if (id != platform::null_guid) {
             found.push_back({id, feature, current.name});
-        } else if (entered.insert(feature).second) {
+        } else if (entered_count < most_entered_categories && entered.insert(feature).second) {
             path.emplace_back(feature);
+            ++entered_count;
         }
     }
     return found;

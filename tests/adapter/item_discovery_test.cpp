@@ -362,6 +362,16 @@ TEST_F(Discovery, EndsForCategoriesThatListEachOther) {
     EXPECT_EQ(NamesOf(table), (std::vector<std::wstring>{L"I2", L"I1"}));
 }
 
+TEST_F(Discovery, EndsForCategoriesWithMoreWaysThroughThemThanAnybodyCanWalk) {
+    std::vector<std::string> names;
+    for (char name = 'A'; name <= 'T'; ++name) names.emplace_back(1, name);
+    std::string nodes = Category("Root", {"Item", "A"});
+    for (const std::string& name : names) nodes += Category(name, names);
+    const auto& table =
+        TableOf(nodes + Category("Item", {"Feature"}, ItemMark(1)) + MarkedInteger("Feature"));
+    EXPECT_EQ(NamesOf(table), std::vector<std::wstring>{L"Item"});
+}
+
 TEST(CollectElements, StopsWithoutAWordAtAnException) {
     ScriptedCamera camera(
         Road::Named,

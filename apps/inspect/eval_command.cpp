@@ -3,6 +3,7 @@
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/guarded_run.h"
 #include "apps/inspect/lint/formula_outline.h"
+#include "formula/formula_operation.h"
 #include "formula/formula_parser.h"
 #include "genicam/core/number_parser.h"
 
@@ -44,6 +45,9 @@ variable parse_variable(const std::string& text) {
     const std::size_t at = text.find('=');
     if (at == std::string::npos || at == 0) throw wrong_use(text + " is no variable: NAME=VALUE");
     variable parsed = {text.substr(0, at), {}};
+    if (GenICam::find_named_constant(parsed.name) != nullptr) {
+        throw wrong_use(parsed.name + " is a number of the language and cannot be another");
+    }
     const std::string value = text.substr(at + 1);
     const std::size_t read = GenICam::parse_number(value, parsed.value);
     if (read == 0 || read != value.size()) throw wrong_use(value + " is no number for " + parsed.name);
@@ -99,8 +103,10 @@ std::string stack_text(const std::vector<eval_value>& stack) {
 }
 
 void check(const guarded_result& result, const std::string& formula) {
-    if (result.ends_process) throw refused(formula + ": divides integers without a result, such as by zero");
-    if (!result.failure.empty()) throw refused(formula + ": " + std::string(result.failure));
+    const bool is_blank = formula.find_first_not_of(" \t\n\v\f\r") == std::string::npos;
+    const std::string title = is_blank ? "an empty formula" : formula;
+    if (result.ends_process) throw refused(title + ": divides integers without a result, such as by zero");
+    if (!result.failure.empty()) throw refused(title + ": " + std::string(result.failure));
 }
 
 nlohmann::ordered_json as_json(const std::string& formula, const explained_run& explained,

@@ -106,7 +106,8 @@ std::string block_text(const simcam::bytes& block, std::size_t most_bytes) {
 
 nlohmann::ordered_json value_json(const feature_value& value) { return std::visit(json_writer{}, value); }
 
-std::string number_text(double number) { return fmt::format("{}", number); }
+// The sign of a NaN says nothing.
+std::string number_text(double number) { return std::isnan(number) ? "nan" : fmt::format("{}", number); }
 
 std::string quoted_text(std::string_view text) {
     std::string escaped = "\"";

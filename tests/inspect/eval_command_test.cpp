@@ -65,12 +65,19 @@ TEST(EvalCommand, NotesWhatAnAuthorShouldKnow) {
     EXPECT_EQ(Eval({"a&&b>c", "a=1", "b=2", "c=3"}), "0 (integer)\nnote: computed as (a && b) > c\n");
 }
 
+TEST(EvalCommand, SaysNothingOfTheSignOfNaN) {
+    EXPECT_EQ(Call({"eval", "0/0.0"}).out, "nan (float)\n");
+    EXPECT_EQ(Call({"eval", "-(0/0.0)"}).out, "nan (float)\n");
+    EXPECT_EQ(Call({"eval", "-1/0.0"}).out, "-inf (float)\n");
+}
+
 TEST(EvalCommand, RefusesWhatTheLanguageRefuses) {
     ExpectRefused({"(1"}, 1, "refused at character 3");
     ExpectRefused({"A"}, 1, "Failed to map a variable name");
     ExpectRefused({"ROUND(1)"}, 1, "Failed to map a function");
     ExpectRefused({"1 ? 2 :"}, 1, "Failed to get 3 parameters for condition operator.");
-    ExpectRefused({""}, 1, "Unbalanced calc stack.");
+    ExpectRefused({""}, 1, "an empty formula: Unbalanced calc stack.");
+    ExpectRefused({" "}, 1, "an empty formula: Unbalanced calc stack.");
 }
 
 TEST(EvalCommand, RefusesWhatWouldEndTheProcess) {
@@ -88,6 +95,8 @@ TEST(EvalCommand, RefusesVariablesThatAreNone) {
     ExpectRefused({"1", "A=1x"}, 2, "1x is no number for A");
     ExpectRefused({"1", "A=B=1"}, 2, "B=1 is no number for A");
     ExpectRefused({"1", "A="}, 2, " is no number for A");
+    ExpectRefused({"PI", "PI=3"}, 2, "PI is a number of the language");
+    ExpectRefused({"E", "E=3"}, 2, "E is a number of the language");
     ExpectRefused({"1", "--explian"}, 2, "--explian");
     ExpectRefused({"-1", "--explian"}, 2, "--explian");
 }

@@ -5,8 +5,10 @@
 #       DLL has it for size and not for speed
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
-#   selvane_add_test(<target> SOURCES ... LINK ... [DATA_DESCRIPTIONS])
+#   selvane_add_test(<target> SOURCES ... LINK ... [DATA_DESCRIPTIONS] [OWN_DESKTOP])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
+#       Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one that takes long has a prefix
+#       of its own and runs beside them.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
 #       Every test gets SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS, paths that std::ifstream opens
 #       on the platform the test runs on.
@@ -50,8 +52,10 @@ if(WIN32)
   target_link_options(selvane_options INTERFACE -Wl,--gc-sections)
 endif()
 if(SELVANE_SANITIZE)
+  # With its instrumentation g++ takes the inactive members of variants and functions for uninitialised ones.
   target_compile_options(selvane_options INTERFACE
-    -fsanitize=${SELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${SELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(selvane_options INTERFACE -fsanitize=${SELVANE_SANITIZE})
 endif()
 
@@ -89,7 +93,7 @@ if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/
 endif()
 
 function(selvane_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP" "" "SOURCES;LINK")
   if(NOT BUILD_TESTING)
     return()
   endif()
@@ -101,6 +105,11 @@ function(selvane_add_test target)
   if(TARGET test_locales)
     add_dependencies(${target} test_locales)
     set_tests_properties(${target} PROPERTIES ENVIRONMENT "LOCPATH=${test_locales}")
+  endif()
+  if(WIN32 AND ARG_OWN_DESKTOP)
+    set_tests_properties(${target} PROPERTIES ENVIRONMENT "SELVANE_WINE_PREFIX=test-${target}")
+  elseif(WIN32)
+    set_tests_properties(${target} PROPERTIES RESOURCE_LOCK desktop)
   endif()
   # A hang is a failure, not a wait: no test program comes near this.
   set_tests_properties(${target} PROPERTIES TIMEOUT 600)

@@ -98,8 +98,6 @@ function(selvane_add_test target)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_gtest)
-  # Reading these takes longer than compiling most tests.
-  target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
   target_compile_definitions(${target} PRIVATE
     SELVANE_SOURCE_DIR="${data_prefix}${PROJECT_SOURCE_DIR}"
     SELVANE_SHARED_DESCRIPTIONS="${data_prefix}${SELVANE_DESCRIPTIONS}")

@@ -24,6 +24,11 @@ wine_boot() {
         "$WINE" wineboot </dev/null >/dev/null 2>&1 9>&-
         if [ ! -e "$WINEPREFIX/.ready" ]; then
             "$WINE" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$1" /f </dev/null >/dev/null 2>&1 9>&-
+            # The desktop of the first boot has no driver yet, and programs would find no windows there.
+            "$WINESERVER" -k </dev/null >/dev/null 2>&1 9>&- || true
+            "$WINESERVER" -w </dev/null >/dev/null 2>&1 9>&- || true
+            "$WINESERVER" -p300 </dev/null >/dev/null 2>&1 9>&- || true
+            "$WINE" wineboot </dev/null >/dev/null 2>&1 9>&-
             : >"$WINEPREFIX/.ready"
         fi
     ) 9>"$WINEPREFIX/.lock"

@@ -2,6 +2,7 @@
 // descriptions are measured where that library can express them. Both are timed in turn, so that what else
 // the machine does hits both, and the best of each counts.
 
+#include "data_paths.h"
 #include "formula/formula_evaluator.h"
 #include "formula/formula_parser.h"
 #include "formula/formula_specialiser.h"

@@ -1,5 +1,6 @@
 // How long a description takes to load, as a ratio to what the XML parser alone needs for the same bytes.
 
+#include "data_paths.h"
 #include "genicam/genicam_doc.h"
 
 #include <algorithm>

@@ -10,8 +10,7 @@
 #       Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one that takes long has a prefix
 #       of its own and runs beside them.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
-#       Every test gets SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS, paths that std::ifstream opens
-#       on the platform the test runs on.
+#       Tests and benchmarks may include "data_paths.h": SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS.
 #   selvane_add_benchmark(<target> SOURCES ... LINK ...)
 #       Google Benchmark program in bin/; nothing in a cross build
 #   selvane_add_fuzzer(<target> SOURCES ... LINK ...)
@@ -36,6 +35,7 @@ set(data_prefix "")
 if(CMAKE_CROSSCOMPILING)
   set(data_prefix "Z:")
 endif()
+configure_file("${CMAKE_CURRENT_LIST_DIR}/data_paths.h.in" "${PROJECT_BINARY_DIR}/generated/data_paths.h" @ONLY)
 
 add_library(selvane_options INTERFACE)
 target_compile_features(selvane_options INTERFACE cxx_std_17)
@@ -98,9 +98,7 @@ function(selvane_add_test target)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_gtest)
-  target_compile_definitions(${target} PRIVATE
-    SELVANE_SOURCE_DIR="${data_prefix}${PROJECT_SOURCE_DIR}"
-    SELVANE_SHARED_DESCRIPTIONS="${data_prefix}${SELVANE_DESCRIPTIONS}")
+  target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
   add_test(NAME ${target} COMMAND ${target})
   if(TARGET test_locales)
     add_dependencies(${target} test_locales)
@@ -124,9 +122,7 @@ function(selvane_add_benchmark target)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_benchmark)
-  target_compile_definitions(${target} PRIVATE
-    SELVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-    SELVANE_SHARED_DESCRIPTIONS="${SELVANE_DESCRIPTIONS}")
+  target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
 endfunction()
 
 function(selvane_add_fuzzer target)

@@ -1,6 +1,7 @@
 // Real descriptions that carry marks, over a camera in which every register and every value is zero. What the
 // table must hold is taken from the list of marks and from the XML itself.
 
+#include "data_paths.h"
 #include "items/unknown.h"
 #include "platform/text.h"
 #include "tests/adapter/item_walk.h"

@@ -1,5 +1,6 @@
 // Integer divisions that no processor can do end the process; nothing may catch, guard or remove them.
 
+#include "data_paths.h"
 #include "tests/formula/formula_node_test.h"
 #include "tests/formula/formula_test_support.h"
 

@@ -1,5 +1,6 @@
 // What docs/formula-language.md says of formulas is so.
 
+#include "data_paths.h"
 #include "tests/formula/formula_test_support.h"
 
 #include <fstream>

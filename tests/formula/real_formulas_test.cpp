@@ -2,6 +2,7 @@
 
 #include "formula/formula_specialiser.h"
 
+#include "data_paths.h"
 #include "tests/formula/formula_node_test.h"
 #include "tests/formula/formula_test_support.h"
 

@@ -1,6 +1,7 @@
 // The descriptions of real cameras load whole: every element in its class, and nothing to complain of but
 // what each file deserves.
 
+#include "data_paths.h"
 #include "tests/support/test_document.h"
 
 #include <fstream>

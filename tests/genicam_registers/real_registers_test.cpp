@@ -1,6 +1,7 @@
 // Every feature of the descriptions of real cameras is read, over a memory of zeros and over memories of
 // noise.
 
+#include "data_paths.h"
 #include "tests/genicam_registers/feature_reader.h"
 #include "tests/genicam_registers/register_test.h"
 

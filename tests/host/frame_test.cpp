@@ -2,6 +2,7 @@
 
 #include "tests/host/host_process.h"
 
+#include "data_paths.h"
 #include "simcam/camera_options.h"
 
 #include <gmock/gmock.h>

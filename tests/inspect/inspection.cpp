@@ -1,4 +1,5 @@
 #include "tests/inspect/inspection.h"
+#include "data_paths.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,6 +2,7 @@
 
 #include "apps/inspect/description.h"
 #include "apps/inspect/lint/lint_rule.h"
+#include "data_paths.h"
 #include "tests/inspect/lint_fixture.h"
 
 #include <set>

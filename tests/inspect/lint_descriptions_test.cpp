@@ -1,6 +1,7 @@
 // Findings in descriptions of real cameras, and in our own. What is written here has been looked up in the
 // files.
 
+#include "data_paths.h"
 #include "tests/inspect/inspection.h"
 
 #include <cstddef>

@@ -4,6 +4,7 @@
 #include "apps/inspect/description.h"
 #include "apps/inspect/pages/dialog_font.h"
 #include "apps/inspect/pages/page_preview.h"
+#include "data_paths.h"
 #include "platform/text.h"
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"

@@ -3,6 +3,7 @@
 #include "tests/inspect/inspection.h"
 
 #include "apps/inspect/description.h"
+#include "data_paths.h"
 
 #include <filesystem>
 #include <set>

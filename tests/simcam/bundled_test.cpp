@@ -1,3 +1,4 @@
+#include "data_paths.h"
 #include "genicam/genicam_doc.h"
 #include "simcam/camera_options.h"
 #include "simcam/register_memory.h"

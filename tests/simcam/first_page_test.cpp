@@ -1,5 +1,6 @@
 #include "tests/simcam/page_view.h"
 
+#include "data_paths.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,5 @@
 #include "tests/simcam/marked_cameras.h"
+#include "data_paths.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -5,6 +5,7 @@
 #include "tests/simcam/marked_cameras.h"
 
 #include "adapter/interface_key.h"
+#include "data_paths.h"
 #include "platform/text.h"
 
 #include <gmock/gmock.h>

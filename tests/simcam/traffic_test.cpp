@@ -1,4 +1,5 @@
 #include "adapter/device_property_set.h"
+#include "data_paths.h"
 #include "tests/simcam/marked_cameras.h"
 #include "tests/simcam/page_view.h"
 

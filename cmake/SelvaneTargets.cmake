@@ -1,12 +1,15 @@
 # What every room's CMakeLists.txt uses to make its targets.
 #
-#   selvane_add_library(<target> [SMALL] SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
+#   selvane_add_library(<target> [SMALL] [JOINED] SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
 #       static library; includes start at the project's root. SMALL: its code waits for people and drivers, so that the
-#       DLL has it for size and not for speed
+#       DLL has it for size and not for speed. JOINED: no part of the DLL; its sources are compiled together, as those
+#       of tests are
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
-#   selvane_add_test(<target> SOURCES ... LINK ... [DATA_DESCRIPTIONS] [OWN_DESKTOP])
+#   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [OWN_DESKTOP])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
+#       Its sources are compiled together, several at a time and without the optimiser. APART: sources whose names
+#       outside of functions others have too, compiled alone.
 #       Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one that takes long has a prefix
 #       of its own and runs beside them.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
@@ -20,6 +23,8 @@ include_guard(GLOBAL)
 
 option(SELVANE_WERROR "Treat warnings as errors" ON)
 option(SELVANE_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(SELVANE_JOIN "Compile the sources of tests, programs and everything else outside the DLL together" ON)
+option(SELVANE_JOIN_ALL "Compile the sources of the DLL together as well" OFF)
 set(SELVANE_SANITIZE "" CACHE STRING "Value of -fsanitize= for everything of the project")
 
 set(descriptions_default "${PROJECT_SOURCE_DIR}/../shared/descriptions")
@@ -41,8 +46,9 @@ add_library(selvane_options INTERFACE)
 target_compile_features(selvane_options INTERFACE cxx_std_17)
 target_include_directories(selvane_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(selvane_options INTERFACE
-  -Wall -Wextra -pedantic -Wundef -Wshadow -Wcast-align -Wcast-qual -Wold-style-cast
+  -Wall -Wextra -pedantic -Wundef -Wcast-align -Wcast-qual -Wold-style-cast
   -Wdouble-promotion -Wconversion -Wsign-conversion
+  $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow> # neighbours may hide each other's names
   $<$<BOOL:${SELVANE_WERROR}>:-Werror>
   -fvisibility=hidden)
 if(WIN32)
@@ -59,9 +65,19 @@ if(SELVANE_SANITIZE)
   target_link_options(selvane_options INTERFACE -fsanitize=${SELVANE_SANITIZE})
 endif()
 
+# Most of the time of a compilation goes into headers. Sources that are compiled together read them once.
+function(selvane_join target)
+  if(SELVANE_JOIN)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+  endif()
+endfunction()
+
 function(selvane_add_library target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "SMALL" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "SMALL;JOINED" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
   add_library(${target} STATIC ${ARG_SOURCES})
+  if(ARG_JOINED OR SELVANE_JOIN_ALL)
+    selvane_join(${target})
+  endif()
   target_link_libraries(${target}
     PUBLIC ${ARG_PUBLIC_LINK}
     PRIVATE ${ARG_PRIVATE_LINK} selvane_options)
@@ -92,12 +108,18 @@ if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/
   add_custom_target(test_locales ALL DEPENDS ${test_locale_files})
 endif()
 
+# A test is run a few times for each time that it is compiled.
+set(test_optimisation -O0)
+
 function(selvane_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP" "" "SOURCES;LINK;APART")
   if(NOT BUILD_TESTING)
     return()
   endif()
-  selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} selvane_gtest)
+  selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
+  selvane_join(${target})
+  set_source_files_properties(${ARG_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  target_compile_options(${target} PRIVATE ${test_optimisation})
   target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
   add_test(NAME ${target} COMMAND ${target})
   if(TARGET test_locales)

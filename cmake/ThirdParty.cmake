@@ -21,9 +21,16 @@ function(selvane_header_only target)
   target_link_libraries(${target} INTERFACE selvane_headers)
 endfunction()
 
-selvane_header_only(selvane_fmt)
+# fmt, compiled once and not in every source that formats something.
+add_library(selvane_fmt_static STATIC EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/fmt_library.cpp")
+target_link_libraries(selvane_fmt_static PUBLIC selvane_headers)
+target_compile_features(selvane_fmt_static PUBLIC cxx_std_17)
 # With a fixed separator fmt has no need of the run-time library's locales, which are half a megabyte.
-target_compile_definitions(selvane_fmt INTERFACE FMT_HEADER_ONLY FMT_STATIC_THOUSANDS_SEPARATOR=',')
+target_compile_definitions(selvane_fmt_static PUBLIC FMT_STATIC_THOUSANDS_SEPARATOR=',')
+target_compile_options(selvane_fmt_static PRIVATE -ffunction-sections -fdata-sections)
+add_library(selvane_fmt INTERFACE)
+target_link_libraries(selvane_fmt INTERFACE selvane_fmt_static)
+
 selvane_header_only(selvane_outcome) # Boost headers: Outcome and Container
 selvane_header_only(selvane_gsl)
 selvane_header_only(selvane_cli11)

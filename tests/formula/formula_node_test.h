@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <limits>
@@ -12,14 +13,13 @@ namespace formula_test {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
-
-inline std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 inline std::string integer(const std::string& name, const std::string& value) {
     return "<Integer Name='" + name + "'><Value>" + value + "</Value></Integer>";

@@ -1,5 +1,6 @@
 // Who may read and write: implemented, available, locked, access modes.
 
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -8,6 +9,7 @@
 namespace {
 
 using namespace GenICam;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 
@@ -19,8 +21,6 @@ TestDocument linked(const std::string& children, const std::string& more = "") {
         "<Integer Name='broken'><pValue>nowhere</pValue></Integer><String "
         "Name='text'><Value>1</Value></String>");
 }
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TEST(AccessModes, ImposedWords) {
     const struct {

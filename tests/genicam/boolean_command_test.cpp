@@ -1,3 +1,4 @@
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -7,11 +8,10 @@ namespace {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TEST(BooleanValue, Words) {
     const struct {

@@ -1,5 +1,6 @@
 #include "genicam/nodes/enumeration_nodes.h"
 
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <cmath>
@@ -11,11 +12,10 @@ namespace {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 constexpr const char* entries =
     "<EnumEntry Name='One'><Value>1</Value></EnumEntry><EnumEntry Name='Two'><Value>2</Value></EnumEntry>"

@@ -1,4 +1,5 @@
 #include "tests/support/decimal_comma.h"
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <cmath>
@@ -10,14 +11,13 @@ namespace {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double smallest = 2.2250738585072014e-308;
 constexpr double greatest = 1.7976931348623157e308;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TEST(FloatValue, WithoutAMinimumNegativesAreRefused) {
     TestDocument doc("<Float Name='n'><Value>1.5</Value></Float>");

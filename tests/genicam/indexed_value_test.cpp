@@ -1,5 +1,6 @@
 // The value tables behind `pIndex`.
 
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -9,11 +10,10 @@ namespace {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TestDocument table(const std::string& children, const std::string& element = "Integer") {
     return TestDocument(

@@ -1,3 +1,4 @@
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -7,14 +8,13 @@ namespace {
 
 using namespace GenICam;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TEST(IntegerValue, RangeIsCheckedAndTheIncrementIsNot) {
     TestDocument doc("<Integer Name='n'><Value>5</Value><Min>0</Min><Max>10</Max><Inc>2</Inc></Integer>");

@@ -1,3 +1,4 @@
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <array>
@@ -9,13 +10,12 @@
 namespace {
 
 using namespace GenICam;
+using test_support::code;
 using test_support::ReadOf;
 using test_support::TestDocument;
 using test_support::WriteOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TEST(DevicePort, ForwardsToItsDevice) {
     TestDocument doc("");

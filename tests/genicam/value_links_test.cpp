@@ -1,5 +1,6 @@
 #include "genicam/core/value_links.h"
 
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -8,10 +9,9 @@
 namespace {
 
 using namespace GenICam;
+using test_support::code;
 using test_support::TestDocument;
 using testing::ElementsAre;
-
-std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 TestDocument with_min(const std::string& children) {
     return TestDocument("<Integer Name='n'><Value>5</Value>" + children +

@@ -2,6 +2,7 @@
 
 #include "genicam/ieval.h"
 #include "genicam/inode.h"
+#include "tests/support/error_code.h"
 #include "tests/support/test_document.h"
 
 #include <cstdint>
@@ -16,6 +17,7 @@ namespace register_test {
 using namespace GenICam;
 using test_support::Bytes;
 using test_support::ChangeCounter;
+using test_support::code;
 using test_support::ReadOf;
 using test_support::TestDocument;
 using test_support::WriteOf;
@@ -24,8 +26,6 @@ using testing::IsEmpty;
 
 /// What a success returns.
 const std::error_code ok;
-
-inline std::error_code code(std::uint32_t value) { return make_error_code(value); }
 
 /// The value of a result that must have one.
 template <class T>

@@ -111,7 +111,7 @@ target_list offset_nodes(const speech& of) {
     return found;
 }
 
-target_list formulas(const speech& of) {
+target_list formula_elements(const speech& of) {
     const std::string_view formula = quoted(of.rest);
     return all(of.children([&](pugi::xml_node child) {
         return begins_with(child.name(), "Formula") && begins_with(child.child_value(), formula);
@@ -243,7 +243,7 @@ constexpr message_shape shapes_with_node[] = {
     {"\"Index\" attribute of", indexes},
     {"\"pIndex/@Offset\"", offsets},
     {"\"pIndex/@pOffset\"", offset_nodes},
-    {"failed to evaluate", formulas},
+    {"failed to evaluate", formula_elements},
     {"for feature=", features},
     {"set_actual_access_mode", imposed_modes},
     {"Failed to resolve node in", links_of_pairs},

@@ -46,9 +46,10 @@ add_library(selvane_options INTERFACE)
 target_compile_features(selvane_options INTERFACE cxx_std_17)
 target_include_directories(selvane_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(selvane_options INTERFACE
-  -Wall -Wextra -pedantic -Wundef -Wcast-align -Wcast-qual -Wold-style-cast
-  -Wdouble-promotion -Wconversion -Wsign-conversion
+  -Wall -Wextra -pedantic -Wundef
   $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow> # neighbours may hide each other's names
+  -Wcast-align -Wcast-qual -Wold-style-cast
+  -Wdouble-promotion -Wconversion -Wsign-conversion
   $<$<BOOL:${SELVANE_WERROR}>:-Werror>
   -fvisibility=hidden)
 if(WIN32)

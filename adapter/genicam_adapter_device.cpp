@@ -7,6 +7,8 @@
 #include "adapter/propdata_portbased.h"
 #include "adapter/zeroed_buffer.h"
 
+#include <gsl/util>
+
 #include <optional>
 #include <utility>
 
@@ -114,18 +116,23 @@ void GenICamAdapterDevice::fetch_descriptions() {
     }
 }
 
+// A driver that runs messages while it answers may bring the page's host, and with it the page, back in here.
 const std::vector<ZELAdapterHelper::ItemRecord>& GenICamAdapterDevice::get_item_table() {
-    if (table_.empty()) {
+    if (table_.empty() && !makes_table_) {
+        makes_table_ = true;
+        const auto done = gsl::finally([this] { makes_table_ = false; });
         fetch_descriptions();
         build_table();
     }
     return table_;
 }
 
-// Takes effect as a whole: an exception on the way leaves no half of a table behind.
+// Takes effect as a whole: an exception on the way leaves no half of a table behind. The walk is over
+// documents of its own, since every question to the driver may end in here again.
 void GenICamAdapterDevice::build_table() {
     std::list<item_definition> definitions;
-    for (const auto& document : documents_) {
+    const std::vector<std::shared_ptr<GenICam::IGenICamDoc>> documents = documents_;
+    for (const auto& document : documents) {
         append_definitions(*document, filter_.get(), named_access_, definitions);
     }
     std::vector<ZELAdapterHelper::ItemRecord> table;

@@ -41,7 +41,8 @@ public:
     void fetch_descriptions();
 
     /// The items of the descriptions, fetched on first use and again as long as there are none. The records
-    /// live as long as the adapter. Throws `hr_exception`.
+    /// live as long as the adapter. A call from within one of the driver's answers to another call gets the
+    /// table as it is then: empty. Throws `hr_exception`.
     [[nodiscard]] const std::vector<ZELAdapterHelper::ItemRecord>& get_item_table();
 
     [[nodiscard]] const std::vector<std::shared_ptr<GenICam::IGenICamDoc>>& get_documents() const noexcept {
@@ -57,6 +58,7 @@ private:
     platform::com_ptr<IKsPropertySet> filter_;
     bool register_access_ = false;
     bool named_access_ = false;
+    bool makes_table_ = false;
     std::list<item_definition> definitions_;
     std::vector<ZELAdapterHelper::ItemRecord> table_;
 };

@@ -48,13 +48,17 @@ bool genicam_propdata::IsDoNotSerialize(InterfaceKey key) {
     return !node_of(key)->get_extension("DoNotSerialize").empty();
 }
 
+// Kept only when complete: the driver is asked for each entry, may run messages meanwhile, and so may bring
+// the page back in here.
 const std::vector<enum_entry_text>& genicam_propdata::refresh_entries(IEnumeration& enumeration) {
     std::vector<enum_entry_text>& offered = entry_cache_[&enumeration];
     if (!offered.empty()) return offered;
+    std::vector<enum_entry_text> found;
     for (GenICam::IEnumEntry* entry : enumeration.get_entries()) {
         if (!offers_entry(enumeration, *entry)) continue;
-        offered.push_back({std::string(entry->get_name()), std::string(entry->get_display_name())});
+        found.push_back({std::string(entry->get_name()), std::string(entry->get_display_name())});
     }
+    offered = std::move(found);
     return offered;
 }
 

@@ -138,8 +138,9 @@ HRESULT genicam_propdata_named::get_selected_place(IEnumeration& enumeration, st
 HRESULT genicam_propdata_named::select_place(IEnumeration& enumeration, std::int32_t place) {
     const enum_entry_text* const entry = find_offered_entry(enumeration, place);
     if (entry == nullptr) return E_INVALIDARG;
-    return set_named_property(filter(), {enumeration.get_name(), path_suffix::selected_entry},
-                              entry->name.data(), static_cast<DWORD>(entry->name.size()));
+    const std::string name = entry->name;  // while the driver reads it the list may be loaded anew
+    return set_named_property(filter(), {enumeration.get_name(), path_suffix::selected_entry}, name.data(),
+                              static_cast<DWORD>(name.size()));
 }
 
 void make_genicam_propdata_named(ZELAdapterHelper::CZELItemDataBase** result, IUnknown* filter,

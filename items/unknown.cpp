@@ -31,10 +31,15 @@ HRESULT CUnknown::NonDelegatingQueryInterface(REFIID iid, void** out) {
 ULONG CUnknown::NonDelegatingAddRef() { return at_least_one(++references_); }
 
 ULONG CUnknown::NonDelegatingRelease() {
+    const ULONG left = GiveUpReference();
+    if (left == 0) delete this;
+    return left;
+}
+
+ULONG CUnknown::GiveUpReference() noexcept {
     const std::int32_t left = --references_;
     if (left != 0) return at_least_one(left);
-    ++references_;  // the destructor may hand the object around without deleting it a second time
-    delete this;
+    ++references_;
     return 0;
 }
 

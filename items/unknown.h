@@ -45,6 +45,11 @@ public:
     /// Objects of this class that exist in the process.
     [[nodiscard]] static std::int32_t LiveObjects() noexcept;
 
+protected:
+    /// Takes a reference away and gives what `NonDelegatingRelease` answers. At 0 the count stands at 1
+    /// again, so that the end may hand the object around without deleting it a second time.
+    [[nodiscard]] ULONG GiveUpReference() noexcept;
+
 private:
     // What others see of this object as an IUnknown: forwards to the operations above.
     class Face final : public IUnknown {

@@ -20,6 +20,9 @@ struct PageRect {
 class IPageCanvas {
 public:
     virtual ~IPageCanvas() = default;
+    /// Whether there is nothing left to put rows on: a driver that runs messages while it answers lets a page
+    /// be closed in the midst of its layout, which then ends.
+    [[nodiscard]] virtual bool IsGone() const { return false; }
     /// Width of the text in the page's font.
     [[nodiscard]] virtual int TextWidth(std::wstring_view text) = 0;
     /// A measure at 96 dots per inch in pixels of the page.

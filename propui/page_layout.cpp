@@ -70,6 +70,7 @@ bool PageLayout::BuildPage(bool measure_only) {
     int y = measure_only ? measure::page_top : canvas_->ScaleY(measure::page_top);
     bool shown = false;
     for (const ItemRecord* record : ChooseItems(sources_)) {
+        if (canvas_ != nullptr && canvas_->IsGone()) break;
         const auto item = MakeItem(*record, sources_.filter);
         if (item && LayoutItem(measure_only, *record, *item, y)) shown = true;
     }
@@ -84,6 +85,7 @@ bool PageLayout::LayoutItem(bool measure_only, const ItemRecord& record, CZELIte
     y += canvas_->ScaleY(measure::row_pitch);
     GUID previous = ZELAdapterHelper::element_value;
     for (const ElementRecord* element : elements) {
+        if (canvas_->IsGone()) break;
         if (BelongsToHeadRow(element->id)) continue;
         const bool linked = IsLinked(*element, previous);
         if (!linked) x = canvas_->ScaleX(measure::element_indent);

@@ -18,6 +18,7 @@ STDAPI DllUnregisterServer() { return selvane_server::UnregisterServer(); }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID process_ends) {
     if (reason == DLL_PROCESS_ATTACH) {
+        if (!selvane_server::HasRuntimeMemory()) return FALSE;
         ZELPropUI::Framework::SetModuleHandle(module);
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {

@@ -27,6 +27,8 @@ const DWORD slot = FlsAlloc(FreeState);
 
 }  // namespace
 
+bool HasRuntimeMemory() noexcept { return slot != FLS_OUT_OF_INDEXES; }
+
 void ReleaseRuntimeMemory() noexcept {
     FlsFree(slot);
     __gnu_cxx::__freeres();

@@ -12,9 +12,10 @@ void CControlWindow::Enable(bool enabled) const { EnableWindow(Handle(), enabled
 
 void CControlWindow::SetText(const std::wstring& text) const { SetWindowTextW(Handle(), text.c_str()); }
 
-// Without a window the platform would take the whole screen.
+// Without a window the platform would take the whole screen. Nothing is erased first, which would flicker:
+// the controls draw all of themselves.
 void CControlWindow::Redraw() const {
-    if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, TRUE);
+    if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
 void CControlWindow::UseFontOfParent() const {

@@ -3,12 +3,14 @@
 #include "adapter/genicam_adapter_device.h"
 #include "propui/page_layout.h"
 #include "propui/windows/framework/com_edge.h"
+#include "propui/windows/framework/process_lock.h"
 #include "propui/windows/framework/reflection.h"
+#include "propui/windows/framework/system_library.h"
 #include "propui/windows/resource_ids.h"
 
 #include <commctrl.h>
 
-#include <atomic>
+#include <algorithm>
 #include <new>
 #include <tuple>
 #include <utility>
@@ -17,13 +19,22 @@ namespace uvc_page {
 namespace {
 
 using ZELPropUI::Framework::AtComEdge;
+using ZELPropUI::Framework::LoadSystemLibrary;
 
-// The libraries of the rich edit; they stay for the life of the process.
+// By address: an import of the common controls would be looked for beside the host first.
+void InitCommonControlClasses() noexcept {
+    const FARPROC found = GetProcAddress(LoadSystemLibrary(L"COMCTL32.DLL"), "InitCommonControls");
+    if (found != nullptr) reinterpret_cast<decltype(&InitCommonControls)>(reinterpret_cast<void*>(found))();
+}
+
+// The libraries of the rich edit. A page on another thread waits here until they are there.
 void LoadEditLibraries() noexcept {
-    static std::atomic<bool> loaded{false};
-    if (loaded.exchange(true)) return;
-    LoadLibraryA("RICHED20.DLL");
-    LoadLibraryW(L"Msftedit.dll");
+    static bool loaded = false;
+    const ZELPropUI::Framework::ProcessLock lock;
+    if (loaded) return;
+    LoadLibraryExA("RICHED20.DLL", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    LoadSystemLibrary(L"Msftedit.dll");
+    loaded = true;
 }
 
 ZELPropUI::Framework::PageResources ResourcesOf(UINT title) noexcept {
@@ -62,10 +73,34 @@ ULONG CUVCBasePage::AddRef() { return GetOwner()->AddRef(); }
 
 ULONG CUVCBasePage::Release() { return GetOwner()->Release(); }
 
+ULONG CUVCBasePage::NonDelegatingRelease() {
+    const ULONG left = GiveUpReference();
+    if (left == 0 && !EndsWithItsWindow()) delete this;
+    return left;
+}
+
+// A window of another thread may be at work for this object at any moment until it ends, so the last
+// reference goes over to it.
+bool CUVCBasePage::EndsWithItsWindow() noexcept {
+    const HWND window = Handle();
+    if (!LivesElsewhere()) return false;
+    ends_with_window_ = true;
+    if (Handle() == nullptr && ends_with_window_.exchange(false)) return false;  // it ended just now
+    RequestEnd(window);
+    return true;
+}
+
+void CUVCBasePage::OnDetached() noexcept {
+    if (ends_with_window_.exchange(false)) NonDelegatingRelease();
+}
+
+// Whatever ends in the driver may come back to the host, which may let go of the page: it stays until the
+// call is done.
 HRESULT CUVCBasePage::Activate(HWND parent, LPCRECT place, BOOL) {
+    const Holder hold(*this);
     std::ignore = AtComEdge([&] {
         Deactivate();  // a host may have lost count
-        InitCommonControls();
+        InitCommonControlClasses();
         LoadEditLibraries();
         CreatePage(parent, place);
         return S_OK;
@@ -79,25 +114,34 @@ void CUVCBasePage::CreatePage(HWND parent, LPCRECT place) {
         Move(place);
         RecordSize(*place);
     }
-    BuildPage(false);
+    const Camera camera = camera_;
+    BuildPage(camera, false);
 }
 
-// The list is empty before the first control ends, whatever its end brings about.
+// The list is empty before the first control ends, whatever its end brings about; the page may even be
+// activated again from there.
 HRESULT CUVCBasePage::Deactivate() {
-    DestroyDialog();
+    const Holder hold(*this);
+    if (LivesElsewhere()) {
+        RequestEnd(Handle());
+        return S_OK;
+    }
     const ZELPropUI::ControlList gone = std::exchange(controls_, {});
+    DestroyDialog();
     return S_OK;
 }
 
 HRESULT CUVCBasePage::SetObjects(ULONG count, IUnknown** objects) {
     if (objects == nullptr) return E_POINTER;
+    const Holder hold(*this);
     try {
-        for (ULONG i = 0; i < count; ++i) {
-            if (objects[i] == nullptr || !TakeObject(*objects[i])) continue;
-            KeepObjects(count, objects);
-            return S_OK;
-        }
-        return E_NOINTERFACE;
+        Objects given;
+        given.reserve(count);
+        for (ULONG i = 0; i < count; ++i) given.emplace_back(objects[i]);
+        const bool taken = std::any_of(given.begin(), given.end(), [&](const auto& object) {
+            return object && TakeObject(*object, given);
+        });
+        return taken ? S_OK : E_NOINTERFACE;
     } catch (const genicam_adapter::hr_exception&) {
         throw;  // hosts are told of an unreachable camera in this way
     } catch (const std::bad_alloc&) {
@@ -107,30 +151,35 @@ HRESULT CUVCBasePage::SetObjects(ULONG count, IUnknown** objects) {
     }
 }
 
-bool CUVCBasePage::TakeObject(IUnknown& object) {
+// A driver that runs messages lets the host hand over another camera meanwhile, and the page stays with the
+// one that came last.
+bool CUVCBasePage::TakeObject(IUnknown& object, const Objects& all) {
+    const Camera before = camera_;
     const auto filter = platform::query<IKsPropertySet>(&object);
     if (!filter || !genicam_adapter::is_adapter_device(filter.get())) return false;
-    adapter_ = std::make_shared<genicam_adapter::GenICamAdapterDevice>(filter.get());
-    filter_ = filter;
-    return BuildPage(true);
+    const Camera camera{filter, std::make_shared<genicam_adapter::GenICamAdapterDevice>(filter.get())};
+    if (camera_.adapter == before.adapter) camera_ = camera;
+    const bool shown = BuildPage(camera, true);
+    if (shown && camera_.adapter == camera.adapter) KeepObjects(all);
+    return shown;
 }
 
-bool CUVCBasePage::BuildPage(bool measure_only) {
-    // A driver that runs messages lets the host hand over another camera meanwhile.
-    const auto filter = filter_;
-    const auto adapter = adapter_;
+bool CUVCBasePage::BuildPage(const Camera& camera, bool measure_only) {
+    const HWND window = Handle();
     ZELPropUI::PageSources sources;
-    sources.filter = filter.get();
+    sources.filter = camera.filter.get();
     sources.groups = &groups_;
     sources.built_in = ZELAdapterHelper::StaticItemTable();
-    if (adapter) {
-        const auto& table = adapter->get_item_table();
+    if (camera.adapter) {
+        const auto& table = camera.adapter->get_item_table();
         sources.described = {table.data(), table.size()};
     }
     if (measure_only) return ZELPropUI::PageLayout(sources, nullptr).BuildPage(true);
-    font_ = reinterpret_cast<HFONT>(SendMessageW(Handle(), WM_GETFONT, 0, 0));
-    SendMessageW(Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
-    ZELPropUI::WindowCanvas canvas(Handle(), controls_, adapter);
+    // The host may have closed the page while the table was made, and even opened it again.
+    if (window == nullptr || Handle() != window) return false;
+    font_ = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
+    ZELPropUI::WindowCanvas canvas(window, controls_, camera.adapter);
     return ZELPropUI::PageLayout(sources, &canvas).BuildPage(false);
 }
 
@@ -148,11 +197,12 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
     }
 }
 
-// Over a copy: a driver that runs messages lets the host deactivate the page meanwhile.
+// Over a copy: a driver that runs messages lets the host deactivate the page meanwhile, or open it anew.
 void CUVCBasePage::UpdateControls() {
+    const HWND window = Handle();
     const ZELPropUI::ControlList controls = controls_;
     for (const auto& control : controls) {
-        if (Handle() == nullptr) break;
+        if (window == nullptr || Handle() != window) break;
         control->Update();
     }
 }

@@ -6,6 +6,7 @@
 #include "propui/windows/framework/property_page.h"
 #include "propui/windows/window_canvas.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ public:
     ~CUVCBasePage() override;
 
     HRESULT NonDelegatingQueryInterface(REFIID iid, void** out) override;
+    /// The last one ends the page on the thread of its window, if it has one.
+    ULONG NonDelegatingRelease() override;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
@@ -43,18 +46,26 @@ protected:
     void Hold() noexcept override { NonDelegatingAddRef(); }
     void Drop() noexcept override { NonDelegatingRelease(); }
     [[nodiscard]] HWND PageWindow() const noexcept override { return Handle(); }
+    void OnEndRequest() override { Deactivate(); }
+    void OnDetached() noexcept override;
 
 private:
-    [[nodiscard]] bool TakeObject(IUnknown& object);
-    bool BuildPage(bool measure_only);
+    struct Camera {
+        platform::com_ptr<IKsPropertySet> filter;
+        std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter;
+    };
+
+    [[nodiscard]] bool TakeObject(IUnknown& object, const Objects& all);
+    bool BuildPage(const Camera& camera, bool measure_only);
     void CreatePage(HWND parent, LPCRECT place);
     void UpdateControls();
+    [[nodiscard]] bool EndsWithItsWindow() noexcept;
 
-    platform::com_ptr<IKsPropertySet> filter_;
     std::vector<std::wstring> groups_;
     ZELPropUI::ControlList controls_;
-    std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter_;
+    Camera camera_;
     HFONT font_ = nullptr;  // the dialog's
+    std::atomic<bool> ends_with_window_{false};
 };
 
 }  // namespace uvc_page

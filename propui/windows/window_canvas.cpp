@@ -40,12 +40,16 @@ void WindowCanvas::AddLabel(const PageRect& place, std::wstring_view text) {
 
 template <class Control, class... Arguments>
 HWND WindowCanvas::Add(const PageRect& place, HWND extra, Arguments&&... arguments) {
+    if (IsGone()) return nullptr;
     const RECT edges{place.left, place.top, place.left + place.width, place.top + place.height};
     const std::shared_ptr<Control> control(new Control(std::forward<Arguments>(arguments)...),
-                                           [source = source_](Control* end) { delete end; });
+                                           [source = source_](Control* end) {
+                                               end->Close();
+                                               delete end;
+                                           });
     control->Create(page_, edges, extra);
     control->Init();
-    controls_.push_back(control);
+    if (!IsGone()) controls_.push_back(control);
     return control->Handle();
 }
 

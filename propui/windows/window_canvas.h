@@ -22,6 +22,7 @@ public:
     WindowCanvas(HWND page, ControlList& controls, std::shared_ptr<const void> source)
         : page_(page), controls_(controls), source_(std::move(source)) {}
 
+    [[nodiscard]] bool IsGone() const override { return IsWindow(page_) == 0; }
     [[nodiscard]] int TextWidth(std::wstring_view text) override;
     [[nodiscard]] int ScaleX(int measure) override;
     [[nodiscard]] int ScaleY(int measure) override;
@@ -38,7 +39,7 @@ public:
 private:
     [[nodiscard]] HFONT PageFont() const;
     [[nodiscard]] int DotsPerInch(int direction) const;
-    /// Gives the window of the new control.
+    /// Gives the window of the new control; null on a page that is gone.
     template <class Control, class... Arguments>
     HWND Add(const PageRect& place, HWND extra, Arguments&&... arguments);
 

@@ -282,6 +282,27 @@ TEST_P(HostsTest, AFrameThatReleasesAnActivePageOnAnotherThread) {
     EXPECT_FALSE(IsWindow(window));
 }
 
+TEST_P(HostsTest, AFrameThatWaitsWhileAnotherThreadReleasesAnActivePage) {
+    PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    std::thread([&] { page.reset(); }).join();
+    EXPECT_EQ(server_.CanUnloadNow(), S_FALSE) << "the window still has work for the page";
+    RunMessages();
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+}
+
+TEST_P(HostsTest, AFrameThatWaitsWhileAnotherThreadDeactivatesThePage) {
+    const PagePtr page = GivenPage(exposure_page);
+    const HWND window = Open(*page);
+    const std::int32_t references = camera_->references();
+    std::thread([&] { EXPECT_EQ(page->Deactivate(), S_OK); }).join();
+    RunMessages();
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_LT(camera_->references(), references) << "the controls are gone too";
+    EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
+}
+
 /// The platform's own frame, with the factories of the DLL known to COM for the time of a test.
 class FrameTest : public HostsTest {
 protected:

@@ -6,6 +6,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace page_test {
 namespace {
@@ -64,10 +65,27 @@ TEST_F(ServerTest, ExportsExactlyFourFunctions) {
 }
 
 TEST_F(ServerTest, NeedsDllsOfThePlatformOnly) {
-    const std::set<std::string> platform = {"advapi32.dll", "comctl32.dll", "gdi32.dll",    "kernel32.dll",
-                                            "msvcrt.dll",   "ole32.dll",    "oleaut32.dll", "user32.dll"};
+    // Each is one that the platform takes from its own folder whatever lies beside the host; the common
+    // controls are none of them.
+    const std::set<std::string> platform = {"advapi32.dll", "gdi32.dll",    "kernel32.dll", "msvcrt.dll",
+                                            "ole32.dll",    "oleaut32.dll", "user32.dll"};
     for (const std::string& name : Image(server_.Module()).Imports())
         EXPECT_EQ(platform.count(name), 1u) << name;
+}
+
+TEST(ServerLoadTest, IsRefusedWithoutAPlaceForTheStateOfExceptions) {
+    std::vector<DWORD> taken;
+    for (DWORD slot = FlsAlloc(nullptr); slot != FLS_OUT_OF_INDEXES; slot = FlsAlloc(nullptr)) {
+        taken.push_back(slot);
+    }
+    const HMODULE refused = LoadLibraryW(PageServer::Path().c_str());
+    const DWORD error = GetLastError();
+    for (const DWORD slot : taken) FlsFree(slot);
+    EXPECT_FALSE(taken.empty());
+    EXPECT_EQ(refused, nullptr);
+    EXPECT_EQ(error, static_cast<DWORD>(ERROR_DLL_INIT_FAILED));
+    if (refused != nullptr) FreeLibrary(refused);
+    EXPECT_EQ(PageServer().CanUnloadNow(), S_OK) << "once there is one";
 }
 
 TEST_F(ServerTest, IsAtMostAMegabyte) {

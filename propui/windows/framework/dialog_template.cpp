@@ -1,6 +1,7 @@
 #include "propui/windows/framework/dialog_template.h"
 
 #include "propui/windows/framework/device_context.h"
+#include "propui/windows/framework/system_library.h"
 
 #include <cstring>
 #include <string_view>
@@ -115,7 +116,7 @@ std::optional<DialogTemplate> ReadDialogTemplate(HMODULE module, int id) {
 
 SIZE PageSize(const DialogTemplate& page) {
     const DialogTemplate sheet =
-        ReadDialogTemplate(GetModuleHandleW(L"COMCTL32.DLL"), sheet_template_id).value_or(page);
+        ReadDialogTemplate(LoadSystemLibrary(L"COMCTL32.DLL"), sheet_template_id).value_or(page);
     const BaseUnits sheet_units = MeasureFont(sheet);
     const BaseUnits page_units = MeasureFont(page);
     const int height = MulDiv(static_cast<int>(page.size.cy), sheet_units.y, 8);

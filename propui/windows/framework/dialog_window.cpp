@@ -7,7 +7,8 @@ namespace ZELPropUI::Framework {
 namespace {
 
 // A window is destroyed by its own thread only; others ask it to. No platform message has this number.
-constexpr UINT destroy_request = WM_APP + 0x3D1;
+constexpr UINT end_request = WM_APP + 0x3D1;
+constexpr UINT end_request_limit = 1000;  // ms
 
 // For these a dialog procedure returns the result itself.
 bool ReturnsResultItself(UINT message) noexcept {
@@ -32,11 +33,18 @@ bool DialogWindow::CreateFromResource(int id, HWND parent) {
 
 void DialogWindow::DestroyDialog() noexcept {
     const HWND handle = Handle();
-    if (handle == nullptr) return;
-    if (GetWindowThreadProcessId(handle, nullptr) == GetCurrentThreadId()) {
-        DestroyWindow(handle);
-    } else {
-        SendMessageW(handle, destroy_request, 0, 0);
+    if (handle != nullptr) DestroyWindow(handle);
+}
+
+bool DialogWindow::LivesElsewhere() const noexcept {
+    const DWORD thread = GetWindowThreadProcessId(Handle(), nullptr);
+    return thread != 0 && thread != GetCurrentThreadId();
+}
+
+void DialogWindow::RequestEnd(HWND window) noexcept {
+    DWORD_PTR result = 0;
+    if (SendMessageTimeoutW(window, end_request, 0, 0, SMTO_NORMAL, end_request_limit, &result) == 0) {
+        PostMessageW(window, end_request, 0, 0);
     }
 }
 
@@ -48,14 +56,14 @@ INT_PTR CALLBACK DialogWindow::Procedure(HWND handle, UINT message, WPARAM wpara
         window->Attach(handle);
         SetWindowLongPtrW(handle, DWLP_USER, reinterpret_cast<LONG_PTR>(window));
     }
-    if (message == destroy_request) {
-        DestroyWindow(handle);
+    const Holder hold(*window);
+    if (message == end_request) {
+        window->OnEndRequest();
         return TRUE;
     }
-    const Holder hold(*window);
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(handle, DWLP_USER, 0);
-        window->Detach();
+        if (window->Detach(handle)) window->OnDetached();
         return FALSE;
     }
     LRESULT result = 0;

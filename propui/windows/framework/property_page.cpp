@@ -98,13 +98,6 @@ HRESULT PropertyPage::TranslateAccelerator(MSG* message) {
     return IsDialogMessageW(PageWindow(), message) != 0 ? S_OK : S_FALSE;
 }
 
-void PropertyPage::KeepObjects(ULONG count, IUnknown* const* objects) {
-    std::vector<platform::com_ptr<IUnknown>> kept;
-    kept.reserve(count);
-    for (ULONG i = 0; i < count; ++i) kept.emplace_back(objects[i]);
-    objects_ = std::move(kept);
-}
-
 void PropertyPage::RecordSize(const RECT& place) noexcept {
     size_ = {place.right - place.left, place.bottom - place.top};
 }

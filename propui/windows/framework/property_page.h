@@ -42,14 +42,15 @@ protected:
 
     /// The window of the page; null while it has none.
     [[nodiscard]] virtual HWND PageWindow() const noexcept = 0;
-    /// Keeps the objects, with a reference each, in the place of earlier ones.
-    void KeepObjects(ULONG count, IUnknown* const* objects);
+    using Objects = std::vector<platform::com_ptr<IUnknown>>;
+    /// Keeps the objects in the place of earlier ones.
+    void KeepObjects(Objects objects) noexcept { objects_.swap(objects); }
     void RecordSize(const RECT& place) noexcept;
     [[nodiscard]] const PageResources& Resources() const noexcept { return resources_; }
 
 private:
     platform::com_ptr<IPropertyPageSite> site_;
-    std::vector<platform::com_ptr<IUnknown>> objects_;
+    Objects objects_;
     SIZE size_{};
     PageResources resources_;
     bool dirty_ = false;  // no control sets it: changes reach the device at once

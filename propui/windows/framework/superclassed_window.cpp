@@ -7,6 +7,7 @@ namespace ZELPropUI::Framework {
 
 SuperclassedWindow::~SuperclassedWindow() {
     if (Handle() == nullptr) return;
+    Superclass::SetPointer(Handle(), nullptr);  // the parent hears of the end and must not find this any more
     SetWindowLongPtrW(Handle(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(base_procedure_));
     DestroyWindow(Handle());
 }
@@ -18,6 +19,10 @@ bool SuperclassedWindow::CreateChild(Superclass& superclass, HWND parent, const 
     return CreateWindowExW(0, superclass.Name(), nullptr, style, place.left, place.top,
                            place.right - place.left, place.bottom - place.top, parent, nullptr,
                            ModuleHandle(), nullptr) != nullptr;
+}
+
+void SuperclassedWindow::Close() noexcept {
+    if (Handle() != nullptr) DestroyWindow(Handle());
 }
 
 LRESULT SuperclassedWindow::CallBase(UINT message, WPARAM wparam, LPARAM lparam) const {
@@ -50,7 +55,7 @@ LRESULT CALLBACK SuperclassedWindow::Procedure(HWND handle, UINT message, WPARAM
     result = window->CallBase(message, wparam, lparam);
     if (message == WM_NCDESTROY) {
         Superclass::SetPointer(handle, nullptr);
-        window->Detach();
+        window->Detach(handle);
     }
     return result;
 }

@@ -19,6 +19,9 @@ public:
     /// handled it.
     bool SendReflected(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result);
 
+    /// Destroys the window if it is still there, with the whole object at hand for its last messages.
+    void Close() noexcept;
+
 protected:
     SuperclassedWindow() = default;
     /// Destroys the window if it is still there; no message reaches the object any more.

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 namespace ZELPropUI::Framework {
 
 /// An object behind a window. It knows the window from its first message to its last; when the window goes,
@@ -40,10 +42,11 @@ protected:
     /// Whether the message before was handled.
     [[nodiscard]] bool HandledLast() const noexcept { return handled_last_; }
     void Attach(HWND handle) noexcept { handle_ = handle; }
-    void Detach() noexcept { handle_ = nullptr; }
+    /// False for a window that is not the object's any more: while one ends, another may have come.
+    bool Detach(HWND handle) noexcept { return handle_.compare_exchange_strong(handle, nullptr); }
 
 private:
-    HWND handle_ = nullptr;
+    std::atomic<HWND> handle_{nullptr};  // pages are released on any thread
     bool handled_last_ = false;
 };
 

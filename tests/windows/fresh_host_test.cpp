@@ -1,0 +1,166 @@
+// What happens once in a process. Each host runs as this program with the name of one test, in a process that
+// has loaded nothing yet.
+
+#include "tests/host/host_process.h"
+#include "tests/windows/page_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+namespace page_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::wstring FileOf(HMODULE module) {
+    wchar_t file[MAX_PATH] = {};
+    GetModuleFileNameW(module, file, MAX_PATH);
+    return file;
+}
+
+void ExpectHostPasses(const fs::path& program, const std::string& name) {
+    const host_test::ProcessEnd end = host_test::RunProgram(
+        program, {"--gtest_also_run_disabled_tests", "--gtest_filter=*.DISABLED_" + name});
+    EXPECT_EQ(end.code, 0u) << end.output << end.errors;
+    EXPECT_THAT(end.output, testing::HasSubstr("[  PASSED  ] 1 test"));
+}
+
+/// A call that a module makes, led to another function for as long as this lives.
+class RedirectedImport {
+public:
+    RedirectedImport(HMODULE module, const char* name, void* replacement) : slot_(Find(module, name)) {
+        if (slot_ != nullptr) before_ = Put(replacement);
+    }
+    RedirectedImport(const RedirectedImport&) = delete;
+    RedirectedImport& operator=(const RedirectedImport&) = delete;
+    ~RedirectedImport() {
+        if (slot_ != nullptr) Put(before_);
+    }
+
+private:
+    static void** Find(HMODULE module, const char* name) {
+        auto* const base = reinterpret_cast<char*>(module);
+        const auto at = [base](std::size_t offset) { return static_cast<void*>(base + offset); };
+        const auto* const head = static_cast<const IMAGE_DOS_HEADER*>(at(0));
+        const auto* const image =
+            static_cast<const IMAGE_NT_HEADERS*>(at(static_cast<std::size_t>(head->e_lfanew)));
+        const auto& directory = image->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+        const auto* library = static_cast<const IMAGE_IMPORT_DESCRIPTOR*>(at(directory.VirtualAddress));
+        for (; library->Name != 0; ++library) {
+            const auto* names = static_cast<const IMAGE_THUNK_DATA*>(at(library->OriginalFirstThunk));
+            auto* const slots = static_cast<void**>(at(library->FirstThunk));
+            for (std::size_t i = 0; names[i].u1.AddressOfData != 0; ++i) {
+                if (IMAGE_SNAP_BY_ORDINAL(names[i].u1.Ordinal)) continue;
+                const auto* const import =
+                    static_cast<const IMAGE_IMPORT_BY_NAME*>(at(names[i].u1.AddressOfData));
+                if (std::strcmp(import->Name, name) == 0) return slots + i;
+            }
+        }
+        return nullptr;
+    }
+
+    void* Put(void* function) {
+        DWORD protection = 0;
+        VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
+        void* const before = *slot_;
+        *slot_ = function;
+        VirtualProtect(slot_, sizeof *slot_, protection, &protection);
+        return before;
+    }
+
+    void** slot_;
+    void* before_ = nullptr;
+};
+
+/// Runs in a process of its own.
+class FreshHost : public PageTest {};
+
+TEST_F(FreshHost, DISABLED_LoadsFromTheSystemFolderAlone) {
+    const PagePtr page = GivenPage(exposure_page);
+    PROPPAGEINFO info{};
+    EXPECT_EQ(page->GetPageInfo(&info), S_OK);
+    for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
+    EXPECT_FALSE(PageControls(Open(*page)).edits.empty());
+    wchar_t system[MAX_PATH] = {};
+    GetSystemDirectoryW(system, MAX_PATH);
+    for (const wchar_t* name : {L"RICHED20.DLL", L"Msftedit.dll", L"COMCTL32.DLL"}) {
+        const HMODULE library = GetModuleHandleW(name);
+        ASSERT_NE(library, nullptr) << testing::PrintToString(name);
+        const fs::path folder = fs::path(FileOf(library)).parent_path();
+        EXPECT_EQ(lstrcmpiW(folder.c_str(), system), 0) << folder;
+    }
+    page->Deactivate();
+}
+
+// The two threads of the next test meet where the first one loads the libraries of the rich edit.
+std::function<void()> before_a_library;
+
+void MeetOnce() {
+    if (const auto meet = std::exchange(before_a_library, nullptr)) meet();
+}
+HMODULE WINAPI LoadByNarrowName(const char* name, HANDLE file, DWORD flags) {
+    MeetOnce();
+    return LoadLibraryExA(name, file, flags);
+}
+HMODULE WINAPI LoadByWideName(const wchar_t* name, HANDLE file, DWORD flags) {
+    MeetOnce();
+    return LoadLibraryExW(name, file, flags);
+}
+HMODULE WINAPI LoadAnywhereByNarrowName(const char* name) { return LoadByNarrowName(name, nullptr, 0); }
+
+TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
+    const RedirectedImport plain(server_.Module(), "LoadLibraryA",
+                                 reinterpret_cast<void*>(LoadAnywhereByNarrowName));
+    const RedirectedImport narrow(server_.Module(), "LoadLibraryExA",
+                                  reinterpret_cast<void*>(LoadByNarrowName));
+    const RedirectedImport wide(server_.Module(), "LoadLibraryExW", reinterpret_cast<void*>(LoadByWideName));
+    const HANDLE loading = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const HANDLE opened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::size_t edits = 0;
+    std::thread other([&] {
+        HostWindow host;
+        const auto camera = simcam::make_camera("simple");
+        const PagePtr page = server_.MakePage(exposure_page);
+        IUnknown* object = camera.get();
+        EXPECT_EQ(page->SetObjects(1, &object), S_OK);
+        WaitForSingleObject(loading, INFINITE);
+        page->Activate(host.Handle(), &place, FALSE);
+        edits = PageControls(GetWindow(host.Handle(), GW_CHILD)).edits.size();
+        SetEvent(opened);
+        page->Deactivate();
+    });
+    // The other page either comes to its end meanwhile, without an edit, or waits for this one to be done.
+    before_a_library = [&] {
+        SetEvent(loading);
+        WaitForSingleObject(opened, 1000);
+    };
+    const PagePtr page = GivenPage(exposure_page);
+    EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+    other.join();
+    EXPECT_EQ(edits, 1u);
+    page->Deactivate();
+    CloseHandle(loading);
+    CloseHandle(opened);
+}
+
+TEST(FreshProcessTest, FalseLibrariesBesideAHostAreLeftAlone) {
+    const host_test::ScratchFolder folder;
+    const fs::path program = folder.Path() / "host.exe";
+    fs::copy_file(FileOf(nullptr), program);
+    fs::copy_file(PageServer::Path(), folder.Path() / "selvane_page.dll");
+    for (const char* name : {"riched20.dll", "msftedit.dll", "comctl32.dll"}) {
+        fs::copy_file(PageServer::Path(), folder.Path() / name);
+    }
+    ExpectHostPasses(program, "LoadsFromTheSystemFolderAlone");
+}
+
+TEST(FreshProcessTest, TheFirstPagesOnTwoThreadsHaveTheirEdits) {
+    ExpectHostPasses(FileOf(nullptr), "ShowsEditsOnTwoThreadsAtOnce");
+}
+
+}  // namespace
+}  // namespace page_test

@@ -1,0 +1,233 @@
+#include "adapter/hr_exception.h"
+#include "tests/windows/com_fakes.h"
+#include "tests/windows/error_box.h"
+#include "tests/windows/page_fixture.h"
+
+#include <commctrl.h>
+
+#include <functional>
+#include <memory>
+
+namespace page_test {
+namespace {
+
+using HostWork = std::function<void()>;
+
+/// The life of a page, from the first object to the last release, with all controls worked. While the driver
+/// answers one of its calls it runs messages, and one of them has the host do something to the page.
+class ReentryTest : public RoadTest {
+protected:
+    [[nodiscard]] HWND Window() const { return frame_ ? GetWindow(frame_->Handle(), GW_CHILD) : nullptr; }
+
+    static void Click(HWND control, int x, int y) {
+        SendMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        SendMessageW(control, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x + 9, y));
+        SendMessageW(control, WM_LBUTTONUP, 0, MAKELPARAM(x + 9, y));
+    }
+    static void Press(HWND control, WPARAM key) {
+        SendMessageW(control, WM_KEYDOWN, key, 0);
+        SendMessageW(control, WM_KEYUP, key, 0);
+    }
+    static void TypeOne(HWND edit) {
+        SetFocus(edit);
+        SendMessageW(edit, WM_CHAR, L'1', 1);
+        SendMessageW(edit, WM_CHAR, L'\r', 1);
+    }
+
+    // By mouse and keys as well as by the messages that they end in, so that the platform's own controls are
+    // on the way.
+    static void Work(HWND window) {
+        const PageControls controls(window);
+        for (const HWND slider : controls.sliders) Press(slider, VK_RIGHT);
+        for (const HWND slider : controls.sliders) Click(slider, 60, 10);
+        for (const HWND spin : controls.spins) Click(spin, 4, 4);
+        for (const HWND button : controls.switches) Click(button, 5, 5);
+        for (const HWND button : controls.buttons) SendMessageW(button, BM_CLICK, 0, 0);
+        for (const HWND combo : controls.combos) Press(combo, VK_DOWN);
+        for (const HWND edit : controls.edits) TypeOne(edit);
+        SetFocus(GetParent(window));
+        RunMessages();
+    }
+
+    void LivePage(REFCLSID clsid) {
+        frame_ = std::make_unique<HostWindow>();
+        page_ = server_.MakePage(clsid);
+        Give(*page_);
+        if (page_) page_->Activate(frame_->Handle(), &place, FALSE);
+        if (page_) page_->Show(SW_SHOW);
+        Work(Window());
+        SendMessageW(Window(), 1029, 0, 0);
+        if (page_) EXPECT_EQ(page_->Deactivate(), S_OK);
+        page_.reset();
+        others_.clear();
+        frame_.reset();
+        RunMessages();
+    }
+
+    // At every position in the life of the two pages that have controls of all kinds between them. What is
+    // shown may be anything; what is left is nothing.
+    void StrikeEveryCall(const HostWork& work) {
+        const ErrorBoxWatch refused_texts;
+        for (const CLSID& clsid : {exposure_page, feature_page}) {
+            const std::uint64_t before = camera_->call_count();
+            LivePage(clsid);
+            const std::uint64_t calls = camera_->call_count() - before;
+            ASSERT_GT(calls, 30u);
+            for (std::uint64_t n = 1; n <= calls; ++n) {
+                SCOPED_TRACE(n);
+                camera_->clear_transcript();
+                simcam::fault meanwhile;
+                meanwhile.first = n;
+                meanwhile.count = 1;
+                meanwhile.action = work;
+                camera_->add_fault(meanwhile);
+                LivePage(clsid);
+                camera_->clear_faults();
+                ASSERT_EQ(camera_->references(), 1);
+                ASSERT_EQ(other_camera_->references(), 1);
+                ASSERT_EQ(server_.CanUnloadNow(), S_OK);
+            }
+        }
+    }
+
+    void OpenAnother(REFCLSID clsid) {
+        others_.push_back(server_.MakePage(clsid));
+        Give(*others_.back());
+        others_.back()->Activate(host_.Handle(), &place, FALSE);
+        others_.back()->Show(SW_SHOW);
+    }
+    void HandOver(IUnknown* object) const { page_->SetObjects(object != nullptr ? 1 : 0, &object); }
+
+    simcam::camera_ptr other_camera_ = simcam::make_camera(SimpleCamera(GetParam()));
+    std::unique_ptr<HostWindow> frame_;
+    PagePtr page_;
+    std::vector<PagePtr> others_;
+};
+
+TEST_P(ReentryTest, MessagesMayRun) {
+    StrikeEveryCall([&] { RunMessages(); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeRefreshed) {
+    StrikeEveryCall([&] { SendMessageW(Window(), 1029, 0, 0); });
+}
+
+TEST_P(ReentryTest, TheUserMayWorkOn) {
+    StrikeEveryCall([&] { Work(Window()); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeShownAndMoved) {
+    StrikeEveryCall([&] {
+        page_->Show(SW_HIDE);
+        page_->Move(&place);
+        page_->Show(SW_SHOW);
+        PROPPAGEINFO info{};
+        EXPECT_EQ(page_->GetPageInfo(&info), S_OK);
+        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
+    });
+}
+
+TEST_P(ReentryTest, ThePageMayBeDeactivated) {
+    StrikeEveryCall([&] { page_->Deactivate(); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeReleased) {
+    StrikeEveryCall([&] { page_.reset(); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeDeactivatedAndReleased) {
+    StrikeEveryCall([&] {
+        page_->Deactivate();
+        HandOver(nullptr);
+        page_->SetPageSite(nullptr);
+        page_.reset();
+    });
+}
+
+TEST_P(ReentryTest, ThePageMayBeActivatedAgain) {
+    StrikeEveryCall([&] {
+        page_->Activate(frame_->Handle(), &place, FALSE);
+        page_->Show(SW_SHOW);
+    });
+}
+
+TEST_P(ReentryTest, ThePageMayBeActivatedAgainAndReleased) {
+    StrikeEveryCall([&] {
+        page_->Activate(frame_->Handle(), &place, FALSE);
+        page_.reset();
+    });
+}
+
+TEST_P(ReentryTest, ThePageMayBeHandedAnotherCamera) {
+    StrikeEveryCall([&] { HandOver(other_camera_.get()); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeHandedTheSameCamera) {
+    StrikeEveryCall([&] { HandOver(camera_.get()); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeHandedAnotherCameraAndActivated) {
+    StrikeEveryCall([&] {
+        HandOver(other_camera_.get());
+        page_->Activate(frame_->Handle(), &place, FALSE);
+    });
+}
+
+TEST_P(ReentryTest, ThePageMayBeHandedSomethingElse) {
+    PlainObject object;
+    StrikeEveryCall([&] {
+        HandOver(&object);
+        HandOver(nullptr);
+    });
+    EXPECT_EQ(object.references, 0);
+}
+
+TEST_P(ReentryTest, AnotherPageMayBeActivated) {
+    StrikeEveryCall([&] { OpenAnother(feature_page); });
+}
+
+TEST_P(ReentryTest, AnotherPageOfTheClassMayBeActivated) {
+    StrikeEveryCall([&] { OpenAnother(exposure_page); });
+}
+
+TEST_P(ReentryTest, TheParentMayBeDestroyed) {
+    StrikeEveryCall([&] { frame_.reset(); });
+}
+
+TEST_P(ReentryTest, TheWindowOfThePageMayBeDestroyed) {
+    StrikeEveryCall([&] { DestroyWindow(Window()); });
+}
+
+TEST_P(ReentryTest, TheControlsMayBeDestroyed) {
+    StrikeEveryCall([&] {
+        for (const HWND child : ChildrenOf(Window())) DestroyWindow(child);
+    });
+}
+
+TEST_P(ReentryTest, TheCameraThatCameLastStays) {
+    const std::uint64_t before = camera_->call_count();
+    EXPECT_EQ(Give(*server_.MakePage(exposure_page)), S_OK);
+    const std::uint64_t calls = camera_->call_count() - before;
+    for (std::uint64_t n = 3; n <= calls; ++n) {  // by then it is known for a camera
+        SCOPED_TRACE(n);
+        page_ = server_.MakePage(exposure_page);
+        simcam::fault meanwhile;
+        meanwhile.first = n;
+        meanwhile.count = 1;
+        meanwhile.action = [&] { HandOver(other_camera_.get()); };
+        camera_->add_fault(meanwhile);
+        EXPECT_EQ(Give(*page_), S_OK);
+        camera_->clear_faults();
+        EXPECT_EQ(camera_->references(), 1);
+        other_camera_->clear_transcript();
+        const HWND window = Open(*page_);
+        EXPECT_FALSE(PageControls(window).sliders.empty());
+        EXPECT_FALSE(other_camera_->transcript().empty());
+        page_.reset();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Roads, ReentryTest, testing::Values(Road::Named, Road::Registers), RoadName);
+
+}  // namespace
+}  // namespace page_test

@@ -5,6 +5,7 @@
 #include "propui/windows/framework/com_edge.h"
 #include "propui/windows/framework/process_lock.h"
 #include "propui/windows/framework/reflection.h"
+#include "propui/windows/framework/superclassed_window.h"
 #include "propui/windows/framework/system_library.h"
 #include "propui/windows/resource_ids.h"
 
@@ -189,6 +190,9 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
             UpdateControls();
             result = 1;
             return true;
+        case WM_DESTROY:
+            ZELPropUI::Framework::SuperclassedWindow::SaveBusyChildren(Handle());
+            return false;
         case WM_STYLECHANGING:
             result = OnStyleChanging(wparam, lparam);
             return true;

@@ -77,6 +77,45 @@ TEST_P(PageMessagesTest, ARefreshAsksEachControlInOrder) {
     EXPECT_EQ(TakeTranscript(), FloatRefresh(0.01, false));
 }
 
+// What a window is told to erase before it paints.
+class EraseWatch {
+public:
+    explicit EraseWatch(HWND window) : window_(window) {
+        erased = 0;
+        before_ = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
+    }
+    EraseWatch(const EraseWatch&) = delete;
+    EraseWatch& operator=(const EraseWatch&) = delete;
+    ~EraseWatch() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_)); }
+
+    static inline int erased = 0;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+        if (message == WM_ERASEBKGND) ++erased;
+        return CallWindowProcW(before_, window, message, wparam, lparam);
+    }
+
+    HWND window_;
+    static inline WNDPROC before_ = nullptr;
+};
+
+TEST_P(PageMessagesTest, ARefreshPaintsWithoutErasingFirst) {
+    const PageControls controls = OpenPage(lens_page);
+    for (const HWND control : {controls.sliders.at(0), controls.spins.at(0)}) {
+        UpdateWindow(control);
+        const EraseWatch watch(control);
+        InvalidateRect(control, nullptr, TRUE);
+        UpdateWindow(control);
+        EXPECT_EQ(EraseWatch::erased, 1) << "so is it seen";
+        Send(window_, 1029);
+        EXPECT_TRUE(GetUpdateRect(control, nullptr, FALSE));
+        UpdateWindow(control);
+        EXPECT_EQ(EraseWatch::erased, 1);
+    }
+}
+
 TEST_P(PageMessagesTest, NothingIsAskedWithoutAReason) {
     const PageControls controls = OpenPage(exposure_page);
     ShowWindow(window_, SW_HIDE);

@@ -3,7 +3,25 @@
 #include "propui/windows/framework/module.h"
 #include "propui/windows/framework/pending_window.h"
 
+#include <utility>
+
 namespace ZELPropUI::Framework {
+
+class SuperclassedWindow::Visit {
+public:
+    explicit Visit(SuperclassedWindow& window) noexcept : hold_(window), window_(window) {
+        ++window_.visits_;
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+    ~Visit() {
+        if (--window_.visits_ == 0 && std::exchange(window_.outlives_parent_, false)) window_.Close();
+    }
+
+private:
+    Holder hold_;
+    SuperclassedWindow& window_;
+};
 
 SuperclassedWindow::~SuperclassedWindow() {
     if (Handle() == nullptr) return;
@@ -25,6 +43,17 @@ void SuperclassedWindow::Close() noexcept {
     if (Handle() != nullptr) DestroyWindow(Handle());
 }
 
+void SuperclassedWindow::SaveBusyChildren(HWND parent) noexcept {
+    HWND next = nullptr;
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = next) {
+        next = GetWindow(child, GW_HWNDNEXT);
+        SuperclassedWindow* const own = FromHandle(child);
+        if (own == nullptr || own->visits_ == 0) continue;
+        own->outlives_parent_ = true;
+        SetParent(child, HWND_MESSAGE);
+    }
+}
+
 LRESULT SuperclassedWindow::CallBase(UINT message, WPARAM wparam, LPARAM lparam) const {
     return Handle() != nullptr ? CallWindowProcW(base_procedure_, Handle(), message, wparam, lparam) : 0;
 }
@@ -35,7 +64,7 @@ SuperclassedWindow* SuperclassedWindow::FromHandle(HWND handle) noexcept {
 }
 
 bool SuperclassedWindow::SendReflected(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) {
-    const Holder hold(*this);
+    const Visit visit(*this);
     result = SendMessageW(Handle(), message, wparam, lparam);
     return HandledLast();
 }
@@ -49,7 +78,7 @@ LRESULT CALLBACK SuperclassedWindow::Procedure(HWND handle, UINT message, WPARAM
         window->Attach(handle);
         Superclass::SetPointer(handle, window);
     }
-    const Holder hold(*window);
+    const Visit visit(*window);
     LRESULT result = 0;
     if (window->Dispatch(message, wparam, lparam, result)) return result;
     result = window->CallBase(message, wparam, lparam);

@@ -22,6 +22,11 @@ public:
     /// Destroys the window if it is still there, with the whole object at hand for its last messages.
     void Close() noexcept;
 
+    /// Takes the windows below a parent that is about to end out of it where the platform is in the midst of
+    /// a message of theirs: its code goes on with what belongs to the window once a driver has let the host
+    /// close the page. They end with that message.
+    static void SaveBusyChildren(HWND parent) noexcept;
+
 protected:
     SuperclassedWindow() = default;
     /// Destroys the window if it is still there; no message reaches the object any more.
@@ -33,7 +38,12 @@ protected:
     LRESULT CallBase(UINT message, WPARAM wparam, LPARAM lparam) const;
 
 private:
+    // A message on its way through the object and through the platform's code for it.
+    class Visit;
+
     WNDPROC base_procedure_ = nullptr;
+    int visits_ = 0;
+    bool outlives_parent_ = false;
 };
 
 }  // namespace ZELPropUI::Framework

@@ -1,0 +1,128 @@
+// While the driver answers one of its calls it runs messages, and one of them brings the host back into the
+// pages of the same camera.
+
+#include "simcam/simulated_camera.h"
+#include "tests/simcam/page_view.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <tuple>
+
+namespace simcam_test {
+namespace {
+
+using test_support::RecorderCanvas;
+using ZELPropUI::all_pages;
+using ZELPropUI::PageName;
+
+void work_controller(ZELPropUI::ISliderController& controller) {
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    std::wstring text;
+    std::ignore = controller.GetPositionRange(low, high);
+    std::ignore = controller.SetPosition(high);
+    std::ignore = controller.GetPosition(low);
+    std::ignore = controller.GetText(text);
+    std::ignore = controller.SetText(text);
+    std::ignore = controller.IsAvailable();
+    std::ignore = controller.IsReadOnly();
+}
+
+void work_item(ZELPropUI::CZELItemDataBase& item, ZELPropUI::InterfaceKey key) {
+    std::vector<ZELAdapterHelper::SharedString> strings;
+    ZELAdapterHelper::RangeInfo range;
+    std::int32_t value = 0;
+    bool on = false;
+    std::ignore = item.GetMapStrings(key, strings);
+    std::ignore = item.GetRange(key, range);
+    std::ignore = item.GetValue(key, value);
+    std::ignore = item.SetValue(key, range.max);
+    std::ignore = item.GetSwitch(key, on);
+    std::ignore = item.SetSwitch(key, !on);
+    std::ignore = item.Push(key);
+    std::ignore = item.Refresh(key);
+}
+
+// What users do to everything on a page.
+void work(const RecorderCanvas& canvas) {
+    for (std::size_t at = 0; at < canvas.placed.size(); ++at) {
+        const RecorderCanvas::Placed one = canvas.placed[at];  // rows may be added meanwhile
+        if (one.controller) work_controller(*one.controller);
+        if (one.item) work_item(*one.item, one.key);
+    }
+}
+
+/// A camera whose pages are open from its first call on.
+struct open_camera {
+    explicit open_camera(const simcam::camera_options& options) : pages(options) {}
+
+    void live(PageName page) {
+        pages.build(page, canvas);
+        work(canvas);
+    }
+
+    camera_on_pages pages;
+    RecorderCanvas canvas;
+};
+
+struct camera_on_road {
+    const char* name;
+    bool named;
+};
+
+class ReentryTest : public testing::TestWithParam<camera_on_road> {
+protected:
+    // At every call in the life of every page.
+    template <class Meanwhile>
+    void strike_every_call(Meanwhile meanwhile) {
+        simcam::camera_options options = on_one_road(*simcam::ready_made(GetParam().name), GetParam().named);
+        options.keep_transcript = false;
+        for (const PageName page : all_pages) {
+            open_camera undisturbed(options);
+            const std::uint64_t before = undisturbed.pages.camera->call_count();
+            undisturbed.live(page);
+            const std::uint64_t calls = undisturbed.pages.camera->call_count() - before;
+            for (std::uint64_t n = 1; n <= calls; ++n) {
+                open_camera camera(options);
+                simcam::fault once;
+                once.first = n;
+                once.count = 1;
+                once.action = [&] { meanwhile(camera); };
+                camera.pages.camera->add_fault(once);
+                camera.live(page);
+                camera.pages.camera->clear_faults();
+                RecorderCanvas again;
+                camera.pages.build(page, again);
+                EXPECT_EQ(again.placed.size(), undisturbed.canvas.placed.size()) << n;
+            }
+        }
+    }
+};
+
+TEST_P(ReentryTest, AnotherPageMayBeOpened) {
+    strike_every_call([](open_camera& camera) {
+        RecorderCanvas canvas;
+        camera.pages.build(PageName::Feature, canvas);
+    });
+}
+
+TEST_P(ReentryTest, TheUserMayWorkOn) {
+    strike_every_call([](open_camera& camera) { work(camera.canvas); });
+}
+
+TEST_P(ReentryTest, ThePageMayBeClosed) {
+    strike_every_call([](open_camera& camera) { camera.canvas.placed.clear(); });
+}
+
+std::string name_of(const testing::TestParamInfo<camera_on_road>& info) {
+    return std::string(info.param.name) + (info.param.named ? "_named" : "_registers");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cameras, ReentryTest,
+                         testing::Values(camera_on_road{"simple", true}, camera_on_road{"simple", false},
+                                         camera_on_road{"builtin", true}),
+                         name_of);
+
+}  // namespace
+}  // namespace simcam_test

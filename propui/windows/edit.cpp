@@ -82,7 +82,7 @@ void CZELEdit::OnKillFocus() {
 void CZELEdit::Commit() {
     if (Controller().SetText(TextOf(Handle()))) {
         PostUpdateControls();
-    } else {
+    } else if (IsOnPage()) {
         MessageBoxW(Handle(), L"Error parsing value!", L"Error", MB_ICONHAND);
     }
 }

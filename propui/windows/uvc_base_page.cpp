@@ -57,7 +57,10 @@ LRESULT OnStyleChanging(WPARAM which, LPARAM lparam) noexcept {
 CUVCBasePage::CUVCBasePage(IUnknown* outer, UINT title, std::vector<std::wstring> groups)
     : PropertyPage(ResourcesOf(title)), CUnknown(outer), groups_(std::move(groups)) {}
 
-CUVCBasePage::~CUVCBasePage() { Deactivate(); }
+// A page that was never opened may end without a reference, and none may come and go then.
+CUVCBasePage::~CUVCBasePage() {
+    if (Handle() != nullptr) Deactivate();
+}
 
 HRESULT CUVCBasePage::NonDelegatingQueryInterface(REFIID iid, void** out) {
     if (iid == platform::null_guid) return S_OK;  // and `out` stays as it is
@@ -115,8 +118,7 @@ void CUVCBasePage::CreatePage(HWND parent, LPCRECT place) {
         Move(place);
         RecordSize(*place);
     }
-    const Camera camera = camera_;
-    BuildPage(camera, false);
+    BuildPage({filter_, adapter_}, false);
 }
 
 // The list is empty before the first control ends, whatever its end brings about; the page may even be
@@ -155,13 +157,16 @@ HRESULT CUVCBasePage::SetObjects(ULONG count, IUnknown** objects) {
 // A driver that runs messages lets the host hand over another camera meanwhile, and the page stays with the
 // one that came last.
 bool CUVCBasePage::TakeObject(IUnknown& object, const Objects& all) {
-    const Camera before = camera_;
+    const Camera before{filter_, adapter_};
     const auto filter = platform::query<IKsPropertySet>(&object);
     if (!filter || !genicam_adapter::is_adapter_device(filter.get())) return false;
     const Camera camera{filter, std::make_shared<genicam_adapter::GenICamAdapterDevice>(filter.get())};
-    if (camera_.adapter == before.adapter) camera_ = camera;
+    if (adapter_ == before.adapter) {
+        filter_ = camera.filter;
+        adapter_ = camera.adapter;
+    }
     const bool shown = BuildPage(camera, true);
-    if (shown && camera_.adapter == camera.adapter) KeepObjects(all);
+    if (shown && adapter_ == camera.adapter) KeepObjects(all);
     return shown;
 }
 

@@ -61,9 +61,10 @@ private:
     void UpdateControls();
     [[nodiscard]] bool EndsWithItsWindow() noexcept;
 
+    platform::com_ptr<IKsPropertySet> filter_;
     std::vector<std::wstring> groups_;
     ZELPropUI::ControlList controls_;
-    Camera camera_;
+    std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter_;
     HFONT font_ = nullptr;  // the dialog's
     std::atomic<bool> ends_with_window_{false};
 };

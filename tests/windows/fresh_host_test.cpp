@@ -23,6 +23,7 @@ std::wstring FileOf(HMODULE module) {
 }
 
 void ExpectHostPasses(const fs::path& program, const std::string& name) {
+    const HostWindow first;  // the desktop starts with the first window and would keep the pipes of the host
     const host_test::ProcessEnd end = host_test::RunProgram(
         program, {"--gtest_also_run_disabled_tests", "--gtest_filter=*.DISABLED_" + name});
     EXPECT_EQ(end.code, 0u) << end.output << end.errors;
@@ -96,7 +97,8 @@ TEST_F(FreshHost, DISABLED_LoadsFromTheSystemFolderAlone) {
     page->Deactivate();
 }
 
-// The two threads of the next test meet where the first one loads the libraries of the rich edit.
+// The two threads of the next test meet where the first one loads the first library of the rich edit, the one
+// with a narrow name.
 std::function<void()> before_a_library;
 
 void MeetOnce() {
@@ -106,10 +108,6 @@ HMODULE WINAPI LoadByNarrowName(const char* name, HANDLE file, DWORD flags) {
     MeetOnce();
     return LoadLibraryExA(name, file, flags);
 }
-HMODULE WINAPI LoadByWideName(const wchar_t* name, HANDLE file, DWORD flags) {
-    MeetOnce();
-    return LoadLibraryExW(name, file, flags);
-}
 HMODULE WINAPI LoadAnywhereByNarrowName(const char* name) { return LoadByNarrowName(name, nullptr, 0); }
 
 TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
@@ -117,7 +115,6 @@ TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
                                  reinterpret_cast<void*>(LoadAnywhereByNarrowName));
     const RedirectedImport narrow(server_.Module(), "LoadLibraryExA",
                                   reinterpret_cast<void*>(LoadByNarrowName));
-    const RedirectedImport wide(server_.Module(), "LoadLibraryExW", reinterpret_cast<void*>(LoadByWideName));
     const HANDLE loading = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     const HANDLE opened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     std::size_t edits = 0;

@@ -57,7 +57,7 @@ protected:
         if (page_) page_->Show(SW_SHOW);
         Work(Window());
         SendMessageW(Window(), 1029, 0, 0);
-        if (page_) EXPECT_EQ(page_->Deactivate(), S_OK);
+        if (page_) page_->Deactivate();
         page_.reset();
         others_.clear();
         frame_.reset();

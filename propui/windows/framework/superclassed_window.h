@@ -34,6 +34,8 @@ protected:
 
     /// Creates the window as a child. False if the platform refuses.
     [[nodiscard]] bool CreateChild(Superclass& superclass, HWND parent, const RECT& place, DWORD style);
+    /// False once the page is closed: nobody is left to be told anything.
+    [[nodiscard]] bool IsOnPage() const noexcept { return Handle() != nullptr && !outlives_parent_; }
     /// What the platform's class does with a message.
     LRESULT CallBase(UINT message, WPARAM wparam, LPARAM lparam) const;
 

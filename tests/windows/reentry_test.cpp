@@ -53,7 +53,7 @@ protected:
         frame_ = std::make_unique<HostWindow>();
         page_ = server_.MakePage(clsid);
         Give(*page_);
-        if (page_) page_->Activate(frame_->Handle(), &place, FALSE);
+        if (page_ && frame_) page_->Activate(frame_->Handle(), &place, FALSE);
         if (page_) page_->Show(SW_SHOW);
         Work(Window());
         SendMessageW(Window(), 1029, 0, 0);

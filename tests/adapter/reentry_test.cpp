@@ -31,7 +31,8 @@ std::string TwoItems() {
         item("Second", "2", "<pFeature>C</pFeature><pFeature>Mode</pFeature>") + number("A") + number("B") +
         number("C") + "<Enumeration Name=\"Mode\">" + ElementMark() +
         "<EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry><EnumEntry Name=\"On\"><Value>1</Value>"
-        "</EnumEntry><EnumEntry Name=\"Auto\"><Value>2</Value></EnumEntry><Value>0</Value></Enumeration>");
+        "</EnumEntry><EnumEntry "
+        "Name=\"AutomaticByTheCamera\"><Value>2</Value></EnumEntry><Value>0</Value></Enumeration>");
 }
 
 class Reentry : public testing::TestWithParam<Road> {
@@ -136,7 +137,7 @@ protected:
         return texts;
     }
 
-    const std::vector<std::string> entries_{"Off", "On", "Auto"};
+    const std::vector<std::string> entries_{"Off", "On", "AutomaticByTheCamera"};
     GenICamAdapterDevice adapter_{&camera_.filter};
     ItemRecord record_{};
     InterfaceKey mode_ = 0;
@@ -190,7 +191,7 @@ TEST_P(EntryReentry, TheListMayBeForgottenWhileTheDriverTakesAChoice) {
     EXPECT_EQ(EntriesOf(*item), entries_);
     driver.before_set = [&] { item->Refresh(mode_); };
     EXPECT_EQ(item->SetValue(mode_, 2), S_OK);
-    EXPECT_EQ(driver.sent, "Auto");
+    EXPECT_EQ(driver.sent, "AutomaticByTheCamera");
 }
 
 TEST_P(EntryReentry, TheListMayBeForgottenWhileTheChoiceIsRead) {

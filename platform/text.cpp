@@ -77,6 +77,31 @@ bool is_overflow(std::string_view text, std::chars_format form) {
     return places * (hexadecimal ? 4 : 1) + read_exponent(text.substr(exponent_at)) > 0;
 }
 
+// What `strtod` takes behind the prefix: digits with a point among them, and an exponent that has a digit.
+// Empty without a digit before the exponent. from_chars would also take a sign here, a second one in the
+// exponent, and the words for infinity and NaN.
+std::string_view hex_magnitude(std::string_view text) noexcept {
+    const auto end_of = [text](const char* characters, std::size_t at) {
+        return std::min(text.find_first_not_of(characters, at), text.size());
+    };
+    constexpr const char* hex_digits = "0123456789abcdefABCDEF";
+    std::size_t end = end_of(hex_digits, 0);
+    std::size_t digits = end;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t point = end;
+        end = end_of(hex_digits, point + 1);
+        digits = end - 1;
+    }
+    if (digits == 0) return {};
+    if (end < text.size() && (text[end] == 'p' || text[end] == 'P')) {
+        std::size_t exponent = end + 1;
+        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+        const std::size_t behind = end_of("0123456789", exponent);
+        if (behind > exponent) end = behind;
+    }
+    return text.substr(0, end);
+}
+
 // from_chars on the text behind white space, sign and prefix.
 std::size_t read_magnitude(std::string_view text, std::chars_format form, double& magnitude) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, form);
@@ -127,7 +152,7 @@ std::size_t read_double(std::string_view text, double& number) {
     double magnitude = 0;
     std::size_t consumed = 0;
     if (has_hex_prefix(rest)) {
-        consumed = read_magnitude(rest.substr(2), std::chars_format::hex, magnitude);
+        consumed = read_magnitude(hex_magnitude(rest.substr(2)), std::chars_format::hex, magnitude);
         if (consumed != 0) consumed += 2;
     }
     if (consumed == 0) consumed = read_magnitude(rest, std::chars_format::general, magnitude);

@@ -3,7 +3,12 @@
 #include "tests/support/decimal_comma.h"
 
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
 #include <limits>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -102,6 +107,16 @@ const struct {
     {"0x10", 4, 16.0},
     {"0x1.8p1", 7, 3.0},
     {"0xg", 1, 0.0},
+    {"0x-5", 1, 0.0},
+    {"0xinf", 1, 0.0},
+    {"0xnan", 1, 0.0},
+    {"-0x-8", 2, -0.0},
+    {"0x1.8p+-3", 5, 1.5},
+    {"0x.", 1, 0.0},
+    {"0x.8", 4, 0.5},
+    {"0x1.", 4, 1.0},
+    {"0x1p", 3, 1.0},
+    {"0x1p-", 3, 1.0},
     {"inf", 3, HUGE_VAL},
     {"-Infinity", 9, -HUGE_VAL},
     {"1e400", 5, HUGE_VAL},
@@ -164,6 +179,37 @@ TEST(ParseDouble, TellsTooLargeFromTooSmall) {
         double number = 4711;
         EXPECT_EQ(parse_double(one.text, number), one.text.size()) << one.text;
         EXPECT_EQ(number, one.number) << one.text;
+    }
+}
+
+std::uint64_t bits_of(double number) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &number, sizeof bits);
+    return bits;
+}
+
+// Texts of the characters that numbers are made of, most of them behind a prefix. The process has the C
+// locale.
+TEST(ParseDouble, ReadsAMillionTextsAsTheCLibrary) {
+    constexpr std::string_view pieces[] = {"0",  "1",  "8",  "f",  "A",  "00",   "10",  ".",   ".",    "p",
+                                           "P",  "e",  "+",  "-",  "p+", "p-",   "p+-", "inf", "nan",  "x",
+                                           "0x", "0X", "e9", "p9", "99", "1074", "fff", "INF", "nan(", ")"};
+    constexpr std::string_view starts[] = {"0x", "0X", "-0x", "+0x", " 0x", "0x.", "0x0.", "", "-", "0x1.8p"};
+    std::mt19937 random(20261121);
+    std::size_t differences = 0;
+    for (int round = 0; round < 1500000 && differences < 20; ++round) {
+        std::string text(starts[random() % std::size(starts)]);
+        for (auto more = random() % 7; more > 0; --more) text += pieces[random() % std::size(pieces)];
+        char* end = nullptr;
+        const double expected = std::strtod(text.c_str(), &end);
+        const auto consumed = static_cast<std::size_t>(end - text.c_str());
+        double number = 0;
+        const bool is_same = parse_double(text, number) == consumed &&
+                             (consumed == 0 || bits_of(number) == bits_of(expected) ||
+                              (std::isnan(number) && std::isnan(expected)));
+        if (is_same) continue;
+        ++differences;
+        ADD_FAILURE() << '"' << text << "\" is " << expected << " in " << consumed << " characters";
     }
 }
 

@@ -35,26 +35,27 @@ std::string with_portable_lengths(std::string_view format) {
     return portable;
 }
 
-void print(const char* format, std::va_list arguments) {
-    char text[message_size];
-    const std::string portable = with_portable_lengths(format);
-    const int length = std::vsnprintf(text, message_size, portable.c_str(), arguments);
-    if (length > 0) platform::write_debug_output(text);
-}
-
 void print_time_stamp() {
     char text[message_size];
     const unsigned long long now = platform::performance_microseconds();
     if (std::snprintf(text, message_size, "{%lluus} ", now) > 0) platform::write_debug_output(text);
 }
 
+// A message that comes out empty has no stamp either.
+void print(bool is_stamped, const char* format, std::va_list arguments) {
+    char text[message_size];
+    const std::string portable = with_portable_lengths(format);
+    if (std::vsnprintf(text, message_size, portable.c_str(), arguments) <= 0) return;
+    if (is_stamped) print_time_stamp();
+    platform::write_debug_output(text);
+}
+
 }  // namespace
 
 void log_message(std::uint32_t spec, const char* format, ...) {
-    if ((spec & log_time_stamp) != 0) print_time_stamp();
     std::va_list arguments;
     va_start(arguments, format);
-    print(format, arguments);
+    print((spec & log_time_stamp) != 0, format, arguments);
     va_end(arguments);
 }
 

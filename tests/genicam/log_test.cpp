@@ -75,6 +75,8 @@ TEST_F(Log, LongTextIsCut) {
 TEST_F(Log, AnEmptyResultPrintsNothing) {
     log_message(1, "%s", "");
     EXPECT_TRUE(capture.Take().empty());
+    log_message(1 | log_time_stamp, "%s", "");
+    EXPECT_TRUE(capture.Take().empty()) << "nor a time stamp";
 }
 
 TEST_F(Log, TimeStampStandsBeforeTheText) {

@@ -155,20 +155,26 @@ std::string genicam_doc::list_nodes() const {
 }
 
 void genicam_doc::add_callback(INode* node, std::function<void(INode*)> callback) {
-    callbacks_[node].push_back(std::move(callback));
+    callbacks_[node].functions.push_back(std::move(callback));
 }
 
 void genicam_doc::clear_callbacks(INode* node) {
     const auto found = callbacks_.find(node);
-    if (found != callbacks_.end()) found->second.clear();
+    if (found == callbacks_.end()) return;
+    found->second.functions.clear();
+    ++found->second.clearings;
 }
 
+// Those that are there now, as long as nobody clears them: what a callback registers waits for the next
+// change, or one that registers itself would never come back. The entry stays where it is when others come.
 void genicam_doc::fire_callbacks(INode* node) {
     const auto found = callbacks_.find(node);
     if (found == callbacks_.end()) return;
-    // By index, as a callback may register or clear callbacks of this very node.
-    for (std::size_t at = 0; at < found->second.size(); ++at) {
-        const std::function<void(INode*)> callback = found->second[at];
+    const node_callbacks& registered = found->second;
+    const std::size_t count = registered.functions.size();
+    const std::uint64_t clearings = registered.clearings;
+    for (std::size_t at = 0; at < count && registered.clearings == clearings; ++at) {
+        const std::function<void(INode*)> callback = registered.functions[at];
         callback(node);
     }
 }

@@ -67,6 +67,10 @@ private:
         INode* node_;
         std::size_t place_;
     };
+    struct node_callbacks {
+        std::vector<std::function<void(INode*)>> functions;
+        std::uint64_t clearings = 0;  // tells a change under way that what it began with is gone
+    };
     using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
 
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
@@ -84,7 +88,7 @@ private:
     load_options options_;
     pugi::xml_document xml_;
     document_allocator allocator_;
-    std::unordered_map<INode*, std::vector<std::function<void(INode*)>>> callbacks_{first_buckets};
+    std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
     dependents_map dependents_{first_buckets};  // only while loading
     bool is_loading_ = true;
     const described_element* element_in_work_ = nullptr;

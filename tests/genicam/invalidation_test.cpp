@@ -4,8 +4,10 @@
 #include "tests/support/test_document.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -187,6 +189,54 @@ TEST(Callbacks, OneMayChangeTheCallbacksOfItsNode) {
     });
     EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
     EXPECT_EQ(heard, 1);
+}
+
+TEST(Callbacks, OneThatRegistersItselfRunsAgainAtTheNextChange) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value></Integer>");
+    int heard = 0;
+    std::function<void(INode*)> again = [&](INode* node) {
+        if (++heard > 100) throw std::runtime_error("runs without end");
+        node->register_callback(again);
+    };
+    doc.Node("V").register_callback(again);
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(heard, 1);
+    EXPECT_FALSE(doc.Integer("V").set_val(3, 0));
+    EXPECT_EQ(heard, 3);
+}
+
+// What was cleared may refer to what is gone, so it does not run any more.
+TEST(Callbacks, ThoseThatWereClearedDoNotRunNorDoTheirSuccessors) {
+    TestDocument doc("<Integer Name='V'><Value>1</Value></Integer>");
+    std::string heard;
+    doc.Node("V").register_callback([&](INode* node) {
+        heard += 'a';
+        node->clear_callbacks();
+        for (int at = 0; at < 3; ++at) node->register_callback([&heard](INode*) { heard += 'c'; });
+    });
+    doc.Node("V").register_callback([&heard](INode*) { heard += 'b'; });
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(heard, "a");
+    EXPECT_FALSE(doc.Integer("V").set_val(3, 0));
+    EXPECT_EQ(heard, "accc");
+}
+
+// So many that the document has to make room for the nodes that have any.
+TEST(Callbacks, OneMayRegisterWithManyOtherNodes) {
+    constexpr int count = 1000;
+    std::string text = "<Integer Name='V'><Value>1</Value></Integer>";
+    for (int at = 0; at < count; ++at) {
+        text += "<Integer Name='N" + std::to_string(at) + "'><Value>1</Value></Integer>";
+    }
+    TestDocument doc(text);
+    int heard = 0;
+    doc.Node("V").register_callback([&](INode*) {
+        ++heard;
+        doc->for_each_node([](INode* node) { node->register_callback([](INode*) {}); });
+    });
+    doc.Node("V").register_callback([&heard](INode*) { ++heard; });
+    EXPECT_FALSE(doc.Integer("V").set_val(2, 0));
+    EXPECT_EQ(heard, 2);
 }
 
 TEST(Dependents, AddingAfterTheLoadKeepsEachOnce) {

@@ -8,6 +8,7 @@
 #include "genicam/document/statistics.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -18,6 +19,22 @@ namespace {
 constexpr std::size_t bytes_per_child = 40;
 constexpr std::size_t bytes_per_node = 240;
 
+// How much of the bytes is worth a copy: a driver may announce far more than it fills. The parser reads
+// nothing behind a NUL, and four aligned zero bytes hold one in every encoding. They stay, for it to end
+// there.
+std::size_t size_of_text(const char* data, std::size_t size) noexcept {
+    constexpr std::size_t widest = 4;
+    constexpr char end[widest] = {};
+    const char* at = data;
+    while (const void* zero = std::memchr(at, 0, size - static_cast<std::size_t>(at - data))) {
+        const auto offset = static_cast<std::size_t>(static_cast<const char*>(zero) - data) / widest * widest;
+        if (size - offset < widest) break;
+        if (std::memcmp(data + offset, end, widest) == 0) return offset + widest;
+        at = data + offset + widest;
+    }
+    return size;
+}
+
 }  // namespace
 
 IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options options) {
@@ -26,7 +43,7 @@ IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options
 }
 
 bool genicam_doc::load(const char* data, std::uint64_t size) {
-    xml_buffer_.assign(data, data + size);
+    xml_buffer_.assign(data, data + size_of_text(data, size));
     const pugi::xml_parse_result parsed = xml_.load_buffer_inplace(xml_buffer_.data(), xml_buffer_.size());
     if (!parsed) {
         if (log_enabled(log_failure)) {

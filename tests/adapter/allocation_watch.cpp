@@ -15,11 +15,13 @@ namespace {
 
 // Not per thread: where the run-time library emulates that, it allocates for it.
 std::uint64_t allocations = 0;
+std::uint64_t allocated_bytes = 0;
 std::uint64_t failing = 0;  // 0 for none
 std::size_t largest_block = std::numeric_limits<std::size_t>::max();
 
 void* Allocate(std::size_t size) {
     if (++allocations == failing) throw std::bad_alloc();
+    allocated_bytes += size;
     void* const memory = std::malloc(size != 0 ? size : 1);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
@@ -28,6 +30,7 @@ void* Allocate(std::size_t size) {
 }  // namespace
 
 std::uint64_t AllocationCount() noexcept { return allocations; }
+std::uint64_t AllocatedBytes() noexcept { return allocated_bytes; }
 
 FailingAllocation::FailingAllocation(std::uint64_t n) noexcept { failing = allocations + n; }
 FailingAllocation::~FailingAllocation() { failing = 0; }

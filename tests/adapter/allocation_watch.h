@@ -9,6 +9,8 @@ namespace adapter_test {
 
 /// Allocations through operator new since the program began.
 [[nodiscard]] std::uint64_t AllocationCount() noexcept;
+/// And their bytes, those that were freed again included.
+[[nodiscard]] std::uint64_t AllocatedBytes() noexcept;
 
 /// The n-th allocation from now on throws std::bad_alloc, while this lives. n starts at 1.
 class FailingAllocation {

@@ -207,20 +207,24 @@ TEST_F(Fetch, PortReachesTheDriver) {
     EXPECT_EQ(port->read(0, buffer.data(), 2, 0), GenICam::make_error_code(GenICam::device_lost));
 }
 
-// Claims the largest description there is and fills nothing in.
+// Claims a huge description and fills little in.
 class BoastingDriver final : public IdleDriver {
 public:
     HRESULT data_result = E_FAIL;
+    std::uint32_t claimed = 0xFFFFFFFF;
+    std::string text;
     std::vector<std::uint64_t> offered;
 
-    HRESULT STDMETHODCALLTYPE Get(REFGUID, DWORD id, LPVOID, DWORD, LPVOID data, DWORD data_size,
+    HRESULT STDMETHODCALLTYPE Get(REFGUID, DWORD id, LPVOID instance, DWORD, LPVOID data, DWORD data_size,
                                   DWORD* returned) override {
+        if (static_cast<const std::uint32_t*>(instance)[1] != 0) return E_FAIL;
+        *returned = data_size;
         if (id == 1) {
-            std::memset(data, 0xFF, data_size);
-            *returned = data_size;
+            std::memcpy(data, &claimed, sizeof(claimed));
             return S_OK;
         }
         offered.push_back(data_size);
+        std::copy(text.begin(), text.end(), static_cast<char*>(data));
         return data_result;
     }
 };
@@ -241,6 +245,19 @@ TEST(FetchOfAHugeDescription, EndsQuietlyWithoutRoomForIt) {
     adapter.fetch_descriptions();
     EXPECT_TRUE(driver.offered.empty());
     EXPECT_TRUE(adapter.get_documents().empty());
+}
+
+TEST(FetchOfAHugeDescription, TakesMemoryForWhatWasFilled) {
+    BoastingDriver driver;
+    driver.data_result = S_OK;
+    driver.claimed = 0x10000000;
+    driver.text = NamedDescription("small");
+    GenICamAdapterDevice adapter(&driver);
+    const std::uint64_t before = AllocatedBytes();
+    adapter.fetch_descriptions();
+    EXPECT_LT(AllocatedBytes() - before, 100000U);
+    EXPECT_EQ(driver.offered, std::vector<std::uint64_t>{driver.claimed});
+    EXPECT_EQ(ModelsOf(adapter), std::vector<std::string>{"small"});
 }
 
 // Looks at the documents when the adapter lets go of it.

@@ -180,6 +180,30 @@ TEST(Document, WideTextIsRead) {
     EXPECT_NE(doc->find_port(""), nullptr);
 }
 
+// A driver may announce more than it fills: what stands behind the text is the same as nothing.
+TEST(Document, ZerosBehindTheTextChangeNothing) {
+    const std::string_view ascii = "<R ModelName='Zeros'><Integer Name='n'><Value>1</Value></Integer></R>";
+    for (const std::size_t width : {1U, 2U, 4U}) {
+        for (const bool is_big_endian : {false, true}) {
+            for (std::size_t zeros = 0; zeros < 70; ++zeros) {
+                std::string text;
+                for (const char c : ascii) {
+                    std::string unit(width, '\0');
+                    (is_big_endian ? unit.back() : unit.front()) = c;
+                    text += unit;
+                }
+                text.append(zeros, '\0');
+                TestDocument doc = whole(text);
+                ASSERT_TRUE(doc.IsLoaded()) << width << ' ' << zeros;
+                EXPECT_EQ(doc->get_model_name(), "Zeros");
+                EXPECT_NE(doc->find_node("n"), nullptr);
+            }
+        }
+    }
+    EXPECT_FALSE(whole(std::string("<R><Integer>\0\0\0\0\0\0\0\0</Integer></R>", 35)).IsLoaded());
+    EXPECT_FALSE(whole(std::string(1000, '\0')).IsLoaded());
+}
+
 TEST(Document, EveryTruncationOfADescriptionIsRefusedOrLoads) {
     constexpr std::string_view text =
         R"(<R><Integer Name="A"><Value>1</Value><pInvalidator>B</pInvalidator></Integer><Port Name="B"/></R>)";

@@ -94,7 +94,7 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, 
     if (accessor == nullptr) return;
     const identifier_id id = first_source_id + sources_.size();
     sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
-    node->get_eval()->add_dependent(self);
+    if (self != nullptr) node->get_eval()->add_dependent(self);
     table.add_variable(name, id);
 }
 

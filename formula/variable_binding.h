@@ -32,7 +32,7 @@ public:
     explicit variable_map_impl(bool is_integer) : is_integer_(is_integer) {}
 
     /// Binds every `pVariable` whose name is still free, then parses every such `Expression`, both into the
-    /// table.
+    /// table. `self` is made a dependent of the sources; null for a reader of a document that is loaded.
     void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, INode* self,
                                       variable_table& table);
 

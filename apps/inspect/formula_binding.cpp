@@ -42,7 +42,7 @@ formula_binding::formula_binding(description& from, element_index index)
     GenICam::IGenICamDoc* document = from.document();
     const GenICam::scanned_element scanned(xml_);
     table_.build_formula_name_lookup(document, *scanned, is_integer());
-    map_.resolve_converter_references(document, *scanned, from.node_of(index), table_);
+    map_.resolve_converter_references(document, *scanned, nullptr, table_);
     if (is_converter_) target_ = document->find_node(xml_.child_value("pValue"));
     for (const char* name : {"Formula", "FormulaFrom", "FormulaTo", "Expression"}) parse(name);
 }

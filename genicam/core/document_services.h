@@ -9,6 +9,7 @@
 
 namespace GenICam {
 
+class dependent_lists;
 class described_element;
 
 /// The document as its nodes see it.
@@ -22,8 +23,11 @@ public:
     /// For nodes that keep no list of their own, during the load only.
     virtual void add_dependent(IEval* owner, IEval* dependent) = 0;
     [[nodiscard]] virtual gsl::span<IEval* const> get_dependents(IEval* owner) = 0;
-    /// True until the load ends.
-    [[nodiscard]] virtual bool is_loading() const = 0;
+    /// The lists of dependents that nodes share.
+    [[nodiscard]] virtual dependent_lists& shared_lists() = 0;
+    /// True until the load ends: from then on lists of dependents are only read. Whoever would add to one
+    /// after that made a mistake, and gets false.
+    [[nodiscard]] virtual bool takes_dependents() const = 0;
     /// The element whose node resolves its references at this moment, with its children; null after the load.
     [[nodiscard]] virtual const described_element* element_in_work() const = 0;
 

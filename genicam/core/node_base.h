@@ -78,6 +78,7 @@ public:
 
 private:
     friend class node_base_impl_value;
+    friend class dependent_lists;
 
     template <class Mode>
     [[nodiscard]] std::error_code check_access_by(bool is_write, std::uint32_t flags, Mode mode) const {
@@ -103,8 +104,10 @@ private:
     bool has_callbacks_ = false;
     bool is_covered_ = false;  // valid with the closing mark: its dependents stand in that list already
     bool is_closed_ = false;   // its list of dependents, if it has one, is complete
-    // Whose list this node was last seen in while lists are closed: membership is a mark, not a search.
-    const node_base_data* closing_mark_ = nullptr;
+    // Bears the mark of the list that this node was last seen in while lists are closed: membership is a
+    // mark, not a search.
+    std::uint32_t closing_mark_ = 0;
+    std::uint32_t shared_list_ = 0;  // its list of dependents where others share it, else 0
     child_set children_;
 
 protected:

@@ -3,6 +3,12 @@
 #include <cstddef>
 
 namespace GenICam {
+namespace {
+
+// Lists up to this length are cheaper each by itself than shared.
+constexpr std::size_t longest_own = 64;
+
+}  // namespace
 
 void node_base_impl_dependent_cache::add_dependent(INode* node) {
     IEval* dependent = node->get_eval();
@@ -11,33 +17,50 @@ void node_base_impl_dependent_cache::add_dependent(INode* node) {
 
 void node_base_impl_value::add_dependent(INode* node) {
     IEval* dependent = node->get_eval();
-    if (dependent == this || is_registered(dependents_, dependent, services().is_loading())) return;
+    if (dependent == this || !services().takes_dependents() || is_registered(dependents_, dependent)) return;
     dependents_.push_back(dependent);
 }
 
 void node_base_impl_value::close_dependents() {
-    for (IEval* dependent : dependents_) mark_listed(dependent, false);
+    dependent_lists& lists = services().shared_lists();
+    const std::size_t registered = dependents_.size();
+    if (shared_list_ == 0 && !complete_list(lists, longest_own)) {
+        dependents_.resize(registered);
+        if (!lists.share(*this)) static_cast<void>(complete_list(lists, dependent_lists::most_entries));
+    }
+    if (shared_list_ != 0) dependents_.clear();
+    is_closed_ = true;
+}
+
+// False as soon as the list gets longer than that, or the document has more than it may have.
+bool node_base_impl_value::complete_list(dependent_lists& lists, std::size_t longest) {
+    const std::uint32_t mark = lists.take_mark();
+    for (IEval* dependent : dependents_) mark_listed(dependent, mark, false);
     // By place, as the list grows.
     for (std::size_t at = 0; at < dependents_.size(); ++at) {
         auto* dependent = static_cast<node_base_data*>(dependents_[at]);
         if (dependent == this || dependent->is_covered_) continue;
-        append_unseen(dependent->get_dependents(), dependent->is_closed_);
+        const gsl::span<IEval* const> following = dependent->get_dependents();
+        if (following.empty()) continue;
+        if (dependents_.size() + following.size() > longest || !lists.spend(following.size())) return false;
+        append_unseen(following, mark, dependent->is_closed_);
     }
-    is_closed_ = true;
+    return true;
 }
 
-void node_base_impl_value::mark_listed(IEval* dependent, bool is_covered) {
+void node_base_impl_value::mark_listed(IEval* dependent, std::uint32_t mark, bool is_covered) {
     auto* base = static_cast<node_base_data*>(dependent);
-    base->closing_mark_ = this;
+    base->closing_mark_ = mark;
     base->is_covered_ = is_covered;
 }
 
 // What stands in a complete list brings nothing that does not stand there too.
-void node_base_impl_value::append_unseen(gsl::span<IEval* const> nodes, bool are_complete) {
+void node_base_impl_value::append_unseen(gsl::span<IEval* const> nodes, std::uint32_t mark,
+                                         bool are_complete) {
     for (IEval* node : nodes) {
         auto* base = static_cast<node_base_data*>(node);
-        if (base->closing_mark_ != this) {
-            mark_listed(node, are_complete);
+        if (base->closing_mark_ != mark) {
+            mark_listed(node, mark, are_complete);
             dependents_.push_back(node);
         } else if (are_complete) {
             base->is_covered_ = true;
@@ -46,7 +69,7 @@ void node_base_impl_value::append_unseen(gsl::span<IEval* const> nodes, bool are
 }
 
 void node_base_impl_value::invalidate_dependents() {
-    for (IEval* dependent : dependents_) dependent->invalidate();
+    for (IEval* dependent : get_dependents()) dependent->invalidate();
 }
 
 }  // namespace GenICam

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "genicam/core/dependent_lists.h"
 #include "genicam/core/node_base.h"
 
 #include <boost/container/small_vector.hpp>
@@ -40,11 +41,12 @@ public:
     using node_base_data::node_base_data;
     void add_dependent(INode* node) final;
     [[nodiscard]] gsl::span<IEval* const> get_dependents() final {
+        if (is_closed_ && shared_list_ != 0) return services().shared_lists()[shared_list_];
         return {dependents_.data(), dependents_.size()};
     }
     void close_dependents() final;
     [[nodiscard]] std::int32_t get_dependent_count() final {
-        return static_cast<std::int32_t>(dependents_.size());
+        return static_cast<std::int32_t>(get_dependents().size());
     }
 
     void invalidate_dependents();
@@ -53,23 +55,19 @@ protected:
     ~node_base_impl_value() = default;
 
 private:
-    void mark_listed(IEval* dependent, bool is_covered);
-    void append_unseen(gsl::span<IEval* const> nodes, bool are_complete);
+    [[nodiscard]] bool complete_list(dependent_lists& lists, std::size_t longest);
+    static void mark_listed(IEval* dependent, std::uint32_t mark, bool is_covered);
+    void append_unseen(gsl::span<IEval* const> nodes, std::uint32_t mark, bool are_complete);
 
+    // What registered itself; the complete list from its closing on, unless others share it.
     boost::container::small_vector<IEval*, 8> dependents_;
 };
 
 /// Whether `dependent` stands in the list. Nodes register themselves while they are resolved one after the
-/// other, so that during a load only the last entry needs a look.
+/// other, so that only the last entry needs a look.
 template <class List>
-[[nodiscard]] bool is_registered(const List& dependents, const IEval* dependent, bool is_loading) noexcept {
-    if (dependents.empty()) return false;
-    if (dependents.back() == dependent) return true;
-    if (is_loading) return false;
-    for (const IEval* known : dependents) {
-        if (known == dependent) return true;
-    }
-    return false;
+[[nodiscard]] bool is_registered(const List& dependents, const IEval* dependent) noexcept {
+    return !dependents.empty() && dependents.back() == dependent;
 }
 
 }  // namespace GenICam

@@ -8,6 +8,7 @@
 #include "genicam/document/statistics.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -52,11 +53,10 @@ bool genicam_doc::load(const char* data, std::uint64_t size) {
         }
         return false;
     }
-    build_nodes();
-    return true;
+    return build_nodes();
 }
 
-void genicam_doc::build_nodes() {
+bool genicam_doc::build_nodes() {
     std::vector<taken_element> taken;
     element_walk walk(root(), options_);
     // Room enough for real descriptions, as growing copies.
@@ -82,10 +82,10 @@ void genicam_doc::build_nodes() {
         nodes_.emplace_back(node->get_name(), node, place);
     }
     std::sort(nodes_.begin(), nodes_.end());
-    resolve_nodes(elements);
+    return resolve_nodes(elements);
 }
 
-void genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
+bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
     default_port_ = find_port("Device");
     for (const named_node& named : nodes_) {
         element_in_work_ = &elements[named.place()];
@@ -93,9 +93,27 @@ void genicam_doc::resolve_nodes(const std::vector<described_element>& elements) 
         if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
     }
     element_in_work_ = nullptr;
-    for (const named_node& named : nodes_) named.node()->get_eval()->close_dependents();
+    const bool are_closed = close_dependents();
     dependents_ = dependents_map(first_buckets);
     is_loading_ = false;
+    return are_closed;
+}
+
+bool genicam_doc::close_dependents() {
+    for (const named_node& named : nodes_) {
+        named.node()->get_eval()->close_dependents();
+        if (!shared_lists_.is_exhausted()) continue;
+        if (log_enabled(log_failure)) {
+            log_message(
+                log_failure,
+                "GenICam::genicam_doc::close_dependents, %s (\"%s\"). The lists of dependents have more "
+                "than %llu entries.\n",
+                root().name(), get_model_name().data(),
+                static_cast<unsigned long long>(dependent_lists::most_entries));
+        }
+        return false;
+    }
+    return true;
 }
 
 std::uint64_t genicam_doc::named_node::prefix_of(std::string_view name) noexcept {
@@ -197,8 +215,14 @@ void genicam_doc::fire_callbacks(INode* node) {
 }
 
 void genicam_doc::add_dependent(IEval* owner, IEval* dependent) {
+    if (!takes_dependents()) return;
     auto& known = dependents_[owner];
-    if (!is_registered(known, dependent, is_loading_)) known.push_back(dependent);
+    if (!is_registered(known, dependent)) known.push_back(dependent);
+}
+
+bool genicam_doc::takes_dependents() const {
+    assert(is_loading_ && "dependents are added while a description is loaded, and never later");
+    return is_loading_;
 }
 
 gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/children.h"
+#include "genicam/core/dependent_lists.h"
 #include "genicam/core/document_services.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
@@ -19,7 +20,7 @@ public:
     genicam_doc(const genicam_doc&) = delete;
     genicam_doc& operator=(const genicam_doc&) = delete;
 
-    /// False, and a message, for malformed XML.
+    /// False, and a message, for malformed XML, and where too many nodes depend on too many others.
     [[nodiscard]] bool load(const char* data, std::uint64_t size);
 
     INode* find_port(std::string_view name) override;
@@ -41,7 +42,8 @@ public:
     void fire_callbacks(INode* node) override;
     void add_dependent(IEval* owner, IEval* dependent) override;
     gsl::span<IEval* const> get_dependents(IEval* owner) override;
-    bool is_loading() const override { return is_loading_; }
+    dependent_lists& shared_lists() override { return shared_lists_; }
+    bool takes_dependents() const override;
     const described_element* element_in_work() const override { return element_in_work_; }
 
 private:
@@ -76,8 +78,9 @@ private:
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
     [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
-    void build_nodes();
-    void resolve_nodes(const std::vector<described_element>& elements);
+    [[nodiscard]] bool build_nodes();
+    [[nodiscard]] bool resolve_nodes(const std::vector<described_element>& elements);
+    [[nodiscard]] bool close_dependents();
     [[nodiscard]] std::string list_nodes() const;
 
     static constexpr std::size_t first_buckets = 8;
@@ -90,6 +93,7 @@ private:
     document_allocator allocator_;
     std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
     dependents_map dependents_{first_buckets};  // only while loading
+    dependent_lists shared_lists_;
     bool is_loading_ = true;
     const described_element* element_in_work_ = nullptr;
     INode* default_port_ = nullptr;  // what nearly every register asks for

@@ -239,15 +239,15 @@ TEST(Callbacks, OneMayRegisterWithManyOtherNodes) {
     EXPECT_EQ(heard, 2);
 }
 
-TEST(Dependents, AddingAfterTheLoadKeepsEachOnce) {
+// A mistake of the caller: an assertion where they are compiled in, refused everywhere.
+TEST(Dependents, AreNotAddedAfterTheLoad) {
     TestDocument doc(
         "<Integer Name='V'><Value>1</Value></Integer><Integer Name='A'><Value>1</Value></Integer>"
-        "<Integer Name='B'><Value>1</Value></Integer>");
-    IEval* owner = doc.Node("V").get_eval();
-    for (int round = 0; round < 2; ++round) {
-        for (const char* name : {"A", "B", "V"}) owner->add_dependent(&doc.Node(name));
-    }
-    EXPECT_THAT(dependents_of(doc, "V"), ElementsAre("A", "B"));
+        "<Integer Name='P'><pValue>V</pValue></Integer>");
+    EXPECT_DEBUG_DEATH(doc.Node("V").get_eval()->add_dependent(&doc.Node("A")), "never later");
+    EXPECT_DEBUG_DEATH(doc.Node("P").get_eval()->add_dependent(&doc.Node("A")), "never later");
+    EXPECT_THAT(dependents_of(doc, "V"), ElementsAre("P"));
+    EXPECT_THAT(dependents_of(doc, "P"), ElementsAre());
 }
 
 TEST(Dependents, FiftyThousandOfOneNode) {
@@ -349,44 +349,149 @@ private:
     std::map<std::string, std::vector<std::string>> lists_;
 };
 
+/// A description of nodes that hold a value or forward to another, and the lists that it must come to.
+class described_graph {
+public:
+    void add_node(const std::string& name, bool has_list, const std::vector<std::string>& links) {
+        std::vector<std::string>& sources = sources_[name];
+        text_ += "<Integer Name='" + name + "'>";
+        for (std::size_t at = has_list ? 0 : 1; at < links.size(); ++at) {
+            sources.push_back(links[at]);
+            text_ += "<pInvalidator>" + links[at] + "</pInvalidator>";
+        }
+        if (has_list) {
+            text_ += "<Value>1</Value></Integer>";
+            with_list_.push_back(name);
+        } else {
+            sources.push_back(links.front());
+            text_ += "<pValue>" + links.front() + "</pValue></Integer>";
+        }
+    }
+    void expect_lists() {
+        plain_lists lists;
+        for (const auto& [name, links] : sources_) {
+            for (const std::string& source : links) lists.add(source, name);
+        }
+        std::sort(with_list_.begin(), with_list_.end());
+        for (const std::string& name : with_list_) lists.close(name);
+        TestDocument doc(text_);
+        for (const std::string& name : with_list_) {
+            ASSERT_EQ(dependents_of(doc, name.c_str()), lists.of(name)) << name << " of " << text_;
+        }
+    }
+
+private:
+    std::map<std::string, std::vector<std::string>> sources_;  // of each node, as it registers with them
+    std::vector<std::string> with_list_;
+    std::string text_;
+};
+
 // The order of a list is that of the calls to those who listen.
 TEST(Dependents, ListsOfARandomGraphStandInTheOrderOfTheirWalk) {
     constexpr unsigned count = 40;
     std::mt19937 random(4711);
     const auto below = [&random](unsigned limit) { return static_cast<unsigned>(random() % limit); };
-    const auto any_name = [&below] { return "N" + std::to_string(below(count)); };
     for (int round = 0; round < 200; ++round) {
         const unsigned most_links = 1 + below(6);
-        std::map<std::string, std::vector<std::string>> sources;  // of each node, as it registers with them
-        std::vector<std::string> with_list;
-        std::string text;
+        described_graph graph;
         for (unsigned at = 0; at < count; ++at) {
-            const std::string name = "N" + std::to_string(at);
-            std::vector<std::string>& links = sources[name];
-            text += "<Integer Name='" + name + "'>";
-            for (unsigned link = below(most_links); link > 0; --link) {
-                links.push_back(any_name());
-                text += "<pInvalidator>" + links.back() + "</pInvalidator>";
-            }
-            if (below(3) != 0) {
-                text += "<Value>1</Value></Integer>";
-                with_list.push_back(name);
-            } else {
-                links.push_back(any_name());
-                text += "<pValue>" + links.back() + "</pValue></Integer>";
-            }
+            const bool has_list = below(3) != 0;
+            std::vector<std::string> links;
+            for (unsigned link = below(most_links) + (has_list ? 0 : 1); link > 0; --link)
+                links.push_back("N" + std::to_string(below(count)));
+            graph.add_node("N" + std::to_string(at), has_list, links);
         }
-        plain_lists lists;
-        for (const auto& [name, links] : sources) {
-            for (const std::string& source : links) lists.add(source, name);
+        graph.expect_lists();
+    }
+}
+
+// Long lists, most of which stand in others: chains, circles, chains into circles, two chains that meet,
+// steps over one or two nodes, in the order of their names, against it and in any. A few links more spoil
+// some of that.
+TEST(Dependents, LongListsStandInTheOrderOfTheirWalk) {
+    constexpr unsigned count = 160;
+    std::mt19937 random(815);
+    const auto below = [&random](unsigned limit) { return static_cast<unsigned>(random() % limit); };
+    for (unsigned round = 0; round < 120; ++round) {
+        std::vector<unsigned> numbers(count);
+        for (unsigned at = 0; at < count; ++at) numbers[at] = 100 + at;
+        if (round % 3 == 1) std::reverse(numbers.begin(), numbers.end());
+        if (round % 3 == 2) std::shuffle(numbers.begin(), numbers.end(), random);
+        const auto name = [&numbers](unsigned at) { return "N" + std::to_string(numbers[at % count]); };
+        const unsigned begin_of_circle = round % 4 == 0 ? 0 : below(count);
+        const bool has_circle = round % 2 == 0;
+        const unsigned steps = 1 + round / 12 % 2;
+        const unsigned odd_links = round % 5 == 0 ? below(4) : 0;
+        const unsigned forwarders = round % 7 == 0 ? 3 : 100;
+        described_graph graph;
+        for (unsigned at = 0; at < count; ++at) {
+            std::vector<std::string> links;
+            for (unsigned step = 1; step <= steps && step <= at; ++step) links.push_back(name(at - step));
+            if (at == begin_of_circle && has_circle) links.push_back(name(count - 1));
+            if (below(count) < odd_links) links.push_back(name(below(count)));
+            if (round % 11 == 0 && at % 40 == 0 && at != 0) links.erase(links.begin());
+            const bool has_list = links.empty() || below(forwarders) != 0;
+            graph.add_node(name(at), has_list, links);
         }
-        std::sort(with_list.begin(), with_list.end());
-        for (const std::string& name : with_list) lists.close(name);
-        TestDocument doc(text);
-        for (const std::string& name : with_list) {
-            EXPECT_EQ(dependents_of(doc, name.c_str()), lists.of(name)) << name << " of " << text;
+        graph.expect_lists();
+    }
+}
+
+// Each list of its own would take the square of the count.
+TEST(Dependents, ChainsAndCirclesOfFortyThousandNodes) {
+    constexpr int count = 40000;
+    const auto name = [](int number) { return "N" + std::to_string(100000 + number); };
+    for (const int step : {1, -1}) {
+        for (const bool is_circle : {false, true}) {
+            std::string text;
+            for (int at = 0; at < count; ++at) {
+                const int source = at + step;
+                text += "<Integer Name='" + name(at) + "'><Value>1</Value>";
+                if (is_circle || (source >= 0 && source < count))
+                    text += "<pInvalidator>" + name((source + count) % count) + "</pInvalidator>";
+                text += "</Integer>";
+            }
+            TestDocument doc(text);
+            ASSERT_TRUE(doc.IsLoaded());
+            for (const int at : {0, 1, 4711, count - 2, count - 1}) {
+                const auto dependents = doc.Node(name(at)).get_eval()->get_dependents();
+                const int all = is_circle ? count : step < 0 ? count - 1 - at : at;
+                ASSERT_EQ(dependents.size(), static_cast<std::size_t>(all));
+                int expected = at;
+                for (IEval* dependent : dependents) {
+                    expected = (expected - step + count) % count;
+                    ASSERT_EQ(dependent->get_node()->get_name(), name(expected));
+                }
+            }
         }
     }
+}
+
+// Every node of one half has all nodes of the other, each time behind another one.
+TEST(Dependents, TooManyEntriesAreRefused) {
+    const auto load = [](int count) {
+        std::string text;
+        for (int at = 0; at < count; ++at) {
+            const std::string number = std::to_string(at);
+            text += "<Integer Name='A" + number + "'><Value>1</Value></Integer><Integer Name='B" + number +
+                    "'><Value>1</Value><pInvalidator>A" + number +
+                    "</pInvalidator></Integer><Integer Name='C" + number +
+                    "'><Value>1</Value><pInvalidator>" + (at == 0 ? "" : "C" + std::to_string(at - 1)) +
+                    "</pInvalidator></Integer>";
+        }
+        text += "<Integer Name='C'><Value>1</Value>";
+        for (int at = 0; at < count; ++at) text += "<pInvalidator>A" + std::to_string(at) + "</pInvalidator>";
+        text += "</Integer><Integer Name='C0'><Value>1</Value><pInvalidator>C</pInvalidator></Integer>";
+        return TestDocument(text);
+    };
+    EXPECT_TRUE(load(1000).IsLoaded());
+    TestDocument refused = load(6000);
+    EXPECT_FALSE(refused.IsLoaded());
+    ASSERT_FALSE(refused.load_messages.empty());
+    EXPECT_EQ(
+        refused.load_messages.back(),
+        "GenICam::genicam_doc::close_dependents, RegisterDescription (\"\"). The lists of dependents have "
+        "more than 16777216 entries.\n");
 }
 
 }  // namespace

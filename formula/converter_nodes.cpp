@@ -46,7 +46,7 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
             self);
         return;
     }
-    variable_table table(false);
+    variable_table table(false, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
     const bool reads_float = target_->get_node_type() == node_type::floating;

@@ -297,6 +297,7 @@ parse_status math_parser::add_identifier_token(std::string_view name) {
         }
         return parse_status::unknown_name;
     }
+    if (std::holds_alternative<exhausted_expression>(resolved)) return parse_status::beyond_limits;
     if (const auto* expression = std::get_if<const formula_program*>(&resolved)) return append(**expression);
     if (const auto* constant = std::get_if<eval_value>(&resolved)) {
         emit_number(*constant);

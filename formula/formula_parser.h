@@ -10,9 +10,12 @@
 
 namespace GenICam {
 
+/// An expression that is known, and may not be copied any more.
+struct exhausted_expression {};
 /// What a name in a formula stands for: nothing known, a variable (never id 0), an expression whose
-/// instructions are copied in, or a constant.
-using resolved_name = std::variant<std::monostate, identifier_id, const formula_program*, eval_value>;
+/// instructions are copied in, a constant, or an expression beyond what may be copied.
+using resolved_name =
+    std::variant<std::monostate, identifier_id, const formula_program*, eval_value, exhausted_expression>;
 using name_resolver = function_ref<resolved_name(std::string_view name)>;
 
 /// Compiles a formula. Fails with `formula_parse_failed` only. A formula that breaks off at the end of the

@@ -18,7 +18,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
             self);
         return;
     }
-    variable_table table(true);
+    variable_table table(true, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
     result<formula_program> program = map_.parse(text, table, number_kind::integer);

@@ -117,8 +117,9 @@ resolved_name variable_table::operator()(std::string_view name) const {
     const variable_row* row = find(name);
     if (row == nullptr) return {};
     if (row->id != 0) return row->id;
-    if (row->expression != nullptr) return row->expression;
-    return row->constant;
+    if (row->expression == nullptr) return row->constant;
+    if (!budget_.take(row->expression->instructions.size())) return exhausted_expression();
+    return row->expression;
 }
 
 const variable_row* variable_table::find(std::string_view name) const noexcept {

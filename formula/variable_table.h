@@ -4,6 +4,7 @@
 #include "formula/formula_program.h"
 #include "genicam/core/children.h"
 #include "genicam/core/eval_value.h"
+#include "genicam/core/expansion_budget.h"
 #include "genicam/inode.h"
 
 #include <cstddef>
@@ -31,8 +32,9 @@ struct variable_row {
 /// The names that the formulas of one node know. Lives while its references are resolved.
 class variable_table {
 public:
-    /// `no_from_to`: whether `FROM` and `TO` are names like any other.
-    explicit variable_table(bool no_from_to) : no_from_to_(no_from_to) {}
+    /// `no_from_to`: whether `FROM` and `TO` are names like any other. Each use of an expression is taken
+    /// from the budget.
+    variable_table(bool no_from_to, expansion_budget& budget) : budget_(budget), no_from_to_(no_from_to) {}
     variable_table(const variable_table&) = delete;
     variable_table& operator=(const variable_table&) = delete;
 
@@ -56,6 +58,7 @@ private:
     void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
                                bool is_integer);
 
+    expansion_budget& budget_;
     boost::container::small_vector<variable_row, 10> rows_;
     boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves
     bool no_from_to_;

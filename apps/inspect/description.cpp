@@ -73,6 +73,13 @@ void description::load() {
     if (GenICam::INode* port = document_->find_port({})) static_cast<GenICam::IPort*>(port)->bind(&port_);
 }
 
+std::string description::why_not_loaded() const {
+    if (!load_failure_.empty()) return "an exception left the load: " + load_failure_;
+    std::string words = load_messages_.empty() ? std::string() : load_messages_.back();
+    if (!words.empty() && words.back() == '\n') words.pop_back();
+    return "the engine refuses it: " + words;
+}
+
 void description::match_nodes() {
     const auto match = [this](GenICam::INode* node) {
         if (const auto index = tree_.find(*node)) nodes_[*index] = node;
@@ -88,7 +95,7 @@ void description::match_nodes() {
 std::unique_ptr<description> open_loaded(const std::string& path) {
     std::unique_ptr<description> opened = description::open(path);
     if (opened->document() == nullptr) {
-        throw wrong_use(path + ": an exception left the load: " + opened->load_failure());
+        throw wrong_use(path + ": " + opened->why_not_loaded());
     }
     return opened;
 }

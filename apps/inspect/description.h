@@ -3,6 +3,7 @@
 #include "apps/inspect/description_tree.h"
 #include "apps/inspect/source_text.h"
 #include "apps/inspect/traced_port.h"
+#include "genicam/core/expansion_budget.h"
 #include "genicam/genicam_doc.h"
 #include "simcam/register_memory.h"
 
@@ -25,16 +26,21 @@ public:
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
     [[nodiscard]] const source_text& source() const noexcept { return source_; }
     [[nodiscard]] const description_tree& tree() const noexcept { return tree_; }
-    /// Null when an exception left the load.
+    /// Null when an exception left the load, or the engine refused the description.
     [[nodiscard]] GenICam::IGenICamDoc* document() const noexcept { return document_.get(); }
     /// The exception that left the load; empty for none.
     [[nodiscard]] const std::string& load_failure() const noexcept { return load_failure_; }
+    /// Why there is no document.
+    [[nodiscard]] std::string why_not_loaded() const;
     /// What the engine said while it loaded.
     [[nodiscard]] const std::vector<std::string>& load_messages() const noexcept { return load_messages_; }
     [[nodiscard]] std::chrono::microseconds load_time() const noexcept { return load_time_; }
 
     /// The node of an element, also of one whose name another bears as well; null when nothing was loaded.
     [[nodiscard]] GenICam::INode* node_of(element_index index) const { return nodes_[index]; }
+
+    /// For formulas that are built beside the engine; as large as the engine's own.
+    [[nodiscard]] GenICam::expansion_budget& formula_expansion() noexcept { return formula_expansion_; }
 
     [[nodiscard]] simcam::register_memory& memory() noexcept { return memory_; }
     [[nodiscard]] traced_port& port() noexcept { return port_; }
@@ -49,6 +55,7 @@ private:
     description_tree tree_;
     simcam::register_memory memory_;
     traced_port port_{memory_};
+    GenICam::expansion_budget formula_expansion_;
     std::unique_ptr<GenICam::IGenICamDoc> document_;
     std::vector<GenICam::INode*> nodes_;  // of the elements of the tree
     std::string load_failure_;

@@ -36,7 +36,7 @@ bool formula_binding::has_formulas(pugi::xml_node element) { return kind_of(elem
 formula_binding::formula_binding(description& from, element_index index)
     : xml_(from.tree().at(index).xml),
       is_converter_(kind_of(xml_)->is_converter),
-      table_(!is_converter_),
+      table_(!is_converter_, from.formula_expansion()),
       map_(kind_of(xml_)->is_integer) {
     const silence quiet;
     GenICam::IGenICamDoc* document = from.document();

@@ -27,11 +27,6 @@ gsl::span<IEval* const> dependent_lists::operator[](std::uint32_t number) const 
     return {tapes_[found.on_tape].from_end(found.begin), found.length};
 }
 
-bool dependent_lists::spend(std::size_t entries) noexcept {
-    if (!is_exhausted()) spent_ += entries;
-    return !is_exhausted();
-}
-
 bool dependent_lists::share(node_base_data& node) {
     node_base_data* follower = follow(node);
     if (follower == nullptr) return false;
@@ -56,7 +51,7 @@ node_base_data* dependent_lists::follow(node_base_data& node) {
         }
         const gsl::span<IEval* const> registered = at->get_dependents();
         if (registered.empty()) return at;
-        if (registered.size() > 1 && !goes_on_with(registered)) return nullptr;
+        if (registered.size() > 1) return nullptr;
         at->closing_mark_ = mark;
         path_.push_back(at);
         at = base_of(registered[0]);
@@ -66,15 +61,6 @@ node_base_data* dependent_lists::follow(node_base_data& node) {
 
 bool dependent_lists::is_known(const node_base_data& node) const noexcept {
     return node.shared_list_ != 0 || node.is_closed_;
-}
-
-// Whether the list of the first dependent is complete and begins with the others.
-bool dependent_lists::goes_on_with(gsl::span<IEval* const> registered) const {
-    node_base_data* first = base_of(registered[0]);
-    if (!first->is_closed_) return false;
-    const gsl::span<IEval* const> others = registered.subspan(1);
-    const gsl::span<IEval* const> following = first->get_dependents();
-    return others.size() <= following.size() && std::equal(others.begin(), others.end(), following.begin());
 }
 
 void dependent_lists::adopt(node_base_data& node) {

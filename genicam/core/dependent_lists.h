@@ -30,7 +30,10 @@ public:
     [[nodiscard]] bool share(node_base_data& node);
 
     /// Counts entries against the limit; false beyond it.
-    bool spend(std::size_t entries) noexcept;
+    bool spend(std::size_t entries) noexcept {
+        spent_ += entries;
+        return spent_ <= most_entries;
+    }
     [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
 
     /// A number that no node was marked with.
@@ -63,7 +66,6 @@ private:
 
     [[nodiscard]] node_base_data* follow(node_base_data& node);
     [[nodiscard]] bool is_known(const node_base_data& node) const noexcept;
-    [[nodiscard]] bool goes_on_with(gsl::span<IEval* const> registered) const;
     void adopt(node_base_data& node);
     void make_circle(std::size_t first);
     [[nodiscard]] bool extend(node_base_data& follower, node_base_data& node);

@@ -11,6 +11,7 @@ namespace GenICam {
 
 class dependent_lists;
 class described_element;
+class expansion_budget;
 
 /// The document as its nodes see it.
 class document_services {
@@ -25,6 +26,8 @@ public:
     [[nodiscard]] virtual gsl::span<IEval* const> get_dependents(IEval* owner) = 0;
     /// The lists of dependents that nodes share.
     [[nodiscard]] virtual dependent_lists& shared_lists() = 0;
+    /// What the expressions of all formulas of the document share.
+    [[nodiscard]] virtual expansion_budget& formula_expansion() = 0;
     /// True until the load ends: from then on lists of dependents are only read. Whoever would add to one
     /// after that made a mistake, and gets false.
     [[nodiscard]] virtual bool takes_dependents() const = 0;

@@ -1,6 +1,7 @@
 #include "genicam/core/node_state.h"
 
 #include <cstddef>
+#include <limits>
 
 namespace GenICam {
 namespace {
@@ -22,14 +23,19 @@ void node_base_impl_value::add_dependent(INode* node) {
 }
 
 void node_base_impl_value::close_dependents() {
-    dependent_lists& lists = services().shared_lists();
-    const std::size_t registered = dependents_.size();
-    if (shared_list_ == 0 && !complete_list(lists, longest_own)) {
-        dependents_.resize(registered);
-        if (!lists.share(*this)) static_cast<void>(complete_list(lists, dependent_lists::most_entries));
-    }
+    if (shared_list_ == 0 && !dependents_.empty()) find_list(services().shared_lists());
     if (shared_list_ != 0) dependents_.clear();
     is_closed_ = true;
+}
+
+// Only a node with a single dependent may share its list.
+void node_base_impl_value::find_list(dependent_lists& lists) {
+    if (dependents_.size() == 1) {
+        if (complete_list(lists, longest_own)) return;
+        dependents_.resize(1);
+        if (lists.share(*this)) return;
+    }
+    static_cast<void>(complete_list(lists, std::numeric_limits<std::size_t>::max()));
 }
 
 // False as soon as the list gets longer than that, or the document has more than it may have.
@@ -42,7 +48,7 @@ bool node_base_impl_value::complete_list(dependent_lists& lists, std::size_t lon
         if (dependent == this || dependent->is_covered_) continue;
         const gsl::span<IEval* const> following = dependent->get_dependents();
         if (following.empty()) continue;
-        if (dependents_.size() + following.size() > longest || !lists.spend(following.size())) return false;
+        if (following.size() > longest - dependents_.size() || !lists.spend(following.size())) return false;
         append_unseen(following, mark, dependent->is_closed_);
     }
     return true;

@@ -55,6 +55,7 @@ protected:
     ~node_base_impl_value() = default;
 
 private:
+    void find_list(dependent_lists& lists);
     [[nodiscard]] bool complete_list(dependent_lists& lists, std::size_t longest);
     static void mark_listed(IEval* dependent, std::uint32_t mark, bool is_covered);
     void append_unseen(gsl::span<IEval* const> nodes, std::uint32_t mark, bool are_complete);

@@ -24,6 +24,7 @@ constexpr std::size_t bytes_per_node = 240;
 // nothing behind a NUL, and four aligned zero bytes hold one in every encoding. They stay, for it to end
 // there.
 std::size_t size_of_text(const char* data, std::size_t size) noexcept {
+    if (size == 0 || data[size - 1] != 0) return size;
     constexpr std::size_t widest = 4;
     constexpr char end[widest] = {};
     const char* at = data;

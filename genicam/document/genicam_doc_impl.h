@@ -3,6 +3,7 @@
 #include "genicam/core/children.h"
 #include "genicam/core/dependent_lists.h"
 #include "genicam/core/document_services.h"
+#include "genicam/core/expansion_budget.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
 
@@ -43,6 +44,7 @@ public:
     void add_dependent(IEval* owner, IEval* dependent) override;
     gsl::span<IEval* const> get_dependents(IEval* owner) override;
     dependent_lists& shared_lists() override { return shared_lists_; }
+    expansion_budget& formula_expansion() override { return formula_expansion_; }
     bool takes_dependents() const override;
     const described_element* element_in_work() const override { return element_in_work_; }
 
@@ -94,6 +96,7 @@ private:
     std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
     dependents_map dependents_{first_buckets};  // only while loading
     dependent_lists shared_lists_;
+    expansion_budget formula_expansion_;
     bool is_loading_ = true;
     const described_element* element_in_work_ = nullptr;
     INode* default_port_ = nullptr;  // what nearly every register asks for

@@ -159,4 +159,39 @@ TEST(SwissKnives, InsideARegisterAreItsAddress) {
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(test_support::ReadOf(0x108, 4)));
 }
 
+// Each formula alone is within its own bound, all together are not: those that come first by name have
+// theirs.
+TEST(SwissKnives, ExpressionsThatDoubleInManyNodesShareOneBudget) {
+    constexpr int levels = 14;
+    constexpr int count = 60;
+    std::string expressions;
+    for (int level = 1; level <= levels; ++level) {
+        const std::string inner = "E" + std::to_string(level - 1);
+        expressions +=
+            "<Expression Name='E" + std::to_string(level) + "'>" + inner + "+" + inner + "</Expression>";
+    }
+    const std::string formula = "<Formula>E" + std::to_string(levels) + "</Formula></IntSwissKnife>";
+    std::string text = "<Integer Name='V'><Value>1</Value></Integer>";
+    for (int at = 0; at < count; ++at) {
+        text += "<IntSwissKnife Name='K" + std::to_string(100 + at) + "'><pVariable Name='E0'>V</pVariable>" +
+                expressions + formula;
+    }
+    text += "<IntSwissKnife Name='Z'><pVariable Name='A'>V</pVariable><Formula>A+A</Formula></IntSwissKnife>";
+    TestDocument doc(text);
+    int working = 0;
+    for (int at = 0; at < count; ++at) {
+        const auto value = doc.Integer("K" + std::to_string(100 + at)).get_val(0);
+        if (!value) {
+            EXPECT_EQ(value.error(), code(not_implemented));
+            continue;
+        }
+        EXPECT_EQ(value.value(), 1 << levels);
+        EXPECT_EQ(working, at) << "none works behind one that was refused";
+        ++working;
+    }
+    EXPECT_GE(working, 8);
+    EXPECT_LT(working, 20);
+    EXPECT_EQ(doc.Integer("Z").get_val(0).value(), 2) << "has no expression";
+}
+
 }  // namespace

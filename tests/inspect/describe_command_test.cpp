@@ -1,6 +1,7 @@
 // selvane_inspect describe
 
 #include "tests/inspect/inspection.h"
+#include "tests/support/small_stack.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,6 +67,44 @@ TEST_F(DescribeCommandTest, TellsWhatAWriteMakesStale) {
     const Outcome outcome = Call({"describe", WriteElements(gain), "Base"});
     EXPECT_THAT(outcome.out, HasSubstr("  what names it\n    Offset (pAddress)\n"));
     EXPECT_THAT(outcome.out, HasSubstr("  what a write makes stale\n    Conv, Gain, Offset\n"));
+}
+
+// To look at a formula changes nothing of the nodes that it reads.
+TEST_F(DescribeCommandTest, TellsTheSameWhateverWasDescribedBefore) {
+    const std::string path = WriteElements(
+        "<Integer Name=\"Value\"><Value>1</Value></Integer><Integer "
+        "Name=\"Link\"><pValue>Value</pValue></Integer>"
+        "<IntSwissKnife Name=\"Knife\"><pVariable Name=\"A\">Link</pVariable><Formula>A+1</Formula>"
+        "</IntSwissKnife><IntConverter Name=\"Both\"><pVariable Name=\"B\">Knife</pVariable>"
+        "<FormulaTo>FROM-B</FormulaTo><FormulaFrom>TO+B</FormulaFrom><pValue>Link</pValue></IntConverter>"
+        "<Float Name=\"Top\"><pValue>Both</pValue><pMin>Knife</pMin></Float>");
+    const std::vector<std::string> names = {"Value", "Link", "Knife", "Both", "Top"};
+    for (const std::string& name : names) {
+        const Outcome alone = Call({"describe", path, name});
+        const auto alone_json = Call({"--json", "describe", path, name}).Json()["features"][0];
+        for (const std::string& before : names) {
+            if (before == name) continue;
+            EXPECT_THAT(Call({"describe", path, before, name}).out, testing::EndsWith("\n\n" + alone.out));
+            EXPECT_EQ(Call({"--json", "describe", path, before, name}).Json()["features"][1], alone_json);
+        }
+    }
+}
+
+// Four thousand links read well on the stack of a host's window, eight thousand do not.
+TEST_F(DescribeCommandTest, NamesAChainThatNoReaderMayFollow) {
+    constexpr int links = 8000;
+    std::string elements = "<Integer Name=\"N0\"><Value>1</Value></Integer>";
+    for (int at = 1; at <= links; ++at) {
+        elements += "<Integer Name=\"N" + std::to_string(at) + "\"><pValue>N" + std::to_string(at - 1) +
+                    "</pValue></Integer>";
+    }
+    const std::string path = WriteElements(elements);
+    test_support::RunOnSmallStack([&] {
+        const std::string top = "N" + std::to_string(links);
+        const Outcome outcome = Call({"describe", path, top});
+        EXPECT_THAT(outcome.out,
+                    HasSubstr("  value         more than 1000 nodes depend on one another below N100"));
+    });
 }
 
 TEST_F(DescribeCommandTest, TellsATwiceUsedNodeOnce) {

@@ -119,6 +119,24 @@ TEST_F(DescriptionTest, TellsWhichFileCannotBeRead) {
     }
 }
 
+TEST_F(DescriptionTest, TellsWhyTheEngineRefusesOne) {
+    std::string elements = "<Integer Name=\"A\"><Value>1</Value></Integer>";
+    for (int at = 1; at < 6000; ++at) {
+        const std::string number = std::to_string(100000 + at);
+        elements += "<Integer Name=\"A" + number + "\"><Value>1</Value><pInvalidator>A" +
+                    std::to_string(100000 + at - 1) + "</pInvalidator></Integer><Integer Name=\"B" + number +
+                    "\"><Value>1</Value><pInvalidator>A" + number + "</pInvalidator></Integer>";
+    }
+    const std::string path = WriteElements(elements);
+    const auto opened = description::open(path);
+    EXPECT_EQ(opened->document(), nullptr);
+    EXPECT_TRUE(opened->load_failure().empty());
+    EXPECT_THAT(opened->why_not_loaded(), HasSubstr("the engine refuses it: GenICam::genicam_doc::"));
+    const Outcome lint = Call({"lint", path});
+    EXPECT_EQ(lint.code, 1);
+    EXPECT_THAT(lint.out, HasSubstr("have more than 16777216 entries"));
+}
+
 TEST_F(DescriptionTest, SurvivesAnExceptionThatLeavesTheLoad) {
     const std::string path = WriteElements(
         "<Enumeration Name=\"C\"><Value>0</Value></Enumeration>\n"

@@ -38,7 +38,7 @@ void check_read_messages(lint_context& context, finding_list& findings) {
 // The one way to get there: the name of a variable over an enumeration ends where that of an entry should
 // begin.
 void check_load_exception(lint_context& context, finding_list& findings) {
-    if (context.is_loaded()) return;
+    if (context.subject().load_failure().empty()) return;
     constexpr std::string_view specifier = ".Entry";
     text_position first;
     for (const node_element& element : context.tree().elements()) {

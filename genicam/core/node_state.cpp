@@ -31,8 +31,10 @@ void node_base_impl_value::close_dependents() {
 // Only a node with a single dependent may share its list.
 void node_base_impl_value::find_list(dependent_lists& lists) {
     if (dependents_.size() == 1) {
+        IEval* const only = dependents_.front();
         if (complete_list(lists, longest_own)) return;
-        dependents_.resize(1);
+        dependents_.clear();
+        dependents_.push_back(only);
         if (lists.share(*this)) return;
     }
     static_cast<void>(complete_list(lists, std::numeric_limits<std::size_t>::max()));

@@ -182,6 +182,8 @@ TEST(ParseDouble, TellsTooLargeFromTooSmall) {
     }
 }
 
+#ifndef _WIN32  // where the C library takes other texts
+
 std::uint64_t bits_of(double number) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &number, sizeof bits);
@@ -212,6 +214,8 @@ TEST(ParseDouble, ReadsAMillionTextsAsTheCLibrary) {
         ADD_FAILURE() << '"' << text << "\" is " << expected << " in " << consumed << " characters";
     }
 }
+
+#endif
 
 TEST(ParseDouble, FailsWithoutANumber) {
     for (const std::string_view text : {"", " ", "x", "+-1", "--1", ".", "e5", "-"}) {

@@ -29,11 +29,8 @@ public:
     /// way, for whom it counts from their own turn on.
     [[nodiscard]] bool share(node_base_data& node);
 
-    /// Counts entries against the limit; false beyond it.
-    bool spend(std::size_t entries) noexcept {
-        spent_ += entries;
-        return spent_ <= most_entries;
-    }
+    /// Counts entries against the limit.
+    void spend(std::size_t entries) noexcept { spent_ += entries; }
     [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
 
     /// A number that no node was marked with.

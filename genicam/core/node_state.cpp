@@ -40,19 +40,22 @@ void node_base_impl_value::find_list(dependent_lists& lists) {
     static_cast<void>(complete_list(lists, std::numeric_limits<std::size_t>::max()));
 }
 
-// False as soon as the list gets longer than that, or the document has more than it may have.
+// False as soon as the list gets longer than that.
 bool node_base_impl_value::complete_list(dependent_lists& lists, std::size_t longest) {
     const std::uint32_t mark = lists.take_mark();
     for (IEval* dependent : dependents_) mark_listed(dependent, mark, false);
+    std::size_t looked_at = 0;
     // By place, as the list grows.
     for (std::size_t at = 0; at < dependents_.size(); ++at) {
         auto* dependent = static_cast<node_base_data*>(dependents_[at]);
         if (dependent == this || dependent->is_covered_) continue;
         const gsl::span<IEval* const> following = dependent->get_dependents();
         if (following.empty()) continue;
-        if (following.size() > longest - dependents_.size() || !lists.spend(following.size())) return false;
+        if (following.size() > longest - dependents_.size()) return false;
+        looked_at += following.size();
         append_unseen(following, mark, dependent->is_closed_);
     }
+    lists.spend(looked_at);
     return true;
 }
 

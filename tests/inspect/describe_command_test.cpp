@@ -81,11 +81,11 @@ TEST_F(DescribeCommandTest, TellsTheSameWhateverWasDescribedBefore) {
     const std::vector<std::string> names = {"Value", "Link", "Knife", "Both", "Top"};
     for (const std::string& name : names) {
         const Outcome alone = Call({"describe", path, name});
-        const auto alone_json = Call({"--json", "describe", path, name}).Json()["features"][0];
+        const auto alone_json = Call({"describe", path, name, "--json"}).Json()["features"][0];
         for (const std::string& before : names) {
             if (before == name) continue;
             EXPECT_THAT(Call({"describe", path, before, name}).out, testing::EndsWith("\n\n" + alone.out));
-            EXPECT_EQ(Call({"--json", "describe", path, before, name}).Json()["features"][1], alone_json);
+            EXPECT_EQ(Call({"describe", path, before, name, "--json"}).Json()["features"][1], alone_json);
         }
     }
 }

@@ -57,7 +57,7 @@ RangeInfo DelayRange(const StrobeRecord& record) noexcept {
 }
 
 // The strobe's record, read and written whole. The mode is no field of the device: it is told from the record
-// when the item first sees it, and each write brings the record in line with it.
+// when the item first sees it and after a refused write, and each write brings the record in line with it.
 class CUVCStrobe final : public CZELItemDataBase {
 public:
     explicit CUVCStrobe(platform::com_ptr<IKsPropertySet> filter) : filter_(std::move(filter)) {}
@@ -127,10 +127,13 @@ HRESULT CUVCStrobe::StoreRecord(StrobeRecord record) {
         }
     }
     const HRESULT hr = WriteRecord(*filter_, vendor_property_set, property_strobe, record);
-    // A refused record leaves the next read to the driver, which knows what it holds.
+    // A refused record leaves the next read to the driver, which knows what it holds, and the mode with it: a
+    // mode that the device did not take would go into every later write.
     record_valid_ = SUCCEEDED(hr);
     if (record_valid_) {
         record_ = record;
+    } else {
+        mode_ = mode_unknown;
     }
     return hr;
 }

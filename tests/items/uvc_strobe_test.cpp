@@ -383,13 +383,41 @@ TEST_F(UVCStrobeTest, AfterARefusedWriteTheNextReadGoesToTheDriver) {
     EXPECT_EQ(Value(item, duration), 600);
 }
 
-TEST_F(UVCStrobeTest, ARefusedModeStaysTheItemsModeUntilItIsRefreshed) {
+TEST_F(UVCStrobeTest, AfterARefusedModeTheItemHasThatOfTheDevice) {
     const Item item = MakeWith(FixedMode());
-    Vendor(125).set_result = driver_refusal;
-    EXPECT_EQ(item->SetValue(mode, 2), driver_refusal);
-    EXPECT_EQ(Value(item, mode), 2);
-    EXPECT_EQ(item->Refresh(mode), S_OK);
-    EXPECT_EQ(Value(item, mode), 1);
+    for (const std::int32_t refused : {0, 2}) {
+        Vendor(125).set_result = driver_refusal;
+        EXPECT_EQ(item->SetValue(mode, refused), driver_refusal);
+        EXPECT_EQ(Value(item, mode), 1);
+        EXPECT_TRUE(Available(item, duration));
+        EXPECT_TRUE(Available(item, delay));
+        (void)Asked();
+
+        Vendor(125).set_result = S_OK;
+        Strobe expected = FixedMode();
+        expected.delay = 50 + refused;
+        EXPECT_EQ(item->SetValue(delay, expected.delay), S_OK);
+        EXPECT_EQ(Asked(), Requests{Write(expected)}) << "later writes carry the device's mode";
+        Vendor(125).bytes = FixedMode();
+    }
+}
+
+TEST_F(UVCStrobeTest, ARefusedWriteOfAnyKindTellsTheModeAnew) {
+    const auto refuse = [&](const auto& write) {
+        const Item item = MakeWith(FixedMode());
+        EXPECT_EQ(Value(item, mode), 1);
+        Vendor(125).set_result = driver_refusal;
+        EXPECT_EQ(write(item), driver_refusal);
+        Vendor(125).set_result = S_OK;
+        Vendor(125).bytes = ExposureMode();
+        EXPECT_EQ(Value(item, mode), 2) << "the device was changed meanwhile";
+        EXPECT_FALSE(Available(item, duration));
+    };
+    refuse([](const Item& item) { return item->SetSwitch(enable, false); });
+    refuse([](const Item& item) { return item->SetSwitch(polarity, true); });
+    refuse([](const Item& item) { return item->SetValue(duration, 500); });
+    refuse([](const Item& item) { return item->SetValue(delay, 50); });
+    refuse([](const Item& item) { return item->SetValue(mode, 0); });
 }
 
 TEST_F(UVCStrobeTest, NothingIsWrittenWithoutARecord) {

@@ -172,7 +172,7 @@ void simulated_camera::clear_faults() {
 }
 
 register_memory& simulated_camera::memory() noexcept { return parts_->core.memory; }
-vendor_model& simulated_camera::vendor() noexcept { return parts_->core.options.vendor; }
+held_model simulated_camera::vendor() { return {parts_->core.mutex, parts_->core.options.vendor}; }
 const camera_options& simulated_camera::options() const noexcept { return parts_->core.options; }
 std::size_t simulated_camera::document_count() const noexcept { return parts_->core.features.size(); }
 

@@ -9,12 +9,26 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
 
 namespace simcam {
+
+/// The vendor model of a camera. No driver call is answered while one is held, so that nothing in it changes
+/// but by the holder, who may make calls himself.
+class held_model {
+public:
+    held_model(std::recursive_mutex& mutex, vendor_model& model) : lock_(mutex), model_(&model) {}
+    [[nodiscard]] vendor_model* operator->() const noexcept { return model_; }
+    [[nodiscard]] vendor_model& operator*() const noexcept { return *model_; }
+
+private:
+    std::unique_lock<std::recursive_mutex> lock_;
+    vendor_model* model_;
+};
 
 /// A capture filter with a camera behind it, made of nothing but memory. It offers IKsPropertySet,
 /// IAMCameraControl and IAMVideoProcAmp as its options say, and answers the gate set, the device set and the
@@ -59,7 +73,7 @@ public:
 
     // What the camera holds, from inside: not in the transcript, not subject to faults.
     [[nodiscard]] register_memory& memory() noexcept;
-    [[nodiscard]] vendor_model& vendor() noexcept;
+    [[nodiscard]] held_model vendor();
     [[nodiscard]] const camera_options& options() const noexcept;
     [[nodiscard]] std::size_t document_count() const noexcept;
     /// The camera's own view of a description; null for one that does not parse.

@@ -299,11 +299,11 @@ TEST_F(SimulatedCameraTest, CenteringTakesTheOffsetsAway) {
 TEST_F(SimulatedCameraTest, PinsAreReadAndWrittenByTheirButtons) {
     Open("builtin");
     const Item gpio = Make(gpio_row);
-    Camera().vendor().gpio[122].input = 2;
+    Camera().vendor()->gpio[122].input = 2;
     EXPECT_EQ(gpio->SetValue(2, 3), S_OK);
-    EXPECT_EQ(Camera().vendor().gpio[122].output, 0);
+    EXPECT_EQ(Camera().vendor()->gpio[122].output, 0);
     EXPECT_EQ(gpio->Push(3), S_OK);
-    EXPECT_EQ(Camera().vendor().gpio[122].output, 3);
+    EXPECT_EQ(Camera().vendor()->gpio[122].output, 3);
     EXPECT_EQ(Value(gpio, 0), 0);
     EXPECT_EQ(gpio->Push(1), S_OK);
     EXPECT_EQ(Value(gpio, 0), 2);
@@ -313,7 +313,8 @@ TEST_F(SimulatedCameraTest, PinsAreReadAndWrittenByTheirButtons) {
 TEST_F(SimulatedCameraTest, StrobeModesReachTheCamera) {
     Open("builtin");
     const Item strobe = Make(strobe_row);
-    const simcam::strobe_property& device = Camera().vendor().strobe[125];
+    const simcam::held_model model = Camera().vendor();
+    const simcam::strobe_property& device = model->strobe[125];
     EXPECT_EQ(Value(strobe, 1), 1);
     EXPECT_EQ(strobe->SetSwitch(0, true), S_OK);
     EXPECT_EQ(device.enable, 1);
@@ -340,7 +341,7 @@ TEST_F(SimulatedCameraTest, SoftwareTriggersComeWhileTheTriggerIsOn) {
     EXPECT_EQ(trigger->SetSwitch(0, true), S_OK);
     EXPECT_TRUE(Available(trigger, 3));
     EXPECT_EQ(trigger->Push(3), S_OK);
-    EXPECT_EQ(Camera().vendor().software_triggers, 1U);
+    EXPECT_EQ(Camera().vendor()->software_triggers, 1U);
     EXPECT_EQ(trigger->SetSwitch(1, true), S_OK);
     EXPECT_EQ(trigger->SetValue(5, 1), S_OK);
     EXPECT_TRUE(Switch(trigger, 0));
@@ -421,10 +422,10 @@ TEST_F(SimulatedCameraTest, AnyDriverCallOfAnyCameraMayFail) {
         options.descriptions.clear();
         options.keep_transcript = false;
         const camera_ptr camera = simcam::make_camera(std::move(options));
-        const simcam::vendor_model fresh = camera->vendor();
+        const simcam::vendor_model fresh = *camera->vendor();
         const std::uint64_t calls = UseCamera(*camera);
         for (std::uint64_t n = 1; n <= calls; ++n) {
-            camera->vendor() = fresh;
+            *camera->vendor() = fresh;
             camera->clear_faults();
             camera->add_fault(simcam::fail_nth(n, driver_failure));
             UseCamera(*camera);

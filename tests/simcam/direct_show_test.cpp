@@ -25,7 +25,7 @@ protected:
 };
 
 TEST_F(DirectShow, GivesRanges) {
-    camera_->vendor().camera_control[focus] = {1, 2, 3, -4, 5, 6, 7, limit_policy::refuse};
+    camera_->vendor()->camera_control[focus] = {1, 2, 3, -4, 5, 6, 7, limit_policy::refuse};
     LONG min = 0, max = 0, step = 0, default_value = 0, flags = 0;
     EXPECT_EQ(control_->GetRange(focus, &min, &max, &step, &default_value, &flags), S_OK);
     EXPECT_EQ(min, -4);
@@ -50,22 +50,22 @@ TEST_F(DirectShow, TakesValuesInsideTheLimitsAlone) {
     EXPECT_EQ(control_->Set(focus, 1023, 2), S_OK);
     EXPECT_EQ(control_->Set(focus, 1024, 2), E_INVALIDARG);
     EXPECT_EQ(control_->Set(99, 1, 2), property_unknown);
-    EXPECT_EQ(camera_->vendor().camera_control[focus].value, 1023);
+    EXPECT_EQ(camera_->vendor()->camera_control[focus].value, 1023);
 }
 
 TEST_F(DirectShow, TakesTheModesThatItHasAlone) {
     EXPECT_EQ(control_->Set(focus, 1, 0), E_INVALIDARG);
     EXPECT_EQ(control_->Set(focus, 1, 3), E_INVALIDARG);
     EXPECT_EQ(control_->Set(focus, 5000, 1), S_OK);
-    EXPECT_EQ(camera_->vendor().camera_control[focus].flags, 1U);
-    camera_->vendor().camera_control[focus].capabilities = 2;
+    EXPECT_EQ(camera_->vendor()->camera_control[focus].flags, 1U);
+    camera_->vendor()->camera_control[focus].capabilities = 2;
     EXPECT_EQ(control_->Set(focus, 1, 1), E_INVALIDARG);
 }
 
 TEST_F(DirectShow, ChangesTheModeOfWhiteBalanceWithAValueOfZero) {
     EXPECT_EQ(amp_->Set(white_balance, 0, 1), S_OK);
     EXPECT_EQ(amp_->Set(white_balance, 0, 2), S_OK);
-    EXPECT_EQ(camera_->vendor().video_proc_amp[white_balance].value, 2500);
+    EXPECT_EQ(camera_->vendor()->video_proc_amp[white_balance].value, 2500);
 }
 
 TEST_F(DirectShow, RefusesNullPlaces) {

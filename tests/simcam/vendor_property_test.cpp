@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
 #include <string>
+#include <thread>
 
 namespace simcam_test {
 namespace {
@@ -54,13 +57,13 @@ protected:
     HRESULT SetFloat(DWORD id, float value, std::uint32_t flags = 2) {
         return Set(id, with(with(bytes(56), at_value, value), at_float_flags, flags));
     }
-    vendor_model& Model() { return camera_->vendor(); }
+    held_model Model() { return camera_->vendor(); }
 
     camera_ptr camera_ = make_camera(Options());
 };
 
 TEST_F(VendorProperty, FillsTheIntegerRecord) {
-    Model().integers[106] = {11, 12, 13, -14, 15, 16, limit_policy::clamp, support_both};
+    Model()->integers[106] = {11, 12, 13, -14, 15, 16, limit_policy::clamp, support_both};
     const bytes record = Get(106, 48);
     const std::int32_t expected[] = {11, 12, 13, -14, 15, 16};
     for (std::size_t at = 0; at < 6; ++at) {
@@ -69,7 +72,7 @@ TEST_F(VendorProperty, FillsTheIntegerRecord) {
 }
 
 TEST_F(VendorProperty, FillsTheFloatRecord) {
-    Model().floats[200] = {1.5F, 0.5F, 9.5F, 2.5F, 1, 3, limit_policy::clamp, support_both};
+    Model()->floats[200] = {1.5F, 0.5F, 9.5F, 2.5F, 1, 3, limit_policy::clamp, support_both};
     const bytes record = Get(200, 56);
     EXPECT_EQ(field<float>(record, 24), 1.5F);
     EXPECT_EQ(field<float>(record, 28), 0.5F);
@@ -80,7 +83,7 @@ TEST_F(VendorProperty, FillsTheFloatRecord) {
 }
 
 TEST_F(VendorProperty, FillsTheInputOutputRecord) {
-    Model().gpio[122] = {5, 6, 7, 8, support_both};
+    Model()->gpio[122] = {5, 6, 7, 8, support_both};
     const bytes record = Get(122, 40);
     for (std::size_t at = 0; at < 4; ++at) {
         EXPECT_EQ(field<std::int32_t>(record, 24 + 4 * at), static_cast<std::int32_t>(5 + at));
@@ -88,7 +91,8 @@ TEST_F(VendorProperty, FillsTheInputOutputRecord) {
 }
 
 TEST_F(VendorProperty, FillsTheStrobeRecord) {
-    strobe_property& strobe = Model().strobe[125];
+    const held_model model = Model();
+    strobe_property& strobe = model->strobe[125];
     strobe = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, support_both};
     const bytes record = Get(125, 88);
     for (std::size_t at = 0; at < 10; ++at) {
@@ -106,20 +110,20 @@ TEST_F(VendorProperty, TellsWhatItSupports) {
         support = 0;
         EXPECT_EQ(camera_->property_set()->QuerySupported(vendor_set, id, &support), S_OK) << id;
         EXPECT_EQ(support, 3U) << id;
-        Model().remove(id);
+        Model()->remove(id);
         EXPECT_EQ(camera_->property_set()->QuerySupported(vendor_set, id, &support), property_unknown) << id;
         EXPECT_EQ(get_property(*camera_, vendor_set, id, bytes(88), 88).result, property_unknown) << id;
         EXPECT_EQ(set_property(*camera_, vendor_set, id, bytes(88), bytes(88)), property_unknown) << id;
     }
     EXPECT_EQ(camera_->property_set()->QuerySupported(color_set, 0, &support), S_OK);
     EXPECT_EQ(camera_->property_set()->QuerySupported(color_set, 1, &support), property_unknown);
-    Model().color_enhancement.clear();
+    Model()->color_enhancement.clear();
     EXPECT_EQ(camera_->property_set()->QuerySupported(color_set, 0, &support), property_unknown);
 }
 
 TEST_F(VendorProperty, MayBeReadableOrWritableAlone) {
-    Model().integers[106].support = support_get;
-    Model().integers[101].support = support_set;
+    Model()->integers[106].support = support_get;
+    Model()->integers[101].support = support_set;
     DWORD support = 0;
     EXPECT_EQ(camera_->property_set()->QuerySupported(vendor_set, 106, &support), S_OK);
     EXPECT_EQ(support, 1U);
@@ -141,10 +145,10 @@ TEST_F(VendorProperty, GoesByItsPolicyOutsideTheLimits) {
     EXPECT_EQ(Value(106), 255);
     EXPECT_EQ(SetValue(106, -1), S_OK);
     EXPECT_EQ(Value(106), 0);
-    Model().integers[106].policy = limit_policy::refuse;
+    Model()->integers[106].policy = limit_policy::refuse;
     EXPECT_EQ(SetValue(106, 256), E_INVALIDARG);
     EXPECT_EQ(Value(106), 0);
-    Model().integers[106].policy = limit_policy::accept;
+    Model()->integers[106].policy = limit_policy::accept;
     EXPECT_EQ(SetValue(106, 256), S_OK);
     EXPECT_EQ(Value(106), 256);
     EXPECT_EQ(SetFloat(238, 2e6F), S_OK);
@@ -155,7 +159,7 @@ TEST_F(VendorProperty, ShowsOneExposureInAllItsWays) {
     EXPECT_EQ(SetValue(109, 100), S_OK);
     EXPECT_EQ(Value(239), 10000);
     EXPECT_EQ(field<float>(Get(200, 56), at_value), 0.01F);
-    EXPECT_EQ(Model().camera_control[4].value, 100);
+    EXPECT_EQ(Model()->camera_control[4].value, 100);
     EXPECT_EQ(SetValue(239, 25), S_OK);
     EXPECT_EQ(Value(109), 1);
     EXPECT_EQ(SetFloat(200, 2.0F), S_OK);
@@ -170,7 +174,7 @@ TEST_F(VendorProperty, ShowsOneLimitAndOneGainInAllTheirWays) {
     EXPECT_EQ(Value(201), 5000);
     EXPECT_EQ(field<float>(Get(246, 56), at_value), 0.5F);
     EXPECT_EQ(SetValue(241, 1234), S_OK);
-    EXPECT_EQ(Model().video_proc_amp[9].value, 123);
+    EXPECT_EQ(Model()->video_proc_amp[9].value, 123);
     EXPECT_EQ(camera_->video_proc_amp()->Set(9, 200, 2), S_OK);
     EXPECT_EQ(Value(241), 2000);
 }
@@ -182,7 +186,7 @@ TEST_F(VendorProperty, LetsTheAutomaticModeHaveTheSay) {
     EXPECT_EQ(SetValue(239, 50), E_ACCESSDENIED);
     EXPECT_EQ(SetValue(109, 50), E_ACCESSDENIED);
     EXPECT_EQ(SetFloat(200, 1.0F, 2), S_OK);
-    EXPECT_EQ(Model().camera_control[4].flags, 2U);
+    EXPECT_EQ(Model()->camera_control[4].flags, 2U);
     EXPECT_EQ(SetValue(239, 50), S_OK);
 
     EXPECT_EQ(SetValue(202, 1), S_OK);
@@ -199,8 +203,8 @@ TEST_F(VendorProperty, LetsTheAutomaticModeHaveTheSay) {
 
 TEST_F(VendorProperty, TakesTheAutomaticFlagOfTheFloatExposure) {
     EXPECT_EQ(SetFloat(200, 123.0F, 1), S_OK);
-    EXPECT_EQ(Model().camera_control[4].flags, 1U);
-    EXPECT_NE(Model().floats[200].value, 123.0F);
+    EXPECT_EQ(Model()->camera_control[4].flags, 1U);
+    EXPECT_NE(Model()->floats[200].value, 123.0F);
     EXPECT_EQ(SetFloat(238, 1.0F, 1), E_INVALIDARG);
 }
 
@@ -216,22 +220,23 @@ TEST_F(VendorProperty, CentersThePartialScan) {
 }
 
 TEST_F(VendorProperty, DrivesTheOutputsAndReadsThePins) {
-    Model().gpio[122].input = 2;
+    Model()->gpio[122].input = 2;
     EXPECT_EQ(field<std::int32_t>(Get(122, 40), 24), 2);
     EXPECT_EQ(Set(122, with(with(bytes(40), 24, 1), 28, 3)), S_OK);
-    EXPECT_EQ(Model().gpio[122].input, 2);
-    EXPECT_EQ(Model().gpio[122].output, 3);
+    EXPECT_EQ(Model()->gpio[122].input, 2);
+    EXPECT_EQ(Model()->gpio[122].output, 3);
     EXPECT_EQ(Set(122, with(bytes(40), 28, 4)), E_INVALIDARG);
     EXPECT_EQ(Set(122, with(bytes(40), 28, -1)), E_INVALIDARG);
-    EXPECT_EQ(Model().gpio[122].output, 3);
+    EXPECT_EQ(Model()->gpio[122].output, 3);
 }
 
 TEST_F(VendorProperty, KeepsTheStrobeInItsLimits) {
     bytes record = with(with(with(bytes(88), 24, 1), 28, 200000), 44, 5);
-    Model().strobe[125].duration_min = 10;
+    Model()->strobe[125].duration_min = 10;
     record = with(record, 68, 1);
     EXPECT_EQ(Set(125, record), S_OK);
-    const strobe_property& strobe = Model().strobe[125];
+    const held_model model = Model();
+    const strobe_property& strobe = model->strobe[125];
     EXPECT_EQ(strobe.enable, 1);
     EXPECT_EQ(strobe.delay, 100000);
     EXPECT_EQ(strobe.duration, 10);
@@ -243,7 +248,8 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsLimits) {
 }
 
 TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
-    strobe_property& strobe = Model().strobe[125];
+    const held_model model = Model();
+    strobe_property& strobe = model->strobe[125];
     strobe.restrictions = strobe_without_polarity | strobe_without_delay;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 60, 0)), S_OK);
     EXPECT_EQ(strobe.polarity, 1);
@@ -252,7 +258,8 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
 }
 
 TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
-    strobe_property& strobe = Model().strobe[125];
+    const held_model model = Model();
+    strobe_property& strobe = model->strobe[125];
     strobe.restrictions = strobe_exposure_only;
     strobe.follow_exposure = 1;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 44, 70)), S_OK);
@@ -264,10 +271,10 @@ TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
 TEST_F(VendorProperty, TakesTheTriggerBitsThatItHas) {
     EXPECT_EQ(field<std::uint32_t>(Get(115, 48), at_flags), 4U);
     EXPECT_EQ(SetValue(115, 0, trigger_flag_polarity | trigger_flag_operation | 0x80000000U), S_OK);
-    EXPECT_EQ(Model().integers[115].flags, trigger_flag_polarity | trigger_flag_operation);
-    Model().integers[115].capabilities = trigger_flag_operation;
+    EXPECT_EQ(Model()->integers[115].flags, trigger_flag_polarity | trigger_flag_operation);
+    Model()->integers[115].capabilities = trigger_flag_operation;
     EXPECT_EQ(SetValue(115, 0, trigger_flag_polarity | trigger_flag_off), S_OK);
-    EXPECT_EQ(Model().integers[115].flags, trigger_flag_off);
+    EXPECT_EQ(Model()->integers[115].flags, trigger_flag_off);
 }
 
 TEST_F(VendorProperty, CountsSoftwareTriggersWhileTheTriggerIsOn) {
@@ -275,13 +282,13 @@ TEST_F(VendorProperty, CountsSoftwareTriggersWhileTheTriggerIsOn) {
     EXPECT_EQ(SetValue(115, 0, 0), S_OK);
     EXPECT_EQ(SetValue(213, 0, 2), E_INVALIDARG);
     EXPECT_EQ(SetValue(213, 0, 8), S_OK);
-    EXPECT_EQ(Model().software_triggers, 1U);
+    EXPECT_EQ(Model()->software_triggers, 1U);
 }
 
 TEST_F(VendorProperty, BalancesWhiteAtOnePush) {
     EXPECT_EQ(SetValue(101, 1), S_OK);
     EXPECT_EQ(SetValue(107, 1), S_OK);
-    EXPECT_EQ(Value(101), Model().integers[101].default_value);
+    EXPECT_EQ(Value(101), Model()->integers[101].default_value);
     EXPECT_EQ(Value(107), 0);
 }
 
@@ -291,7 +298,7 @@ TEST_F(VendorProperty, RunsTheFocusForTwoReads) {
     EXPECT_EQ(Value(124), 1);
     EXPECT_EQ(Value(124), 1);
     EXPECT_EQ(Value(124), 0);
-    EXPECT_EQ(Model().camera_control[6].value, 500);
+    EXPECT_EQ(Model()->camera_control[6].value, 500);
 }
 
 TEST_F(VendorProperty, KeepsLowerLimitsBelowUpperOnes) {
@@ -308,7 +315,7 @@ TEST_F(VendorProperty, SwitchesTheColorEnhancement) {
     EXPECT_EQ(set_property(*camera_, color_set, 0, on, on), S_OK);
     EXPECT_EQ(field<std::int32_t>(get_property(*camera_, color_set, 0, bytes(48), 48).data, at_value), 1);
     EXPECT_EQ(set_property(*camera_, color_set, 1, on, on), property_unknown);
-    EXPECT_EQ(Model().integers.count(0), 0U);
+    EXPECT_EQ(Model()->integers.count(0), 0U);
 }
 
 TEST_F(VendorProperty, AnswersForItsSetsAsLongAsItHasThem) {
@@ -327,6 +334,33 @@ TEST_F(VendorProperty, AnswersForItsSetsAsLongAsItHasThem) {
             EXPECT_EQ(set_property(*camera, set, 0, bytes(48), bytes(48)), expected);
         }
     }
+}
+
+// A call on another thread waits while the model is held; a race shows as such under a thread sanitizer.
+TEST_F(VendorProperty, NothingChangesInAModelThatIsHeld) {
+    constexpr int rounds = 200;
+    constexpr int last = 180;
+    constexpr int middle = 90;
+    Model()->integers[106].max = last;
+    std::future<HRESULT> call;
+    {
+        const held_model model = Model();
+        model->integers[106].value = middle;
+        std::promise<void> started;
+        std::future<void> start = started.get_future();
+        call = std::async(std::launch::async, [&] {
+            started.set_value();
+            return SetValue(106, last);
+        });
+        start.wait();
+        for (int round = 0; round < rounds; ++round) {
+            ASSERT_EQ(model->integers[106].value, middle);
+            EXPECT_EQ(Value(106), middle) << "the holder may call himself";
+            std::this_thread::sleep_for(std::chrono::microseconds(100));
+        }
+    }
+    EXPECT_EQ(call.get(), S_OK);
+    EXPECT_EQ(Model()->integers[106].value, last);
 }
 
 }  // namespace

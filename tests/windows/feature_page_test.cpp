@@ -14,8 +14,8 @@ std::string TriggerFlags(const std::string& flags) {
 
 class FeaturePageTest : public BuiltInPageTest {
 protected:
-    [[nodiscard]] simcam::strobe_property& Strobe() const { return camera_->vendor().strobe.at(125); }
-    [[nodiscard]] simcam::gpio_property& Pins() const { return camera_->vendor().gpio.at(122); }
+    [[nodiscard]] simcam::strobe_property Strobe() const { return camera_->vendor()->strobe.at(125); }
+    [[nodiscard]] simcam::gpio_property Pins() const { return camera_->vendor()->gpio.at(122); }
 };
 
 TEST_F(FeaturePageTest, ItemsStandInTheOrderOfTheirIds) {
@@ -92,10 +92,10 @@ TEST_F(FeaturePageTest, OutputReachesThePinsAtWrite) {
 
 TEST_F(FeaturePageTest, PinsShowWhatTheLastReadFound) {
     OpenPage(feature_page);
-    Pins().input = 2;
+    camera_->vendor()->gpio.at(122).input = 2;
     Click(L"Trigger", L"Enable");
     EXPECT_EQ(Shown(L"GPIO").at(1), L"  GP IN =(0) <Read>") << "a refresh reads no pin";
-    Pins().output = 1;
+    camera_->vendor()->gpio.at(122).output = 1;
     Slide(L"GPIO", L"GP Out", 3);
     Click(L"GPIO", L"Read");
     EXPECT_EQ(Shown(L"GPIO"), (Lines{L"GPIO", L"  GP IN =(2) <Read>", L"  GP Out (1) <Write>"}))
@@ -104,10 +104,10 @@ TEST_F(FeaturePageTest, PinsShowWhatTheLastReadFound) {
 
 TEST_F(FeaturePageTest, ADirectionWithoutPinsHasNoRow) {
     OpenPage(feature_page);
-    Pins().input_max = 0;
+    camera_->vendor()->gpio.at(122).input_max = 0;
     OpenPage(feature_page);
     EXPECT_EQ(Shown(L"GPIO"), (Lines{L"GPIO", L"  GP Out (0) <Write>"}));
-    Pins().output_max = 0;
+    camera_->vendor()->gpio.at(122).output_max = 0;
     EXPECT_EQ(OpenPage(feature_page).at(4), L"Trigger [ ] Enable ~<Software Trigger>");
 }
 
@@ -118,7 +118,7 @@ TEST_F(FeaturePageTest, SoftwareTriggersComeWhileTheTriggerIsOn) {
     EXPECT_EQ(Shown(L"Trigger").at(0), L"Trigger [x] Enable <Software Trigger>");
     Click(L"Trigger", L"Software Trigger");
     EXPECT_THAT(Written(), ElementsAre(VendorWrite(213, "0", "0x8")));
-    EXPECT_EQ(camera_->vendor().software_triggers, 1u);
+    EXPECT_EQ(camera_->vendor()->software_triggers, 1u);
     Click(L"Trigger", L"Enable");
     EXPECT_EQ(Shown(L"Trigger").at(0), L"Trigger [ ] Enable ~<Software Trigger>");
 }
@@ -142,10 +142,10 @@ TEST_F(FeaturePageTest, TriggerOptionsAreFlagsAndADelay) {
 
 TEST_F(FeaturePageTest, ATriggerShowsWhatItCanDo) {
     UseCameraWithout({213, 238});
-    camera_->vendor().integers.at(115).capabilities = 0;
+    camera_->vendor()->integers.at(115).capabilities = 0;
     OpenPage(feature_page);
     EXPECT_EQ(Shown(L"Trigger"), Lines{L"Trigger [ ] Enable"});
-    camera_->vendor().integers.erase(115);
+    camera_->vendor()->integers.erase(115);
     for (const std::wstring& line : OpenPage(feature_page)) EXPECT_NE(line, L"Trigger");
 }
 
@@ -243,6 +243,19 @@ TEST_F(FeaturePageTest, ARefusedStrobeWriteShowsWhatTheCameraHolds) {
     Click(L"Strobe", L"Enable");
     EXPECT_EQ(Shown(L"Strobe").at(0), L"Strobe [ ] Enable");
     EXPECT_EQ(Shown(L"Strobe").at(1), L"  Mode ~{fixed duration}");
+}
+
+TEST_F(FeaturePageTest, ARefusedStrobeModeLeavesTheOneThatTheCameraHas) {
+    OpenPage(feature_page);
+    Click(L"Strobe", L"Enable");
+    const Lines before = Shown(L"Strobe");
+    EXPECT_EQ(before.at(1), L"  Mode {fixed duration}");
+    camera_->add_fault(simcam::fail_when(simcam::calls_of(simcam::call_kind::set), E_ACCESSDENIED));
+    Pick(L"Strobe", L"Mode", 2);
+    EXPECT_EQ(Shown(L"Strobe"), before);
+    camera_->clear_faults();
+    Click(L"Strobe", L"Polarity");
+    EXPECT_EQ(Strobe().follow_exposure, 0);
 }
 
 TEST_F(FeaturePageTest, AStrobeThatCannotBeReadGreysOutWhole) {

@@ -10,6 +10,7 @@ namespace platform {
 namespace {
 
 constexpr std::wstring_view guid_form = L"{00000000-0000-0000-0000-000000000000}";
+static_assert(guid_form.size() == guid_length);
 
 int hex_digit(wchar_t c) noexcept {
     if (c >= L'0' && c <= L'9') return c - L'0';

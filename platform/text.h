@@ -14,6 +14,9 @@ namespace platform {
 /// The platform's wide text to UTF-8.
 [[nodiscard]] std::string narrow(std::wstring_view wide);
 
+/// Characters of the braced form.
+constexpr std::size_t guid_length = 38;
+
 /// Reads exactly the braced form with 32 hexadecimal digits and hyphens; anything else gives false and the
 /// zero GUID.
 [[nodiscard]] bool parse_guid(std::wstring_view text, GUID& guid);

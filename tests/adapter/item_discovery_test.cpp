@@ -372,6 +372,64 @@ TEST_F(Discovery, EndsForCategoriesWithMoreWaysThroughThemThanAnybodyCanWalk) {
     EXPECT_EQ(NamesOf(table), std::vector<std::wstring>{L"Item"});
 }
 
+std::vector<std::string> Times(std::size_t count, const std::string& name) { return {count, name}; }
+
+// Two categories that list one another again and again: every way through them is another listing.
+TEST_F(Discovery, EndsForTwoCategoriesThatListOneAnotherAThousandTimes) {
+    const std::string id =
+        "<Extension><ZELItemGUID>" + std::string(60'000, 'x') + "</ZELItemGUID></Extension>";
+    std::vector<std::string> listed = Times(1'000, "Other");
+    listed.insert(listed.begin(), "Item");
+    const auto& table = TableOf(Category("Root", listed) + Category("Other", Times(2'000, "Root"), id) +
+                                Category("Item", {"A"}, ItemMark(1)) + MarkedInteger("A"));
+    EXPECT_EQ(NamesOf(table), std::vector<std::wstring>{L"Item"});
+}
+
+TEST_F(Discovery, LooksAtNoMoreEntriesThanItsBound) {
+    // 1,000 ways to a category with 1,001 entries, the last of which is an item.
+    std::vector<std::string> entries = Times(1'000, "Empty");
+    entries.emplace_back("Item");
+    const auto& table =
+        TableOf(Category("Root", Times(1'000, "Group")) + Category("Group", entries) + Category("Empty", {}) +
+                Category("Item", {"A"}, ItemMark(1)) + MarkedInteger("A"));
+    EXPECT_EQ(table.size(), most_entries / 1'002);
+}
+
+TEST_F(Discovery, FindsNoMoreItemsThanItsBound) {
+    const std::string long_name = "<DisplayName>" + std::string(20'000, 'n') + "</DisplayName>";
+    const auto& table =
+        TableOf(Category("Root", Times(400, "Group")) + Category("Group", Times(400, "Item"), long_name) +
+                Category("Item", {"A"}, ItemMark(1) + long_name) + MarkedInteger("A", 1, long_name));
+    ASSERT_EQ(table.size(), most_finds);
+    // One name serves all that bear it, or these items alone would take gigabytes.
+    EXPECT_EQ(table.front().name, table.back().name);
+    EXPECT_EQ(table.front().group, table.back().group);
+    EXPECT_EQ(table.front().elements[0].name, table.back().elements[0].name);
+}
+
+TEST_F(Discovery, FindsNoMoreElementsThanItsBound) {
+    const auto& table = TableOf(Category("Root", Times(400, "Item")) +
+                                Category("Item", Times(400, "A"), ItemMark(1)) + MarkedInteger("A"));
+    std::size_t elements = 0;
+    for (const ItemRecord& record : table) elements += record.element_count;
+    EXPECT_EQ(elements, most_finds);
+    EXPECT_EQ(table.size(), 250U) << "items without elements leave no trace";
+}
+
+TEST(NamedDiscovery, AsksTheDriverNoMoreOftenThanTheBoundOfFinds) {
+    ScriptedCamera camera(Road::Named,
+                          {Description(Category("Root", Times(400, "Item")) +
+                                       Category("Item", Times(400, "A"), ItemMark(1)) + MarkedInteger("A"))});
+    std::size_t asked = 0;
+    camera.other_paths = [&](std::string_view, Bytes&) {
+        ++asked;
+        return false;
+    };
+    GenICamAdapterDevice adapter(&camera.filter);
+    EXPECT_TRUE(adapter.get_item_table().empty());
+    EXPECT_EQ(asked, most_finds);
+}
+
 TEST(CollectElements, StopsWithoutAWordAtAnException) {
     ScriptedCamera camera(
         Road::Named,
@@ -408,10 +466,10 @@ TEST_F(Discovery, FunctionsWorkAlone) {
     ASSERT_EQ(candidates.size(), 1U);
     EXPECT_EQ(candidates[0].item_id, ItemId(5));
     EXPECT_EQ(candidates[0].category, Node("Item"));
-    EXPECT_EQ(candidates[0].group_name, L"Root");
+    EXPECT_EQ(*candidates[0].group_name, L"Root");
     const auto elements = collect_elements(candidates[0], nullptr, false);
     ASSERT_EQ(elements.size(), 1U);
-    EXPECT_EQ(elements[0].name, L"A");
+    EXPECT_EQ(*elements[0].name, L"A");
     EXPECT_EQ(elements[0].element_id, ElementId(6));
     EXPECT_EQ(elements[0].level, 0);
     ASSERT_EQ(elements[0].bindings.size(), 1U);

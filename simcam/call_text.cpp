@@ -4,6 +4,7 @@
 #include "items/io_records.h"
 #include "items/vendor_properties.h"
 #include "platform/text.h"
+#include "platform/visible_text.h"
 
 #include <fmt/format.h>
 
@@ -49,7 +50,7 @@ std::string hex_bytes(const bytes& data) {
 // Up to the first zero.
 std::string quoted(const bytes& data) {
     std::string text(data.begin(), data.end());
-    return fmt::format("\"{}\"", text.c_str());
+    return platform::quoted_text(text.c_str());
 }
 
 std::string named_value(const bytes& data, value_form form) {
@@ -113,7 +114,7 @@ std::string target(const driver_call& call) {
         case device_property::register_access:
             return fmt::format(" 0x{:08X}", call.address);
         case device_property::named_access:
-            return " " + call.path;
+            return " " + platform::visible_text(call.path);
         default:
             return {};
     }

@@ -1,6 +1,7 @@
 #include "apps/host/console.h"
 
 #include "platform/text.h"
+#include "platform/visible_text.h"
 
 #include <windows.h>
 
@@ -31,10 +32,10 @@ struct local_free {
 
 void write_output(std::string_view text) { write_to(STD_OUTPUT_HANDLE, text); }
 
-void write_line(std::string_view line) { write_output(std::string(line) + "\n"); }
+void write_line(std::string_view line) { write_output(platform::visible_text(line) + "\n"); }
 
 void write_error(std::string_view line) {
-    write_to(STD_ERROR_HANDLE, "selvane_host: " + std::string(line) + "\n");
+    write_to(STD_ERROR_HANDLE, "selvane_host: " + platform::visible_text(line) + "\n");
 }
 
 std::vector<std::string> command_line() {

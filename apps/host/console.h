@@ -8,9 +8,9 @@ namespace selvane_host {
 
 /// Writes UTF-8 text at once: whoever reads a pipe sees each line when it is written.
 void write_output(std::string_view text);
-/// The same with a line end.
+/// One line: what a terminal would obey, line breaks among it, goes out as escapes.
 void write_line(std::string_view line);
-/// A line on standard error behind the program's name.
+/// Such a line on standard error behind the program's name.
 void write_error(std::string_view line);
 
 /// The program's arguments without its name, in UTF-8.

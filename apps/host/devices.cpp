@@ -3,6 +3,7 @@
 #include "apps/host/console.h"
 #include "apps/host/host_error.h"
 #include "platform/text.h"
+#include "platform/visible_text.h"
 
 #include <strmif.h>
 #include <uuids.h>
@@ -62,7 +63,7 @@ std::vector<device> find_devices() {
 
 std::string list_devices() {
     std::string text;
-    for (const device& one : find_devices()) text += one.name + "\n";
+    for (const device& one : find_devices()) text += platform::visible_text(one.name) + "\n";
     return text;
 }
 

@@ -2,6 +2,7 @@
 
 #include "apps/host/frame_window.h"
 #include "platform/text.h"
+#include "platform/visible_text.h"
 
 #include <commctrl.h>
 #include <fmt/format.h>
@@ -73,11 +74,12 @@ std::string entry_text(HWND combo, WPARAM entry) {
 
 std::string combo_state(HWND combo) {
     const LRESULT chosen = ask(combo, CB_GETCURSEL);
-    std::string state = chosen < 0 ? "nothing" : quoted(entry_text(combo, static_cast<WPARAM>(chosen)));
+    std::string state =
+        chosen < 0 ? "nothing" : platform::quoted_text(entry_text(combo, static_cast<WPARAM>(chosen)));
     state += " of";
     const LRESULT count = ask(combo, CB_GETCOUNT);
     for (LRESULT entry = 0; entry < count; ++entry) {
-        state += " " + quoted(entry_text(combo, static_cast<WPARAM>(entry)));
+        state += " " + platform::quoted_text(entry_text(combo, static_cast<WPARAM>(entry)));
     }
     return state;
 }
@@ -102,7 +104,7 @@ std::string control_state(const page_control& control) {
         case control_kind::slider:
             return slider_state(control.window);
         case control_kind::edit:
-            return "text " + quoted(control.text);
+            return "text " + platform::quoted_text(control.text);
         case control_kind::spin_button:
             return fmt::format("position {}", static_cast<short>(LOWORD(ask(control.window, UDM_GETPOS))));
         case control_kind::combo:
@@ -129,15 +131,6 @@ std::vector<open_entry> open_entries(const page_control& control) {
         entries.push_back({entry_text(control.window, entry), place});
     }
     return entries;
-}
-
-std::string quoted(const std::string& text) {
-    std::string result = "\"";
-    for (const char character : text) {
-        if (character == '"' || character == '\\') result += '\\';
-        result += character;
-    }
-    return result + "\"";
 }
 
 std::string place_text(const RECT& place) {

@@ -35,9 +35,6 @@ struct open_entry {
 /// The entries that can be picked at the moment; none unless the control is a combo box with its list open.
 [[nodiscard]] std::vector<open_entry> open_entries(const page_control& control);
 
-/// In double quotes, with a backslash before a quote or a backslash.
-[[nodiscard]] std::string quoted(const std::string& text);
-
 /// "x,y widthxheight"
 [[nodiscard]] std::string place_text(const RECT& place);
 

@@ -1,6 +1,7 @@
 #include "apps/host/page_layout_text.h"
 
 #include "apps/host/page_control.h"
+#include "platform/visible_text.h"
 
 #include <fmt/format.h>
 
@@ -11,6 +12,7 @@ namespace selvane_host {
 namespace {
 
 using controls = std::vector<page_control>;
+using platform::quoted_text;
 
 // The window of the shown page: the one that its controls stand on, while the frame's own buttons stand on
 // the frame.
@@ -64,17 +66,17 @@ std::string name_of(const page_control& control, const controls& all) {
 
 std::string control_lines(const page_control& control, const controls& all, LONG item_left) {
     if (control.kind == control_kind::label) {
-        return fmt::format("label {} {}\n", quoted(control.text), place_text(control.place));
+        return fmt::format("label {} {}\n", quoted_text(control.text), place_text(control.place));
     }
     const page_control* item = item_of(control, all, item_left);
     const std::string state = control_state(control);
-    const std::string name = quoted(name_of(control, all));
+    const std::string name = quoted_text(name_of(control, all));
     std::string lines = fmt::format(
         "{} {} of {} {} {}{}{}\n", kind_word(control.kind), name,
-        quoted(item != nullptr ? item->text : std::string()), place_text(control.place),
+        quoted_text(item != nullptr ? item->text : std::string()), place_text(control.place),
         IsWindowEnabled(control.window) != 0 ? "enabled" : "disabled", state.empty() ? "" : " ", state);
     for (const open_entry& entry : open_entries(control)) {
-        lines += fmt::format("entry {} of {} {}\n", quoted(entry.text), name, place_text(entry.place));
+        lines += fmt::format("entry {} of {} {}\n", quoted_text(entry.text), name, place_text(entry.place));
     }
     return lines;
 }
@@ -93,11 +95,11 @@ RECT inner_place_of(HWND window) {
 }
 
 std::string frame_lines(const frame_window& frame, const controls& all) {
-    std::string text = fmt::format("frame {} {}\n", quoted(window_text(frame.handle())),
+    std::string text = fmt::format("frame {} {}\n", quoted_text(window_text(frame.handle())),
                                    place_text(inner_place_of(frame.handle())));
     for (const page_control& control : all) {
         if (control.kind != control_kind::button || GetParent(control.window) != frame.handle()) continue;
-        text += fmt::format("command {} {}\n", quoted(control.text), place_text(control.place));
+        text += fmt::format("command {} {}\n", quoted_text(control.text), place_text(control.place));
     }
     return text;
 }
@@ -105,9 +107,9 @@ std::string frame_lines(const frame_window& frame, const controls& all) {
 std::string page_lines(const frame_window& frame, HWND page) {
     const int shown = frame.shown_page();
     std::string text = fmt::format("page {} of {} {} {}\n", shown + 1, frame.page_count(),
-                                   quoted(frame.page_title(shown)), place_text(place_of(page)));
+                                   quoted_text(frame.page_title(shown)), place_text(place_of(page)));
     for (int tab = 0; tab < frame.page_count(); ++tab) {
-        text += fmt::format("tab {} {} {}\n", tab + 1, quoted(frame.page_title(tab)),
+        text += fmt::format("tab {} {} {}\n", tab + 1, quoted_text(frame.page_title(tab)),
                             place_text(frame.tab_place(tab)));
     }
     return text;

@@ -25,6 +25,10 @@ struct channels {
 /// One line on standard error behind the program's name.
 void write_error(std::ostream& err, std::string_view line);
 
+/// Writes a line. Names and texts of descriptions may stand in it as they are: whatever a terminal would obey
+/// goes out as escapes, so that one line stays one line.
+void write_line(std::ostream& out, std::string_view line);
+
 /// Writes a value as indented JSON. Bytes that are no UTF-8 become U+FFFD.
 void write_json(std::ostream& out, const nlohmann::ordered_json& value);
 

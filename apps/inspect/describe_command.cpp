@@ -21,14 +21,14 @@ std::string flag_text(const answer<bool>& flag) {
 }
 
 void print_line(std::ostream& out, std::string_view what, std::string_view is) {
-    if (!is.empty()) out << fmt::format("  {:<14}{}\n", what, on_one_line(is));
+    if (!is.empty()) write_line(out, fmt::format("  {:<14}{}", what, on_one_line(is)));
 }
 
 void print_identity(std::ostream& out, const description& in, INode& node, const feature_facts& facts) {
     const node_element& element = in.tree().at(facts.element);
     const text_position at = in.tree().position_of(element.xml);
-    out << fmt::format("{} ({}, class {}), {}:{}:{}\n", node.get_name(), element.xml.name(),
-                       element.made->name, in.path(), at.line, at.column);
+    write_line(out, fmt::format("{} ({}, class {}), {}:{}:{}", node.get_name(), element.xml.name(),
+                                element.made->name, in.path(), at.line, at.column));
     print_line(out, "display name", node.get_display_name());
     print_line(out, "tool tip", node.get_tooltip());
     print_line(out, "description", node.get_description());
@@ -55,8 +55,9 @@ void print_elements(std::ostream& out, const std::vector<shown_element>& element
         for (const auto& [name, text] : element.attributes)
             attributes += fmt::format(" {}=\"{}\"", name, on_one_line(text));
         const std::string text = on_one_line(element.text);
-        out << fmt::format("    {:>6}  {}{}{}{}{}\n", element.at.line, std::string(element.depth * 2, ' '),
-                           element.name, attributes, text.empty() ? "" : ": ", text);
+        write_line(out,
+                   fmt::format("    {:>6}  {}{}{}{}{}", element.at.line, std::string(element.depth * 2, ' '),
+                               element.name, attributes, text.empty() ? "" : ": ", text));
     }
 }
 
@@ -64,9 +65,10 @@ void print_entries(std::ostream& out, const std::vector<shown_entry>& entries) {
     if (entries.empty()) return;
     out << "  entries\n";
     for (const shown_entry& entry : entries) {
-        out << fmt::format("    {} = {}{}{}\n", entry.name, entry.value,
-                           entry.number ? fmt::format(", as a float {}", number_text(*entry.number)) : "",
-                           entry.access.front() == 'N' ? fmt::format(" ({})", entry.access) : "");
+        const std::string number =
+            entry.number ? fmt::format(", as a float {}", number_text(*entry.number)) : std::string();
+        write_line(out, fmt::format("    {} = {}{}{}", entry.name, entry.value, number,
+                                    entry.access.front() == 'N' ? fmt::format(" ({})", entry.access) : ""));
     }
 }
 
@@ -77,20 +79,20 @@ void print_names(std::ostream& out, const std::vector<std::string>& names) {
     for (std::size_t at = 0; at < names.size(); ++at) {
         const std::string word = " " + names[at] + (at + 1 < names.size() ? "," : "");
         if (line.size() > 3 && line.size() + word.size() > width) {
-            out << line << '\n';
+            write_line(out, line);
             line = "   ";
         }
         line += word;
     }
-    out << line << '\n';
+    write_line(out, line);
 }
 
 void print_dependents(std::ostream& out, const feature_facts& facts) {
     out << "  what names it\n";
     if (facts.direct.empty()) out << "    nothing\n";
     for (const dependent& one : facts.direct) {
-        out << fmt::format("    {}{}{} ({})\n", one.enumeration, one.enumeration.empty() ? "" : " entry ",
-                           one.name, one.role);
+        write_line(out, fmt::format("    {}{}{} ({})", one.enumeration,
+                                    one.enumeration.empty() ? "" : " entry ", one.name, one.role));
     }
     if (facts.invalidated.empty()) return;
     out << "  what a write makes stale\n";

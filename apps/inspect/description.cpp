@@ -2,6 +2,7 @@
 
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/log_capture.h"
+#include "platform/replace_file.h"
 
 #include <cerrno>
 #include <exception>
@@ -35,11 +36,8 @@ std::string read_file(const std::string& path) {
 }
 
 void write_file(const std::string& path, const std::string& contents) {
-    errno = 0;
-    std::ofstream file(std::filesystem::u8path(path), std::ios::binary);
-    file << contents;
-    file.close();
-    if (!file) throw wrong_use("cannot write " + path + system_words(errno));
+    if (const auto failure = platform::replace_file(std::filesystem::u8path(path), contents))
+        throw wrong_use("cannot write " + path + ": " + failure.message());
 }
 
 std::unique_ptr<description> description::open(const std::string& path) {

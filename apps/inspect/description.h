@@ -68,6 +68,7 @@ private:
 
 /// The contents of a file. Throws `inspect_error`.
 [[nodiscard]] std::string read_file(const std::string& path);
+/// Puts contents into a file in one step, as `platform::replace_file` does. Throws `inspect_error`.
 void write_file(const std::string& path, const std::string& contents);
 
 }  // namespace selvane_inspect

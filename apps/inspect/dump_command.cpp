@@ -4,6 +4,8 @@
 #include "apps/inspect/node_counts.h"
 #include "genicam/ieval.h"
 
+#include <sstream>
+
 #include <nlohmann/json.hpp>
 
 namespace selvane_inspect {
@@ -42,12 +44,31 @@ nlohmann::ordered_json as_json(const description& opened, const std::string& wha
     return json;
 }
 
+void print_statistics(std::ostream& out, GenICam::IGenICamDoc& document) {
+    std::istringstream lines(document.dump(statistics_mode));
+    for (std::string line; std::getline(lines, line);) write_line(out, line);
+}
+
+// A name may hold a line break of its own, which is not the end of its line.
+void print_nodes(std::ostream& out, GenICam::IGenICamDoc& document) {
+    const std::string text = document.dump(node_list_mode);
+    std::size_t start = 0;
+    document.for_each_node([&](GenICam::INode* node) {
+        const std::string_view name = node->get_name();
+        const std::size_t end = text.find('\n', text.find(name, start) + name.size());
+        write_line(out, std::string_view(text).substr(start, end - start));
+        start = end + 1;
+    });
+}
+
 int dump(const dump_options& options, const channels& to) {
     const auto opened = open_loaded(options.file);
     if (to.json) {
         write_json(to.out, as_json(*opened, options.what));
+    } else if (options.what == statistics) {
+        print_statistics(to.out, *opened->document());
     } else {
-        to.out << opened->document()->dump(options.what == statistics ? statistics_mode : node_list_mode);
+        print_nodes(to.out, *opened->document());
     }
     return exit_code::fine;
 }

@@ -128,7 +128,7 @@ nlohmann::ordered_json as_json(const std::string& formula, const explained_run& 
 void print_steps(std::ostream& out, const explained_run& explained) {
     std::size_t number = 0;
     for (const step& one : explained.steps) {
-        out << fmt::format("{:>3}  {:<20} {}\n", ++number, one.instruction, stack_text(one.stack));
+        write_line(out, fmt::format("{:>3}  {:<20} {}", ++number, one.instruction, stack_text(one.stack)));
     }
 }
 
@@ -144,7 +144,7 @@ int eval(const eval_options& options, const channels& to) {
         return exit_code::fine;
     }
     to.out << number_with_kind(explained.result.value) << '\n';
-    for (const std::string& note : notes) to.out << "note: " << note << '\n';
+    for (const std::string& note : notes) write_line(to.out, "note: " + note);
     return exit_code::fine;
 }
 

@@ -3,7 +3,6 @@
 #include "apps/inspect/traced_port.h"
 
 #include <cmath>
-#include <iterator>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -33,15 +32,6 @@ std::string integer_text(std::int64_t number, number_style style) {
             break;
     }
     return std::to_string(number);
-}
-
-void append_visible(std::string& text, char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F) {
-        fmt::format_to(std::back_inserter(text), "\\x{:02X}", byte);
-    } else {
-        text += c;
-    }
 }
 
 struct text_writer {
@@ -109,15 +99,6 @@ nlohmann::ordered_json value_json(const feature_value& value) { return std::visi
 // The sign of a NaN says nothing.
 std::string number_text(double number) { return std::isnan(number) ? "nan" : fmt::format("{}", number); }
 
-std::string quoted_text(std::string_view text) {
-    std::string escaped = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') escaped += '\\';
-        append_visible(escaped, c);
-    }
-    return escaped + '"';
-}
-
 std::string on_one_line(std::string_view text) {
     constexpr std::string_view breaks = "\t\n\v\f\r";
     const auto drop_blanks = [](std::string& line) { line.erase(line.find_last_not_of(' ') + 1); };
@@ -130,11 +111,11 @@ std::string on_one_line(std::string_view text) {
         } else if (c != ' ' || !is_at_break) {
             if (is_at_break && !line.empty()) line += ' ';
             is_at_break = false;
-            append_visible(line, c);
+            line += c;
         }
     }
     drop_blanks(line);
-    return line;
+    return visible_text(line);
 }
 
 std::string_view kind_word(GenICam::node_type kind) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/inode.h"
+#include "platform/visible_text.h"
 #include "simcam/driver_call.h"
 
 #include <cstddef>
@@ -43,10 +44,11 @@ constexpr std::size_t some_bytes = 16;
 /// The shortest text that reads as the same number.
 [[nodiscard]] std::string number_text(double number);
 
-/// Text in quotes, with escapes for what a terminal should not see.
-[[nodiscard]] std::string quoted_text(std::string_view text);
+using platform::quoted_text;
+using platform::visible_text;
 
-/// Text of a description or a user without its line breaks and what else a terminal would obey.
+/// Text of a description or a user with a blank for each line break and the blanks around it, and escapes for
+/// what else a terminal would obey.
 [[nodiscard]] std::string on_one_line(std::string_view text);
 
 /// "integer", "float", "enumeration" and so on.

@@ -27,7 +27,7 @@ int get(const get_options& options, const channels& to) {
         if (options.trace) one["trace"] = trace_json(session.accesses());
         json["features"].push_back(std::move(one));
         if (to.json) continue;
-        if (state.value.value) to.out << assignment_text(state) << '\n';
+        if (state.value.value) write_line(to.out, assignment_text(state));
         if (options.trace) to.out << trace_text(session.accesses());
     }
     if (to.json) write_json(to.out, json);

@@ -61,7 +61,8 @@ nlohmann::ordered_json as_json(const description& opened, const node_counts& cou
 
 void print_counts(std::ostream& out, const node_counts& counts) {
     out << "\nelements" << fmt::format("{:>37}\n", "count");
-    for (const auto& [name, count] : counts.elements) out << fmt::format("    {:<34} {:>6}\n", name, count);
+    for (const auto& [name, count] : counts.elements)
+        write_line(out, fmt::format("    {:<34} {:>6}", name, count));
     out << "\nclasses" << fmt::format("{:>38} {:>14}\n", "count", "bytes each");
     for (const auto& [name, counted] : counts.classes) {
         if (counted.count == 0) continue;
@@ -72,7 +73,7 @@ void print_counts(std::ostream& out, const node_counts& counts) {
 void print(std::ostream& out, const description& opened, const node_counts& counts) {
     GenICam::IGenICamDoc& document = *opened.document();
     const auto line = [&](std::string_view what, const std::string& is) {
-        out << fmt::format("{:<14}{}\n", what, is.empty() ? "-" : is);
+        write_line(out, fmt::format("{:<14}{}", what, is.empty() ? "-" : is));
     };
     const std::uint64_t arena = opened.tree().arena_bytes();
     line("file", opened.path());

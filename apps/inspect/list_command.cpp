@@ -108,11 +108,11 @@ std::string line_text(const listed_node& line, feature_reader& reader) {
     const std::string indent(line.depth * 2, ' ');
     if (line.node->get_node_type() == node_type::category) {
         const std::string note = *line.left_out != 0 ? fmt::format(" ({})", line.left_out) : "";
-        return fmt::format("{}{}{}\n", indent, line.node->get_name(), note);
+        return fmt::format("{}{}{}", indent, line.node->get_name(), note);
     }
     const feature_state state = reader.read(*line.node);
     const std::string range = range_text(state);
-    return fmt::format("{}{:<11} {} {}{}{}\n", indent, kind_word(state.kind), state.access,
+    return fmt::format("{}{:<11} {} {}{}{}", indent, kind_word(state.kind), state.access,
                        is_absent(state) ? state.name : assignment_text(state, some_bytes),
                        range.empty() ? "" : " ", range);
 }
@@ -158,9 +158,9 @@ void print_json(const channels& to, const description& opened, const std::vector
 
 void print(const channels& to, const std::vector<listed_node>& lines, const std::vector<INode*>& others,
            feature_reader& reader) {
-    for (const listed_node& line : lines) to.out << line_text(line, reader);
+    for (const listed_node& line : lines) write_line(to.out, line_text(line, reader));
     if (!others.empty()) to.out << (lines.empty() ? "" : "\n") << "outside the tree\n";
-    for (INode* node : others) to.out << line_text({node, 1}, reader);
+    for (INode* node : others) write_line(to.out, line_text({node, 1}, reader));
 }
 
 int list(const list_options& options, const channels& to) {

@@ -1,5 +1,7 @@
 #include "apps/inspect/progress.h"
 
+#include "platform/visible_text.h"
+
 #include <fmt/format.h>
 
 namespace selvane_inspect {
@@ -7,7 +9,7 @@ namespace selvane_inspect {
 void progress::show(std::size_t done, std::size_t all, const std::string& what) {
     if (!shown_) return;
     clear();
-    const std::string line = fmt::format("{} of {}: {}", done, all, what);
+    const std::string line = platform::visible_text(fmt::format("{} of {}: {}", done, all, what));
     err_ << line << std::flush;
     width_ = line.size();
 }

@@ -59,7 +59,7 @@ int set(const set_options& options, const channels& to) {
         if (options.trace) one["trace"] = trace_json(accesses);
         json["features"].push_back(std::move(one));
         if (to.json) continue;
-        to.out << written_text(state) << '\n';
+        write_line(to.out, written_text(state));
         if (options.trace) to.out << trace_text(accesses);
     }
     if (!options.save.empty()) save_memory(options.save, options.input.memory, session.actual().memory());

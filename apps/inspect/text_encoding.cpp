@@ -1,5 +1,7 @@
 #include "apps/inspect/text_encoding.h"
 
+#include "platform/utf8.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -60,27 +62,6 @@ encoding guess_encoding(std::string_view bytes) {
     return declares_latin1(bytes) ? encoding::latin1 : encoding::utf8;
 }
 
-void append(std::string& text, std::uint32_t character) {
-    const auto byte = [&](std::uint32_t value) {
-        text += static_cast<char>(static_cast<unsigned char>(value));
-    };
-    if (character < 0x80) {
-        byte(character);
-    } else if (character < 0x800) {
-        byte(0xC0 | character >> 6);
-        byte(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        byte(0xE0 | character >> 12);
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    } else {
-        byte(0xF0 | character >> 18);
-        byte(0x80 | (character >> 12 & 0x3F));
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    }
-}
-
 // One unit of that many bytes.
 std::uint32_t unit_at(std::string_view bytes, std::size_t at, std::size_t size, bool little_endian) {
     std::uint32_t unit = 0;
@@ -101,13 +82,13 @@ std::string from_utf16(std::string_view bytes, bool little_endian) {
         const std::uint32_t unit = unit_at(bytes, at, size, little_endian);
         if (is_low_surrogate(unit)) continue;
         if (!is_high_surrogate(unit)) {
-            append(text, unit);
+            platform::append_utf8(text, unit);
             continue;
         }
         if (at + 2 * size > bytes.size()) break;
         const std::uint32_t low = unit_at(bytes, at + size, size, little_endian);
         if (!is_low_surrogate(low)) continue;
-        append(text, 0x10000 + ((unit & 0x3FF) << 10) + (low & 0x3FF));
+        platform::append_utf8(text, 0x10000 + ((unit & 0x3FF) << 10) + (low & 0x3FF));
         at += size;
     }
     return text;
@@ -117,14 +98,14 @@ std::string from_utf32(std::string_view bytes, bool little_endian) {
     constexpr std::size_t size = 4;
     std::string text;
     for (std::size_t at = 0; at + size <= bytes.size(); at += size) {
-        append(text, unit_at(bytes, at, size, little_endian));
+        platform::append_utf8(text, unit_at(bytes, at, size, little_endian));
     }
     return text;
 }
 
 std::string from_latin1(std::string_view bytes) {
     std::string text;
-    for (const char c : bytes) append(text, static_cast<unsigned char>(c));
+    for (const char c : bytes) platform::append_utf8(text, static_cast<unsigned char>(c));
     return text;
 }
 

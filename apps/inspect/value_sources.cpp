@@ -117,7 +117,7 @@ std::string value_behind_name(const answer<feature_value>& value) {
 
 void append_lines(const value_source& source, std::size_t depth, std::string& text) {
     const auto line = [&](std::size_t deeper, const std::string& what) {
-        text += std::string((depth + deeper) * 2, ' ') + what + '\n';
+        text += std::string((depth + deeper) * 2, ' ') + visible_text(what) + '\n';
     };
     const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
     line(0, fmt::format("{}{}{} {}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,

@@ -68,6 +68,32 @@ TEST(Frame, EveryPageOfTheUsualCameraIsShownAndPictured) {
     for (const std::string& picture : walk.pictures) ExpectPicture(picture);
 }
 
+// Adds to every display name but those of groups.
+std::string WithNames(std::string description, const std::string& added) {
+    const std::string end = "</DisplayName>";
+    for (std::size_t at = 0; (at = description.find(end, at)) != std::string::npos; at += end.size()) {
+        const std::size_t start = description.rfind('>', at) + 1;
+        const std::string name = description.substr(start, at - start);
+        if (name == "Exposure" || name == "Special" || name == "Lens" || name == "Color") continue;
+        description.insert(at, added);
+        at += added.size();
+    }
+    return description;
+}
+
+TEST(Frame, TextsOfADescriptionStayOnTheirLines) {
+    const ScratchFolder folder;
+    const std::string description(simcam::bundled_description("value_nodes"));
+    const std::string file =
+        folder.Write("forged.xml", WithNames(description, "&#x1B;[2K&#13;&#10;command \"Forged\"&#x202E;"));
+    const ProcessEnd end = WalkPages(folder, {file, "--trace"}).end;
+    EXPECT_EQ(end.code, 0U);
+    EXPECT_THAT(end.output, HasSubstr("\\x1B[2K"));
+    EXPECT_THAT(end.output, HasSubstr("\\u202E"));
+    EXPECT_EQ(end.output.find_first_of("\x1B\r"), std::string::npos);
+    EXPECT_EQ(end.output.find("\ncommand \"Forged"), std::string::npos);
+}
+
 TEST(Frame, APageThatRefusesTheCameraIsNotThere) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", "colourless"});

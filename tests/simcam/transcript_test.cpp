@@ -40,6 +40,19 @@ TEST_F(Transcript, ReadsAsLines) {
                             "Get device 2 {1, 0} -> " + size + " bytes (returned " + size + "), ok"));
 }
 
+TEST_F(Transcript, ATextOfADescriptionStaysOnItsLine) {
+    camera_options options;
+    options.descriptions = {
+        "<D><Enumeration Name=\"E&#x1B;[2K&#x9B;\"><EnumEntry Name=\"On&#xA;forged&#x202E;\">"
+        "<Value>0</Value></EnumEntry><Value>0</Value></Enumeration></D>"};
+    const camera_ptr camera = make_camera(options);
+    (void)get_path(*camera, "E\x1B[2K\xC2\x9B/SelectedEntry", 256);
+    (void)set_path(*camera, "E\x1B[2K\xC2\x9B/SelectedEntry", text_bytes("On\nforged\xE2\x80\xAE"));
+    EXPECT_THAT(camera->transcript(),
+                ElementsAre("Get device 4 E\\x1B[2K\\u009B/SelectedEntry -> \"On\\x0Aforged\\u202E\", ok",
+                            "Set device 4 E\\x1B[2K\\u009B/SelectedEntry <- \"On\\x0Aforged\\u202E\", ok"));
+}
+
 TEST_F(Transcript, ShowsRegisters) {
     (void)set_register(*camera_, 0x1234, {0xAB, 1});
     (void)get_register(*camera_, 0x123456789A, 3);

@@ -100,15 +100,16 @@ void print(std::ostream& out, const file_report& report) {
     std::set<const lint_rule*> broken;
     for (const finding& one : report.findings) {
         broken.insert(one.rule);
-        out << fmt::format("{}: {}: {}{} [{}]\n", place_text(report.file, one.at()),
-                           severity_word(one.rule->level), one.message,
-                           one.count > 1 ? fmt::format(" ({} times)", one.count) : "", one.rule->name);
+        write_line(out,
+                   fmt::format("{}: {}: {}{} [{}]", place_text(report.file, one.at()),
+                               severity_word(one.rule->level), one.message,
+                               one.count > 1 ? fmt::format(" ({} times)", one.count) : "", one.rule->name));
     }
     for (const lint_rule& rule : all_lint_rules()) {
         if (broken.count(&rule) == 0) continue;
         out << fmt::format("    {}: {} {}\n", rule.name, rule.why, rule.what_to_do);
     }
-    out << report.file << ": " << summary(report.counts) << '\n';
+    write_line(out, report.file + ": " + summary(report.counts));
 }
 
 void put_counts(nlohmann::ordered_json& json, const severity_counts& counts) {

@@ -1,6 +1,7 @@
 #include "apps/inspect/pages/dialog_font.h"
 #include "apps/inspect/pages/page_preview.h"
 #include "platform/text.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,25 +15,32 @@ using ZELPropUI::PageRect;
 
 constexpr int closed_combo_height = 21;
 
+// The last two of each plane, and a row in the midst of Arabic forms.
+bool is_noncharacter(char32_t code) {
+    return (code & 0xFFFE) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF);
+}
+
+// XML knows no control characters but white space, and a viewer that meets what is no character at all shows
+// nothing of the picture.
 std::string escaped(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
     std::string safe;
-    for (const char c : text) {
-        switch (c) {
-            case '<':
-                safe += "&lt;";
-                break;
-            case '>':
-                safe += "&gt;";
-                break;
-            case '&':
-                safe += "&amp;";
-                break;
-            case '"':
-                safe += "&quot;";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) >= 0x20) safe += c;
+    while (!text.empty()) {
+        const platform::utf8_character next = platform::first_character(text);
+        if (next.code == '<') {
+            safe += "&lt;";
+        } else if (next.code == '>') {
+            safe += "&gt;";
+        } else if (next.code == '&') {
+            safe += "&amp;";
+        } else if (next.code == '"') {
+            safe += "&quot;";
+        } else if (next.code == platform::no_character || is_noncharacter(next.code)) {
+            safe += replacement;
+        } else if (next.code >= 0x20) {
+            safe += text.substr(0, next.size);
         }
+        text.remove_prefix(next.size);
     }
     return safe;
 }

@@ -74,7 +74,7 @@ std::string row_text(std::vector<const drawn_control*> row) {
         cut_off = cut_off || is_cut_off(*control);
         separator = is_label ? " " : ", ";
     }
-    return text + (cut_off ? " -- beyond the edge of the page\n" : "\n");
+    return visible_text(text) + (cut_off ? " -- beyond the edge of the page\n" : "\n");
 }
 
 std::string joined_groups(ZELPropUI::PageName page) {

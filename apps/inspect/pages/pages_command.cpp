@@ -51,8 +51,8 @@ int pages(const pages_options& options, const channels& to) {
         write_json(to.out, json);
         return exit_code::fine;
     }
-    for (const std::string& file : files) to.out << "\npicture " << file;
     if (!files.empty()) to.out << '\n';
+    for (const std::string& file : files) write_line(to.out, "picture " + file);
     return exit_code::fine;
 }
 

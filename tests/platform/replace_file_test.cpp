@@ -1,0 +1,125 @@
+#include "platform/replace_file.h"
+
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using platform::replace_file;
+
+class ReplaceFile : public testing::Test {
+protected:
+    ReplaceFile()
+        : folder_(fs::temp_directory_path() /
+                  ("selvane_replace_test_" + std::to_string(std::random_device()()))) {
+        fs::create_directories(folder_);
+    }
+    ~ReplaceFile() override {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+
+    [[nodiscard]] fs::path PathOf(const char* name) const { return folder_ / fs::u8path(name); }
+    static std::string Contents(const fs::path& place) {
+        std::ifstream file(place, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+    [[nodiscard]] std::size_t FileCount() const {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+
+private:
+    fs::path folder_;
+};
+
+TEST_F(ReplaceFile, MakesAFile) {
+    const std::string contents("a\0b\r\n", 5);
+    const fs::path place = PathOf("\xC3\xA4.bin");
+    EXPECT_FALSE(replace_file(place, contents));
+    EXPECT_EQ(Contents(place), contents);
+    EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(ReplaceFile, TakesThePlaceOfAFile) {
+    const fs::path place = PathOf("file");
+    EXPECT_FALSE(replace_file(place, "a long text"));
+    EXPECT_FALSE(replace_file(place, "short"));
+    EXPECT_EQ(Contents(place), "short");
+    EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(ReplaceFile, LeavesEverythingAsItIsWhenItFails) {
+    const fs::path place = PathOf("folder");
+    fs::create_directories(place / "inside");
+    EXPECT_TRUE(replace_file(place, "text"));
+    EXPECT_TRUE(fs::is_directory(place / "inside"));
+    EXPECT_TRUE(replace_file(PathOf("nowhere") / "file", "text"));
+    EXPECT_EQ(FileCount(), 1U);
+
+    const fs::path file = PathOf("protected");
+    EXPECT_FALSE(replace_file(file, "kept"));
+    fs::permissions(file, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                    fs::perm_options::remove);
+    EXPECT_TRUE(replace_file(file, "text"));
+    EXPECT_EQ(Contents(file), "kept");
+    EXPECT_EQ(FileCount(), 2U);
+    fs::permissions(file, fs::perms::owner_write, fs::perm_options::add);
+}
+
+TEST_F(ReplaceFile, WritesNoFileThatIsThere) {
+    const fs::path place = PathOf("file");
+    EXPECT_FALSE(platform::write_new_file(place, "first"));
+    EXPECT_TRUE(platform::write_new_file(place, "second"));
+    EXPECT_EQ(Contents(place), "first");
+}
+
+#ifndef _WIN32
+
+TEST_F(ReplaceFile, TakesThePlaceOfALinkAndLeavesWhatItLedTo) {
+    const fs::path other = PathOf("other");
+    const fs::path link = PathOf("link");
+    ASSERT_FALSE(replace_file(other, "untouched"));
+    fs::create_symlink(other, link);
+    EXPECT_FALSE(replace_file(link, "text"));
+    EXPECT_EQ(Contents(other), "untouched");
+    EXPECT_FALSE(fs::is_symlink(link));
+    EXPECT_EQ(Contents(link), "text");
+}
+
+TEST_F(ReplaceFile, WritesNothingThroughALinkThatLeadsNowhere) {
+    const fs::path link = PathOf("link");
+    fs::create_symlink(PathOf("not there"), link);
+    EXPECT_TRUE(platform::write_new_file(link, "text"));
+    EXPECT_FALSE(replace_file(link, "text"));
+    EXPECT_FALSE(fs::exists(PathOf("not there")));
+    EXPECT_EQ(Contents(link), "text");
+}
+
+TEST_F(ReplaceFile, LeavesDevicesAlone) {
+    EXPECT_EQ(replace_file("/dev/null", "text"), std::errc::not_supported);
+    const fs::path link = PathOf("link");
+    fs::create_symlink("/dev/null", link);
+    EXPECT_EQ(replace_file(link, "text"), std::errc::not_supported);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(ReplaceFile, KeepsWhoMayReadAFile) {
+    const fs::path place = PathOf("file");
+    ASSERT_FALSE(replace_file(place, "mine"));
+    constexpr fs::perms mine = fs::perms::owner_read | fs::perms::owner_write;
+    fs::permissions(place, mine);
+    EXPECT_FALSE(replace_file(place, "mine still"));
+    EXPECT_EQ(fs::status(place).permissions(), mine);
+}
+
+#endif
+
+}  // namespace

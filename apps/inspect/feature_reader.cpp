@@ -127,17 +127,6 @@ std::optional<std::int64_t> number_behind(INode& enumeration) {
     return number.assume_value();
 }
 
-// Ends of a range that every number has say nothing.
-bool is_end_of_all(const feature_value& limit) {
-    if (const auto* integer = std::get_if<std::int64_t>(&limit)) {
-        return *integer == std::numeric_limits<std::int64_t>::min() ||
-               *integer == std::numeric_limits<std::int64_t>::max();
-    }
-    const auto* real = std::get_if<double>(&limit);
-    return real != nullptr && (*real == std::numeric_limits<double>::max() ||
-                               *real == static_cast<double>(std::numeric_limits<float>::max()));
-}
-
 std::string end_text(const std::optional<feature_value>& limit, number_style style) {
     if (!limit || is_end_of_all(*limit)) return {};
     return value_text(*limit, style);
@@ -152,6 +141,16 @@ void put(nlohmann::ordered_json& json, const char* key, const std::optional<feat
 }
 
 }  // namespace
+
+bool is_end_of_all(const feature_value& limit) {
+    if (const auto* integer = std::get_if<std::int64_t>(&limit)) {
+        return *integer == std::numeric_limits<std::int64_t>::min() ||
+               *integer == std::numeric_limits<std::int64_t>::max();
+    }
+    const auto* real = std::get_if<double>(&limit);
+    return real != nullptr && (*real == std::numeric_limits<double>::max() ||
+                               *real == static_cast<double>(std::numeric_limits<float>::max()));
+}
 
 template <class Ask>
 auto feature_reader::ask(INode& node, operation asked, Ask question)

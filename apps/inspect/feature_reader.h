@@ -67,6 +67,8 @@ private:
     evaluation_guard& guard_;
 };
 
+/// Whether a limit is an end of the range that every number of its kind has, and so says nothing.
+[[nodiscard]] bool is_end_of_all(const feature_value& limit);
 /// "[0..100 step 2]", without the ends that everything has; empty where nothing is left.
 [[nodiscard]] std::string range_text(const feature_state& state);
 /// "name = value unit", or only the name of what has no value; of a block no more than so many bytes.

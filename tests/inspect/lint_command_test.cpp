@@ -231,9 +231,10 @@ TEST(LintRules, KeepTheirNames) {
             "formula-text-ignored warning", "operator-order warning", "integer-division warning",
             "guarded-division warning", "no-node error", "unknown-element warning", "unread-element note",
             "cachable-not-read warning", "no-name warning", "duplicate-name error", "silent-link warning",
-            "float-without-min warning", "mark-guid warning", "mark-group warning", "mark-kind warning",
-            "mark-empty warning", "mark-twice warning", "mark-lost warning", "mark-range warning",
-            "mark-lock note", "mark-entries note"));
+            "float-without-min warning", "float-limit warning", "mark-guid warning", "mark-group warning",
+            "mark-kind warning", "mark-empty warning", "mark-twice warning", "mark-lost warning",
+            "mark-range warning", "mark-steps warning", "mark-unit warning", "mark-lock note",
+            "mark-entries note"));
 }
 
 std::string InATable(std::string_view text) {

@@ -176,6 +176,18 @@ TEST_F(LintElements, CategoryCircles) {
 <Integer Name="I"><Value>1</Value></Integer>)");
 }
 
+TEST_F(LintElements, LongCirclesOfCategoriesAreToldByTheirFirstNames) {
+    std::string chain;
+    for (int at = 0; at < 25; ++at)
+        chain += "<Category Name=\"C" + std::to_string(at) + "\"><pFeature>C" +
+                 std::to_string((at + 1) % 25) + "</pFeature></Category>\n";
+    const nlohmann::json findings = Lint("category-circle", chain);
+    ASSERT_EQ(findings.size(), 1U);
+    const std::string message = findings[0]["message"];
+    EXPECT_EQ(message.substr(0, 21), "a circle: C0 lists C1");
+    EXPECT_EQ(message.substr(message.find("C19")), "C19 lists (5 more) lists C0");
+}
+
 TEST_F(LintElements, SilentLinksOfConditionsAndVariables) {
     Finds(
         "silent-link", "warning",

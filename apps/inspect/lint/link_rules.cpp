@@ -72,11 +72,16 @@ void category_walk::look_at(pugi::xml_node entry) {
     }
 }
 
+// The names of a long circle, told anew for each entry that closes one, would be longer than any description.
 void category_walk::add_circle(element_index again, pugi::xml_node entry) {
+    constexpr std::ptrdiff_t most_names = 20;
+    const auto first = std::find_if(path_.begin(), path_.end(),
+                                    [&](const open_category& open) { return open.category == again; });
+    const std::ptrdiff_t length = path_.end() - first;
     std::string text;
-    auto one = std::find_if(path_.begin(), path_.end(),
-                            [&](const open_category& open) { return open.category == again; });
-    for (; one != path_.end(); ++one) text += fmt::format("{} lists ", tree_.at(one->category).name);
+    for (auto one = first; one != first + std::min(length, most_names); ++one)
+        text += fmt::format("{} lists ", tree_.at(one->category).name);
+    if (length > most_names) text += fmt::format("({} more) lists ", length - most_names);
     findings_.add(tree_.position_of(entry), "a circle: " + text + std::string(tree_.at(again).name));
 }
 

@@ -1,13 +1,16 @@
 #include "apps/inspect/lint/mark_rules.h"
 
-#include "adapter/item_discovery.h"
-#include "apps/inspect/feature_reader.h"
+#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/marked_items.h"
 #include "platform/text.h"
 #include "propui/page_groups.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
+#include <map>
 #include <unordered_set>
 #include <utility>
 
@@ -16,13 +19,9 @@
 namespace selvane_inspect {
 namespace {
 
-using GenICam::ICategory;
 using GenICam::INode;
 using GenICam::node_type;
 using genicam_adapter::item_candidate;
-
-constexpr const char* item_mark = "ZELItemGUID";
-constexpr const char* element_mark = "ZELElementGUID";
 
 constexpr node_type kinds_with_control[] = {node_type::boolean, node_type::integer, node_type::command,
                                             node_type::enumeration, node_type::floating};
@@ -32,66 +31,78 @@ bool has_control(INode& node) {
            std::end(kinds_with_control);
 }
 
-GUID mark_of(INode& node, const char* mark) { return genicam_adapter::read_extension_guid(&node, mark); }
-
-bool is_marked(INode& node, const char* mark) { return mark_of(node, mark) != platform::null_guid; }
-
-std::vector<item_candidate> find_items(lint_context& context) {
-    if (!context.is_loaded()) return {};
-    INode* root = context.subject().document()->find_node("Root");
-    if (root == nullptr || root->get_node_type() != node_type::category) return {};
-    return genicam_adapter::collect_items(root);
+// The pages that show a group, a bit for each.
+unsigned pages_of(const std::wstring& group) {
+    unsigned pages = 0;
+    for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
+        const std::vector<std::wstring> groups = ZELPropUI::GroupsOf(page);
+        if (std::find(groups.begin(), groups.end(), group) != groups.end())
+            pages |= 1U << static_cast<unsigned>(page);
+    }
+    return pages;
 }
 
-std::vector<INode*> features_of(const item_candidate& item) {
-    return static_cast<ICategory*>(item.category)->get_features();
+// An item as one category lists it. A description may repeat that as often as it likes; twice is enough to
+// tell.
+struct listed_item {
+    GUID id;
+    INode* category;
+    genicam_adapter::shared_name group;
+    unsigned pages;
+};
+
+std::vector<listed_item> find_listed_items(const lint_context& context) {
+    std::vector<listed_item> listed;
+    std::map<std::pair<INode*, const std::wstring*>, int> times;
+    for (const item_candidate& item : find_items(context.subject())) {
+        if (++times[{item.category, item.group_name.get()}] > 2) continue;
+        listed.push_back({item.item_id, item.category, item.group_name, pages_of(*item.group_name)});
+    }
+    return listed;
 }
 
-bool shows(ZELPropUI::PageName page, const std::wstring& group) {
-    const std::vector<std::wstring> groups = ZELPropUI::GroupsOf(page);
-    return std::find(groups.begin(), groups.end(), group) != groups.end();
-}
-
-bool is_shown(const std::wstring& group) {
-    return std::any_of(std::begin(ZELPropUI::all_pages), std::end(ZELPropUI::all_pages),
-                       [&](ZELPropUI::PageName page) { return shows(page, group); });
-}
-
-bool share_page(const item_candidate& left, const item_candidate& right) {
-    return std::any_of(std::begin(ZELPropUI::all_pages), std::end(ZELPropUI::all_pages),
-                       [&](ZELPropUI::PageName page) {
-                           return shows(page, left.group_name) && shows(page, right.group_name);
-                       });
-}
-
-// The mark itself, or the element where it cannot be found.
-text_position place_of(const lint_context& context, INode& node, const char* mark) {
-    const auto element = context.tree().find(node);
-    if (!element) return {};
-    const pugi::xml_node xml = context.tree().at(*element).xml;
-    const pugi::xml_node extension = xml.child("Extension").child(mark);
-    return context.tree().position_of(extension ? extension : xml);
-}
+// GUIDs in some order.
+struct guid_order {
+    bool operator()(const GUID& left, const GUID& right) const noexcept {
+        return std::memcmp(&left, &right, sizeof(GUID)) < 0;
+    }
+};
 
 template <class Visit>
 void for_each_node(lint_context& context, Visit visit) {
     if (context.is_loaded()) context.subject().document()->for_each_node([&](INode* node) { visit(*node); });
 }
 
-void check_double_elements(const lint_context& context, const item_candidate& item, finding_list& findings) {
-    std::vector<std::pair<GUID, INode*>> known;
-    for (INode* feature : features_of(item)) {
+void check_double_elements(const lint_context& context, GenICam::ICategory& item, finding_list& findings) {
+    std::map<GUID, INode*, guid_order> known;
+    for (INode* feature : item.get_features()) {
         const GUID mark = mark_of(*feature, element_mark);
         if (mark == platform::null_guid || !has_control(*feature)) continue;
-        const auto first =
-            std::find_if(known.begin(), known.end(), [&](const auto& one) { return one.first == mark; });
-        if (first != known.end()) {
-            findings.add(place_of(context, *feature, element_mark),
-                         fmt::format("{} bears the mark {} of {} in the item {}", feature->get_name(),
-                                     platform::narrow(platform::format_guid(mark)), first->second->get_name(),
-                                     item.category->get_name()));
+        const auto [first, is_new] = known.emplace(mark, feature);
+        if (is_new) continue;
+        findings.add(place_of_mark(context, *feature),
+                     fmt::format("{} bears the mark {} of {} in the item {}", feature->get_name(),
+                                 platform::narrow(platform::format_guid(mark)), first->second->get_name(),
+                                 item.get_name()));
+    }
+}
+
+void check_double_items(const lint_context& context, finding_list& findings) {
+    const std::vector<listed_item> items = find_listed_items(context);
+    std::map<GUID, std::array<const listed_item*, std::size(ZELPropUI::all_pages)>, guid_order> first_on_page;
+    for (const listed_item& item : items) {
+        auto& first = first_on_page[item.id];
+        const listed_item* before = nullptr;
+        for (std::size_t page = 0; page < first.size(); ++page) {
+            if ((item.pages >> page & 1U) == 0) continue;
+            if (first[page] == nullptr) first[page] = &item;
+            if (first[page] != &item && (before == nullptr || first[page] < before)) before = first[page];
         }
-        known.emplace_back(mark, feature);
+        if (before == nullptr) continue;
+        findings.add(
+            place_of_mark(context, *item.category, item_mark),
+            fmt::format("{} bears the mark {} of {}", item.category->get_name(),
+                        platform::narrow(platform::format_guid(item.id)), before->category->get_name()));
     }
 }
 
@@ -102,51 +113,42 @@ void check_mark_texts(lint_context& context, finding_list& findings) {
         for (const char* mark : {item_mark, element_mark}) {
             const std::string_view text = node.get_extension(mark);
             if (text.empty() || is_marked(node, mark)) continue;
-            findings.add(place_of(context, node, mark),
+            findings.add(place_of_mark(context, node, mark),
                          fmt::format("{} of {} is no GUID in braces: {}", mark, node.get_name(), text));
         }
     });
 }
 
 void check_mark_groups(lint_context& context, finding_list& findings) {
-    for (const item_candidate& item : find_items(context)) {
-        if (is_shown(item.group_name)) continue;
-        findings.add(place_of(context, *item.category, item_mark),
+    for (const listed_item& item : find_listed_items(context)) {
+        if (item.pages != 0) continue;
+        findings.add(place_of_mark(context, *item.category, item_mark),
                      fmt::format("the item {} is listed by {}, and no page shows that group",
-                                 item.category->get_name(), platform::narrow(item.group_name)));
+                                 item.category->get_name(), platform::narrow(*item.group)));
     }
 }
 
 void check_mark_kinds(lint_context& context, finding_list& findings) {
     for_each_node(context, [&](INode& node) {
         if (!is_marked(node, element_mark) || has_control(node)) return;
-        findings.add(place_of(context, node, element_mark),
+        findings.add(place_of_mark(context, node),
                      fmt::format("{} is marked as an element, but no page has a control for its kind",
                                  node.get_name()));
     });
 }
 
 void check_double_marks(lint_context& context, finding_list& findings) {
-    const std::vector<item_candidate> items = find_items(context);
-    for (std::size_t at = 0; at < items.size(); ++at) {
-        check_double_elements(context, items[at], findings);
-        for (std::size_t before = 0; before < at; ++before) {
-            if (items[before].item_id != items[at].item_id || !share_page(items[before], items[at])) continue;
-            findings.add(place_of(context, *items[at].category, item_mark),
-                         fmt::format("{} bears the mark {} of {}", items[at].category->get_name(),
-                                     platform::narrow(platform::format_guid(items[at].item_id)),
-                                     items[before].category->get_name()));
-            break;
-        }
-    }
+    for (GenICam::ICategory* item : categories_of(find_items(context.subject())))
+        check_double_elements(context, *item, findings);
+    check_double_items(context, findings);
 }
 
 void check_lost_marks(lint_context& context, finding_list& findings) {
     std::unordered_set<INode*> items;
     std::unordered_set<INode*> listed;
-    for (const item_candidate& item : find_items(context)) {
-        items.insert(item.category);
-        for (INode* feature : features_of(item)) listed.insert(feature);
+    for (GenICam::ICategory* item : categories_of(find_items(context.subject()))) {
+        items.insert(item);
+        for (INode* feature : item->get_features()) listed.insert(feature);
     }
     for_each_node(context, [&](INode& node) {
         const bool is_category = node.get_node_type() == node_type::category;
@@ -156,44 +158,26 @@ void check_lost_marks(lint_context& context, finding_list& findings) {
         if (lost_item) {
             const char* const what = is_category ? "no way leads from Root to the item {}"
                                                  : "{} is marked as an item, but is no category";
-            findings.add(place_of(context, node, item_mark),
+            findings.add(place_of_mark(context, node, item_mark),
                          fmt::format(fmt::runtime(what), node.get_name()));
         }
         if (lost_element) {
-            findings.add(place_of(context, node, element_mark),
+            findings.add(place_of_mark(context, node),
                          fmt::format("{} is marked as an element, but no item lists it", node.get_name()));
         }
     });
 }
 
 void check_empty_items(lint_context& context, finding_list& findings) {
-    for (const item_candidate& item : find_items(context)) {
-        const std::vector<INode*> features = features_of(item);
+    for (GenICam::ICategory* item : categories_of(find_items(context.subject()))) {
+        const std::vector<INode*> features = item->get_features();
         const bool shows_any = std::any_of(features.begin(), features.end(), [](INode* feature) {
             return is_marked(*feature, element_mark) && has_control(*feature);
         });
         if (shows_any) continue;
-        findings.add(
-            place_of(context, *item.category, item_mark),
-            fmt::format("the item {} lists no marked feature with a control", item.category->get_name()));
+        findings.add(place_of_mark(context, *item, item_mark),
+                     fmt::format("the item {} lists no marked feature with a control", item->get_name()));
     }
-}
-
-void check_wide_ranges(lint_context& context, finding_list& findings) {
-    feature_reader reader(context.guard());
-    for_each_node(context, [&](INode& node) {
-        if (!is_marked(node, element_mark) || node.get_node_type() != node_type::integer) return;
-        const auto fits = [](const std::optional<feature_value>& limit) {
-            const auto* number = limit ? std::get_if<std::int64_t>(&*limit) : nullptr;
-            return number == nullptr || static_cast<std::int32_t>(*number) == *number;
-        };
-        const auto minimum = reader.read_limit(node, operation::minimum);
-        const auto maximum = reader.read_limit(node, operation::maximum);
-        if (fits(minimum) && fits(maximum)) return;
-        findings.add(place_of(context, node, element_mark),
-                     fmt::format("{} is marked and goes from {} to {}, beyond 32 bits", node.get_name(),
-                                 minimum ? value_text(*minimum) : "?", maximum ? value_text(*maximum) : "?"));
-    });
 }
 
 void check_marks_without_lock(lint_context& context, finding_list& findings) {

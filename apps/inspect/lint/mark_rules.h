@@ -12,7 +12,6 @@ void check_mark_groups(lint_context& context, finding_list& findings);
 void check_mark_kinds(lint_context& context, finding_list& findings);
 void check_double_marks(lint_context& context, finding_list& findings);
 void check_empty_items(lint_context& context, finding_list& findings);
-void check_wide_ranges(lint_context& context, finding_list& findings);
 void check_marks_without_lock(lint_context& context, finding_list& findings);
 void check_entry_numbers(lint_context& context, finding_list& findings);
 void check_lost_marks(lint_context& context, finding_list& findings);

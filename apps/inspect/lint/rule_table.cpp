@@ -4,6 +4,7 @@
 #include "apps/inspect/lint/link_rules.h"
 #include "apps/inspect/lint/lint_rule.h"
 #include "apps/inspect/lint/mark_rules.h"
+#include "apps/inspect/lint/number_rules.h"
 
 #include <algorithm>
 #include <iterator>
@@ -81,6 +82,12 @@ constexpr lint_rule rules[] = {
      "The default minimum is the smallest positive number: negative values are refused, and sliders begin "
      "there.",
      "State a Min or pMin.", check_floats_without_min},
+    {"float-limit", severity::warning,
+     "The engine wants digits before a point, takes no comma for one, and keeps integers to 64 bits: the "
+     "limit "
+     "is lost or is another number.",
+     "Write 0.5 for .5 and 0,5, and a great number with a point or an exponent, as in 1e20.",
+     check_float_limits},
     {"mark-guid", severity::warning, "A mark that is no GUID in braces counts as none.",
      "Write it as {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}.", check_mark_texts},
     {"mark-group", severity::warning, "Pages show items of their own groups alone, by exact name.",
@@ -102,6 +109,16 @@ constexpr lint_rule rules[] = {
     {"mark-range", severity::warning,
      "Pages keep the low 32 bits of integers and of their limits: the slider has another range or none.",
      "State a Min and a Max that fit into 32 bits with a sign.", check_wide_ranges},
+    {"mark-steps", severity::warning,
+     "A spin button counts positions in 16 bits, and a slider has them in 32: beyond, an arrow writes a "
+     "value "
+     "far from the one before.",
+     "State a greater Inc, or a narrower Min and Max.", check_slider_steps},
+    {"mark-unit", severity::warning,
+     "An edit shows 19 characters of a number with three decimals and its unit; where both do not fit, the "
+     "unit "
+     "is left out.",
+     "State a shorter Unit, or one in which the limits are smaller numbers.", check_units_without_room},
     {"mark-lock", severity::note,
      "Pages take pIsLocked for \"may be changed now\": without the link, a control over registers is always "
      "grey.",

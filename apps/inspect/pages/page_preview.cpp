@@ -1,16 +1,15 @@
 #include "apps/inspect/pages/page_preview.h"
 
 #include "adapter/genicam_adapter_device.h"
-#include "adapter/item_discovery.h"
 #include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/inspect_error.h"
+#include "apps/inspect/marked_items.h"
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 
 namespace selvane_inspect {
 namespace {
 
-using GenICam::ICategory;
 using GenICam::IEnumeration;
 using GenICam::INode;
 using GenICam::node_type;
@@ -37,10 +36,8 @@ void check_feature(evaluation_guard& guard, INode& feature) {
 
 void check_marked_features(description& in) {
     evaluation_guard guard(in);
-    INode* root = in.document()->find_node("Root");
-    if (root == nullptr || root->get_node_type() != node_type::category) return;
-    for (const genicam_adapter::item_candidate& item : genicam_adapter::collect_items(root)) {
-        for (INode* feature : static_cast<ICategory*>(item.category)->get_features()) {
+    for (GenICam::ICategory* item : categories_of(find_items(in))) {
+        for (INode* feature : item->get_features()) {
             const GUID mark = genicam_adapter::read_extension_guid(feature, "ZELElementGUID");
             if (mark != platform::null_guid) check_feature(guard, *feature);
         }

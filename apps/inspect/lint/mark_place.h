@@ -1,0 +1,23 @@
+#pragma once
+
+#include "apps/inspect/lint/lint_context.h"
+
+#include <functional>
+
+namespace selvane_inspect {
+
+constexpr const char* item_mark = "ZELItemGUID";
+constexpr const char* element_mark = "ZELElementGUID";
+
+/// The id that a mark gives a node; zero for none.
+[[nodiscard]] GUID mark_of(GenICam::INode& node, const char* mark);
+[[nodiscard]] bool is_marked(GenICam::INode& node, const char* mark);
+
+/// Where the mark stands, or the element where it cannot be found.
+[[nodiscard]] text_position place_of_mark(const lint_context& context, GenICam::INode& node,
+                                          const char* mark = element_mark);
+
+/// Visits the nodes that are marked as elements.
+void for_each_marked_element(lint_context& context, const std::function<void(GenICam::INode&)>& visit);
+
+}  // namespace selvane_inspect

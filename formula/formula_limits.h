@@ -11,7 +11,7 @@ constexpr std::int64_t formula_integer_min = std::numeric_limits<std::int64_t>::
 constexpr std::int64_t formula_integer_max = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t formula_integer_inc = 1;
 
-/// The smallest positive normal number, not the lowest one. It is to stay so.
+/// The smallest positive normal number, not the lowest one, as in a `Float` that states no `Min`.
 constexpr double formula_float_min = std::numeric_limits<double>::min();
 constexpr double formula_float_max = std::numeric_limits<double>::max();
 

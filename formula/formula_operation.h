@@ -9,7 +9,7 @@
 
 namespace GenICam {
 
-/// What the text of a formula is cut into. The values are part of the language's description; do not change.
+/// What the text of a formula is cut into. The tables of operators are indexed by these numbers.
 enum class token_kind : std::uint8_t {
     complement = 0,
     plus = 2,

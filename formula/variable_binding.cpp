@@ -34,7 +34,7 @@ struct limit_specifier {
     const char* message;
 };
 
-// The maximum never had a message of its own.
+// The maximum shares the message of the minimum; people search for these texts as they are.
 constexpr const char* min_message =
     "create_resulting_entry, invalid node type for pVariable with \".Min\" specifier.\n";
 constexpr const char* inc_message =

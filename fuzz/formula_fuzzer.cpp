@@ -32,7 +32,7 @@ constexpr auto resolve = [](std::string_view name) -> resolved_name {
 constexpr auto find = [](identifier_id id) { return &values[id - first_id]; };
 constexpr auto answer = [](identifier_id id) { return std::optional<eval_value>(*find(id)); };
 
-// An integer division may end the process, as it must.
+// An integer division by zero ends the process, and there is nothing to learn from that.
 bool may_divide(const formula_program& program) {
     for (const formula_instruction& instruction : program.instructions) {
         if (instruction.code == op_code::op_binary && instruction.function->for_integers.can_fault)

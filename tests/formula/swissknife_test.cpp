@@ -35,7 +35,7 @@ TEST(SwissKnife, FixedAnswers) {
     TestDocument doc(node("SwissKnife", formula("5")));
     IFloat& knife = doc.Float("k");
     EXPECT_EQ(knife.get_node_type(), node_type::floating);
-    EXPECT_EQ(knife.get_min(0).value(), 2.2250738585072014e-308) << "positive, and it is to stay so";
+    EXPECT_EQ(knife.get_min(0).value(), 2.2250738585072014e-308) << "positive, as in a float without a Min";
     EXPECT_EQ(knife.get_max(0).value(), 1.7976931348623157e+308);
     EXPECT_EQ(knife.get_inc(0).error(), code(not_implemented));
     EXPECT_EQ(knife.get_default(0).error(), code(not_implemented));

@@ -10,8 +10,8 @@
 
 namespace register_test {
 
-// A naive model of registers in front of a device, written after the rules alone and without any of the
-// engine's code: bytes in vectors, caches in optionals, dependents searched anew at each change.
+// A naive model of registers in front of a device, which shares nothing with the engine but the words of
+// descriptions: bytes in vectors, caches in optionals, dependents searched anew at each change.
 
 enum class model_kind { integer, floating, masked, entry, text, block };
 

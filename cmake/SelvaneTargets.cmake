@@ -6,10 +6,11 @@
 #       of tests are
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
-#   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [OWN_DESKTOP])
+#   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [OWN_DESKTOP] [OPTIMISED])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
 #       Its sources are compiled together, several at a time and without the optimiser. APART: sources whose names
-#       outside of functions others have too, compiled alone.
+#       outside of functions others have too, compiled alone. OPTIMISED: it computes much itself, and waiting for the
+#       optimiser is the shorter wait.
 #       Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one that takes long has a prefix
 #       of its own and runs beside them.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
@@ -47,7 +48,8 @@ target_compile_features(selvane_options INTERFACE cxx_std_17)
 target_include_directories(selvane_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(selvane_options INTERFACE
   -Wall -Wextra -pedantic -Wundef
-  $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow> # neighbours may hide each other's names
+  # Joined sources may hide each other's names, and g++ takes each of them for a header.
+  $<IF:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,-Wno-subobject-linkage,-Wshadow>
   -Wcast-align -Wcast-qual -Wold-style-cast
   -Wdouble-promotion -Wconversion -Wsign-conversion
   $<$<BOOL:${SELVANE_WERROR}>:-Werror>
@@ -109,18 +111,17 @@ if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/
   add_custom_target(test_locales ALL DEPENDS ${test_locale_files})
 endif()
 
-# A test is run a few times for each time that it is compiled.
-set(test_optimisation -O0)
-
 function(selvane_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP" "" "SOURCES;LINK;APART")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP;OPTIMISED" "" "SOURCES;LINK;APART")
   if(NOT BUILD_TESTING)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
   selvane_join(${target})
   set_source_files_properties(${ARG_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-  target_compile_options(${target} PRIVATE ${test_optimisation})
+  if(NOT ARG_OPTIMISED)
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
   target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
   set_property(GLOBAL APPEND PROPERTY SELVANE_TESTS ${target})
   add_test(NAME ${target} COMMAND ${target})

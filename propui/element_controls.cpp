@@ -85,7 +85,7 @@ bool PageLayout::PlaceAbsoluteValue(const ItemRecord& record, CZELItemDataBase& 
 
     int widest = 0;
     for (const double value : {range.min, range.max, (range.max + range.min) * 0.5}) {
-        widest = std::max(widest, canvas_->TextWidth(FormatValue(value, 2, unit.View())));
+        widest = std::max(widest, canvas_->TextWidth(FormatLimit(value, unit.View())));
     }
     PlaceSlider(*controller, widest + canvas_->ScaleX(measure::text_margin), x, y, label);
     return true;

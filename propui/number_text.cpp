@@ -5,22 +5,39 @@
 #include <fmt/format.h>
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 
 namespace ZELPropUI {
 namespace {
 
 constexpr std::size_t value_characters = 20 - 1;  // behind them the terminator
-constexpr std::size_t integer_characters = 10 - 1;
+constexpr int limit_decimals = 2;
 constexpr std::wstring_view white_space = L" \t\n\v\f\r";
+constexpr std::wstring_view line_breaks = L"\n\v\f\r";
 
 // Numbers are formatted narrow, so that widening is a change of type: they are plain ASCII.
-std::wstring WithUnit(std::string_view number, std::wstring_view unit) {
-    std::wstring text(number.begin(), number.end());
+std::wstring Widen(std::string_view number) { return {number.begin(), number.end()}; }
+
+std::wstring Join(std::wstring_view number, std::wstring_view unit) {
+    std::wstring text(number);
     text += L' ';
     text += unit;
-    if (text.size() > value_characters) text.resize(value_characters);
     return text;
+}
+
+// Whether both texts stand for the same value, or for none. An edit keeps no more than the first line.
+bool ReadsAs(std::wstring_view text, std::wstring_view number, std::wstring_view unit) {
+    double read = 0;
+    double meant = 0;
+    const bool is_read = ParseValue(text.substr(0, text.find_first_of(line_breaks)), unit, read);
+    const bool is_meant = ParseValue(number, {}, meant);
+    return is_read == is_meant && (read == meant || std::isnan(meant));
+}
+
+std::wstring WithUnit(const std::wstring& number, std::wstring_view unit) {
+    std::wstring text = Join(number, unit);
+    return text.size() <= value_characters && ReadsAs(text, number, unit) ? text : number;
 }
 
 bool ParseFraction(std::wstring_view left, std::wstring_view right, double& value) {
@@ -34,19 +51,22 @@ bool ParseFraction(std::wstring_view left, std::wstring_view right, double& valu
 }  // namespace
 
 std::wstring FormatValue(double value, int decimals, std::wstring_view unit) {
-    return WithUnit(fmt::format("{:.{}f}", value, decimals), unit);
+    return WithUnit(Widen(fmt::format("{:.{}f}", value, decimals)), unit);
 }
 
 std::wstring FormatFraction(std::int32_t denominator, std::wstring_view unit) {
-    return WithUnit(fmt::format("1/{}", denominator), unit);
+    return WithUnit(Widen(fmt::format("1/{}", denominator)), unit);
 }
 
-bool FormatInteger(std::int32_t value, std::wstring& text) {
-    const fmt::format_int digits(value);
-    if (digits.size() > integer_characters) return false;
-    text.assign(digits.data(), digits.data() + digits.size());
-    return true;
+bool HasRoomForUnit(double value, std::wstring_view unit) {
+    return fmt::formatted_size("{:.{}f} ", value, shown_decimals) + unit.size() <= value_characters;
 }
+
+std::wstring FormatLimit(double limit, std::wstring_view unit) {
+    return Join(Widen(fmt::format("{:.{}f}", limit, limit_decimals)), unit).substr(0, value_characters);
+}
+
+std::wstring FormatInteger(std::int32_t value) { return Widen(fmt::format_int(value).str()); }
 
 std::wstring_view TrimSpace(std::wstring_view text) noexcept {
     const std::size_t first = text.find_first_not_of(white_space);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace ZELPropUI {
 namespace {
@@ -34,9 +35,12 @@ std::int32_t Steps(std::int32_t from, std::int32_t to, std::int32_t step) {
     return Wrap(std::int64_t{Wrap(std::int64_t{to} - from)} / step);
 }
 
-constexpr double last_position = 100.0;
+constexpr std::int32_t first_position = 0;
+constexpr std::int32_t last_position = 100;
 constexpr double half_steps = 200.0;
 constexpr double longest_fraction = 0.25;
+// What `TruncateToInt32` makes of a number that does not fit: no denominator, like 0.
+constexpr std::int32_t no_integer = std::numeric_limits<std::int32_t>::min();
 
 // Exposure times in seconds that a position near them stands for, ascending.
 constexpr double snap_times[] = {0.0001,     0.00025,    0.0005, 0.001, 0.002, 0.004, 1.0 / 120.0, 1.0 / 60.0,
@@ -100,7 +104,9 @@ bool CRangeSliderController::SetText(std::wstring_view text) {
 bool CRangeSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         std::int32_t value = 0;
-        return SUCCEEDED(item_->GetValue(key_, value)) && FormatInteger(value, text);
+        if (FAILED(item_->GetValue(key_, value))) return false;
+        text = FormatInteger(value);
+        return true;
     });
 }
 
@@ -130,17 +136,24 @@ double CAbsValSliderController::FromScale(double scaled) const {
 }
 
 bool CAbsValSliderController::GetPositionRange(std::int32_t& low, std::int32_t& high) {
-    low = 0;
-    high = static_cast<std::int32_t>(last_position);
+    low = first_position;
+    high = last_position;
     return true;
+}
+
+// The ends are the limits themselves: on the way to a logarithm and back they would lose their last bits.
+double CAbsValSliderController::ValueAt(std::int32_t position, const AbsRangeInfo& range) const {
+    if (position == first_position) return range.min;
+    if (position == last_position) return range.max;
+    const double step = (ToScale(range.max) - ToScale(range.min)) / last_position;
+    return FromScale(ToScale(range.min) + step * static_cast<double>(position));
 }
 
 bool CAbsValSliderController::SetPosition(std::int32_t position) {
     return Succeeds([&] {
         AbsRangeInfo range;
         if (!EnsureInfo(range)) return false;
-        const double step = (ToScale(range.max) - ToScale(range.min)) / last_position;
-        double value = FromScale(ToScale(range.min) + step * static_cast<double>(position));
+        double value = ValueAt(position, range);
         // The order of the arguments decides what a NaN ends as, and the order of the calls what crossed
         // limits give.
         value = std::max(range.min, std::min(range.max, value));
@@ -175,7 +188,7 @@ bool CAbsValSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         double value = 0;
         if (FAILED(item_->GetAbsValue(key_, value))) return false;
-        text = FormatValue(value, 3, unit_);
+        text = FormatValue(value, shown_decimals, unit_);
         return true;
     });
 }
@@ -186,8 +199,9 @@ bool CAbsValExposureSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         double value = 0;
         if (FAILED(Item().GetAbsValue(Key(), value))) return false;
-        text = value <= longest_fraction ? FormatFraction(TruncateToInt32(1.0 / value + 0.5), Unit())
-                                         : FormatValue(value, 3, Unit());
+        const std::int32_t denominator = TruncateToInt32(1.0 / value + 0.5);
+        const bool is_fraction = value <= longest_fraction && denominator != 0 && denominator != no_integer;
+        text = is_fraction ? FormatFraction(denominator, Unit()) : FormatValue(value, shown_decimals, Unit());
         return true;
     });
 }

@@ -89,6 +89,8 @@ protected:
     [[nodiscard]] InterfaceKey Key() const noexcept { return key_; }
 
 private:
+    [[nodiscard]] double ValueAt(std::int32_t position, const ZELAdapterHelper::AbsRangeInfo& range) const;
+
     platform::com_ptr<CZELItemDataBase> item_;
     InterfaceKey key_;
     std::int32_t scale_ = ZELAdapterHelper::scale_linear;

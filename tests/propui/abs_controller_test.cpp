@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 namespace ZELPropUI {
 namespace {
@@ -66,10 +67,30 @@ TEST_F(AbsController, LetsTheMinimumWinOverACrossedMaximum) {
 
 TEST_F(AbsController, DividesALogarithmicScaleEvenly) {
     SetLimits(0.0001, 4, 1);
-    EXPECT_NEAR(ValueAt(0), 0.0001, 1e-18);
-    EXPECT_NEAR(ValueAt(50), 0.02, 1e-15);
+    EXPECT_EQ(ValueAt(0), 0.0001);
     EXPECT_EQ(ValueAt(100), 4);
-    EXPECT_EQ(ValueAt(25), std::exp(std::log(0.0001) + (std::log(4.0) - std::log(0.0001)) / 100.0 * 25.0));
+    const double step = (std::log(4.0) - std::log(0.0001)) / 100.0;
+    EXPECT_EQ(ValueAt(25), std::exp(std::log(0.0001) + step * 25.0));
+    EXPECT_EQ(ValueAt(50), std::exp(std::log(0.0001) + step * 50.0));
+}
+
+// Logarithms and hundredths of a range do not come back to the bit that they came from.
+TEST_F(AbsController, WritesTheLimitsAtTheEndsToTheLastBit) {
+    std::mt19937 random(6);
+    std::uniform_int_distribution<int> microseconds(1, 40'000'000);
+    for (int round = 0; round < 2000; ++round) {
+        const double min = microseconds(random) / 1e6;
+        const double max = min + microseconds(random) / 1e6;
+        for (const std::int32_t scale : {0, 1}) {
+            const auto item =
+                platform::com_ptr<CZELItemDataBase>::attach(new test_support::FakeItem(script_));
+            controller_ = platform::com_ptr<CAbsValSliderController>::attach(
+                new CAbsValSliderController(item.get(), key));
+            SetLimits(min, max, scale);
+            ASSERT_EQ(ValueAt(0), min) << max << " on scale " << scale;
+            ASSERT_EQ(ValueAt(100), max) << min << " on scale " << scale;
+        }
+    }
 }
 
 TEST_F(AbsController, IsLinearForEveryOtherScale) {
@@ -114,7 +135,8 @@ TEST_F(AbsController, TruncatesWhatDoesNotFitToTheSmallest) {
 
 TEST_F(AbsController, GivesTheMaximumWhereALogarithmHasNoStart) {
     SetLimits(0, 4, 1);
-    EXPECT_EQ(ValueAt(0), 4);
+    EXPECT_EQ(ValueAt(0), 0);
+    EXPECT_EQ(ValueAt(1), 4);
     EXPECT_EQ(ValueAt(50), 4);
     EXPECT_EQ(PositionOf(2), smallest);
 }
@@ -194,6 +216,30 @@ TEST_F(AbsController, WritesWhatIsTypedAsItStands) {
         EXPECT_TRUE(controller_->SetText(text)) << text;
     }
     EXPECT_EQ(script_.abs_values, (std::vector<double>{0.5, 12, -3, 0.001}));
+}
+
+// Whatever the value and its unit are: the text reads as a number not further away than it was rounded.
+TEST_F(AbsController, TakesItsOwnTextBackWithTheRoundingAlone) {
+    constexpr double values[] = {
+        0,      1.5,    -0.0004, 1234567,  -1234567.125, 999999999.9995, 123456789012345.0,
+        1.5e20, -1e300, 0.29,    -1.5e-300};
+    for (const wchar_t* unit : {L"", L"dB", L"counts/", L"counts/s", L"1/s", L"micrometers a second",
+                                L"counts/s ", L" 1/s", L"counts/\ns", L"%", L"/"}) {
+        for (const double value : values) {
+            At().unit = unit;
+            SetLimits(-1e301, 1e301);
+            const auto item =
+                platform::com_ptr<CZELItemDataBase>::attach(new test_support::FakeItem(script_));
+            controller_ = platform::com_ptr<CAbsValSliderController>::attach(
+                new CAbsValSliderController(item.get(), key));
+            (void)PositionOf(value);
+            std::wstring text;
+            ASSERT_TRUE(controller_->GetText(text));
+            // An edit holds one line.
+            ASSERT_TRUE(controller_->SetText(text.substr(0, text.find(L'\n')))) << text;
+            EXPECT_LE(std::fabs(script_.abs_values.back() - value), 0.0005) << text;
+        }
+    }
 }
 
 TEST_F(AbsController, WritesNothingForATextThatIsNoValue) {

@@ -49,9 +49,10 @@ TEST_F(ExposureController, ShowsLongTimesInSeconds) {
 
 TEST_F(ExposureController, ShowsWhatIsNoTimeWithoutHarm) {
     SetLimits(0, 4);
-    EXPECT_EQ(TextOf(0), L"1/-2147483648 sec");
-    EXPECT_EQ(TextOf(1e-12), L"1/-2147483648 sec");
-    EXPECT_EQ(TextOf(-2), L"1/0 sec");
+    EXPECT_EQ(TextOf(0), L"0.000 sec");
+    EXPECT_EQ(TextOf(1e-12), L"0.000 sec");
+    EXPECT_EQ(TextOf(5e-10), L"1/2000000000 sec");
+    EXPECT_EQ(TextOf(-2), L"-2.000 sec") << "1/0 would be no value";
     EXPECT_EQ(TextOf(-0.25), L"1/-3 sec");  // -3.5
     EXPECT_EQ(TextOf(std::numeric_limits<double>::quiet_NaN()), L"nan sec");
 }
@@ -102,7 +103,24 @@ TEST_F(ExposureController, WritesTheEndsOfTheScaleExactly) {
     SetLimits(0.0001, 4, 1);
     EXPECT_EQ(ValueAt(0), 0.0001);
     EXPECT_EQ(ValueAt(100), 4.0);
-    EXPECT_NEAR(ValueAt(50), 0.02, 1e-15);
+    const double step = (std::log(4.0) - std::log(0.0001)) / 100.0;
+    EXPECT_EQ(ValueAt(50), std::exp(std::log(0.0001) + step * 50.0));
+}
+
+TEST_F(ExposureController, WritesEndsFarFromTheTableToTheLastBit) {
+    SetLimits(1e-6, 30, 1);
+    EXPECT_EQ(ValueAt(0), 1e-6);
+    EXPECT_EQ(ValueAt(100), 30.0);
+    EXPECT_EQ(static_cast<std::int32_t>(ValueAt(100) * 1e6), 30'000'000);
+}
+
+TEST_F(ExposureController, TakesItsOwnTextBack) {
+    SetLimits(0, 4);
+    for (const double time : {0.0, 1e-12, 0.0001, 0.25, 0.251, 4.0, 1e20, -2.0}) {
+        const std::wstring text = TextOf(time);
+        EXPECT_TRUE(controller_->SetText(text)) << text;
+        EXPECT_EQ(TextOf(script_.abs_values.back()), text);
+    }
 }
 
 TEST_F(ExposureController, SnapsAfterTheLimits) {

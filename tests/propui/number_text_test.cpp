@@ -29,12 +29,26 @@ TEST(FormatValue, RoundsTheExactValue) {
     EXPECT_EQ(FormatValue(-0.0001, 3, L""), L"-0.000 ");
 }
 
-TEST(FormatValue, CutsWhatHasNoRoom) {
+TEST(FormatValue, LeavesAUnitWithoutRoomOut) {
     EXPECT_EQ(FormatValue(1.5, 3, L"micrometers a"), L"1.500 micrometers a");
-    EXPECT_EQ(FormatValue(1.5, 3, L"micrometers a second"), L"1.500 micrometers a");
+    EXPECT_EQ(FormatValue(1.5, 3, L"micrometers a s"), L"1.500");
+    EXPECT_EQ(FormatValue(1234567, 3, L"counts/"), L"1234567.000 counts/");
+    EXPECT_EQ(FormatValue(1234567, 3, L"counts/s"), L"1234567.000");
     EXPECT_EQ(FormatValue(123456789012345.0, 3, L"Hz"), L"123456789012345.000");
-    EXPECT_EQ(FormatValue(1e300, 3, L"Hz").size(), 19U);
-    EXPECT_EQ(FormatValue(-std::numeric_limits<double>::max(), 2, L"Hz"), L"-179769313486231570");
+    EXPECT_EQ(FormatValue(12345678901234.0, 3, L""), L"12345678901234.000 ");
+    EXPECT_EQ(FormatValue(123456789012345.0, 3, L""), L"123456789012345.000");
+}
+
+TEST(FormatValue, CutsNoDigits) {
+    EXPECT_EQ(FormatValue(1.5e20, 3, L"Hz"), L"150000000000000000000.000");
+    EXPECT_EQ(FormatValue(-1e300, 3, L"Hz").size(), 306U);
+}
+
+TEST(FormatValue, LeavesAUnitOutThatWouldHideTheNumber) {
+    EXPECT_EQ(FormatValue(5, 3, L"counts/s"), L"5.000 counts/s");
+    EXPECT_EQ(FormatValue(5, 3, L"counts/s "), L"5.000") << "its end would be trimmed, and the slash left";
+    EXPECT_EQ(FormatValue(5, 3, L"counts/\ns"), L"5.000") << "an edit holds one line";
+    EXPECT_EQ(FormatValue(5, 3, L"dB "), L"5.000 dB ");
 }
 
 TEST(FormatValue, NamesWhatIsNoNumber) {
@@ -46,25 +60,31 @@ TEST(FormatValue, NamesWhatIsNoNumber) {
 TEST(FormatFraction, PrintsTheDenominator) {
     EXPECT_EQ(FormatFraction(100, L"sec"), L"1/100 sec");
     EXPECT_EQ(FormatFraction(limits::min(), L"sec"), L"1/-2147483648 sec");
-    EXPECT_EQ(FormatFraction(limits::max(), L"seconds"), L"1/2147483647 second");
+    EXPECT_EQ(FormatFraction(limits::max(), L"seconds"), L"1/2147483647");
 }
 
-TEST(FormatInteger, PrintsUpToNineCharacters) {
-    std::wstring text;
-    EXPECT_TRUE(FormatInteger(0, text));
-    EXPECT_EQ(text, L"0");
-    EXPECT_TRUE(FormatInteger(999999999, text));
-    EXPECT_EQ(text, L"999999999");
-    EXPECT_TRUE(FormatInteger(-99999999, text));
-    EXPECT_EQ(text, L"-99999999");
+TEST(HasRoomForUnit, CountsTheCharactersOfAnEdit) {
+    EXPECT_TRUE(HasRoomForUnit(1.5, L"micrometers a"));
+    EXPECT_FALSE(HasRoomForUnit(1.5, L"micrometers a s"));
+    EXPECT_FALSE(HasRoomForUnit(-1.5, L"micrometers a")) << "the sign takes room too";
+    EXPECT_TRUE(HasRoomForUnit(12345678901234.0, L""));
+    EXPECT_FALSE(HasRoomForUnit(1e300, L""));
+    EXPECT_TRUE(HasRoomForUnit(infinity, L"sec"));
 }
 
-TEST(FormatInteger, RefusesMoreAndLeavesTheText) {
-    std::wstring text = L"before";
-    for (const std::int32_t number : {1000000000, -100000000, limits::max(), limits::min()}) {
-        EXPECT_FALSE(FormatInteger(number, text)) << number;
-        EXPECT_EQ(text, L"before");
-    }
+TEST(FormatLimit, PrintsTwoDecimalsCutToTheRoomOfAnEdit) {
+    EXPECT_EQ(FormatLimit(0.5, L"sec"), L"0.50 sec");
+    EXPECT_EQ(FormatLimit(1, L""), L"1.00 ");
+    EXPECT_EQ(FormatLimit(1.5, L"micrometers a second"), L"1.50 micrometers a ");
+    EXPECT_EQ(FormatLimit(-std::numeric_limits<double>::max(), L"Hz"), L"-179769313486231570");
+}
+
+TEST(FormatInteger, PrintsEveryNumberWhole) {
+    EXPECT_EQ(FormatInteger(0), L"0");
+    EXPECT_EQ(FormatInteger(-42), L"-42");
+    EXPECT_EQ(FormatInteger(1000000000), L"1000000000");
+    EXPECT_EQ(FormatInteger(limits::max()), L"2147483647");
+    EXPECT_EQ(FormatInteger(limits::min()), L"-2147483648");
 }
 
 TEST(TrimSpace, TakesAllWhiteSpaceAtBothEnds) {
@@ -200,9 +220,8 @@ TEST(NumberText, DoesNotFollowTheLocale) {
 
     EXPECT_EQ(FormatValue(1234.5, 3, L"sec"), L"1234.500 sec");
     EXPECT_EQ(FormatFraction(10000, L"sec"), L"1/10000 sec");
-    std::wstring text;
-    EXPECT_TRUE(FormatInteger(1234567, text));
-    EXPECT_EQ(text, L"1234567");
+    EXPECT_EQ(FormatLimit(1234.5, L"sec"), L"1234.50 sec");
+    EXPECT_EQ(FormatInteger(1234567), L"1234567");
     ExpectFloatRows();
 }
 

@@ -149,11 +149,15 @@ TEST_F(RangeController, ShowsTheValueAsText) {
     EXPECT_EQ(script_.TakeLog(), Log{"GetValue 7"});
 }
 
-TEST_F(RangeController, ShowsNoPartOfALongNumber) {
-    At().value = 1234567890;
-    std::wstring text = L"before";
-    EXPECT_FALSE(controller_->GetText(text));
-    EXPECT_EQ(text, L"before");
+TEST_F(RangeController, ShowsEveryNumberWholeAndTakesItBack) {
+    for (const std::int32_t number : {999999999, 1000000000, -100000000, limits::max(), limits::min()}) {
+        At().value = number;
+        std::wstring text;
+        EXPECT_TRUE(controller_->GetText(text));
+        EXPECT_EQ(text, std::to_wstring(number));
+        EXPECT_TRUE(controller_->SetText(text));
+        EXPECT_EQ(script_.values.back(), number);
+    }
 }
 
 TEST_F(RangeController, WritesWhatIsTypedAsItStands) {

@@ -42,7 +42,7 @@ protected:
 };
 
 TEST_F(BothRoads, ShowTheSame) {
-    ASSERT_EQ(by_name_.size(), 41U);
+    ASSERT_EQ(by_name_.size(), 37U);
     ASSERT_EQ(by_register_.size(), by_name_.size());
     EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
     const auto lines = view_of(by_name_);

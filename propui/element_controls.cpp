@@ -56,6 +56,7 @@ bool PageLayout::CreateElementControls(const ItemRecord& record, const ElementRe
                                        CZELItemDataBase& item, int& x, int y, std::wstring_view label) {
     const InterfaceEntry* chosen = RichestInterface(element, item);
     if (chosen == nullptr) return false;
+    canvas_->BeginElement(record.name, element.name);
     switch (chosen->type) {
         case InterfaceType::AbsoluteValue:
             return PlaceAbsoluteValue(record, item, chosen->key, x, y, label);

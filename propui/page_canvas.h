@@ -29,6 +29,11 @@ public:
     [[nodiscard]] virtual int ScaleX(int measure) = 0;
     [[nodiscard]] virtual int ScaleY(int measure) = 0;
 
+    /// What the controls of the following calls stand for, for whoever cannot see the labels beside them.
+    virtual void BeginElement(std::wstring_view item, std::wstring_view element) {
+        static_cast<void>(item);
+        static_cast<void>(element);
+    }
     virtual void AddLabel(const PageRect& place, std::wstring_view text) = 0;
     virtual void AddSlider(const PageRect& place, ISliderController& controller) = 0;
     virtual void AddEdit(const PageRect& place, ISliderController& controller) = 0;

@@ -38,8 +38,9 @@ void CZELSpinButton::UpdateValue() {
     Redraw();
 }
 
-bool CZELSpinButton::OnMessage(UINT message, WPARAM wparam, LPARAM, LRESULT&) {
-    if (message != WM_VSCROLL && message != Framework::ocm_base + WM_VSCROLL) return false;
+bool CZELSpinButton::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) {
+    if (message != WM_VSCROLL && message != Framework::ocm_base + WM_VSCROLL)
+        return CControllerControl::OnMessage(message, wparam, lparam, result);
     if (LOWORD(wparam) == SB_ENDSCROLL) return true;
     Controller().SetPosition(static_cast<std::int16_t>(LOWORD(Send(UDM_GETPOS))));
     PostUpdateControls();

@@ -9,7 +9,7 @@
 #include "propui/windows/spin_button.h"
 #include "propui/windows/switch.h"
 
-#include <string>
+#include <utility>
 
 namespace ZELPropUI {
 namespace {
@@ -17,7 +17,13 @@ namespace {
 constexpr DWORD label_style = 0x50000200;
 static_assert(label_style == (WS_CHILD | WS_VISIBLE | SS_CENTERIMAGE));
 
+// Above the ids that a dialog takes for its own buttons.
+constexpr LONG_PTR first_id = 1000;
+
 }  // namespace
+
+WindowCanvas::WindowCanvas(HWND page, ControlList& controls, std::shared_ptr<const void> source)
+    : page_(page), controls_(controls), source_(std::move(source)), next_id_(first_id) {}
 
 int WindowCanvas::TextWidth(std::wstring_view text) {
     const Framework::DeviceContext context(page_);
@@ -35,22 +41,32 @@ void WindowCanvas::AddLabel(const PageRect& place, std::wstring_view text) {
     const HWND label =
         CreateWindowExW(0, L"STATIC", std::wstring(text).c_str(), label_style, place.left, place.top,
                         place.width, place.height, page_, nullptr, Framework::ModuleHandle(), nullptr);
+    GiveId(label);
     SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(PageFont()), TRUE);
 }
 
+void WindowCanvas::BeginElement(std::wstring_view item, std::wstring_view element) {
+    element_name_ = item;
+    element_name_ += L' ';
+    element_name_ += element;
+}
+
+void WindowCanvas::GiveId(HWND window) { SetWindowLongPtrW(window, GWLP_ID, next_id_++); }
+
 template <class Control, class... Arguments>
-HWND WindowCanvas::Add(const PageRect& place, HWND extra, Arguments&&... arguments) {
-    if (IsGone()) return nullptr;
+std::shared_ptr<Control> WindowCanvas::Add(const PageRect& place, HWND extra, Arguments&&... arguments) {
     const RECT edges{place.left, place.top, place.left + place.width, place.top + place.height};
     const std::shared_ptr<Control> control(new Control(std::forward<Arguments>(arguments)...),
                                            [source = source_](Control* end) {
                                                end->Close();
                                                delete end;
                                            });
+    if (IsGone()) return control;
     control->Create(page_, edges, extra);
+    GiveId(control->Handle());
     control->Init();
     if (!IsGone()) controls_.push_back(control);
-    return control->Handle();
+    return control;
 }
 
 void WindowCanvas::AddSlider(const PageRect& place, ISliderController& controller) {
@@ -58,11 +74,13 @@ void WindowCanvas::AddSlider(const PageRect& place, ISliderController& controlle
 }
 
 void WindowCanvas::AddEdit(const PageRect& place, ISliderController& controller) {
-    edit_ = Add<CZELEdit>(place, nullptr, &controller);
+    const auto edit = Add<CZELEdit>(place, nullptr, &controller);
+    edit->SetName(element_name_);
+    edit_ = edit->Handle();
 }
 
 void WindowCanvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
-    Add<CZELSpinButton>(place, edit_, &controller);
+    Add<CZELSpinButton>(place, edit_, &controller)->SetName(element_name_);
 }
 
 void WindowCanvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {

@@ -6,7 +6,7 @@
 #include <windows.h>
 
 #include <memory>
-#include <utility>
+#include <string>
 #include <vector>
 
 namespace ZELPropUI {
@@ -19,13 +19,13 @@ class WindowCanvas final : public IPageCanvas {
 public:
     /// The list belongs to the page. Each control keeps `source`, whatever its item needs to live, for as
     /// long as it lives itself: a page may turn to another camera in the midst of a control's work.
-    WindowCanvas(HWND page, ControlList& controls, std::shared_ptr<const void> source)
-        : page_(page), controls_(controls), source_(std::move(source)) {}
+    WindowCanvas(HWND page, ControlList& controls, std::shared_ptr<const void> source);
 
     [[nodiscard]] bool IsGone() const override { return IsWindow(page_) == 0; }
     [[nodiscard]] int TextWidth(std::wstring_view text) override;
     [[nodiscard]] int ScaleX(int measure) override;
     [[nodiscard]] int ScaleY(int measure) override;
+    void BeginElement(std::wstring_view item, std::wstring_view element) override;
     void AddLabel(const PageRect& place, std::wstring_view text) override;
     void AddSlider(const PageRect& place, ISliderController& controller) override;
     void AddEdit(const PageRect& place, ISliderController& controller) override;
@@ -39,14 +39,18 @@ public:
 private:
     [[nodiscard]] HFONT PageFont() const;
     [[nodiscard]] int DotsPerInch(int direction) const;
-    /// Gives the window of the new control; null on a page that is gone.
+    /// Every window of a page has an id of its own, counted in the order of creation.
+    void GiveId(HWND window);
+    /// Without a window on a page that is gone.
     template <class Control, class... Arguments>
-    HWND Add(const PageRect& place, HWND extra, Arguments&&... arguments);
+    std::shared_ptr<Control> Add(const PageRect& place, HWND extra, Arguments&&... arguments);
 
     HWND page_;
     ControlList& controls_;
     std::shared_ptr<const void> source_;
     HWND edit_ = nullptr;  // of the latest AddEdit
+    LONG_PTR next_id_;
+    std::wstring element_name_;  // of the latest BeginElement
 };
 
 }  // namespace ZELPropUI

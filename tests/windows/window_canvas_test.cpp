@@ -1,9 +1,12 @@
 #include "propui/windows/window_canvas.h"
 #include "tests/support/fake_item.h"
 #include "tests/windows/control_fixture.h"
+#include "tests/windows/naming_service.h"
 
 #include <commctrl.h>
 #include <gmock/gmock.h>
+
+#include <map>
 
 namespace ZELPropUI {
 namespace {
@@ -67,6 +70,40 @@ TEST_F(WindowCanvasTest, QueriesLeaveNoDeviceContextBehind) {
     // More than a process may hold.
     for (int round = 0; round < 10000; ++round) ASSERT_EQ(canvas_.ScaleX(96), canvas_.ScaleX(96)) << round;
     for (int round = 0; round < 18000; ++round) ASSERT_EQ(canvas_.TextWidth(L"Exposure"), width) << round;
+}
+
+TEST_F(WindowCanvasTest, EveryWindowHasAnIdInTheOrderOfCreation) {
+    const auto controller = platform::com_ptr<FakeController>::attach(new FakeController(script_));
+    canvas_.AddLabel({20, 18, 110, 23}, L"Exposure");
+    canvas_.AddSlider({0, 0, 140, 23}, *controller);
+    canvas_.AddEdit({145, 0, 60, 22}, *controller);
+    canvas_.AddSpinButton({205, 0, 10, 22}, *controller);
+    canvas_.AddLabel({20, 48, 110, 23}, L"Gain");
+    const auto children = Children();
+    ASSERT_EQ(children.size(), 5u);
+    for (std::size_t at = 0; at < children.size(); ++at) {
+        EXPECT_EQ(GetDlgCtrlID(children[at]), 1000 + static_cast<int>(at));
+        EXPECT_EQ(GetDlgItem(parent_.Handle(), 1000 + static_cast<int>(at)), children[at]);
+    }
+    EXPECT_EQ(GetDlgItem(parent_.Handle(), 0), nullptr);
+}
+
+TEST_F(WindowCanvasTest, EditsAndSpinButtonsHaveTheNameOfTheirElement) {
+    page_test::NamingService service;
+    const auto controller = platform::com_ptr<FakeController>::attach(new FakeController(script_));
+    canvas_.BeginElement(L"Exposure", L"Auto Reference");
+    canvas_.AddSlider({0, 0, 140, 23}, *controller);
+    canvas_.AddEdit({145, 0, 60, 22}, *controller);
+    canvas_.AddSpinButton({205, 0, 10, 22}, *controller);
+    const auto children = Children();
+    ASSERT_EQ(children.size(), 3u);
+    using Names = std::map<HWND, std::wstring>;
+    EXPECT_EQ(service.names,
+              (Names{{children[1], L"Exposure Auto Reference"}, {children[2], L"Exposure Auto Reference"}}));
+    controls_.erase(controls_.begin() + 1);
+    EXPECT_EQ(service.names, (Names{{children[2], L"Exposure Auto Reference"}})) << "one that is dropped";
+    parent_.Destroy();
+    EXPECT_TRUE(service.names.empty()) << "one whose window goes";
 }
 
 TEST_F(WindowCanvasTest, ALabelIsAStaticTextInTheFontOfThePage) {

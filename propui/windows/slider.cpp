@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 namespace ZELPropUI {
 namespace {
 
@@ -29,9 +31,14 @@ void CZELSlider::Update() {
     UpdateValue();
 }
 
+// Not every version of the platform holds a position to the range, and one divides by what lies between them.
 void CZELSlider::UpdateValue() {
     std::int32_t position = 0;
-    if (Controller().GetPosition(position)) Send(TBM_SETPOS, TRUE, position);
+    if (Controller().GetPosition(position)) {
+        const auto low = static_cast<std::int32_t>(Send(TBM_GETRANGEMIN));
+        const auto high = static_cast<std::int32_t>(Send(TBM_GETRANGEMAX));
+        Send(TBM_SETPOS, TRUE, std::max(low, std::min(high, position)));
+    }
     Redraw();
 }
 

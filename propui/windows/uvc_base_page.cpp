@@ -52,6 +52,31 @@ LRESULT OnStyleChanging(WPARAM which, LPARAM lparam) noexcept {
     return 0;
 }
 
+// The handler above sees changes only, and nobody else makes one.
+void ChangeStyleOnce(HWND page) noexcept {
+    SetWindowLongPtrW(page, GWL_EXSTYLE, GetWindowLongPtrW(page, GWL_EXSTYLE));
+}
+
+// The window whose tab order the page is a part of.
+HWND TabOrderOwner(HWND page) noexcept {
+    HWND owner = page;
+    while ((GetWindowLongPtrW(owner, GWL_STYLE) & WS_CHILD) != 0 &&
+           (GetWindowLongPtrW(owner, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0) {
+        owner = GetParent(owner);
+    }
+    return owner;
+}
+
+// An edit asks its parent for the next control, which may be one of the frame. False if that moved nothing:
+// the owner is no dialog, or the page has none.
+bool MoveFocusInFrame(HWND page, WPARAM wparam, LPARAM lparam) noexcept {
+    const HWND owner = TabOrderOwner(page);
+    if (owner == page) return false;
+    const HWND before = GetFocus();
+    SendMessageW(owner, WM_NEXTDLGCTL, wparam, lparam);
+    return GetFocus() != before;
+}
+
 }  // namespace
 
 CUVCBasePage::CUVCBasePage(IUnknown* outer, UINT title, std::vector<std::wstring> groups)
@@ -114,6 +139,7 @@ HRESULT CUVCBasePage::Activate(HWND parent, LPCRECT place, BOOL) {
 
 void CUVCBasePage::CreatePage(HWND parent, LPCRECT place) {
     if (!CreateFromResource(Resources().dialog, parent)) return;
+    ChangeStyleOnce(Handle());
     if (place != nullptr) {
         Move(place);
         RecordSize(*place);
@@ -201,6 +227,9 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
         case WM_STYLECHANGING:
             result = OnStyleChanging(wparam, lparam);
             return true;
+        case WM_NEXTDLGCTL:
+            result = 0;
+            return MoveFocusInFrame(Handle(), wparam, lparam);
         default:
             return ZELPropUI::Framework::Reflect(Handle(), message, wparam, lparam, result);
     }

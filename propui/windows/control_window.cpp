@@ -8,7 +8,16 @@ LRESULT CControlWindow::Send(UINT message, WPARAM wparam, LPARAM lparam) const {
     return Handle() != nullptr ? SendMessageW(Handle(), message, wparam, lparam) : 0;
 }
 
-void CControlWindow::Enable(bool enabled) const { EnableWindow(Handle(), enabled ? TRUE : FALSE); }
+void CControlWindow::Enable(bool enabled) const {
+    if (!enabled && Handle() != nullptr && GetFocus() == Handle()) HandFocusOn();
+    EnableWindow(Handle(), enabled ? TRUE : FALSE);
+}
+
+// To the next control, or to the host's own window where there is no other.
+void CControlWindow::HandFocusOn() const {
+    SendMessageW(GetParent(Handle()), WM_NEXTDLGCTL, 0, 0);
+    if (Handle() != nullptr && GetFocus() == Handle()) SetFocus(GetAncestor(Handle(), GA_ROOT));
+}
 
 void CControlWindow::SetText(const std::wstring& text) const { SetWindowTextW(Handle(), text.c_str()); }
 

@@ -16,6 +16,8 @@ class CControlWindow : public CZELControlBase,
                        public std::enable_shared_from_this<CControlWindow> {
 protected:
     LRESULT Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
+    /// A window that is about to be disabled hands the focus on first: nobody else would, and keys would go
+    /// nowhere until the next click.
     void Enable(bool enabled) const;
     void SetText(const std::wstring& text) const;
     void Redraw() const;
@@ -29,6 +31,8 @@ protected:
     void Drop() noexcept override;
 
 private:
+    void HandFocusOn() const;
+
     std::shared_ptr<CControlWindow> self_;
     int holders_ = 0;
 };

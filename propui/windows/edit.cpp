@@ -1,7 +1,10 @@
 #include "propui/windows/edit.h"
 
+#include <imm.h>
 #include <richedit.h>
 #include <gsl/util>
+
+#include <utility>
 
 namespace ZELPropUI {
 namespace {
@@ -27,10 +30,21 @@ std::wstring TextOf(HWND window) {
 
 bool CZELEdit::Create(HWND parent, const RECT& place, HWND) {
     if (!CreateChild(window_class, parent, place, style)) return false;
+    TakePlainNumbersOnly();
     Send(EM_SETOPTIONS, ECOOP_SET, options);
+    // Some versions grow a bar with automatic scrolling, and it would stand over the text.
+    Send(EM_SHOWSCROLLBAR, SB_HORZ, FALSE);
     ShowBackground(COLOR_3DFACE);
     UseFontOfParent();
     return true;
+}
+
+// Formats would come with what is pasted, and an input method's characters past the filter of ours. The mode
+// can be set only while there is no text.
+void CZELEdit::TakePlainNumbersOnly() const {
+    Send(EM_SETTEXTMODE, TM_PLAINTEXT);
+    Send(EM_SETEDITSTYLE, SES_NOIME, SES_NOIME);
+    ImmAssociateContext(Handle(), nullptr);
 }
 
 void CZELEdit::Init() { Update(); }
@@ -38,7 +52,12 @@ void CZELEdit::Init() { Update(); }
 // The reverse of the others' order.
 void CZELEdit::Update() {
     UpdateValue();
-    Enable(Controller().IsAvailable());
+    {
+        // One that is disabled under the user's hands holds the text of this refresh and not the user's.
+        const bool commits = std::exchange(commits_, false);
+        const auto restore = gsl::finally([&] { commits_ = commits; });
+        Enable(Controller().IsAvailable());
+    }
     Send(EM_SETREADONLY, Controller().IsReadOnly() ? TRUE : FALSE);
 }
 
@@ -58,11 +77,13 @@ bool CZELEdit::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& re
             return false;
         case WM_CHAR:
             return OnChar(wparam);
+        case WM_MOUSEWHEEL:
+            return (LOWORD(wparam) & MK_CONTROL) != 0;  // would magnify the text
         case WM_GETDLGCODE:
             result = CallBase(message, wparam, lparam) | DLGC_WANTALLKEYS;
             return true;
         default:
-            return false;
+            return CControllerControl::OnMessage(message, wparam, lparam, result);
     }
 }
 
@@ -73,16 +94,17 @@ void CZELEdit::ShowBackground(int system_color) const {
 // The box takes the focus too, and must not bring up another one.
 void CZELEdit::OnKillFocus() {
     const auto restore = gsl::finally([this] { ShowBackground(COLOR_3DFACE); });
-    if (committing_) return;
-    committing_ = true;
-    const auto done = gsl::finally([this] { committing_ = false; });
+    if (!commits_) return;
+    commits_ = false;
+    const auto done = gsl::finally([this] { commits_ = true; });
     Commit();
 }
 
+// Where nothing could be typed a refusal is no error of the user's: the tab key leads through these too.
 void CZELEdit::Commit() {
     if (Controller().SetText(TextOf(Handle()))) {
         PostUpdateControls();
-    } else if (IsOnPage()) {
+    } else if (IsOnPage() && (GetWindowLongPtrW(Handle(), GWL_STYLE) & ES_READONLY) == 0) {
         MessageBoxW(Handle(), L"Error parsing value!", L"Error", MB_ICONHAND);
     }
 }

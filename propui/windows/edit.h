@@ -17,12 +17,13 @@ protected:
     bool OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) override;
 
 private:
+    void TakePlainNumbersOnly() const;
     void ShowBackground(int system_color) const;
     void OnKillFocus();
     bool OnChar(WPARAM character);
     void Commit();
 
-    bool committing_ = false;
+    bool commits_ = true;
 };
 
 }  // namespace ZELPropUI

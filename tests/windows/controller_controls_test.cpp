@@ -2,9 +2,12 @@
 #include "propui/windows/slider.h"
 #include "propui/windows/spin_button.h"
 #include "tests/windows/control_fixture.h"
+#include "tests/windows/sent_messages.h"
 
 #include <commctrl.h>
 #include <gmock/gmock.h>
+
+#include <limits>
 
 namespace ZELPropUI {
 namespace {
@@ -55,6 +58,52 @@ TEST_F(SliderTest, KeepsTheRangeOfTheClassAndItsPositionWhenTheControllerFails) 
     script_.position = 60;
     slider->Update();
     EXPECT_EQ(Ask(slider->Handle(), TBM_GETPOS), 50);
+}
+
+struct HeldPosition {
+    std::int32_t low;
+    std::int32_t high;
+    std::int32_t position;
+    LPARAM sent;
+};
+
+// What a 32-bit register without limits of its own gives is the first: one such position ended the process.
+TEST_F(SliderTest, HoldsPositionsToTheRangeOfTheControl) {
+    constexpr HeldPosition rows[] = {
+        {0, -1, std::numeric_limits<std::int32_t>::min(), 0},
+        {0, -1, 5, 0},
+        {0, 9, 10, 9},
+        {0, 9, std::numeric_limits<std::int32_t>::max(), 9},
+        {-5, 5, -6, -5},
+        {0, 50000, 7, 0},  // 16 bits make it 0 to -15536
+        {0, 100, 100, 100},
+    };
+    for (const HeldPosition& row : rows) {
+        script_.low = row.low;
+        script_.high = row.high;
+        script_.position = row.position;
+        const page_test::SentMessages messages;
+        const auto slider = Make<CZELSlider>();
+        slider->Init();
+        const auto sent = messages.To(slider->Handle(), {TBM_SETPOS});
+        ASSERT_EQ(sent.size(), 1u);
+        EXPECT_EQ(sent[0].lparam, row.sent) << row.high << " " << row.position;
+    }
+}
+
+TEST_F(SliderTest, HandsTheFocusOnBeforeItIsDisabled) {
+    const auto slider = Make<CZELSlider>();
+    slider->Init();
+    SetFocus(slider->Handle());
+    slider->Update();
+    EXPECT_EQ(GetFocus(), slider->Handle());
+    EXPECT_EQ(parent_.next_dialog_controls, 0);
+    script_.read_only = true;
+    slider->Update();
+    EXPECT_EQ(parent_.next_dialog_controls, 1);
+    EXPECT_EQ(GetFocus(), parent_.Handle()) << "where nobody else takes it";
+    slider->Update();
+    EXPECT_EQ(parent_.next_dialog_controls, 1) << "it has none any more";
 }
 
 TEST_F(SliderTest, IsDisabledWhenNotAvailableOrReadOnly) {

@@ -4,6 +4,7 @@
 #include "tests/windows/sent_messages.h"
 
 #include <gmock/gmock.h>
+#include <imm.h>
 #include <richedit.h>
 
 namespace ZELPropUI {
@@ -38,18 +39,89 @@ TEST_F(EditTest, IsASunkenRichEdit) {
     constexpr DWORD kept = WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_WANTRETURN;
     EXPECT_EQ(StyleOf(edit->Handle()) & kept, kept);
     EXPECT_EQ(StyleOf(edit->Handle()) & (ES_MULTILINE | ES_READONLY), 0u);
-    const auto sent = messages.To(edit->Handle(), {EM_SETOPTIONS, EM_SETBKGNDCOLOR, WM_SETFONT});
-    ASSERT_EQ(sent.size(), 3u);
-    EXPECT_EQ(sent[0].message, static_cast<UINT>(EM_SETOPTIONS));
-    EXPECT_EQ(sent[0].wparam, static_cast<WPARAM>(ECOOP_SET));
-    EXPECT_EQ(sent[0].lparam, 0x1081);
-    EXPECT_EQ(sent[1].message, static_cast<UINT>(EM_SETBKGNDCOLOR));
-    EXPECT_EQ(sent[1].lparam, static_cast<LPARAM>(GetSysColor(COLOR_3DFACE)));
-    EXPECT_EQ(sent[2].message, static_cast<UINT>(WM_SETFONT));
-    EXPECT_EQ(sent[2].wparam, reinterpret_cast<WPARAM>(parent_.font));
-    EXPECT_EQ(sent[2].lparam, TRUE);
+    const auto sent = messages.To(
+        edit->Handle(), {EM_SETTEXTMODE, EM_SETOPTIONS, EM_SHOWSCROLLBAR, EM_SETBKGNDCOLOR, WM_SETFONT});
+    ASSERT_EQ(sent.size(), 5u);
+    EXPECT_EQ(sent[0].message, static_cast<UINT>(EM_SETTEXTMODE));
+    EXPECT_EQ(sent[0].wparam, static_cast<WPARAM>(TM_PLAINTEXT));
+    EXPECT_EQ(sent[1].message, static_cast<UINT>(EM_SETOPTIONS));
+    EXPECT_EQ(sent[1].wparam, static_cast<WPARAM>(ECOOP_SET));
+    EXPECT_EQ(sent[1].lparam, 0x1081);
+    EXPECT_EQ(sent[2].message, static_cast<UINT>(EM_SHOWSCROLLBAR));
+    EXPECT_EQ(sent[2].wparam, static_cast<WPARAM>(SB_HORZ));
+    EXPECT_EQ(sent[2].lparam, FALSE);
+    EXPECT_EQ(sent[3].message, static_cast<UINT>(EM_SETBKGNDCOLOR));
+    EXPECT_EQ(sent[3].lparam, static_cast<LPARAM>(GetSysColor(COLOR_3DFACE)));
+    EXPECT_EQ(sent[4].message, static_cast<UINT>(WM_SETFONT));
+    EXPECT_EQ(sent[4].wparam, reinterpret_cast<WPARAM>(parent_.font));
+    EXPECT_EQ(sent[4].lparam, TRUE);
     EXPECT_EQ(BackgroundOf(edit->Handle()), GetSysColor(COLOR_3DFACE));
     EXPECT_THAT(script_.log, IsEmpty());
+}
+
+TEST_F(EditTest, NoScrollBarStandsOverALongText) {
+    script_.text = L"1/50000 sec and a unit that goes on and on";
+    const auto edit = Make<CZELEdit>();
+    MoveWindow(edit->Handle(), 0, 0, 60, 22, FALSE);
+    edit->Init();
+    SetFocus(edit->Handle());
+    Type(edit->Handle(), L"1234567890");
+    edit->Update();
+    EXPECT_EQ(StyleOf(edit->Handle()) & (WS_HSCROLL | WS_VSCROLL), 0u);
+    RECT inside{};
+    GetClientRect(edit->Handle(), &inside);
+    EXPECT_GE(inside.bottom, 22 - 2 * GetSystemMetrics(SM_CYEDGE));
+}
+
+TEST_F(EditTest, TakesPlainTextFromTheKeyboardAlone) {
+    const auto edit = Make<CZELEdit>();
+    edit->Init();
+    EXPECT_TRUE(Ask(edit->Handle(), EM_GETTEXTMODE) & TM_PLAINTEXT);
+    EXPECT_EQ(ImmGetContext(edit->Handle()), nullptr) << "no input method";
+    BYTE keys[256] = {};
+    GetKeyboardState(keys);
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    Ask(edit->Handle(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 5 * WHEEL_DELTA), 0);
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    WPARAM numerator = 0;
+    LPARAM denominator = 0;
+    Ask(edit->Handle(), EM_GETZOOM, reinterpret_cast<WPARAM>(&numerator),
+        reinterpret_cast<LPARAM>(&denominator));
+    EXPECT_EQ(numerator, 0u) << "not magnified";
+}
+
+TEST_F(EditTest, OneThatIsDisabledHandsTheFocusOnAndCommitsNothing) {
+    script_.accepts = false;
+    script_.text = L"7";
+    const auto edit = Make<CZELEdit>();
+    edit->Init();
+    SetFocus(edit->Handle());
+    Type(edit->Handle(), L"1/0");
+    script_.available = false;
+    script_.log.clear();
+    page_test::ErrorBoxWatch box;
+    edit->Update();
+    EXPECT_EQ(box.boxes, 0);
+    EXPECT_THAT(script_.TakeLog(), ElementsAre("GetText", "IsAvailable", "IsReadOnly"));
+    EXPECT_EQ(parent_.next_dialog_controls, 1);
+    EXPECT_EQ(GetFocus(), parent_.Handle()) << "where nobody else takes it";
+    EXPECT_FALSE(IsWindowEnabled(edit->Handle()));
+    EXPECT_EQ(BackgroundOf(edit->Handle()), GetSysColor(COLOR_3DFACE));
+}
+
+TEST_F(EditTest, LeavingAReadOnlyOneShowsNoBox) {
+    script_.accepts = false;
+    script_.read_only = true;
+    const auto edit = Make<CZELEdit>();
+    edit->Init();
+    SetFocus(edit->Handle());
+    script_.log.clear();
+    const page_test::ErrorBoxWatch box;
+    SetFocus(parent_.Handle());
+    EXPECT_EQ(box.boxes, 0);
+    EXPECT_THAT(script_.TakeLog(), testing::Contains(testing::StartsWith("SetText")));
 }
 
 TEST_F(EditTest, UpdateAsksInTheReverseOrder) {
@@ -174,6 +246,7 @@ TEST_F(EditTest, TheBoxDoesNotBringUpAnother) {
     const auto edit = Make<CZELEdit>();
     edit->Init();
     SetFocus(edit->Handle());
+    Type(edit->Handle(), L"-");
     page_test::ErrorBoxWatch box;
     static HWND focus_thief;
     focus_thief = edit->Handle();
@@ -192,6 +265,7 @@ TEST_F(EditTest, TheParentMayGoWhileTheBoxIsOpen) {
     auto edit = Make<CZELEdit>();
     edit->Init();
     SetFocus(edit->Handle());
+    Type(edit->Handle(), L"-");
     page_test::ErrorBoxWatch box;
     static ParentWindow* parent;
     static std::shared_ptr<CZELEdit>* owner;

@@ -67,8 +67,8 @@ TEST_F(ServerTest, ExportsExactlyFourFunctions) {
 TEST_F(ServerTest, NeedsDllsOfThePlatformOnly) {
     // Each is one that the platform takes from its own folder whatever lies beside the host; the common
     // controls are none of them.
-    const std::set<std::string> platform = {"advapi32.dll", "gdi32.dll",    "kernel32.dll", "msvcrt.dll",
-                                            "ole32.dll",    "oleaut32.dll", "user32.dll"};
+    const std::set<std::string> platform = {"advapi32.dll", "gdi32.dll", "imm32.dll",    "kernel32.dll",
+                                            "msvcrt.dll",   "ole32.dll", "oleaut32.dll", "user32.dll"};
     for (const std::string& name : Image(server_.Module()).Imports())
         EXPECT_EQ(platform.count(name), 1u) << name;
 }

@@ -4,6 +4,7 @@
 #include "apps/inspect/lint/mark_place.h"
 #include "genicam/core/number_parser.h"
 #include "platform/text.h"
+#include "propui/number_text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -100,15 +101,6 @@ void check_steps(const marked_range& range, finding_list& findings) {
     }
 }
 
-// The characters that an edit shows of a float and its unit.
-constexpr std::size_t edit_characters = 19;
-
-std::string shown_number(double number) { return fmt::format("{:.3f}", number); }
-
-bool has_room(double number, const std::wstring& unit) {
-    return shown_number(number).size() + 1 + unit.size() <= edit_characters;
-}
-
 // The limits that say something, or 0 where none does.
 std::vector<double> telling_limits(feature_reader& reader, INode& node) {
     std::vector<double> limits;
@@ -155,10 +147,10 @@ void check_units_without_room(lint_context& context, finding_list& findings) {
         const std::string unit = reader.read_unit(node);
         if (unit.empty()) return;
         for (const double limit : telling_limits(reader, node)) {
-            if (has_room(limit, platform::widen(unit))) continue;
+            if (ZELPropUI::HasRoomForUnit(limit, platform::widen(unit))) continue;
             findings.add(place_of_mark(context, node),
-                         fmt::format("{} is marked, and its edit has no room for {} behind {}",
-                                     node.get_name(), unit, shown_number(limit)));
+                         fmt::format("{} is marked, and its edit has no room for {} behind {:.{}f}",
+                                     node.get_name(), unit, limit, ZELPropUI::shown_decimals));
             break;
         }
     });

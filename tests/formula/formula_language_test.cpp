@@ -25,9 +25,11 @@ std::vector<std::smatch> find_all(const std::string& text, const char* pattern) 
     return {std::sregex_iterator(text.begin(), text.end(), expression), std::sregex_iterator()};
 }
 
-// The page shows floats without a mark of their kind.
+// The page shows floats without a mark of their kind. Its FROM is an integer that holds 5.
 std::string value_of_formula(const std::string& text) {
-    std::string value = outcome(text);
+    formula_names names;
+    names.add_variable("FROM", eval_value::of(std::int64_t{5}));
+    std::string value = outcome(text, names);
     if (value.back() == 'f') value.pop_back();
     return value;
 }

@@ -96,11 +96,11 @@ std::vector<traffic> measure_all(const std::string& name, const camera_options& 
 TEST(Traffic, OfTheDescribedPagesDoesNotGrow) {
     const camera_options described = *ready_made("described");
     EXPECT_THAT(measure_all("described", described, true),
-                testing::ElementsAre(traffic{19, 86, 58}, traffic{6, 33, 22}, traffic{6, 42, 27},
-                                     traffic{19, 51, 33}));
+                testing::ElementsAre(traffic{16, 78, 53}, traffic{3, 25, 17}, traffic{6, 33, 22},
+                                     traffic{16, 43, 28}));
     EXPECT_THAT(measure_all("described", described, false),
-                testing::ElementsAre(traffic{8, 81, 76}, traffic{0, 31, 25}, traffic{3, 40, 39},
-                                     traffic{13, 53, 51}));
+                testing::ElementsAre(traffic{8, 76, 71}, traffic{0, 26, 20}, traffic{3, 33, 32},
+                                     traffic{13, 46, 44}));
 }
 
 TEST(Traffic, OfMarkedDescriptionsIsSteady) {

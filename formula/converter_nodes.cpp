@@ -6,8 +6,6 @@
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 
-#include <utility>
-
 namespace GenICam {
 namespace {
 
@@ -57,16 +55,14 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
 
 bool converter_impl::parse(std::string_view text, const variable_table& table, bool is_float,
                            const node_base_data& self, formula_program& program) const {
-    result<formula_program> parsed =
-        map_.parse(text, table, is_float ? number_kind::floating : number_kind::integer);
-    if (!parsed) {
+    const number_kind kind = is_float ? number_kind::floating : number_kind::integer;
+    if (map_.parse(text, table, kind, self.formulas(), program)) {
         log_node(
             "GenICam::converter::converter_impl::resolve_converter_references, "
             "Converter (\"%s\"). failed to evaluate \"%.*s\"\n",
             self, static_cast<int>(text.size()), text.data());
         return false;
     }
-    program = std::move(parsed.assume_value());
     return true;
 }
 

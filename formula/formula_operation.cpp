@@ -150,26 +150,6 @@ bare_number store(double number) noexcept {
     return payload;
 }
 
-// A tail call: in optimised builds a jump. Elsewhere the number of steps bounds the depth.
-eval_value go_on(const formula_step* at, bare_number* frame) { return at[1].run(at + 1, frame); }
-
-template <auto Function>
-struct wrapped;
-
-template <class Result, class Operand, Result (*Function)(Operand) noexcept>
-struct wrapped<Function> {
-    static constexpr std::size_t arity = 1;
-    static bare_number apply(bare_number operand, bare_number) noexcept {
-        return store(Function(read<Operand>(operand)));
-    }
-    static eval_value with_slot(const formula_step* at, bare_number* frame) {
-        frame[at->target] = apply(frame[at->left], {});
-        return go_on(at, frame);
-    }
-    static constexpr typed_form form = {
-        apply, with_slot, nullptr, nullptr, kind_for<Operand>, kind_for<Operand>, kind_for<Result>, false};
-};
-
 constexpr bool can_fault(std::int64_t (*function)(std::int64_t, std::int64_t) noexcept) noexcept {
     return function == divide || function == remainder;
 }
@@ -178,36 +158,111 @@ constexpr bool can_fault(Function) noexcept {
     return false;
 }
 
-template <class Result, class Left, class Right, Result (*Function)(Left, Right) noexcept>
-struct wrapped<Function> {
+// Sums and products of integers are exact modulo 2 to the 64.
+constexpr std::int8_t neutral_of(std::int64_t (*function)(std::int64_t, std::int64_t) noexcept) noexcept {
+    if (function == add) return 0;
+    return function == multiply ? 1 : -1;
+}
+template <class Function>
+constexpr std::int8_t neutral_of(Function) noexcept {
+    return -1;
+}
+
+/// The steps that compute `Apply` on operands that `Operands` fetches.
+template <auto Apply, class Operands, number_kind Kind>
+struct steps_of {
+    static eval_value store(const formula_step* at, bare_number* frame) {
+        frame[at->target] = Operands::template compute<Apply>(at, frame);
+        return go_on(at, frame);
+    }
+    static eval_value finish(const formula_step* at, bare_number* frame) {
+        return value_of(Kind, Operands::template compute<Apply>(at, frame));
+    }
+    static eval_value branch(const formula_step* at, bare_number* frame) {
+        return go_on_if(Operands::template compute<Apply>(at, frame).integer != 0, at, frame);
+    }
+    template <bool IsTest>
+    static constexpr step_functions functions() noexcept {
+        if constexpr (IsTest) {
+            return {store, finish, branch};
+        } else {
+            return {store, finish, nullptr};
+        }
+    }
+};
+
+struct from_slot {
+    template <auto Apply>
+    static bare_number compute(const formula_step* at, const bare_number* frame) {
+        return Apply(frame[at->left], {});
+    }
+};
+struct from_slots {
+    template <auto Apply>
+    static bare_number compute(const formula_step* at, const bare_number* frame) {
+        return Apply(frame[at->left], frame[at->right]);
+    }
+};
+struct from_slot_and_constant {
+    template <auto Apply>
+    static bare_number compute(const formula_step* at, const bare_number* frame) {
+        return Apply(frame[at->left], at->constant);
+    }
+};
+struct from_constant_and_slot {
+    template <auto Apply>
+    static bare_number compute(const formula_step* at, const bare_number* frame) {
+        return Apply(at->constant, frame[at->right]);
+    }
+};
+
+template <auto Function, bool IsTest>
+struct wrapped;
+
+template <class Result, class Operand, Result (*Function)(Operand) noexcept, bool IsTest>
+struct wrapped<Function, IsTest> {
+    static constexpr std::size_t arity = 1;
+    static bare_number apply(bare_number operand, bare_number) noexcept {
+        return store(Function(read<Operand>(operand)));
+    }
+    static constexpr number_kind kind = kind_for<Result>;
+    static constexpr typed_form form = {apply,
+                                        steps_of<apply, from_slot, kind>::template functions<IsTest>(),
+                                        {},
+                                        {},
+                                        kind_for<Operand>,
+                                        kind_for<Operand>,
+                                        kind,
+                                        false,
+                                        -1};
+};
+
+template <class Result, class Left, class Right, Result (*Function)(Left, Right) noexcept, bool IsTest>
+struct wrapped<Function, IsTest> {
     static constexpr std::size_t arity = 2;
     static bare_number apply(bare_number left, bare_number right) noexcept {
         return store(Function(read<Left>(left), read<Right>(right)));
     }
-    static eval_value with_slots(const formula_step* at, bare_number* frame) {
-        frame[at->target] = apply(frame[at->left], frame[at->right]);
-        return go_on(at, frame);
-    }
-    static eval_value with_constant(const formula_step* at, bare_number* frame) {
-        frame[at->target] = apply(frame[at->left], at->constant);
-        return go_on(at, frame);
-    }
-    static eval_value on_constant(const formula_step* at, bare_number* frame) {
-        frame[at->target] = apply(at->constant, frame[at->right]);
-        return go_on(at, frame);
-    }
+    static constexpr number_kind kind = kind_for<Result>;
     static constexpr typed_form form = {
-        apply,          with_slots,      with_constant,    on_constant,
-        kind_for<Left>, kind_for<Right>, kind_for<Result>, can_fault(Function)};
+        apply,
+        steps_of<apply, from_slots, kind>::template functions<IsTest>(),
+        steps_of<apply, from_slot_and_constant, kind>::template functions<IsTest>(),
+        steps_of<apply, from_constant_and_slot, kind>::template functions<IsTest>(),
+        kind_for<Left>,
+        kind_for<Right>,
+        kind,
+        can_fault(Function),
+        neutral_of(Function)};
 };
 
-template <auto ForIntegers, auto Otherwise = ForIntegers>
-constexpr formula_function function = {wrapped<Otherwise>::arity, wrapped<ForIntegers>::form,
-                                       wrapped<Otherwise>::form};
+template <auto ForIntegers, auto Otherwise = ForIntegers, bool IsTest = false>
+constexpr formula_function function = {wrapped<Otherwise, IsTest>::arity, wrapped<ForIntegers, IsTest>::form,
+                                       wrapped<Otherwise, IsTest>::form};
 
 template <std::int64_t (*ForIntegers)(std::int64_t, std::int64_t) noexcept,
           std::int64_t (*Otherwise)(double, double) noexcept>
-constexpr const formula_function* comparison = &function<ForIntegers, Otherwise>;
+constexpr const formula_function* comparison = &function<ForIntegers, Otherwise, true>;
 
 using level = operator_level;
 
@@ -335,6 +390,8 @@ std::string_view text_of(const formula_function& function) noexcept {
 }
 
 const double* find_named_constant(std::string_view name) noexcept {
+    constexpr std::size_t longest = 2;
+    if (name.size() > longest) return nullptr;
     for (const named_constant& row : constants) {
         if (name == row.name) return &row.value;
     }

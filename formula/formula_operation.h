@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 namespace GenICam {
@@ -51,18 +52,30 @@ using bare_number = eval_value::payload;
 
 enum class number_kind : std::uint8_t { floating, integer };
 
+/// What a step of a specialised formula does with its result.
+struct step_functions {
+    step_function store;   ///< puts it into the step's target, and goes on
+    step_function finish;  ///< it is the result of the formula
+    step_function branch;  ///< jumps unless it is true; null but for those that give 0 or 1
+};
+
 /// An operator or function for operands of fixed kinds.
 struct typed_form {
     /// The second operand is ignored by functions with one.
     bare_number (*apply)(bare_number first, bare_number second);
     // The same as a step of a specialised formula.
-    step_function with_slots;
-    step_function with_constant;  ///< the second operand is the step's constant
-    step_function on_constant;    ///< the first operand is the step's constant
+    step_functions with_slots;
+    step_functions with_constant;  ///< the second operand is the step's constant
+    step_functions on_constant;    ///< the first operand is the step's constant
     number_kind first;
     number_kind second;
     number_kind result;
     bool can_fault;  ///< ends the process for some operands
+    std::int8_t
+        neutral;  ///< the operand that changes nothing, where operands may be grouped at will; else -1
+
+    /// Whether the result is 0 or 1, and an integer.
+    [[nodiscard]] bool is_test() const noexcept { return with_slots.branch != nullptr; }
 };
 
 /// An operator or function on numbers of any kind: one form for operands that are all integers, one for all
@@ -122,6 +135,15 @@ struct formula_operation {
 
 [[nodiscard]] inline number_kind kind_of(const eval_value& number) noexcept {
     return number.is_integer ? number_kind::integer : number_kind::floating;
+}
+
+/// Whether the function divides these integers without a result, which ends the process.
+[[nodiscard]] inline bool ends_process(const formula_function& function, const eval_value& left,
+                                       const eval_value& right) noexcept {
+    const typed_form& form = left.is_integer && right.is_integer ? function.for_integers : function.otherwise;
+    if (!form.can_fault) return false;
+    const std::int64_t divisor = to_int(right);
+    return divisor == 0 || (divisor == -1 && to_int(left) == std::numeric_limits<std::int64_t>::min());
 }
 
 [[nodiscard]] inline eval_value apply(const formula_function& function, const eval_value& operand) noexcept {

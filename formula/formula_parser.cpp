@@ -1,10 +1,7 @@
 #include "formula/formula_parser.h"
 
-#include "formula/formula_specialiser.h"
-#include "formula/formula_token.h"
 #include "genicam/core/log.h"
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -18,352 +15,408 @@ namespace {
 constexpr std::size_t max_nesting = 4096;
 constexpr std::size_t max_expanded_instructions = 65536;
 
-// Recursive descent without recursion: what the levels of the grammar would keep on the processor's stack
-// stands in a sequence of its own, so that no text can exhaust that stack.
+// The fewest characters of a node in ordinary formulas, with what stands between nodes.
+constexpr std::size_t characters_per_node = 2;
+
+// What nodes are computed from, by their instruction.
+std::size_t operand_count(op_code code) noexcept {
+    switch (code) {
+        case op_code::op_unary:
+            return 1;
+        case op_code::op_binary:
+            return 2;
+        case op_code::op_select:
+            return 3;
+        default:
+            return 0;
+    }
+}
+
+// What would be calls of one another in recursive descent stands in a sequence of its own, so that no text
+// can exhaust the processor's stack: each entry waits for the end of an operand or of an expression.
 class math_parser {
 public:
-    math_parser(std::string_view text, name_resolver resolver) : rest_(text), resolver_(resolver) {}
+    math_parser(std::string_view text, name_resolver resolver) : resolver_(resolver), tree_(text) {
+        tree_.reserve(text.size() / characters_per_node + 1);
+        token_.rest = text;
+    }
 
-    parse_status parse();
-    /// What was emitted, in no more room than it takes.
-    [[nodiscard]] formula_program take_program() const;
-    /// What is left of the text behind the expression or at the point of failure.
-    [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
+    [[nodiscard]] formula_tree read();
 
 private:
-    /// Who waits for the end of an expression, or of a factor in the case of a unary operator.
-    enum class waiting : std::uint8_t { whole, parenthesis, argument, then_part, else_part, unary };
+    enum class waiting : std::uint8_t { operand, sign, parenthesis, arguments, then_part, else_part };
 
     struct open_part {
-        explicit open_part(waiting who) : owner(who) {}
-
         waiting owner;
-        std::size_t arguments = 1;                // of a function so far
-        std::string_view name;                    // of a function
-        const formula_function* unary = nullptr;  // null for the plus, which does nothing
-        // The operators of this expression that wait for their right operand, one on each level.
-        std::array<const formula_function*, operator_level_count> pending{};
+        token_kind symbol;
+        operator_level level;        // of a binary operator
+        std::uint32_t offset;        // of the operator, the parenthesis or the name
+        std::uint32_t arguments;     // of a call so far
+        formula_tree::index behind;  // how many nodes stand before the part
+        std::string_view name;       // of a call
     };
 
-    /// What comes next. A step works on the token read last, on the text behind it and on the status of the
-    /// part that ended last, and names its successor.
-    enum class step : std::uint8_t { expression, factor, end_factor, end_expression, done };
+    // These give whether there is more to read.
+    bool begin_expression();
+    bool take_operand();
+    bool take_opening(waiting owner);
+    bool take_sign();
+    bool take_follower();
+    bool take_operator(operator_level binding);
+    bool end_expression();
+    bool end_parenthesis();
+    bool end_argument();
+    bool end_then_part();
+    bool end_text();
+    bool open(waiting owner, const formula_token& token, std::string_view rest);
+    bool end_with(parse_status status, std::string_view rest);
 
-    step take(step next);
-    step open(open_part part, step next);
-    step begin_expression();
-    step begin_factor();
-    step begin_unary();
-    step end_factor();
-    step end_unary();
-    step end_relation(const formula_token& follower);
-    step end_expression();
-    step end_parenthesis();
-    step end_argument();
-    step end_then_part();
-    step end_else_part();
-    step end_with(parse_status status, step next);
-    step close_with(parse_status status, step next);
+    void read_token();
+    void end_operand();
+    void note_refusal(parse_status status, std::string_view rest);
+    void close_part();
+    [[nodiscard]] bool is_refused() const { return tree_.end.status != parse_status::none; }
+    [[nodiscard]] bool is_inside(waiting owner) const {
+        return !open_.empty() && open_.back().owner == owner;
+    }
 
-    bool resume_level(std::size_t level, const formula_token& follower);
-    parse_status map_name(std::string_view name);
-    parse_status add_identifier_token(std::string_view name);
+    void add_name();
+    parse_status add_identifier_token();
     parse_status append(const formula_program& expression);
-    void emit(op_code code, const formula_function* function);
-    void emit_number(const eval_value& number);
+    formula_instruction& add_leaf(op_code code);
+    void add_number(const eval_value& number);
+    void add_call(const open_part& call);
+    void add_signs();
+    void add_sign(const open_part& sign);
+    void add_operators(operator_level outermost);
+    void add_operator(const open_part& part);
+    void add_selection(const open_part& question);
+    formula_instruction& add_operation(const open_part& part, op_code code);
+    [[nodiscard]] std::uint32_t offset_of(const formula_token& token) const {
+        return static_cast<std::uint32_t>(token.text.data() - tree_.text().data());
+    }
 
-    std::string_view rest_;
     name_resolver resolver_;
-    formula_token token_;
-    parse_status status_ = parse_status::none;
+    formula_tree tree_;
+    formula_token token_;           // what comes next
+    std::string_view behind_;       // the text behind the last token that was taken
+    std::uint32_t last_token_ = 0;  // where that token stands
+    bool wants_operand_ = true;     // or an operand has ended
+    std::size_t depth_ = 1;         // of everything that is open but operators
     boost::container::small_vector<open_part, 16> open_;
-    boost::container::small_vector<formula_instruction, 64> emitted_;
 };
 
-parse_status math_parser::parse() {
-    step next = open(open_part(waiting::whole), step::expression);
-    while (next != step::done) next = take(next);
-    return status_;
+formula_tree math_parser::read() {
+    token_ = next_token(tree_.text());
+    behind_ = tree_.text();
+    bool goes_on = begin_expression();
+    while (goes_on) goes_on = wants_operand_ ? take_operand() : take_follower();
+    return std::move(tree_);
 }
 
-formula_program math_parser::take_program() const {
-    formula_program program;
-    program.instructions.assign(emitted_.begin(), emitted_.end());
-    return program;
+void math_parser::read_token() {
+    last_token_ = offset_of(token_);
+    behind_ = token_.rest;
+    token_ = next_token(behind_);
 }
 
-math_parser::step math_parser::take(step next) {
-    switch (next) {
-        case step::expression:
-            return begin_expression();
-        case step::factor:
-            return begin_factor();
-        case step::end_factor:
-            return end_factor();
-        case step::end_expression:
-            return end_expression();
-        case step::done:
-            break;
-    }
-    return step::done;
+void math_parser::end_operand() {
+    read_token();
+    wants_operand_ = false;
 }
 
-math_parser::step math_parser::open(open_part part, step next) {
-    if (open_.size() == max_nesting) return end_with(parse_status::beyond_limits, step::done);
-    open_.push_back(part);
-    return next;
+// What comes first decides.
+void math_parser::note_refusal(parse_status status, std::string_view rest) {
+    if (!is_refused()) tree_.end = {status, rest};
 }
 
-math_parser::step math_parser::end_with(parse_status status, step next) {
-    status_ = status;
-    return next;
+bool math_parser::end_with(parse_status status, std::string_view rest) {
+    note_refusal(status, rest);
+    return false;
 }
 
-math_parser::step math_parser::close_with(parse_status status, step next) {
-    open_.pop_back();
-    return end_with(status, next);
-}
-
-math_parser::step math_parser::begin_expression() {
-    token_ = next_token(rest_);
-    rest_ = token_.rest;
-    if (token_.kind == token_kind::end) return end_with(token_.status, step::end_expression);
-    return step::factor;
-}
-
-math_parser::step math_parser::begin_factor() {
-    switch (token_.kind) {
-        case token_kind::number:
-            emit_number(token_.number);
-            return end_with(parse_status::none, step::end_factor);
-        case token_kind::identifier:
-            return end_with(map_name(token_.name), step::end_factor);
-        case token_kind::open:
-            return open(open_part(waiting::parenthesis), step::expression);
-        case token_kind::function: {
-            open_part call(waiting::argument);
-            call.name = token_.name;
-            return open(call, step::expression);
-        }
-        default:
-            return begin_unary();
-    }
-}
-
-// The token behind the operator is read first: a text that ends here says so whatever the operator is.
-math_parser::step math_parser::begin_unary() {
-    const formula_token operand = next_token(rest_);
-    if (operand.kind == token_kind::end) {
-        rest_ = operand.rest;
-        return end_with(parse_status::nothing_after_unary, step::end_factor);
-    }
-    open_part sign(waiting::unary);
-    sign.unary = operation_of(token_.kind)->unary;
-    if (sign.unary == nullptr && token_.kind != token_kind::plus) {
-        return end_with(parse_status::no_factor, step::end_factor);
-    }
-    token_ = operand;
-    rest_ = operand.rest;
-    return open(sign, step::factor);
-}
-
-math_parser::step math_parser::end_unary() {
-    if (const formula_function* function = open_.back().unary) emit(op_code::op_unary, function);
-    return close_with(status_, step::end_factor);
-}
-
-// A factor has ended, and with it perhaps the operands of all levels above it, from the innermost out.
-math_parser::step math_parser::end_factor() {
-    if (open_.back().owner == waiting::unary) return end_unary();
-    formula_token follower;
-    if (status_ == parse_status::none) {
-        follower = next_token(rest_);
-        if (follower.kind == token_kind::end) rest_ = follower.rest;
-    }
-    for (std::size_t level = operator_level_count; level-- > 0;) {
-        if (resume_level(level, follower)) return step::factor;
-    }
-    return end_relation(follower);
-}
-
-// Goes on behind an operand of this level. True if the follower is an operator of this level and has an
-// operand. The instruction of a waiting operator is emitted before the status is looked at: a text that ends
-// leaves none of them out.
-bool math_parser::resume_level(std::size_t level, const formula_token& follower) {
-    const formula_function*& pending = open_.back().pending[level];
-    if (pending != nullptr) emit(op_code::op_binary, std::exchange(pending, nullptr));
-    if (status_ != parse_status::none) return false;
-    if (follower.kind == token_kind::end) {
-        status_ = follower.status;
-        return false;
-    }
-    const formula_operation* operation = operation_of(follower.kind);
-    if (operation == nullptr || static_cast<std::size_t>(operation->level) != level) return false;
-
-    token_ = next_token(follower.rest);
-    rest_ = token_.rest;
-    if (token_.kind == token_kind::end) {
-        status_ = token_.status;
-        return false;
-    }
-    pending = operation->binary;
+bool math_parser::open(waiting owner, const formula_token& token, std::string_view rest) {
+    if (depth_ == max_nesting) return end_with(parse_status::beyond_limits, rest);
+    ++depth_;
+    open_.push_back({owner, token.kind, operator_level::none, offset_of(token), 1, tree_.size(), token.text});
     return true;
 }
 
-math_parser::step math_parser::end_relation(const formula_token& follower) {
-    if (status_ != parse_status::none || follower.kind != token_kind::question) return step::end_expression;
-    rest_ = follower.rest;
-    return open(open_part(waiting::then_part), step::expression);
+void math_parser::close_part() {
+    open_.pop_back();
+    --depth_;
 }
 
-math_parser::step math_parser::end_expression() {
+bool math_parser::begin_expression() {
+    wants_operand_ = true;
+    if (token_.kind != token_kind::end) return true;
+    if (!open_.empty()) tree_.dropped = last_token_;
+    return end_text();
+}
+
+bool math_parser::take_operand() {
+    switch (token_.kind) {
+        case token_kind::number:
+            add_number(token_.number);
+            end_operand();
+            return true;
+        case token_kind::identifier:
+            add_name();
+            end_operand();
+            return true;
+        case token_kind::open:
+            return take_opening(waiting::parenthesis);
+        case token_kind::function:
+            return take_opening(waiting::arguments);
+        default:
+            return take_sign();
+    }
+}
+
+bool math_parser::take_opening(waiting owner) {
+    if (!open(owner, token_, token_.rest)) return false;
+    read_token();
+    return begin_expression();
+}
+
+// The token behind the sign is looked at first: a text that ends here says so whatever the sign is.
+bool math_parser::take_sign() {
+    const formula_token sign = token_;
+    read_token();
+    if (token_.kind == token_kind::end) return end_with(parse_status::nothing_after_unary, token_.rest);
+    if (operation_of(sign.kind)->unary == nullptr && sign.kind != token_kind::plus)
+        return end_with(parse_status::no_factor, behind_);
+    return open(waiting::sign, sign, token_.rest);
+}
+
+// An operand has ended, and with it perhaps what waits for it.
+bool math_parser::take_follower() {
+    add_signs();
+    if (token_.kind == token_kind::end) return end_text();
+    const formula_operation* operation = operation_of(token_.kind);
+    if (operation != nullptr && operation->level != operator_level::none)
+        return take_operator(operation->level);
+    add_operators(operator_level::relation);
+    return token_.kind == token_kind::question ? take_opening(waiting::then_part) : end_expression();
+}
+
+// The operators of this level and of those inside it have their right operand.
+bool math_parser::take_operator(operator_level binding) {
+    add_operators(binding);
+    open_.push_back({waiting::operand, token_.kind, binding, offset_of(token_), 0, tree_.size(), {}});
+    read_token();
+    wants_operand_ = true;
+    if (token_.kind != token_kind::end) return true;
+    open_.pop_back();
+    tree_.dropped = last_token_;
+    return end_text();
+}
+
+bool math_parser::end_expression() {
+    for (; is_inside(waiting::else_part); close_part()) add_selection(open_.back());
+    if (open_.empty()) return end_with(parse_status::none, behind_);
     switch (open_.back().owner) {
         case waiting::parenthesis:
             return end_parenthesis();
-        case waiting::argument:
+        case waiting::arguments:
             return end_argument();
-        case waiting::then_part:
+        default:
             return end_then_part();
-        case waiting::else_part:
-            return end_else_part();
-        case waiting::whole:
-        case waiting::unary:
-            break;
     }
-    return step::done;
 }
 
-math_parser::step math_parser::end_parenthesis() {
-    if (status_ == parse_status::end_of_text) {
-        return close_with(parse_status::no_closing_parenthesis, step::end_factor);
+bool math_parser::end_parenthesis() {
+    if (token_.kind != token_kind::close) return end_with(parse_status::no_closing_parenthesis, behind_);
+    if (tree_.size() > open_.back().behind) {
+        formula_node& enclosed = tree_.last();
+        enclosed.start = open_.back().offset;
+        enclosed.end = offset_of(token_) + 1;
+        enclosed.is_enclosed = true;
     }
-    if (status_ != parse_status::none) return close_with(status_, step::end_factor);
-    const formula_token token = next_token(rest_);
-    if (token.kind != token_kind::close) {
-        return close_with(parse_status::no_closing_parenthesis, step::end_factor);
-    }
-    rest_ = token.rest;
-    return close_with(parse_status::none, step::end_factor);
+    close_part();
+    end_operand();
+    return true;
 }
 
-math_parser::step math_parser::end_argument() {
-    if (status_ != parse_status::none) return close_with(status_, step::end_factor);
-    const formula_token token = next_token(rest_);
-    if (token.kind != token_kind::close && token.kind != token_kind::comma) {
-        return close_with(parse_status::no_end_of_arguments, step::end_factor);
+bool math_parser::end_argument() {
+    if (token_.kind == token_kind::comma) {
+        ++open_.back().arguments;
+        read_token();
+        return begin_expression();
     }
-    rest_ = token.rest;
-    open_part& call = open_.back();
-    if (token.kind == token_kind::comma) {
-        ++call.arguments;
-        return step::expression;
-    }
-    const formula_function* function = find_function(call.name, call.arguments);
-    if (function == nullptr) return close_with(parse_status::unknown_function, step::end_factor);
-    emit(call.arguments == 1 ? op_code::op_unary : op_code::op_binary, function);
-    return close_with(parse_status::none, step::end_factor);
+    if (token_.kind != token_kind::close) return end_with(parse_status::no_end_of_arguments, behind_);
+    add_call(open_.back());
+    close_part();
+    end_operand();
+    return true;
 }
 
-math_parser::step math_parser::end_then_part() {
-    if (status_ != parse_status::none) return close_with(status_, step::end_expression);
-    const formula_token token = next_token(rest_);
-    if (token.kind != token_kind::colon) return close_with(parse_status::no_colon, step::end_expression);
-    rest_ = token.rest;
+bool math_parser::end_then_part() {
+    if (token_.kind != token_kind::colon) return end_with(parse_status::no_colon, behind_);
     open_.back().owner = waiting::else_part;
-    return step::expression;
+    read_token();
+    return begin_expression();
 }
 
-math_parser::step math_parser::end_else_part() {
-    emit(op_code::op_select, nullptr);
-    return close_with(status_, step::end_expression);
+// What waits gets what there is: a text that ends is no mistake but where a parenthesis is open.
+bool math_parser::end_text() {
+    if (token_.status != parse_status::end_of_text) return end_with(token_.status, token_.rest);
+    for (; !open_.empty(); open_.pop_back()) {
+        const open_part& part = open_.back();
+        switch (part.owner) {
+            case waiting::operand:
+                add_operator(part);
+                break;
+            case waiting::sign:
+                add_sign(part);
+                break;
+            case waiting::parenthesis:
+                return end_with(parse_status::no_closing_parenthesis, token_.rest);
+            case waiting::else_part:
+                add_selection(part);
+                break;
+            case waiting::arguments:
+            case waiting::then_part:
+                tree_.unfinished.push_back({part.symbol, part.offset});
+        }
+    }
+    return end_with(parse_status::end_of_text, token_.rest);
 }
 
-parse_status math_parser::map_name(std::string_view name) {
-    const double* constant = find_named_constant(name);
-    if (constant == nullptr) return add_identifier_token(name);
-    emit_number(eval_value::of(*constant));
-    return parse_status::none;
+// Behind what was refused nobody is asked any more, and the name is a number for those who explain the rest.
+void math_parser::add_name() {
+    const double* constant = find_named_constant(token_.text);
+    if (constant != nullptr) return add_number(eval_value::of(*constant));
+    if (!is_refused()) note_refusal(add_identifier_token(), token_.rest);
+    if (is_refused()) add_number({});
 }
 
-parse_status math_parser::add_identifier_token(std::string_view name) {
-    const resolved_name resolved = resolver_(name);
+parse_status math_parser::add_identifier_token() {
+    const resolved_name resolved = resolver_(token_.text);
     if (std::holds_alternative<std::monostate>(resolved)) {
         if (log_enabled(log_failure)) {
             log_message(log_failure,
                         "math_parser::add_identifier_token, failed to map variable \"%.*s\" to either a "
                         "constant or a "
                         "pValue.\n",
-                        static_cast<int>(name.size()), name.data());
+                        static_cast<int>(token_.text.size()), token_.text.data());
         }
         return parse_status::unknown_name;
     }
     if (std::holds_alternative<exhausted_expression>(resolved)) return parse_status::beyond_limits;
     if (const auto* expression = std::get_if<const formula_program*>(&resolved)) return append(**expression);
     if (const auto* constant = std::get_if<eval_value>(&resolved)) {
-        emit_number(*constant);
+        add_number(*constant);
         return parse_status::none;
     }
-    formula_instruction& instruction = emitted_.emplace_back();
-    instruction.code = op_code::op_variable;
-    instruction.variable = std::get<identifier_id>(resolved);
+    add_leaf(op_code::op_variable).variable = std::get<identifier_id>(resolved);
     return parse_status::none;
 }
 
 // Expressions that use one another can double in length with each step.
 parse_status math_parser::append(const formula_program& expression) {
     const auto& copied = expression.instructions;
-    if (emitted_.size() + copied.size() > max_expanded_instructions) return parse_status::beyond_limits;
-    emitted_.insert(emitted_.end(), copied.begin(), copied.end());
+    if (tree_.size() + copied.size() > max_expanded_instructions) return parse_status::beyond_limits;
+    for (const formula_instruction& instruction : copied) {
+        formula_node& node =
+            tree_.add(token_kind::identifier, offset_of(token_), operand_count(instruction.code));
+        node.instruction = instruction;
+        node.end = offset_of(token_) + static_cast<std::uint32_t>(token_.text.size());
+    }
     return parse_status::none;
 }
 
-void math_parser::emit(op_code code, const formula_function* function) {
-    formula_instruction& instruction = emitted_.emplace_back();
-    instruction.code = code;
-    instruction.function = function;
+formula_instruction& math_parser::add_leaf(op_code code) {
+    const std::uint32_t offset = offset_of(token_);
+    formula_node& node = tree_.add(token_.kind, offset, 0);
+    node.end = offset + static_cast<std::uint32_t>(token_.text.size());
+    node.instruction.code = code;
+    return node.instruction;
 }
 
-void math_parser::emit_number(const eval_value& number) {
-    formula_instruction& instruction = emitted_.emplace_back();
-    instruction.code = number.is_integer ? op_code::op_push_int : op_code::op_push_float;
-    instruction.number = number.value;
+void math_parser::add_number(const eval_value& number) {
+    add_leaf(number.is_integer ? op_code::op_push_int : op_code::op_push_float).number = number.value;
+}
+
+void math_parser::add_call(const open_part& call) {
+    const formula_function* function = find_function(call.name, call.arguments);
+    if (function == nullptr) note_refusal(parse_status::unknown_function, token_.rest);
+    formula_node& node = tree_.add(call.symbol, call.offset, call.arguments);
+    node.end = offset_of(token_) + 1;
+    node.instruction.code = call.arguments == 1 ? op_code::op_unary : op_code::op_binary;
+    node.instruction.function = function;
+}
+
+void math_parser::add_signs() {
+    for (; is_inside(waiting::sign); close_part()) add_sign(open_.back());
+}
+
+// A plus does nothing.
+void math_parser::add_sign(const open_part& sign) {
+    if (const formula_function* function = operation_of(sign.symbol)->unary) {
+        add_operation(sign, op_code::op_unary).function = function;
+    } else if (tree_.size() > sign.behind) {
+        tree_.last().start = sign.offset;
+    }
+}
+
+void math_parser::add_operators(operator_level outermost) {
+    for (; is_inside(waiting::operand) && open_.back().level >= outermost; open_.pop_back())
+        add_operator(open_.back());
+}
+
+void math_parser::add_operator(const open_part& part) {
+    add_operation(part, op_code::op_binary).function = operation_of(part.symbol)->binary;
+}
+
+void math_parser::add_selection(const open_part& question) {
+    add_operation(question, op_code::op_select).function = nullptr;
+}
+
+formula_instruction& math_parser::add_operation(const open_part& part, op_code code) {
+    formula_node& node = tree_.add(part.symbol, part.offset, operand_count(code));
+    node.instruction.code = code;
+    return node.instruction;
 }
 
 // The text becomes a format, and what it quotes of the description must not act as one.
-void log_failed_parse(parse_status status, std::string_view rest) {
+void log_failed_parse(const parse_end& end) {
     const std::string text = fmt::format("km_parse_tree failed with result={}. Last token view:\n{}.\n",
-                                         status_text(status), rest);
+                                         status_text(end.status), end.rest);
     std::string format;
     for (const char c : text) format.append(c == '%' ? 2 : 1, c);
     log_message(log_failure, format.c_str());
 }
 
-result<formula_program> parse(std::string_view text, name_resolver resolver, parse_end& end) {
-    math_parser parser(text, resolver);
-    end.status = parser.parse();
-    end.rest = parser.rest();
-    if (end.status == parse_status::none || end.status == parse_status::end_of_text)
-        return parser.take_program();
-    if (log_enabled(log_failure)) log_failed_parse(end.status, end.rest);
-    return make_error_code(formula_parse_failed);
+template <class Prepare>
+result<formula_program> compile(std::string_view text, name_resolver resolver, Prepare prepare) {
+    const formula_tree tree = read_formula(text, resolver);
+    if (!tree.is_accepted()) {
+        if (log_enabled(log_failure)) log_failed_parse(tree.end);
+        return make_error_code(formula_parse_failed);
+    }
+    formula_program program = tree.program();
+    program.specialised = prepare(tree);
+    return program;
 }
 
 }  // namespace
 
-result<formula_program> parse_formula(std::string_view text, name_resolver resolver) {
-    parse_end end;
-    return parse_formula(text, resolver, end);
+formula_tree read_formula(std::string_view text, name_resolver resolver) {
+    return math_parser(text, resolver).read();
 }
 
-result<formula_program> parse_formula(std::string_view text, name_resolver resolver, parse_end& end) {
-    result<formula_program> program = parse(text, resolver, end);
-    if (program) specialise_formula(program.assume_value());
-    return program;
+result<formula_program> parse_formula(std::string_view text, name_resolver resolver, variable_kinds kinds) {
+    return compile(text, resolver, [&](const formula_tree& tree) { return specialise_formula(tree, kinds); });
+}
+
+result<formula_program> parse_formula(std::string_view text, name_resolver resolver) {
+    return compile(text, resolver, [](const formula_tree& tree) { return specialise_formula(tree); });
 }
 
 result<formula_program> parse_instructions(std::string_view text, name_resolver resolver) {
-    parse_end end;
-    return parse(text, resolver, end);
+    return compile(text, resolver,
+                   [](const formula_tree&) { return std::shared_ptr<const specialised_formula>(); });
 }
 
 }  // namespace GenICam

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "formula/formula_program.h"
-#include "formula/formula_token.h"
+#include "formula/formula_specialiser.h"
+#include "formula/formula_tree.h"
 #include "formula/function_ref.h"
 #include "genicam/core/error.h"
 
@@ -18,24 +19,20 @@ using resolved_name =
     std::variant<std::monostate, identifier_id, const formula_program*, eval_value, exhausted_expression>;
 using name_resolver = function_ref<resolved_name(std::string_view name)>;
 
-/// Compiles a formula. Fails with `formula_parse_failed` only. A formula that breaks off at the end of the
-/// text gives what stood there so far, and text behind a complete formula is ignored; an empty text gives an
-/// empty program. Formulas nested deeper than 4096 levels fail, and so do those that expressions make longer
-/// than 65536 instructions.
+/// Reads a formula. A formula that breaks off at the end of the text gives what stood there so far, and text
+/// behind a complete formula is ignored; an empty text gives an empty tree. Formulas nested deeper than 4096
+/// levels are refused, and so are those that expressions make longer than 65536 instructions. The names
+/// behind the first thing that is refused are not asked for.
+[[nodiscard]] formula_tree read_formula(std::string_view text, name_resolver resolver);
+
+/// Compiles a formula, made ready for variables of these kinds. Fails with `formula_parse_failed` only.
+[[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver,
+                                                    variable_kinds kinds);
+
+/// The same for variables that may all be integers or all be floats.
 [[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver);
 
-/// Where and how a parse ended, for whoever explains formulas.
-struct parse_end {
-    parse_status status = parse_status::none;
-    std::string_view rest;  ///< the text behind the formula, or behind what was refused
-};
-
-/// The same, and how it ended.
-[[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver,
-                                                    parse_end& end);
-
-/// The same without preparation for speed: for formulas that are copied into others, and for those whose
-/// variables have kinds that are known, which `specialise_formula` prepares better.
+/// The same without preparation for speed: for formulas that are copied into others.
 [[nodiscard]] result<formula_program> parse_instructions(std::string_view text, name_resolver resolver);
 
 }  // namespace GenICam

@@ -3,10 +3,6 @@
 namespace GenICam::steps {
 namespace {
 
-// A tail call: in optimised builds a jump. Elsewhere the number of steps bounds the depth.
-eval_value go_on(const formula_step* at, eval_value::payload* frame) { return at[1].run(at + 1, frame); }
-eval_value go_to(const formula_step* at, eval_value::payload* frame) { return at->run(at, frame); }
-
 eval_value make(eval_value::payload number, bool is_integer) {
     eval_value made;
     made.value = number;
@@ -46,12 +42,10 @@ eval_value keep_if_constant(const formula_step* at, eval_value::payload* frame) 
     return go_on(at, frame);
 }
 
-eval_value jump(const formula_step* at, eval_value::payload* frame) {
-    return go_to(at + at->distance, frame);
-}
+eval_value jump(const formula_step* at, eval_value::payload* frame) { return go_to(at + at->target, frame); }
 
 eval_value jump_unless(const formula_step* at, eval_value::payload* frame) {
-    return go_to(at + (frame[at->left].integer == 0 ? at->distance : 1), frame);
+    return go_on_if(frame[at->left].integer != 0, at, frame);
 }
 
 eval_value end_integer(const formula_step* at, eval_value::payload* frame) {

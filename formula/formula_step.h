@@ -2,7 +2,6 @@
 
 #include "genicam/core/eval_value.h"
 
-#include <cstddef>
 #include <cstdint>
 
 namespace GenICam {
@@ -15,16 +14,25 @@ using step_function = eval_value (*)(const formula_step* at, eval_value::payload
 /// One step of a specialised formula: an operation whose operands have known kinds and places.
 struct formula_step {
     step_function run;
-    std::uint16_t target;
+    std::uint16_t target;  ///< the slot of the result; of jumps, how many steps ahead
     std::uint16_t left;
     std::uint16_t right;
-    union {
-        eval_value::payload constant;
-        std::ptrdiff_t distance;  ///< of jumps, in steps
-    };
+    eval_value::payload constant;
 };
 
 static_assert(sizeof(formula_step) == 24);
+
+// Tail calls: in optimised builds jumps. Elsewhere the number of steps bounds the depth.
+[[nodiscard]] inline eval_value go_to(const formula_step* at, eval_value::payload* frame) {
+    return at->run(at, frame);
+}
+[[nodiscard]] inline eval_value go_on(const formula_step* at, eval_value::payload* frame) {
+    return go_to(at + 1, frame);
+}
+/// Jumps as many steps as the target says unless the test holds.
+[[nodiscard]] inline eval_value go_on_if(bool holds, const formula_step* at, eval_value::payload* frame) {
+    return go_to(at + (holds ? 1 : at->target), frame);
+}
 
 /// The steps that are no operators or functions.
 namespace steps {

@@ -53,6 +53,7 @@ std::string_view skip_space(std::string_view text) noexcept {
 formula_token make_end(parse_status status, std::string_view rest) noexcept {
     formula_token token;
     token.status = status;
+    token.text = rest.substr(0, 0);
     token.rest = rest;
     return token;
 }
@@ -63,6 +64,7 @@ formula_token make_number(std::string_view text) {
     // A hexadecimal prefix without digits.
     if (consumed == 0) return make_end(parse_status::invalid_token, text);
     token.kind = token_kind::number;
+    token.text = text.substr(0, consumed);
     token.rest = text.substr(consumed);
     return token;
 }
@@ -72,6 +74,7 @@ formula_token make_operation(std::string_view text) noexcept {
     if (operation == nullptr) return make_end(parse_status::invalid_token, text);
     formula_token token;
     token.kind = operation->kind;
+    token.text = text.substr(0, operation->text.size());
     token.rest = text.substr(operation->text.size());
     return token;
 }
@@ -82,12 +85,11 @@ formula_token make_name(std::string_view text) noexcept {
 
     formula_token token;
     token.kind = token_kind::identifier;
-    token.name = text.substr(0, length);
+    token.text = text.substr(0, length);
     token.rest = skip_space(text.substr(length));
-    const formula_operation* follower = match_operation(token.rest);
-    if (follower != nullptr && follower->kind == token_kind::open) {
+    if (!token.rest.empty() && token.rest.front() == '(') {
         token.kind = token_kind::function;
-        token.rest.remove_prefix(follower->text.size());
+        token.rest.remove_prefix(1);
     }
     return token;
 }

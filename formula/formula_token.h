@@ -31,7 +31,7 @@ struct formula_token {
     token_kind kind = token_kind::end;
     parse_status status = parse_status::none;  ///< `end` only: whether the text or its sense ended
     eval_value number;                         ///< `number` only
-    std::string_view name;                     ///< `identifier` and `function` only
+    std::string_view text;                     ///< the token itself; of `function` the name alone
     std::string_view rest;                     ///< the text behind the token
 };
 

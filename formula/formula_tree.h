@@ -1,81 +1,96 @@
 #pragma once
 
-#include "formula/formula_instruction.h"
-#include "formula/formula_specialiser.h"
+#include "formula/formula_operation.h"
+#include "formula/formula_program.h"
+#include "formula/formula_token.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
 
-#include <boost/container/small_vector.hpp>
 #include <gsl/span>
 
 namespace GenICam {
 
-/// What is known of a number before it is computed: of a selection between an integer and a float, neither
-/// kind.
-enum class known_kind : std::uint8_t { floating, integer, either };
-
-/// A part of a formula. Its operands are nodes before it.
+/// A number, name, operator or call of a formula: what it does when the formula runs, and where it stands.
 struct formula_node {
-    enum class part : std::uint8_t { constant, variable, function, selection };
-
-    part what = part::constant;
-    known_kind kind = known_kind::integer;
-    bool can_fault = false;
-    std::uint16_t depth = 0;
-    std::uint16_t operands[3] = {};
-    const typed_form* form = nullptr;  ///< of a function; one that takes a single operand has it twice
-    union {
-        bare_number constant = {0};
-        identifier_id variable;
-    };
-
-    [[nodiscard]] bool is_constant() const noexcept { return what == part::constant; }
-    [[nodiscard]] bool is_leaf() const noexcept { return is_constant() || what == part::variable; }
-    /// The kind to compute it with. What may be either serves as a float.
-    [[nodiscard]] number_kind natural_kind() const noexcept {
-        return kind == known_kind::integer ? number_kind::integer : number_kind::floating;
-    }
-    /// Of a constant.
-    [[nodiscard]] bare_number constant_as(number_kind wanted) const noexcept {
-        return bare_as(wanted, value_of(natural_kind(), constant));
-    }
+    formula_instruction instruction;
+    std::uint32_t first;   ///< the first of the nodes that it is computed from; a number or name is its own
+    std::uint32_t start;   ///< its text with what belongs to it: operands, signs and parentheses around it
+    std::uint32_t end;     ///< behind that
+    std::uint32_t offset;  ///< of the operator, number or name alone
+    token_kind symbol;     ///< what stands at the offset
+    bool is_enclosed;      ///< in parentheses of its own
 };
 
-[[nodiscard]] constexpr known_kind known(number_kind kind) noexcept {
-    return kind == number_kind::integer ? known_kind::integer : known_kind::floating;
-}
+/// How the reading of a formula ended.
+struct parse_end {
+    parse_status status = parse_status::none;
+    std::string_view rest;  ///< the text behind the formula, or behind what was refused
+};
 
-/// The tree of a program, made by following what a calc stack would hold. Parts without variables are
-/// computed.
+/// Something that still waited for its end when the text broke off.
+struct unfinished_part {
+    token_kind symbol;  ///< `function` without its parenthesis, or `question` without its colon
+    std::size_t offset;
+};
+
+/// A formula as it was read. The nodes stand in the order in which they are computed. So what a node is
+/// computed from stands right before it: its last operand is the node before it, and each other operand ends
+/// where the next one begins.
+///
+/// A text that breaks off may leave more than one number over, or operators that lack operands. In a formula
+/// that is refused, names and calls that nobody knows are nodes too, so that all of it can be explained.
 class formula_tree {
 public:
-    explicit formula_tree(variable_kinds kinds) : kinds_(kinds) {}
+    using index = std::uint32_t;
 
-    /// False for programs that are too deep, that fail or leave values over, and where a condition decides on
-    /// the kinds of numbers that an operator works on.
-    [[nodiscard]] bool build(gsl::span<const formula_instruction> program);
+    explicit formula_tree(std::string_view text) : text_(text) {}
 
-    [[nodiscard]] const formula_node& operator[](std::uint16_t index) const noexcept { return nodes_[index]; }
-    [[nodiscard]] const formula_node& root() const noexcept { return nodes_[stack_.back()]; }
+    [[nodiscard]] std::string_view text() const noexcept { return text_; }
+    [[nodiscard]] gsl::span<const formula_node> nodes() const noexcept {
+        return {nodes_.data(), nodes_.size()};
+    }
+    [[nodiscard]] const formula_node& operator[](index node) const noexcept { return nodes_[node]; }
+    [[nodiscard]] index size() const noexcept { return static_cast<index>(nodes_.size()); }
+    [[nodiscard]] index root() const noexcept { return size() - 1; }
+
+    /// Only of nodes that have operands.
+    [[nodiscard]] static index last_operand(index node) noexcept { return node - 1; }
+    [[nodiscard]] index operand_before(index operand) const noexcept { return nodes_[operand].first - 1; }
+    /// The operands of a node in their order.
+    [[nodiscard]] std::vector<index> operands(index node) const;
+
+    /// Whether the formula can be run: its text may break off.
+    [[nodiscard]] bool is_accepted() const noexcept {
+        return end.status == parse_status::none || end.status == parse_status::end_of_text;
+    }
+    /// Whether all operators have their operands and one number is the result.
+    [[nodiscard]] bool is_complete() const noexcept {
+        return !nodes_.empty() && !lacks_operands_ && nodes_.back().first == 0;
+    }
+    [[nodiscard]] bool lacks_operands() const noexcept { return lacks_operands_; }
+
+    /// The instructions alone.
+    [[nodiscard]] formula_program program() const;
+
+    /// Appends a node that is computed from the last `operand_count` numbers, and ends with the last of them.
+    formula_node& add(token_kind symbol, std::uint32_t offset, std::size_t operand_count);
+    /// Room for so many nodes.
+    void reserve(std::size_t count) { nodes_.reserve(count); }
+    [[nodiscard]] formula_node& last() noexcept { return nodes_.back(); }
+
+    parse_end end;
+    /// The last operator, parenthesis or mark, where the text ended and an operand was to follow.
+    std::optional<std::size_t> dropped;
+    std::vector<unfinished_part> unfinished;  ///< innermost first
 
 private:
-    bool add(const formula_instruction& instruction);
-    bool add_constant(number_kind kind, bare_number number);
-    bool add_variable(identifier_id id);
-    bool add_function(const formula_function& function);
-    bool add_form(const typed_form& form, std::uint16_t first, std::uint16_t second);
-    bool add_to_constant(const typed_form& form, std::uint16_t number, std::uint16_t constant);
-    bool add_selection();
-    bool add_test(token_kind comparison, std::uint16_t condition);
-    bool push(const formula_node& made);
-    std::uint16_t pop();
-    static const typed_form* choose(const formula_function& function, const formula_node& first,
-                                    const formula_node& second);
-    static bool never_faults(const typed_form& form, const formula_node& divisor);
-
-    variable_kinds kinds_;
-    boost::container::small_vector<formula_node, 64> nodes_;
-    boost::container::small_vector<std::uint16_t, 64> stack_;
+    std::string_view text_;
+    std::vector<formula_node> nodes_;
+    bool lacks_operands_ = false;
 };
 
 }  // namespace GenICam

@@ -4,8 +4,6 @@
 #include "formula/formula_limits.h"
 #include "genicam/core/node_log.h"
 
-#include <utility>
-
 namespace GenICam {
 
 void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
@@ -21,15 +19,12 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     variable_table table(true, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    result<formula_program> program = map_.parse(text, table, number_kind::integer);
-    if (!program) {
+    if (map_.parse(text, table, number_kind::integer, self.formulas(), formula_)) {
         log_node(
             "GenICam::converter::swissknife_impl::resolve_converter_references, "
             "SwissKnife (\"%s\"). failed to evaluate \"%.*s\"\n",
             self, static_cast<int>(text.size()), text.data());
-        return;
     }
-    formula_ = std::move(program.assume_value());
 }
 
 result<eval_value> swissknife_impl::evaluate(std::uint32_t flags) {

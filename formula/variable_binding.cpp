@@ -1,6 +1,6 @@
 #include "formula/variable_binding.h"
 
-#include "formula/formula_specialiser.h"
+#include "formula/formula_cache.h"
 #include "genicam/core/children.h"
 #include "genicam/core/log.h"
 #include "genicam/core/value_links.h"
@@ -114,15 +114,14 @@ void variable_map_impl::parse_expression(pugi::xml_node element, variable_table&
     }
 }
 
-result<formula_program> variable_map_impl::parse(std::string_view text, const variable_table& table,
-                                                 number_kind kind_of_current) const {
-    result<formula_program> program = parse_instructions(text, table);
-    if (!program) return program;
-    const number_kind kind_of_sources = is_integer_ ? number_kind::integer : number_kind::floating;
-    specialise_formula(program.assume_value(), [&](identifier_id id) {
-        return std::optional<number_kind>(id == current_value_id ? kind_of_current : kind_of_sources);
-    });
-    return program;
+std::error_code variable_map_impl::parse(std::string_view text, const variable_table& table,
+                                         number_kind kind_of_current, formula_cache& cache,
+                                         formula_program& program) const {
+    const known_kind kind_of_sources = is_integer_ ? known_kind::integer : known_kind::floating;
+    const auto kinds = [&](identifier_id id) {
+        return id == current_value_id ? known(kind_of_current) : kind_of_sources;
+    };
+    return cache.parse(text, table, kinds, program);
 }
 
 void variable_map_impl::refresh(std::uint32_t flags) {

@@ -15,6 +15,7 @@
 namespace GenICam {
 
 class IGenICamDoc;
+class formula_cache;
 
 /// How a variable is read from its node.
 using variable_accessor = result<eval_value> (*)(INode* node, std::uint32_t flags);
@@ -50,8 +51,9 @@ public:
 
     /// Parses a formula and prepares it for these variables, of which `FROM` and `TO` will mostly have this
     /// kind.
-    [[nodiscard]] result<formula_program> parse(std::string_view text, const variable_table& table,
-                                                number_kind kind_of_current) const;
+    [[nodiscard]] std::error_code parse(std::string_view text, const variable_table& table,
+                                        number_kind kind_of_current, formula_cache& cache,
+                                        formula_program& program) const;
 
     /// What `FROM` and `TO` read.
     eval_value current;

@@ -67,12 +67,11 @@ GenICam::resolved_name resolve(const std::vector<variable>& variables, std::stri
     return first_id + static_cast<identifier_id>(found - variables.begin());
 }
 
-formula_program parse(const std::string& formula, const std::vector<variable>& variables) {
-    GenICam::parse_end end;
-    auto parsed = GenICam::parse_formula(
-        formula, [&](std::string_view name) { return resolve(variables, name); }, end);
-    if (!parsed) throw refused(refusal_text(formula, end));
-    return std::move(parsed.assume_value());
+GenICam::formula_tree read(const std::string& formula, const std::vector<variable>& variables) {
+    GenICam::formula_tree tree =
+        GenICam::read_formula(formula, [&](std::string_view name) { return resolve(variables, name); });
+    if (!tree.is_accepted()) throw refused(refusal_text(formula, tree.end));
+    return tree;
 }
 
 /// A run of a program, step by step.
@@ -134,11 +133,11 @@ void print_steps(std::ostream& out, const explained_run& explained) {
 
 int eval(const eval_options& options, const channels& to) {
     const std::vector<variable> variables = parse_variables(options.variables);
-    const formula_program program = parse(options.formula, variables);
-    const explained_run explained = run(program, variables);
+    const GenICam::formula_tree tree = read(options.formula, variables);
+    const explained_run explained = run(tree.program(), variables);
     if (options.explain && !to.json) print_steps(to.out, explained);
     check(explained.result, options.formula);
-    const std::vector<std::string> notes = formula_notes(options.formula);
+    const std::vector<std::string> notes = formula_notes(tree);
     if (to.json) {
         write_json(to.out, as_json(options.formula, explained, notes, options.explain));
         return exit_code::fine;

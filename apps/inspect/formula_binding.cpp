@@ -52,12 +52,10 @@ void formula_binding::parse(const char* element_name) {
     const std::string_view name = element_name;
     if (name != "Expression" && (name == "Formula") == is_converter_) return;
     for (const pugi::xml_node xml : xml_.children(element_name)) {
-        bound_formula& formula = formulas_.emplace_back();
-        formula.xml = xml;
-        formula.text = xml.child_value();
-        GenICam::result<GenICam::formula_program> parsed =
-            GenICam::parse_formula(formula.text, table_, formula.end);
-        if (parsed) formula.program = std::move(parsed.assume_value());
+        const std::string_view text = xml.child_value();
+        formulas_.push_back({xml, text, GenICam::read_formula(text, table_), std::nullopt});
+        bound_formula& formula = formulas_.back();
+        if (formula.tree.is_accepted()) formula.program = formula.tree.program();
         if (name != "Expression") break;  // only the first counts
     }
 }

@@ -12,12 +12,12 @@
 
 namespace selvane_inspect {
 
-/// A formula of a node, parsed.
+/// A formula of a node, as it was read.
 struct bound_formula {
     pugi::xml_node xml;  ///< `Formula`, `FormulaFrom`, `FormulaTo` or `Expression`
     std::string_view text;
+    GenICam::formula_tree tree;
     std::optional<GenICam::formula_program> program;  ///< not set when the language refuses the text
-    GenICam::parse_end end;
 };
 
 /// The formulas of one node with their names, built beside the engine by the engine's own parts: so they can

@@ -1,7 +1,6 @@
 #include "apps/inspect/guarded_run.h"
 
 #include <cstddef>
-#include <limits>
 
 namespace selvane_inspect {
 
@@ -11,13 +10,7 @@ using GenICam::formula_instruction;
 bool would_end_process(const formula_instruction& next, gsl::span<const eval_value> stack) {
     const auto size = static_cast<std::size_t>(stack.size());
     if (next.code != GenICam::op_code::op_binary || size < 2) return false;
-    const eval_value& left = stack.data()[size - 2];
-    const eval_value& right = stack.data()[size - 1];
-    const bool integers = left.is_integer && right.is_integer;
-    const GenICam::typed_form& form = integers ? next.function->for_integers : next.function->otherwise;
-    if (!form.can_fault) return false;
-    const std::int64_t divisor = to_int(right);
-    return divisor == 0 || (divisor == -1 && to_int(left) == std::numeric_limits<std::int64_t>::min());
+    return ends_process(*next.function, stack.data()[size - 2], stack.data()[size - 1]);
 }
 
 guarded_result run_guarded(const GenICam::formula_program& program, GenICam::variable_lookup variables,

@@ -71,7 +71,7 @@ void source_finder::add_formulas(element_index element, value_source& source) {
     for (const bound_formula& formula : guard_.binding(element).formulas()) {
         source.formulas.push_back({formula.xml.name(), formula.xml.attribute("Name").value(),
                                    std::string(formula.text),
-                                   formula.program ? "" : refusal_text(formula.text, formula.end)});
+                                   formula.program ? "" : refusal_text(formula.text, formula.tree.end)});
     }
     add_variables(element, source);
 }

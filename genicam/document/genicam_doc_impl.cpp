@@ -87,6 +87,8 @@ bool genicam_doc::build_nodes() {
 }
 
 bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
+    formula_cache formulas;
+    formulas_ = &formulas;
     default_port_ = find_port("Device");
     for (const named_node& named : nodes_) {
         element_in_work_ = &elements[named.place()];
@@ -94,6 +96,7 @@ bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) 
         if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
     }
     element_in_work_ = nullptr;
+    formulas_ = nullptr;
     const bool are_closed = close_dependents();
     dependents_ = dependents_map(first_buckets);
     is_loading_ = false;

@@ -1,7 +1,5 @@
 // Ordinary formulas are computed without the heap, from the first read on.
 
-#include "formula/formula_specialiser.h"
-
 #include "tests/adapter/allocation_watch.h"
 #include "tests/formula/formula_node_test.h"
 #include "tests/formula/formula_test_support.h"

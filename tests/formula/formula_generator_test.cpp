@@ -255,10 +255,10 @@ struct formula_in_all_ways {
 
     formula_in_all_ways(const std::string& text, const formula_names& names)
         : plain(GenICam::parse_instructions(text, names).value()),
-          typed(plain),
-          untyped(GenICam::parse_formula(text, names).value()) {
-        GenICam::specialise_formula(typed, [&names](GenICam::identifier_id id) { return names.kind_of(id); });
-    }
+          typed(GenICam::parse_formula(text, names,
+                                       [&names](GenICam::identifier_id id) { return names.kind_of(id); })
+                    .value()),
+          untyped(GenICam::parse_formula(text, names).value()) {}
 };
 
 void expect_value(const GenICam::formula_program& program, const std::string& text,

@@ -1,6 +1,5 @@
 // How a formula asks for its variables: whoever answers cannot tell in which way it is computed.
 
-#include "formula/formula_specialiser.h"
 #include "tests/formula/formula_test_support.h"
 
 #include <stdexcept>
@@ -52,9 +51,8 @@ std::vector<formula_program> all_ways(std::string_view text) {
     std::vector<formula_program> ways;
     ways.push_back(parse_instructions(text, letter).value());
     ways.push_back(parse_formula(text, letter).value());
-    for (const number_kind kind : {number_kind::integer, number_kind::floating}) {
-        ways.push_back(parse_instructions(text, letter).value());
-        specialise_formula(ways.back(), [kind](identifier_id) { return std::optional(kind); });
+    for (const known_kind kind : {known_kind::integer, known_kind::floating}) {
+        ways.push_back(parse_formula(text, letter, [kind](identifier_id) { return kind; }).value());
     }
     return ways;
 }

@@ -1,5 +1,3 @@
-#include "formula/formula_specialiser.h"
-
 #include "tests/formula/formula_test_support.h"
 
 #include <limits>

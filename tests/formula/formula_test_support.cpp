@@ -1,6 +1,5 @@
 #include "tests/formula/formula_test_support.h"
 
-#include "formula/formula_specialiser.h"
 #include "tests/support/test_document.h"
 
 #include <cmath>
@@ -63,10 +62,9 @@ void formula_names::set(const std::string& name, eval_value value) {
     variables_.at(std::get<identifier_id>(names_.at(name)) - first_id) = value;
 }
 
-std::optional<number_kind> formula_names::kind_of(identifier_id id) const {
+known_kind formula_names::kind_of(identifier_id id) const {
     const eval_value* value = (*this)(id);
-    if (value == nullptr) return std::nullopt;
-    return GenICam::kind_of(*value);
+    return value == nullptr ? known_kind::either : known(GenICam::kind_of(*value));
 }
 
 resolved_name formula_names::operator()(std::string_view name) const {
@@ -85,9 +83,8 @@ std::string show(const eval_value& value) {
 }
 
 formula_program specialised(std::string_view text, const formula_names& names) {
-    auto program = parse_instructions(text, names);
+    auto program = parse_formula(text, names, [&names](identifier_id id) { return names.kind_of(id); });
     EXPECT_TRUE(program) << text;
-    specialise_formula(program.value(), [&names](identifier_id id) { return names.kind_of(id); });
     return std::move(program.value());
 }
 

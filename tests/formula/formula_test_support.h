@@ -23,7 +23,7 @@ public:
     void add_expression(const std::string& name, std::string_view text);
     void set(const std::string& name, GenICam::eval_value value);
 
-    [[nodiscard]] std::optional<GenICam::number_kind> kind_of(GenICam::identifier_id id) const;
+    [[nodiscard]] GenICam::known_kind kind_of(GenICam::identifier_id id) const;
     GenICam::resolved_name operator()(std::string_view name) const;
     const GenICam::eval_value* operator()(GenICam::identifier_id id) const;
 

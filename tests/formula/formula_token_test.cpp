@@ -75,7 +75,7 @@ TEST(FormulaToken, NonAsciiBytesBeginNothing) {
         const formula_token token = next_token({text, 2});
         EXPECT_EQ(token.status, parse_status::invalid_token) << byte;
         const char name[] = {'a', static_cast<char>(byte)};
-        EXPECT_EQ(next_token({name, 2}).name, "a") << byte;
+        EXPECT_EQ(next_token({name, 2}).text, "a") << byte;
     }
 }
 
@@ -143,14 +143,14 @@ TEST(FormulaToken, AHexadecimalPrefixWithoutDigitsIsNoNumber) {
 TEST(FormulaToken, Names) {
     const formula_token plain = next_token(" Gain.Min + 1");
     EXPECT_EQ(plain.kind, token_kind::identifier);
-    EXPECT_EQ(plain.name, "Gain.Min");
+    EXPECT_EQ(plain.text, "Gain.Min");
     EXPECT_EQ(plain.rest, "+ 1");
 
     EXPECT_EQ(next_token(".5").kind, token_kind::identifier);
-    EXPECT_EQ(next_token(".5").name, ".5");
-    EXPECT_EQ(next_token("..").name, "..");
-    EXPECT_EQ(next_token("_a1.b_").name, "_a1.b_");
-    EXPECT_EQ(next_token("a$").name, "a");
+    EXPECT_EQ(next_token(".5").text, ".5");
+    EXPECT_EQ(next_token("..").text, "..");
+    EXPECT_EQ(next_token("_a1.b_").text, "_a1.b_");
+    EXPECT_EQ(next_token("a$").text, "a");
     EXPECT_EQ(next_token("a").rest, "");
 }
 
@@ -158,7 +158,7 @@ TEST(FormulaToken, Functions) {
     for (const char* text : {"SIN(1)", "SIN (1)", "SIN\t\n (1)"}) {
         const formula_token token = next_token(text);
         EXPECT_EQ(token.kind, token_kind::function) << text;
-        EXPECT_EQ(token.name, "SIN") << text;
+        EXPECT_EQ(token.text, "SIN") << text;
         EXPECT_EQ(token.rest, "1)") << text;
     }
     EXPECT_EQ(next_token("x.y(").kind, token_kind::function);

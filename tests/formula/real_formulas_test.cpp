@@ -1,7 +1,5 @@
 // The formulas of real cameras: all parse but a few, all end with the text, and all take the fast road.
 
-#include "formula/formula_specialiser.h"
-
 #include "data_paths.h"
 #include "tests/formula/formula_node_test.h"
 #include "tests/formula/formula_test_support.h"
@@ -125,12 +123,11 @@ TEST(RealFormulas, EveryAcceptedOneEndsWithItsText) {
         formula_collector collector;
         xml.traverse(collector);
         for (const found_formula& formula : collector.found) {
-            parse_end end;
-            const auto program = parse_formula(
-                formula.text, [&formula](std::string_view name) { return resolve(formula, name); }, end);
-            if (!program) continue;
+            const formula_tree tree = read_formula(
+                formula.text, [&formula](std::string_view name) { return resolve(formula, name); });
+            if (!tree.is_accepted()) continue;
             ++accepted;
-            EXPECT_EQ(end.status, parse_status::end_of_text) << formula.text;
+            EXPECT_EQ(tree.end.status, parse_status::end_of_text) << formula.text;
         }
     }
     if (accepted == 0) GTEST_SKIP() << "no descriptions in " << SELVANE_SHARED_DESCRIPTIONS;

@@ -2,6 +2,8 @@
 
 #include "apps/inspect/lint/formula_outline.h"
 
+#include "formula/formula_parser.h"
+
 #include <string>
 #include <vector>
 
@@ -15,19 +17,24 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+GenICam::formula_tree Read(std::string_view formula) {
+    const auto anything = [](std::string_view) -> GenICam::resolved_name { return GenICam::eval_value(); };
+    return GenICam::read_formula(formula, anything);
+}
+
 std::vector<std::string> Texts(const std::vector<formula_remark>& remarks) {
     std::vector<std::string> texts;
     for (const formula_remark& remark : remarks) texts.push_back(remark.text);
     return texts;
 }
 
-std::vector<std::string> Surprises(std::string_view formula) {
-    return Texts(outline_formula(formula).surprises);
-}
-std::vector<std::string> Breaks(std::string_view formula) { return Texts(outline_formula(formula).breaks); }
-std::vector<std::string> Rounds(std::string_view formula) {
-    return Texts(outline_formula(formula).short_rounds);
-}
+formula_outline Outline(std::string_view formula) { return outline_formula(Read(formula)); }
+
+std::vector<std::string> Notes(std::string_view formula) { return formula_notes(Read(formula)); }
+
+std::vector<std::string> Surprises(std::string_view formula) { return Texts(Outline(formula).surprises); }
+std::vector<std::string> Breaks(std::string_view formula) { return Texts(Outline(formula).breaks); }
+std::vector<std::string> Rounds(std::string_view formula) { return Texts(Outline(formula).short_rounds); }
 
 TEST(FormulaOutline, PowersBindLikeProducts) {
     EXPECT_THAT(Surprises("2*3**2"), ElementsAre("computed as (2 * 3) ** 2"));
@@ -75,7 +82,7 @@ TEST(FormulaOutline, LooksIntoEveryPart) {
     EXPECT_THAT(Surprises("a ? 2*b**2 : SIN(1|2&3)"),
                 ElementsAre("computed as (2 * b) ** 2", "computed as (1 | 2) & 3"));
     EXPECT_THAT(Surprises("ROUND(2*3**2, 1)"), ElementsAre("computed as (2 * 3) ** 2"));
-    EXPECT_EQ(outline_formula("a ? 2*b**2 : 1").surprises.front().offset, 5U);
+    EXPECT_EQ(Outline("a ? 2*b**2 : 1").surprises.front().offset, 5U);
 }
 
 TEST(FormulaOutline, ShortensLongOperands) {
@@ -107,33 +114,32 @@ TEST(FormulaOutline, FindsRoundsWithOneArgument) {
     EXPECT_THAT(Rounds("round(A)"), ElementsAre("round(A)"));
     EXPECT_THAT(Rounds("ROUND(A, 0) + TRUNC(A)"), IsEmpty());
     EXPECT_THAT(Rounds("ROUND(MAX(1,2), 0)"), IsEmpty());
-    EXPECT_EQ(outline_formula("1 + ROUND(A)").short_rounds.front().offset, 4U);
+    EXPECT_EQ(Outline("1 + ROUND(A)").short_rounds.front().offset, 4U);
 }
 
 TEST(FormulaOutline, SurvivesAnyText) {
     for (const char* odd :
          {"", ")", "((((", "))))", ",", "?:", ":?", "1 2 3", "**", "a ? : b", "(1", "$", "1 $ 2", "SIN("}) {
-        static_cast<void>(outline_formula(odd));
+        static_cast<void>(Outline(odd));
     }
-    static_cast<void>(outline_formula(std::string(100000, '(')));
-    static_cast<void>(outline_formula(std::string(100000, '-') + "1"));
+    static_cast<void>(Outline(std::string(100000, '(')));
+    static_cast<void>(Outline(std::string(100000, '-') + "1"));
 }
 
 TEST(FormulaNotes, TellOfFormulasThatAreTaken) {
-    EXPECT_THAT(formula_notes("a+b"), IsEmpty());
-    EXPECT_THAT(formula_notes("1 2"), ElementsAre("ends before \"2\", which is ignored"));
-    EXPECT_THAT(formula_notes("1)"), ElementsAre("ends before \")\", which is ignored"));
-    EXPECT_THAT(formula_notes("12abc"), ElementsAre("ends before \"abc\", which is ignored"));
-    EXPECT_THAT(formula_notes("1+"), ElementsAre("ends behind \"+\", which is dropped"));
-    EXPECT_THAT(formula_notes("2*3**2"), ElementsAre("computed as (2 * 3) ** 2"));
-    EXPECT_THAT(formula_notes("(1"), IsEmpty()) << "refused";
+    EXPECT_THAT(Notes("a+b"), IsEmpty());
+    EXPECT_THAT(Notes("1 2"), ElementsAre("ends before \"2\", which is ignored"));
+    EXPECT_THAT(Notes("1)"), ElementsAre("ends before \")\", which is ignored"));
+    EXPECT_THAT(Notes("12abc"), ElementsAre("ends before \"abc\", which is ignored"));
+    EXPECT_THAT(Notes("1+"), ElementsAre("ends behind \"+\", which is dropped"));
+    EXPECT_THAT(Notes("2*3**2"), ElementsAre("computed as (2 * 3) ** 2"));
 }
 
 std::string Refusal(std::string_view formula) {
-    GenICam::parse_end end;
     const auto nothing = [](std::string_view) -> GenICam::resolved_name { return {}; };
-    EXPECT_FALSE(GenICam::parse_formula(formula, nothing, end));
-    return refusal_text(formula, end);
+    const GenICam::formula_tree tree = GenICam::read_formula(formula, nothing);
+    EXPECT_FALSE(tree.is_accepted());
+    return refusal_text(formula, tree.end);
 }
 
 TEST(FormulaRefusal, SaysWhereAndWhy) {

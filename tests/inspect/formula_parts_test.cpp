@@ -18,32 +18,23 @@ using selvane_inspect::guarded_result;
 using selvane_inspect::run_guarded;
 using testing::ElementsAre;
 
-formula_program Parse(std::string_view formula, parse_end& end) {
-    const auto resolve = [](std::string_view) -> resolved_name { return identifier_id{1}; };
-    auto parsed = parse_formula(formula, resolve, end);
-    return parsed ? std::move(parsed.value()) : formula_program();
+formula_tree ReadWithVariables(std::string_view formula) {
+    return read_formula(formula, [](std::string_view) -> resolved_name { return identifier_id{1}; });
 }
 
-formula_program Parse(std::string_view formula) {
-    parse_end end;
-    return Parse(formula, end);
-}
+formula_program Parse(std::string_view formula) { return ReadWithVariables(formula).program(); }
 
 guarded_result Guarded(std::string_view formula, const eval_value& variable = {}) {
     return run_guarded(Parse(formula), [&](identifier_id) { return std::optional<eval_value>(variable); });
 }
 
 TEST(ParseEnd, TellsHowAParseEnded) {
-    parse_end end;
-    static_cast<void>(Parse("1+2", end));
-    EXPECT_EQ(end.status, parse_status::end_of_text);
-    EXPECT_EQ(end.rest, "");
-    static_cast<void>(Parse("1 2", end));
-    EXPECT_EQ(end.status, parse_status::none);
-    EXPECT_EQ(end.rest, " 2");
-    static_cast<void>(Parse("(1 $", end));
-    EXPECT_EQ(end.status, parse_status::invalid_token);
-    EXPECT_EQ(end.rest, "$");
+    EXPECT_EQ(ReadWithVariables("1+2").end.status, parse_status::end_of_text);
+    EXPECT_EQ(ReadWithVariables("1+2").end.rest, "");
+    EXPECT_EQ(ReadWithVariables("1 2").end.status, parse_status::none);
+    EXPECT_EQ(ReadWithVariables("1 2").end.rest, " 2");
+    EXPECT_EQ(ReadWithVariables("(1 $").end.status, parse_status::invalid_token);
+    EXPECT_EQ(ReadWithVariables("(1 $").end.rest, "$");
 }
 
 TEST(TextOf, NamesOperatorsAndFunctions) {

@@ -1,7 +1,6 @@
 #include "apps/inspect/lint/formula_outline.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <utility>
 
@@ -10,8 +9,9 @@
 namespace selvane_inspect {
 namespace {
 
-using GenICam::formula_token;
+using GenICam::formula_tree;
 using GenICam::token_kind;
+using node_index = formula_tree::index;
 
 struct expected_order {
     token_kind kind;
@@ -38,11 +38,6 @@ int expected_binding(token_kind kind) {
 
 int actual_binding(token_kind kind) { return static_cast<int>(GenICam::operation_of(kind)->level); }
 
-bool is_binary(token_kind kind) {
-    const GenICam::formula_operation* operation = GenICam::operation_of(kind);
-    return operation != nullptr && operation->binary != nullptr;
-}
-
 bool expects_left_first(token_kind left, token_kind right) {
     if (left == token_kind::power && right == token_kind::power) return false;
     return expected_binding(left) >= expected_binding(right);
@@ -54,12 +49,8 @@ bool computes_left_first(token_kind left, token_kind right) {
 
 constexpr std::string_view blanks = " \t\n\v\f\r";
 
-std::string_view trimmed_front(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
-}
-
 std::string_view trimmed(std::string_view text) {
-    const std::string_view rest = trimmed_front(text);
+    const std::string_view rest = text.substr(std::min(text.find_first_not_of(blanks), text.size()));
     return rest.substr(0, rest.find_last_not_of(blanks) + 1);
 }
 
@@ -78,130 +69,148 @@ struct placed_operator {
 /// Operands with operators between them, without parentheses around a part of them.
 struct operator_chain {
     std::size_t start = 0;
+    std::size_t end = 0;
     std::vector<placed_operator> operators;
     std::vector<std::size_t> negated_powers;  // operators ** whose left operand has a minus before it
 };
 
-/// Parentheses, the arguments of a function, or the whole.
-struct open_group {
-    std::string_view function;
-    std::size_t start = 0;
-    std::size_t arguments = 1;
-    std::size_t questions = 0;  // without their colon so far
-    bool negated = false;       // a minus stands before it
-    operator_chain chain;
-};
-
-class outline_reader {
+class outline_writer {
 public:
-    explicit outline_reader(std::string_view text) : text_(text) { groups_.emplace_back(); }
+    explicit outline_writer(const formula_tree& tree) : tree_(tree), chain_of_(tree.size()) {}
 
-    [[nodiscard]] formula_outline read();
+    [[nodiscard]] formula_outline write();
 
 private:
-    void take(const formula_token& token, std::size_t start, std::size_t end);
-    void take_operand_start(const formula_token& token);
-    void take_follower(const formula_token& token, std::size_t start, std::size_t end);
-    void open(const formula_token& token, std::size_t start, std::size_t end);
-    void close(std::size_t end);
-    void end_chain(std::size_t end, std::size_t next);
-    void judge(const operator_chain& chain, std::size_t end);
-    void judge_from(const operator_chain& chain, std::size_t first, std::size_t end);
-    void finish();
+    void add_breaks();
+    void add_short_rounds();
+    void add_surprises();
+    void join_chains();
+    [[nodiscard]] operator_chain read_chain(std::vector<node_index> operators) const;
+    [[nodiscard]] bool is_operator(node_index node) const;
+    [[nodiscard]] bool stand_together(std::size_t end, std::size_t start) const;
+    [[nodiscard]] bool is_negated(node_index operand) const;
+    void judge(const operator_chain& chain);
+    void judge_from(const operator_chain& chain, std::size_t first);
 
-    [[nodiscard]] open_group& group() { return groups_.back(); }
     [[nodiscard]] std::string piece(std::size_t start, std::size_t end) const {
-        return shortened(text_.substr(start, end - start));
+        return shortened(tree_.text().substr(start, end - start));
     }
 
-    std::string_view text_;
-    std::vector<open_group> groups_;
-    bool wants_operand_ = true;
-    bool negated_ = false;  // a minus stands before the operand at hand
-    std::size_t last_ = 0;  // where the last token starts
+    const formula_tree& tree_;
+    std::vector<node_index> chain_of_;  // for each operator the last one of its chain
     formula_outline outline_;
 };
 
-formula_outline outline_reader::read() {
-    for (std::string_view rest = text_;;) {
-        const formula_token token = GenICam::next_token(rest);
-        if (token.kind == token_kind::end) break;
-        const std::size_t end = text_.size() - token.rest.size();
-        const std::size_t start = text_.size() - trimmed_front(rest).size();
-        take(token, start, end);
-        last_ = start;
-        rest = token.rest;
-    }
-    finish();
+formula_outline outline_writer::write() {
+    add_breaks();
+    add_short_rounds();
+    add_surprises();
     return std::move(outline_);
 }
 
-void outline_reader::take(const formula_token& token, std::size_t start, std::size_t end) {
-    if (token.kind == token_kind::open || token.kind == token_kind::function) {
-        open(token, start, end);
-    } else if (wants_operand_) {
-        take_operand_start(token);
-    } else {
-        take_follower(token, start, end);
+void outline_writer::add_breaks() {
+    const std::size_t end = tree_.text().size();
+    if (tree_.dropped) {
+        outline_.breaks.push_back(
+            {*tree_.dropped, "ends behind \"" + piece(*tree_.dropped, end) + "\", which is dropped"});
+    }
+    bool is_told = false;  // one colon is missing for all that are missing between the same parentheses
+    for (auto part = tree_.unfinished.begin(); part != tree_.unfinished.end(); ++part) {
+        const bool is_call = part->symbol == token_kind::function;
+        if (is_call) {
+            outline_.breaks.push_back({part->offset, piece(part->offset, end) + " is not closed"});
+        } else if (!is_told) {
+            const auto around = std::find_if(
+                part, tree_.unfinished.end(),
+                [](const GenICam::unfinished_part& outer) { return outer.symbol == token_kind::function; });
+            outline_.breaks.push_back(
+                {around != tree_.unfinished.end() ? around->offset : 0, "a ? has no :"});
+        }
+        is_told = !is_call;
     }
 }
 
-void outline_reader::take_operand_start(const formula_token& token) {
-    if (token.kind == token_kind::minus) negated_ = true;
-    const bool is_operand = token.kind == token_kind::number || token.kind == token_kind::identifier;
-    if (is_operand) wants_operand_ = false;
+void outline_writer::add_short_rounds() {
+    for (node_index node = 0; node < tree_.size(); ++node) {
+        if (tree_[node].symbol != token_kind::function || tree_.operands(node).size() != 1) continue;
+        const std::size_t start = tree_[node].offset;
+        const std::string_view name = GenICam::next_token(tree_.text().substr(start)).text;
+        if (name != "ROUND" && name != "round") continue;
+        const std::size_t close = tree_.text().find(')', tree_[formula_tree::last_operand(node)].end);
+        outline_.short_rounds.push_back({start, piece(start, close + 1)});
+    }
 }
 
-void outline_reader::take_follower(const formula_token& token, std::size_t start, std::size_t end) {
-    if (is_binary(token.kind)) {
-        operator_chain& chain = group().chain;
-        if (token.kind == token_kind::power && negated_)
+bool outline_writer::is_operator(node_index node) const {
+    const GenICam::formula_operation* operation = GenICam::operation_of(tree_[node].symbol);
+    return operation != nullptr && operation->binary != nullptr &&
+           tree_[node].instruction.code == GenICam::op_code::op_binary;
+}
+
+// Where a text breaks off, operators may have got operands that do not stand beside them.
+bool outline_writer::stand_together(std::size_t end, std::size_t start) const {
+    return end <= start && trimmed(tree_.text().substr(end, start - end)).empty();
+}
+
+void outline_writer::join_chains() {
+    for (node_index node = 0; node < tree_.size(); ++node) chain_of_[node] = node;
+    for (node_index node = tree_.size(); node-- > 0;) {
+        const std::vector<node_index> operands = tree_.operands(node);
+        if (!is_operator(node) || operands.size() != 2) continue;
+        const std::size_t start = tree_[node].offset;
+        const std::size_t end = start + GenICam::operation_of(tree_[node].symbol)->text.size();
+        const auto join = [&](node_index operand, bool is_beside) {
+            if (is_beside && is_operator(operand) && !tree_[operand].is_enclosed)
+                chain_of_[operand] = chain_of_[node];
+        };
+        join(operands[0], stand_together(tree_[operands[0]].end, start));
+        join(operands[1], stand_together(end, tree_[operands[1]].start));
+    }
+}
+
+void outline_writer::add_surprises() {
+    join_chains();
+    std::vector<std::vector<node_index>> chains(tree_.size());
+    for (node_index node = 0; node < tree_.size(); ++node) {
+        if (is_operator(node) && tree_.operands(node).size() == 2) chains[chain_of_[node]].push_back(node);
+    }
+    for (std::vector<node_index>& operators : chains) {
+        if (!operators.empty()) judge(read_chain(std::move(operators)));
+    }
+}
+
+operator_chain outline_writer::read_chain(std::vector<node_index> operators) const {
+    std::sort(operators.begin(), operators.end(),
+              [&](node_index left, node_index right) { return tree_[left].offset < tree_[right].offset; });
+    operator_chain chain;
+    for (const node_index node : operators) {
+        const token_kind kind = tree_[node].symbol;
+        const std::size_t start = tree_[node].offset;
+        const node_index before =
+            chain.operators.empty() || chain_of_[tree_.operands(node)[0]] != chain_of_[node]
+                ? tree_.operands(node)[0]
+                : formula_tree::last_operand(operators[chain.operators.size() - 1]);
+        if (kind == token_kind::power && is_negated(before))
             chain.negated_powers.push_back(chain.operators.size());
-        chain.operators.push_back({token.kind, start, end});
-        wants_operand_ = true;
-        negated_ = false;
-        return;
+        chain.operators.push_back({kind, start, start + GenICam::operation_of(kind)->text.size()});
     }
-    if (token.kind == token_kind::close) return close(start);
-    if (token.kind == token_kind::question) ++group().questions;
-    if (token.kind == token_kind::colon && group().questions > 0) --group().questions;
-    if (token.kind == token_kind::comma) ++group().arguments;
-    end_chain(start, end);
+    const std::size_t first = tree_[tree_.operands(operators.front())[0]].start;
+    chain.start = tree_.text().substr(0, first).find_last_not_of(blanks) + 1;
+    chain.end = tree_[formula_tree::last_operand(operators.back())].end;
+    return chain;
 }
 
-void outline_reader::open(const formula_token& token, std::size_t start, std::size_t end) {
-    open_group& opened = groups_.emplace_back();
-    opened.function = token.kind == token_kind::function ? token.name : std::string_view();
-    opened.start = start;
-    opened.chain.start = end;
-    opened.negated = negated_;
-    wants_operand_ = true;
-    negated_ = false;
-}
-
-void outline_reader::close(std::size_t end) {
-    judge(group().chain, end);
-    if (groups_.size() == 1) return;  // one too many: what follows is ignored
-    const open_group closed = std::move(groups_.back());
-    groups_.pop_back();
-    const bool is_round = closed.function == "ROUND" || closed.function == "round";
-    if (is_round && closed.arguments == 1) {
-        outline_.short_rounds.push_back({closed.start, piece(closed.start, end + 1)});
+bool outline_writer::is_negated(node_index operand) const {
+    while (tree_[operand].instruction.code == GenICam::op_code::op_unary && !tree_[operand].is_enclosed &&
+           tree_[operand].symbol != token_kind::function) {
+        if (tree_[operand].symbol == token_kind::minus) return true;
+        operand = formula_tree::last_operand(operand);
     }
-    wants_operand_ = false;
-    negated_ = closed.negated;
+    return false;
 }
 
-void outline_reader::end_chain(std::size_t end, std::size_t next) {
-    judge(group().chain, end);
-    group().chain = {};
-    group().chain.start = next;
-    wants_operand_ = true;
-    negated_ = false;
-}
-
-void outline_reader::judge(const operator_chain& chain, std::size_t end) {
-    for (std::size_t first = 0; first + 1 < chain.operators.size(); ++first) judge_from(chain, first, end);
+void outline_writer::judge(const operator_chain& chain) {
+    for (std::size_t first = 0; first + 1 < chain.operators.size(); ++first) judge_from(chain, first);
     for (const std::size_t power : chain.negated_powers) {
         const placed_operator& at = chain.operators[power];
         const std::size_t start = power == 0 ? chain.start : chain.operators[power - 1].end;
@@ -218,16 +227,16 @@ std::size_t operand_start(const operator_chain& chain, std::size_t which) {
     return at == 0 ? chain.start : operators[at - 1].end;
 }
 
-std::size_t operand_end(const operator_chain& chain, std::size_t which, std::size_t end) {
+std::size_t operand_end(const operator_chain& chain, std::size_t which) {
     const std::vector<placed_operator>& operators = chain.operators;
     std::size_t next = which + 1;
     while (next < operators.size() && !computes_left_first(operators[which].kind, operators[next].kind))
         ++next;
-    return next == operators.size() ? end : operators[next].start;
+    return next == operators.size() ? chain.end : operators[next].start;
 }
 
 // Looks at an operator and each behind it that competes for the operand between them.
-void outline_reader::judge_from(const operator_chain& chain, std::size_t first, std::size_t end) {
+void outline_writer::judge_from(const operator_chain& chain, std::size_t first) {
     const std::vector<placed_operator>& operators = chain.operators;
     const placed_operator& left = operators[first];
     for (std::size_t second = first + 1; second < operators.size(); ++second) {
@@ -235,9 +244,9 @@ void outline_reader::judge_from(const operator_chain& chain, std::size_t first, 
         const bool left_first = computes_left_first(left.kind, right.kind);
         if (left_first != expects_left_first(left.kind, right.kind)) {
             const std::size_t start = operand_start(chain, first);
-            const std::size_t stop = operand_end(chain, second, end);
+            const std::size_t stop = operand_end(chain, second);
             const auto sign = [&](const placed_operator& one) {
-                return text_.substr(one.start, one.end - one.start);
+                return tree_.text().substr(one.start, one.end - one.start);
             };
             const char* const order = left_first ? "({} {} {}) {} {}" : "{} {} ({} {} {})";
             outline_.surprises.push_back(
@@ -249,22 +258,9 @@ void outline_reader::judge_from(const operator_chain& chain, std::size_t first, 
     }
 }
 
-void outline_reader::finish() {
-    if (wants_operand_ && last_ < text_.size() && !trimmed(text_).empty()) {
-        outline_.breaks.push_back(
-            {last_, "ends behind \"" + piece(last_, text_.size()) + "\", which is dropped"});
-    }
-    for (; !groups_.empty(); groups_.pop_back()) {
-        judge(group().chain, text_.size());
-        if (group().questions > 0) outline_.breaks.push_back({group().start, "a ? has no :"});
-        if (groups_.size() > 1)
-            outline_.breaks.push_back({group().start, piece(group().start, text_.size()) + " is not closed"});
-    }
-}
-
 }  // namespace
 
-formula_outline outline_formula(std::string_view text) { return outline_reader(text).read(); }
+formula_outline outline_formula(const formula_tree& tree) { return outline_writer(tree).write(); }
 
 std::string refusal_text(std::string_view formula, const GenICam::parse_end& end) {
     const std::size_t read = formula.size() - end.rest.size();
@@ -279,14 +275,11 @@ std::string_view ignored_text(const GenICam::parse_end& end) {
     return end.status == GenICam::parse_status::none ? trimmed(end.rest) : std::string_view();
 }
 
-std::vector<std::string> formula_notes(std::string_view formula) {
-    GenICam::parse_end end;
-    const auto anything = [](std::string_view) -> GenICam::resolved_name { return GenICam::eval_value(); };
-    if (!GenICam::parse_formula(formula, anything, end)) return {};
+std::vector<std::string> formula_notes(const formula_tree& tree) {
     std::vector<std::string> notes;
-    const std::string_view ignored = ignored_text(end);
+    const std::string_view ignored = ignored_text(tree.end);
     if (!ignored.empty()) notes.push_back("ends before \"" + shortened(ignored) + "\", which is ignored");
-    const formula_outline outline = outline_formula(formula.substr(0, formula.size() - ignored.size()));
+    const formula_outline outline = outline_formula(tree);
     for (const auto* remarks : {&outline.breaks, &outline.surprises}) {
         for (const formula_remark& remark : *remarks) notes.push_back(remark.text);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formula/formula_parser.h"
+#include "formula/formula_tree.h"
 
 #include <cstddef>
 #include <string>
@@ -15,7 +15,7 @@ struct formula_remark {
     std::string text;
 };
 
-/// What can be told from the tokens of a formula alone.
+/// What can be told of a formula by the way it was read alone.
 struct formula_outline {
     /// Why the text ends too soon: what the language goes along with and an author does not mean.
     std::vector<formula_remark> breaks;
@@ -25,7 +25,7 @@ struct formula_outline {
     std::vector<formula_remark> short_rounds;
 };
 
-[[nodiscard]] formula_outline outline_formula(std::string_view text);
+[[nodiscard]] formula_outline outline_formula(const GenICam::formula_tree& tree);
 
 /// Why and where the language refuses a formula, as one line.
 [[nodiscard]] std::string refusal_text(std::string_view formula, const GenICam::parse_end& end);
@@ -34,6 +34,6 @@ struct formula_outline {
 [[nodiscard]] std::string_view ignored_text(const GenICam::parse_end& end);
 
 /// What an author should know of a formula that the language takes.
-[[nodiscard]] std::vector<std::string> formula_notes(std::string_view formula);
+[[nodiscard]] std::vector<std::string> formula_notes(const GenICam::formula_tree& tree);
 
 }  // namespace selvane_inspect

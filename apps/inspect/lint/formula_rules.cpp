@@ -1,8 +1,8 @@
 #include "apps/inspect/lint/formula_rules.h"
 
-#include "apps/inspect/lint/divisor_probe.h"
+#include "apps/inspect/formula_text.h"
 #include "apps/inspect/lint/formula_outline.h"
-#include "apps/inspect/lint/formula_tree.h"
+#include "apps/inspect/lint/integer_divisions.h"
 
 #include <algorithm>
 #include <functional>
@@ -14,6 +14,8 @@ namespace selvane_inspect {
 namespace {
 
 using GenICam::identifier_id;
+using GenICam::known_kind;
+using node_index = GenICam::formula_tree::index;
 
 using formula_visitor =
     std::function<void(element_index node, formula_binding& formulas, const bound_formula& formula)>;
@@ -36,19 +38,14 @@ std::string title(const lint_context& context, element_index node, const bound_f
 }
 
 bool has_short_round(const bound_formula& formula) {
-    return !outline_formula(formula.text).short_rounds.empty();
-}
-
-// What the language read of a formula that it took.
-std::string_view read_text(const bound_formula& formula) {
-    return formula.text.substr(0, formula.text.size() - ignored_text(formula.end).size());
+    return !outline_formula(formula.tree).short_rounds.empty();
 }
 
 void add_remarks(lint_context& context, finding_list& findings,
                  std::vector<formula_remark> formula_outline::*remarks) {
     for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
         if (!formula.program) return;
-        const formula_outline outline = outline_formula(read_text(formula));
+        const formula_outline outline = outline_formula(formula.tree);
         for (const formula_remark& remark : outline.*remarks) {
             findings.add(context.position_in_text(formula.xml, remark.offset),
                          title(context, node, formula) + ": " + remark.text);
@@ -86,26 +83,25 @@ known_kind kind_of_current(const formula_binding& formulas, const bound_formula&
     }
 }
 
-program_tree tree_of(const formula_binding& formulas, const bound_formula& formula) {
-    return {*formula.program, [&](identifier_id id) {
-                if (id == GenICam::current_value_id) return kind_of_current(formulas, formula);
-                return formulas.is_integer() ? known_kind::integer : known_kind::floating;
-            }};
+std::optional<analysed_formula> analyse_bound(const formula_binding& formulas, const bound_formula& formula) {
+    return analyse(formula.tree, [&](identifier_id id) {
+        if (id == GenICam::current_value_id) return kind_of_current(formulas, formula);
+        return formulas.is_integer() ? known_kind::integer : known_kind::floating;
+    });
 }
 
-bool mentions(std::string_view formula, std::string_view name) {
-    for (std::string_view rest = formula;;) {
-        const GenICam::formula_token token = GenICam::next_token(rest);
-        if (token.kind == GenICam::token_kind::end) return false;
-        if (token.kind == GenICam::token_kind::identifier && token.name == name) return true;
-        rest = token.rest;
-    }
+bool mentions(const GenICam::formula_tree& tree, std::string_view name) {
+    const auto nodes = tree.nodes();
+    return std::any_of(nodes.begin(), nodes.end(), [&](const GenICam::formula_node& node) {
+        return node.symbol == GenICam::token_kind::identifier &&
+               GenICam::next_token(tree.text().substr(node.offset)).text == name;
+    });
 }
 
 // The names of a node's variables, by what they became. Two names stand for the value on its way.
 std::string name_of(const lint_context& context, element_index node, const formula_binding& formulas,
                     const bound_formula& formula, identifier_id id) {
-    const bool calls_it_to = mentions(formula.text, "TO") && !mentions(formula.text, "FROM");
+    const bool calls_it_to = mentions(formula.tree, "TO") && !mentions(formula.tree, "FROM");
     if (id == GenICam::current_value_id) return calls_it_to ? "TO" : "FROM";
     for (const pugi::xml_node variable : context.tree().at(node).xml.children("pVariable")) {
         const std::string_view name = variable.attribute("Name").value();
@@ -116,16 +112,17 @@ std::string name_of(const lint_context& context, element_index node, const formu
     return "?";
 }
 
-bool is_exact(const program_tree& tree, const program_node& division) {
-    const auto& left = tree.nodes()[division.operands[0]].constant;
-    const auto& right = tree.nodes()[division.operands[1]].constant;
-    return left && right && division.constant && to_int(*left) % to_int(*right) == 0;
+bool is_exact(const analysed_formula& formula, node_index division) {
+    const node_index right = GenICam::formula_tree::last_operand(division);
+    const GenICam::known_number& dividend = formula.numbers[formula.tree->operand_before(right)];
+    const GenICam::known_number& divisor = formula.numbers[right];
+    return formula.numbers[division].is_constant && to_int(dividend.value()) % to_int(divisor.value()) == 0;
 }
 
-std::set<identifier_id> variables_below(const program_tree& tree, std::size_t node) {
+std::set<identifier_id> variables_below(const GenICam::formula_tree& tree, node_index node) {
     std::set<identifier_id> found;
-    for (const std::size_t at : tree.below(node)) {
-        const GenICam::formula_instruction& instruction = *tree.nodes()[at].instruction;
+    for (node_index at = tree[node].first; at <= node; ++at) {
+        const GenICam::formula_instruction& instruction = tree[at].instruction;
         if (instruction.code == GenICam::op_code::op_variable) found.insert(instruction.variable);
     }
     return found;
@@ -136,22 +133,30 @@ bool share_one(const std::set<identifier_id>& left, const std::set<identifier_id
 }
 
 // The divisions inside the branches of a ternary whose condition looks at what they divide by.
-std::set<std::size_t> guarded_divisions(const program_tree& tree) {
-    std::set<std::size_t> found;
-    for (const program_node& select : tree.nodes()) {
-        if (select.instruction->code != GenICam::op_code::op_select) continue;
-        const std::set<identifier_id> condition = variables_below(tree, select.operands[0]);
-        for (const std::size_t branch : {select.operands[1], select.operands[2]}) {
-            for (const std::size_t at : tree.below(branch)) {
-                const program_node& node = tree.nodes()[at];
-                if (!may_divide_integers(tree, node)) continue;
-                const std::size_t divisor = node.operands[1];
-                if (share_one(condition, variables_below(tree, divisor)) && can_be_zero(tree, divisor))
-                    found.insert(at);
-            }
+std::set<node_index> guarded_divisions(const analysed_formula& formula) {
+    const GenICam::formula_tree& tree = *formula.tree;
+    std::set<node_index> found;
+    for (node_index select = 0; select < tree.size(); ++select) {
+        if (tree[select].instruction.code != GenICam::op_code::op_select) continue;
+        const node_index condition = tree.operands(select).front();
+        const std::set<identifier_id> tested = variables_below(tree, condition);
+        for (node_index at = condition + 1; at < select; ++at) {
+            if (!may_divide_integers(formula, at)) continue;
+            const node_index divisor = GenICam::formula_tree::last_operand(at);
+            if (share_one(tested, variables_below(tree, divisor)) && can_be_zero(formula, divisor))
+                found.insert(at);
         }
     }
     return found;
+}
+
+void add_division(lint_context& context, finding_list& findings, element_index node,
+                  const formula_binding& formulas, const bound_formula& formula, node_index division,
+                  const char* what) {
+    const auto names = [&](identifier_id id) { return name_of(context, node, formulas, formula, id); };
+    findings.add(context.tree().position_of(formula.xml),
+                 fmt::format("{}: {} {}", title(context, node, formula),
+                             part_text(formula.tree, division, names), what));
 }
 
 }  // namespace
@@ -159,15 +164,15 @@ std::set<std::size_t> guarded_divisions(const program_tree& tree) {
 void check_refused_formulas(lint_context& context, finding_list& findings) {
     for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
         if (formula.program || has_short_round(formula)) return;
-        const std::size_t read = formula.text.size() - formula.end.rest.size();
+        const std::size_t read = formula.text.size() - formula.tree.end.rest.size();
         findings.add(context.position_in_text(formula.xml, read),
-                     title(context, node, formula) + " is " + refusal_text(formula.text, formula.end));
+                     title(context, node, formula) + " is " + refusal_text(formula.text, formula.tree.end));
     });
 }
 
 void check_short_rounds(lint_context& context, finding_list& findings) {
     for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        const formula_outline outline = outline_formula(formula.text);
+        const formula_outline outline = outline_formula(formula.tree);
         for (const formula_remark& round : outline.short_rounds) {
             findings.add(context.position_in_text(formula.xml, round.offset),
                          fmt::format("{}: {} has one argument", title(context, node, formula), round.text));
@@ -181,7 +186,8 @@ void check_broken_off_formulas(lint_context& context, finding_list& findings) {
 
 void check_ignored_text(lint_context& context, finding_list& findings) {
     for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        const std::string_view ignored = formula.program ? ignored_text(formula.end) : std::string_view();
+        const std::string_view ignored =
+            formula.program ? ignored_text(formula.tree.end) : std::string_view();
         if (ignored.empty()) return;
         const std::size_t start = static_cast<std::size_t>(ignored.data() - formula.text.data());
         findings.add(context.position_in_text(formula.xml, start),
@@ -196,17 +202,12 @@ void check_operator_order(lint_context& context, finding_list& findings) {
 void check_integer_divisions(lint_context& context, finding_list& findings) {
     for_each_formula(context,
                      [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-                         if (formulas.is_integer() || !formula.program) return;
-                         const program_tree tree = tree_of(formulas, formula);
-                         for (std::size_t at = 0; at < tree.nodes().size(); ++at) {
-                             const program_node& division = tree.nodes()[at];
-                             if (!divides_integers(tree, division) || is_exact(tree, division)) continue;
-                             const auto names = [&](identifier_id id) {
-                                 return name_of(context, node, formulas, formula, id);
-                             };
-                             findings.add(context.tree().position_of(formula.xml),
-                                          fmt::format("{}: {} divides integers and drops the fraction",
-                                                      title(context, node, formula), tree.text(at, names)));
+                         if (formulas.is_integer()) return;
+                         const std::optional<analysed_formula> analysed = analyse_bound(formulas, formula);
+                         for (node_index at = 0; analysed && at < formula.tree.size(); ++at) {
+                             if (!divides_integers(*analysed, at) || is_exact(*analysed, at)) continue;
+                             add_division(context, findings, node, formulas, formula, at,
+                                          "divides integers and drops the fraction");
                          }
                      });
 }
@@ -214,15 +215,11 @@ void check_integer_divisions(lint_context& context, finding_list& findings) {
 void check_guarded_divisions(lint_context& context, finding_list& findings) {
     for_each_formula(context,
                      [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-                         if (!formula.program) return;
-                         const program_tree tree = tree_of(formulas, formula);
-                         for (const std::size_t at : guarded_divisions(tree)) {
-                             const auto names = [&](identifier_id id) {
-                                 return name_of(context, node, formulas, formula, id);
-                             };
-                             findings.add(context.tree().position_of(formula.xml),
-                                          fmt::format("{}: {} is computed whatever the condition says",
-                                                      title(context, node, formula), tree.text(at, names)));
+                         const std::optional<analysed_formula> analysed = analyse_bound(formulas, formula);
+                         if (!analysed) return;
+                         for (const node_index at : guarded_divisions(*analysed)) {
+                             add_division(context, findings, node, formulas, formula, at,
+                                          "is computed whatever the condition says");
                          }
                      });
 }

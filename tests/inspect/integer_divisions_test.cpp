@@ -1,7 +1,8 @@
-// Programs as trees: kinds, constants and divisions.
+// What is known of the numbers in a formula, and of its divisions.
 
-#include "apps/inspect/lint/formula_tree.h"
+#include "apps/inspect/lint/integer_divisions.h"
 
+#include "apps/inspect/formula_text.h"
 #include "formula/formula_parser.h"
 
 #include <optional>
@@ -13,6 +14,8 @@ namespace {
 
 using namespace selvane_inspect;
 using GenICam::identifier_id;
+using GenICam::known_kind;
+using node_index = GenICam::formula_tree::index;
 
 constexpr identifier_id integer_id = 1;
 constexpr identifier_id float_id = 2;
@@ -21,18 +24,22 @@ constexpr identifier_id either_id = 3;
 /// The tree of a formula over I, F and X: an integer, a float and one that may be either.
 class Tree {
 public:
-    explicit Tree(const std::string& formula) : program_(Parse(formula)), tree_(program_, KindOf) {}
+    explicit Tree(const std::string& formula)
+        : text_(formula),
+          tree_(Read(text_)),
+          formula_(analyse(tree_, [](identifier_id id) { return KindOf(id); })) {}
 
-    [[nodiscard]] const program_tree& operator*() const { return tree_; }
-    [[nodiscard]] const program_node& Top() const { return tree_.nodes().back(); }
-    [[nodiscard]] std::string Text() const { return tree_.text(tree_.nodes().size() - 1, NameOf); }
+    [[nodiscard]] bool IsKnown() const { return formula_.has_value(); }
+    [[nodiscard]] const analysed_formula& operator*() const { return *formula_; }
+    [[nodiscard]] node_index TopNode() const { return tree_.root(); }
+    [[nodiscard]] const GenICam::known_number& Top() const { return formula_->numbers[TopNode()]; }
+    [[nodiscard]] std::string Text() const { return part_text(tree_, TopNode(), NameOf); }
 
 private:
-    static GenICam::formula_program Parse(const std::string& formula) {
-        const auto resolve = [](std::string_view name) -> GenICam::resolved_name {
+    static GenICam::formula_tree Read(const std::string& formula) {
+        return GenICam::read_formula(formula, [](std::string_view name) -> GenICam::resolved_name {
             return name == "I" ? integer_id : name == "F" ? float_id : either_id;
-        };
-        return std::move(GenICam::parse_formula(formula, resolve).value());
+        });
     }
     static known_kind KindOf(identifier_id id) {
         return id == integer_id ? known_kind::integer
@@ -43,11 +50,12 @@ private:
         return id == integer_id ? "I" : id == float_id ? "F" : "X";
     }
 
-    GenICam::formula_program program_;
-    program_tree tree_;
+    std::string text_;
+    GenICam::formula_tree tree_;
+    std::optional<analysed_formula> formula_;
 };
 
-TEST(ProgramTree, InfersKinds) {
+TEST(IntegerDivisions, InfersKinds) {
     EXPECT_EQ(Tree("I+1").Top().kind, known_kind::integer);
     EXPECT_EQ(Tree("I+1.0").Top().kind, known_kind::floating);
     EXPECT_EQ(Tree("F/I").Top().kind, known_kind::floating);
@@ -62,19 +70,20 @@ TEST(ProgramTree, InfersKinds) {
     EXPECT_EQ(Tree("I?I:1.0").Top().kind, known_kind::either);
 }
 
-TEST(ProgramTree, ComputesWhatIsConstant) {
-    ASSERT_TRUE(Tree("2*3+1").Top().constant);
-    EXPECT_EQ(Tree("2*3+1").Top().constant->value.integer, 7);
-    EXPECT_DOUBLE_EQ(Tree("7/2.0").Top().constant->value.real, 3.5);
-    EXPECT_FALSE(Tree("I*2").Top().constant);
-    EXPECT_FALSE(Tree("1/0").Top().constant);
-    EXPECT_FALSE(Tree("1?2:3").Top().constant);
+TEST(IntegerDivisions, ComputesWhatIsConstant) {
+    ASSERT_TRUE(Tree("2*3+1").Top().is_constant);
+    EXPECT_EQ(Tree("2*3+1").Top().constant.integer, 7);
+    EXPECT_EQ(Tree("7/-1").Top().constant.integer, -7);
+    EXPECT_DOUBLE_EQ(Tree("7/2.0").Top().constant.real, 3.5);
+    EXPECT_FALSE(Tree("I*2").Top().is_constant);
+    EXPECT_FALSE(Tree("1/0").Top().is_constant);
+    EXPECT_FALSE(Tree("1?2:3").Top().is_constant);
 }
 
-TEST(ProgramTree, TellsDivisionsOfIntegers) {
+TEST(IntegerDivisions, TellsDivisionsOfIntegers) {
     const auto divides = [](const std::string& formula) {
         const Tree tree(formula);
-        return divides_integers(*tree, tree.Top());
+        return divides_integers(*tree, tree.TopNode());
     };
     EXPECT_TRUE(divides("I/10"));
     EXPECT_TRUE(divides("7/2"));
@@ -84,10 +93,10 @@ TEST(ProgramTree, TellsDivisionsOfIntegers) {
     EXPECT_FALSE(divides("I*10"));
 }
 
-TEST(ProgramTree, TellsWhatMayFault) {
+TEST(IntegerDivisions, TellsWhatMayFault) {
     const auto may = [](const std::string& formula) {
         const Tree tree(formula);
-        return may_divide_integers(*tree, tree.Top());
+        return may_divide_integers(*tree, tree.TopNode());
     };
     EXPECT_TRUE(may("I/I"));
     EXPECT_TRUE(may("X/I"));
@@ -97,7 +106,7 @@ TEST(ProgramTree, TellsWhatMayFault) {
     EXPECT_FALSE(may("-I"));
 }
 
-TEST(ProgramTree, WritesItselfWithParentheses) {
+TEST(IntegerDivisions, WritesItselfWithParentheses) {
     EXPECT_EQ(Tree("1000/(I+1)").Text(), "1000 / (I + 1)");
     EXPECT_EQ(Tree("I>0?F:-I").Text(), "(I > 0) ? F : - I");
     EXPECT_EQ(Tree("ROUND(F,2)").Text(), "F ROUND 2");
@@ -105,11 +114,11 @@ TEST(ProgramTree, WritesItselfWithParentheses) {
     EXPECT_EQ(Tree("1+(1+(1+(1+(1+(1+I)))))").Text(), "1 + (1 + (1 + (1 + (... + ...))))");
 }
 
-TEST(ProgramTree, GivesUpOnProgramsThatAreBrokenOrTooLong) {
-    EXPECT_TRUE((*Tree("I ? 1 :")).nodes().empty());
+TEST(IntegerDivisions, GivesUpOnProgramsThatAreBrokenOrTooLong) {
+    EXPECT_FALSE(Tree("I ? 1 :").IsKnown());
     std::string sum = "1";
     for (int at = 0; at < 2100; ++at) sum += "+1";
-    EXPECT_TRUE((*Tree(sum)).nodes().empty());
+    EXPECT_FALSE(Tree(sum).IsKnown());
 }
 
 }  // namespace

@@ -1,0 +1,132 @@
+#include "apps/inspect/lint/integer_divisions.h"
+
+#include "apps/inspect/guarded_run.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace selvane_inspect {
+namespace {
+
+using GenICam::eval_value;
+using GenICam::identifier_id;
+using node_index = GenICam::formula_tree::index;
+
+constexpr std::size_t max_runs = 10000;
+
+struct tried_variable {
+    identifier_id id;
+    bool is_float;
+    std::size_t at = 0;  // in the list of numbers
+};
+
+// The likely ones first: with many variables only those are tried.
+std::vector<std::int64_t> numbers_to_try(const analysed_formula& formula) {
+    std::vector<std::int64_t> numbers = {0, 1, -1};
+    const auto add = [&](std::int64_t number) {
+        if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) numbers.push_back(number);
+    };
+    constexpr std::int64_t largest = std::int64_t{1} << 62;
+    for (node_index node = 0; node < formula.tree->size(); ++node) {
+        const GenICam::known_number& known = formula.numbers[node];
+        if (!known.is_constant) continue;
+        const std::int64_t number = std::clamp(to_int(known.value()), -largest, largest);
+        for (const std::int64_t nearby : {number, -number, number - 1, number + 1}) add(nearby);
+    }
+    constexpr std::int64_t small = 16;
+    for (std::int64_t number = 2; number <= small; ++number) add(number);
+    for (std::int64_t power = 1; power < largest; power *= 2) add(power);
+    return numbers;
+}
+
+std::vector<tried_variable> variables_of(const analysed_formula& formula, node_index node) {
+    std::vector<tried_variable> variables;
+    for (node_index at = (*formula.tree)[node].first; at <= node; ++at) {
+        const GenICam::formula_instruction& instruction = (*formula.tree)[at].instruction;
+        if (instruction.code != GenICam::op_code::op_variable) continue;
+        const identifier_id id = instruction.variable;
+        const bool is_known = std::any_of(variables.begin(), variables.end(),
+                                          [&](const tried_variable& known) { return known.id == id; });
+        if (!is_known) variables.push_back({id, formula.numbers[at].kind == GenICam::known_kind::floating});
+    }
+    return variables;
+}
+
+std::pair<GenICam::known_kind, GenICam::known_kind> kinds_of_operands(const analysed_formula& formula,
+                                                                      node_index node) {
+    const node_index right = GenICam::formula_tree::last_operand(node);
+    return {formula.numbers[formula.tree->operand_before(right)].kind, formula.numbers[right].kind};
+}
+
+// How many numbers every variable can try without more runs than anyone waits for.
+std::size_t numbers_each(std::size_t variables, std::size_t available) {
+    std::size_t each = available;
+    const auto runs = [&] {
+        std::size_t product = 1;
+        for (std::size_t one = 0; one < variables && product <= max_runs; ++one) product *= each;
+        return product;
+    };
+    while (each > 1 && runs() > max_runs) --each;
+    return each;
+}
+
+// False when all have been tried.
+bool step(std::vector<tried_variable>& variables, std::size_t numbers) {
+    for (tried_variable& one : variables) {
+        if (++one.at < numbers) return true;
+        one.at = 0;
+    }
+    return false;
+}
+
+}  // namespace
+
+std::optional<analysed_formula> analyse(const GenICam::formula_tree& tree, GenICam::variable_kinds kinds) {
+    constexpr std::size_t longest = 4096;
+    if (!tree.is_accepted() || tree.lacks_operands() || tree.size() > longest) return std::nullopt;
+    return analysed_formula{&tree, {tree, kinds}};
+}
+
+bool may_divide_integers(const analysed_formula& formula, node_index node) {
+    const GenICam::formula_instruction& instruction = (*formula.tree)[node].instruction;
+    if (instruction.code != GenICam::op_code::op_binary) return false;
+    const auto [left, right] = kinds_of_operands(formula, node);
+    const bool surely_float = left == GenICam::known_kind::floating || right == GenICam::known_kind::floating;
+    return surely_float ? instruction.function->otherwise.can_fault
+                        : instruction.function->for_integers.can_fault;
+}
+
+bool divides_integers(const analysed_formula& formula, node_index node) {
+    const GenICam::formula_instruction& instruction = (*formula.tree)[node].instruction;
+    const bool is_division =
+        instruction.code == GenICam::op_code::op_binary &&
+        instruction.function == GenICam::operation_of(GenICam::token_kind::divide)->binary;
+    return is_division && kinds_of_operands(formula, node) ==
+                              std::pair(GenICam::known_kind::integer, GenICam::known_kind::integer);
+}
+
+bool can_be_zero(const analysed_formula& formula, node_index node) {
+    GenICam::formula_program part;
+    for (node_index at = (*formula.tree)[node].first; at <= node; ++at)
+        part.instructions.push_back((*formula.tree)[at].instruction);
+    const std::vector<std::int64_t> numbers = numbers_to_try(formula);
+    std::vector<tried_variable> variables = variables_of(formula, node);
+    const std::size_t each = numbers_each(variables.size(), numbers.size());
+    const auto lookup = [&](identifier_id id) -> std::optional<eval_value> {
+        for (const tried_variable& one : variables) {
+            if (one.id != id) continue;
+            const std::int64_t number = numbers[one.at];
+            return one.is_float ? eval_value::of(static_cast<double>(number)) : eval_value::of(number);
+        }
+        return std::nullopt;
+    };
+    do {
+        const guarded_result tried = run_guarded(part, lookup);
+        if (tried.ends_process || (tried.failure.empty() && to_int(tried.value) == 0)) return true;
+    } while (step(variables, each));
+    return false;
+}
+
+}  // namespace selvane_inspect

@@ -89,6 +89,8 @@ bool genicam_doc::build_nodes() {
 bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
     formula_cache formulas;
     formulas_ = &formulas;
+    name_index index(nodes_.size());
+    if (fill(index)) index_ = &index;
     default_port_ = find_port("Device");
     for (const named_node& named : nodes_) {
         element_in_work_ = &elements[named.place()];
@@ -97,6 +99,7 @@ bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) 
     }
     element_in_work_ = nullptr;
     formulas_ = nullptr;
+    index_ = nullptr;
     const bool are_closed = close_dependents();
     dependents_ = dependents_map(first_buckets);
     is_loading_ = false;
@@ -132,8 +135,22 @@ std::vector<genicam_doc::named_node>::const_iterator genicam_doc::find_first(std
     return std::lower_bound(nodes_.begin(), nodes_.end(), named_node(name, nullptr));
 }
 
+// Of equal names the first.
+bool genicam_doc::fill(name_index& index) const {
+    for (std::size_t at = 0; at < nodes_.size(); ++at) {
+        const bool is_first = at == 0 || nodes_[at].name() != nodes_[at - 1].name();
+        if (is_first && !index.add(nodes_[at].name(), static_cast<std::uint32_t>(at))) return false;
+    }
+    return true;
+}
+
 INode* genicam_doc::find_node(std::string_view name) {
     if (name.empty()) return nullptr;
+    if (index_ != nullptr) {
+        const std::uint32_t place =
+            index_->find(name, [&](std::uint32_t at) { return nodes_[at].name() == name; });
+        return place != name_index::not_found ? nodes_[place].node() : nullptr;
+    }
     const auto found = find_first(name);
     return found != nodes_.end() && found->name() == name ? found->node() : nullptr;
 }

@@ -6,6 +6,7 @@
 #include "genicam/core/document_services.h"
 #include "genicam/core/expansion_budget.h"
 #include "genicam/document/document_allocator.h"
+#include "genicam/document/name_index.h"
 #include "genicam/genicam_doc.h"
 
 #include <unordered_map>
@@ -81,6 +82,7 @@ private:
 
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
+    [[nodiscard]] bool fill(name_index& index) const;
     [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
     [[nodiscard]] bool build_nodes();
     [[nodiscard]] bool resolve_nodes(const std::vector<described_element>& elements);
@@ -99,7 +101,8 @@ private:
     dependents_map dependents_{first_buckets};  // only while loading
     dependent_lists shared_lists_;
     expansion_budget formula_expansion_;
-    formula_cache* formulas_ = nullptr;         // only while loading
+    formula_cache* formulas_ = nullptr;  // only while loading
+    const name_index* index_ = nullptr;  // only while loading
     bool is_loading_ = true;
     const described_element* element_in_work_ = nullptr;
     INode* default_port_ = nullptr;  // what nearly every register asks for

@@ -1,0 +1,35 @@
+#include "genicam/document/name_index.h"
+
+namespace GenICam {
+namespace {
+
+constexpr std::size_t longest_search = 64;
+
+// Half of the slots stay empty, so that nearly every search ends at the first.
+std::size_t slots_for(std::size_t count) noexcept {
+    std::size_t slots = 1;
+    while (slots < 2 * count + 1) slots *= 2;
+    return slots;
+}
+
+}  // namespace
+
+name_index::name_index(std::size_t count) : slots_(slots_for(count)), mask_(slots_.size() - 1) {}
+
+bool name_index::add(std::string_view name, std::uint32_t place) {
+    const std::uint32_t hash = hash_of(name);
+    std::size_t at = hash & mask_;
+    for (std::size_t left = longest_search; slots_[at].place != not_found; at = (at + 1) & mask_) {
+        if (--left == 0) return false;
+    }
+    slots_[at] = {hash, place};
+    return true;
+}
+
+std::uint32_t name_index::hash_of(std::string_view name) noexcept {
+    std::uint32_t hash = 2166136261U;  // FNV-1a
+    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    return hash ^ hash >> 15U;
+}
+
+}  // namespace GenICam

@@ -63,7 +63,10 @@ std::error_code formula_cache::parse(std::string_view text, name_resolver resolv
     result<formula_program> parsed = parse_formula(text, ask, kinds);
     if (!parsed) return parsed.error();
     program = std::move(parsed.assume_value());
-    if (known_.count(text) < most_versions) known_.emplace(text, std::move(made));
+    const bool can_be_shared =
+        std::all_of(made.names.begin(), made.names.end(),
+                    [](const answered_name& asked) { return is_lasting(asked.meaning); });
+    if (can_be_shared && known_.count(text) < most_versions) known_.emplace(text, std::move(made));
     return {};
 }
 

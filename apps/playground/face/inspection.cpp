@@ -1,5 +1,6 @@
 #include "apps/playground/face/inspection.h"
 
+#include "apps/inspect/command.h"
 #include "apps/inspect/description.h"
 #include "apps/inspect/run.h"
 
@@ -12,6 +13,10 @@
 
 namespace selvane_playground {
 namespace {
+
+// What the web part asks for. The others would make the file larger.
+constexpr selvane_inspect::command_adder commands[] = {selvane_inspect::add_describe,
+                                                       selvane_inspect::add_lint, selvane_inspect::add_pages};
 
 /// A file that is there as long as the inspector reads it. A browser keeps it in its own memory.
 class passing_file {
@@ -46,7 +51,7 @@ nlohmann::ordered_json inspect(std::vector<std::string> arguments, std::string_v
     arguments.emplace_back("--json");
     std::ostringstream out;
     std::ostringstream err;
-    const int code = selvane_inspect::run(arguments, out, err);
+    const int code = selvane_inspect::run(commands, arguments, out, err);
     const auto output = nlohmann::ordered_json::parse(out.str(), nullptr, false);
     return {{"code", code},
             {"output", output.is_discarded() ? nlohmann::ordered_json() : output},

@@ -159,7 +159,9 @@ outcome live_page::commit(std::size_t number, std::wstring_view text) {
     live_control& control = controls_.at(number);
     if (control.kind != control_kind::edit) return outcome::nothing;
     control.text = text;
-    return control.controller->SetText(text) ? outcome::done : outcome::refused;
+    if (control.controller->SetText(text)) return outcome::done;
+    // Where nothing could be typed a refusal is no error of the user's.
+    return control.read_only ? outcome::nothing : outcome::refused;
 }
 
 outcome live_page::pick(std::size_t number, std::int32_t index) {

@@ -33,8 +33,25 @@ async function bundle(name) {
     charset: "utf8",
     legalComments: "none",
     logLevel: "warning",
+    metafile: true,
+    absWorkingDir: here,
   });
-  return result.outputFiles[0].text;
+  return { text: result.outputFiles[0].text, licences: licencesOf(result.metafile) };
+}
+
+/** The licences of the packages that a bundle is made of; equal texts once. */
+function licencesOf(metafile) {
+  const packages = new Set();
+  for (const input of Object.keys(metafile.inputs)) {
+    const [, name] = /node_modules\/((?:@[^/]+\/)?[^/]+)\//.exec(input) ?? [];
+    if (name) packages.add(name);
+  }
+  const texts = new Map();
+  for (const name of [...packages].sort()) {
+    const text = readFileSync(join(here, "node_modules", name, "LICENSE"), "utf8").trim();
+    texts.set(text, [...(texts.get(text) ?? []), name]);
+  }
+  return [...texts].map(([text, names]) => `${names.join(", ")}\n\n${text}`).join("\n\n");
 }
 
 async function minified(text) {
@@ -49,8 +66,9 @@ async function style() {
 // Nothing in a script may look like its end.
 const asScript = (text) => text.replaceAll("</script", "<\\/script").replaceAll("<!--", "<\\!--");
 
-const script = asScript(await bundle("main.ts"));
-const worker = asScript((await minified(readFileSync(engine, "utf8"))) + (await bundle("worker.ts")));
+const main = await bundle("main.ts");
+const script = asScript(main.text);
+const worker = asScript((await minified(readFileSync(engine, "utf8"))) + (await bundle("worker.ts")).text);
 const hash = createHash("sha256").update(script).digest("base64");
 
 // Nothing may be loaded and nothing may be sent. The script is told by its hash; styles are the editor's own;
@@ -73,6 +91,7 @@ const parts = {
   ENGINE: gzipSync(readFileSync(engine.replace(/\.js$/, ".wasm")), { level: 9 }).toString("base64"),
   WORKER: worker,
   SCRIPT: script,
+  LICENCES: asScript(main.licences),
 };
 const template = readFileSync(join(here, "src/index.html"), "utf8");
 const file = template.replace(/@([A-Z]+)@/g, (_, name) => parts[name]);

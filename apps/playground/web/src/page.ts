@@ -96,6 +96,7 @@ class Slider extends Control {
 
 class Edit extends Control {
   readonly input = make("input", { type: "text", spellcheck: "false", autocomplete: "off" });
+  private losing = false;
 
   constructor(layout: ControlLayout, number: number, events: PageEvents, characters: string) {
     super(layout, number, events);
@@ -107,11 +108,15 @@ class Edit extends Control {
     this.input.addEventListener("focus", () => void this.light());
     this.input.addEventListener("blur", () => {
       this.input.classList.remove("editable");
-      if (this.input.isConnected) this.act({ deed: "commit", text: this.input.value });
+      if (this.input.isConnected && !this.losing) this.act({ deed: "commit", text: this.input.value });
     });
     this.place.append(this.input);
   }
   show({ enabled, read_only = false, text = "", text_width = 0 }: ControlState): void {
+    // One that is disabled under the user's hands holds the text of this refresh and not the user's.
+    this.losing = !enabled;
+    if (!enabled) this.input.blur();
+    this.losing = false;
     this.input.disabled = !enabled;
     this.input.readOnly = read_only;
     if (this.input.value !== text) this.input.value = text;
@@ -267,6 +272,14 @@ export class PageView {
   }
 
   show(state: ControlState[]): void {
+    const focused = this.controls.findIndex(({ place }) => place.contains(document.activeElement));
+    this.showEach(state);
+    // The keyboard goes on at the next control when this one cannot be used any more.
+    const lost = focused >= 0 && state[focused]?.enabled === false;
+    if (lost) this.stopBehind(this.controls[focused]?.place ?? this.sheet)?.focus();
+  }
+
+  private showEach(state: ControlState[]): void {
     let slider: Slider | undefined;
     this.controls.forEach((control, at) => {
       const now = state[at];
@@ -300,11 +313,18 @@ export class PageView {
 
   // The return key goes to the next control, and so sends what was typed.
   private leave(edit: HTMLInputElement): void {
+    const next = this.stopBehind(edit);
+    if (next && next !== edit) next.focus();
+    else edit.blur();
+  }
+
+  /** The next control that takes the focus, beginning anew behind the last. */
+  private stopBehind(place: HTMLElement): HTMLElement | undefined {
     const stops = [...this.sheet.querySelectorAll<HTMLElement>("input, select, button")].filter(
       (stop) => !stop.matches(":disabled") && stop.tabIndex >= 0,
     );
-    const next = stops[(stops.indexOf(edit) + 1) % stops.length];
-    if (next && next !== edit) next.focus();
-    else edit.blur();
+    const isBehind = (stop: HTMLElement): boolean =>
+      (place.compareDocumentPosition(stop) & Node.DOCUMENT_POSITION_FOLLOWING) !== 0 && !place.contains(stop);
+    return stops.find(isBehind) ?? stops[0];
   }
 }

@@ -3,12 +3,7 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 
-import { Browser, file, Listener, ourDescription, readText } from "./support.mjs";
-
-// The browser asks its maker's services for updates and the time, whatever it shows, also with everything switched off
-// that can be.
-const ofTheBrowser = /^[A-Z]+ (https?:\/\/)?[\w-]+\.(google|googleapis|gvt1)\.com[:/]/;
-const ofPages = (network) => network.lines.filter((line) => !ofTheBrowser.test(line));
+import { Browser, file, Listener, ourDescription, readText, requestsOfPages } from "./support.mjs";
 
 test("no connection is made, and none can be", async (context) => {
   const browser = await Browser.start();
@@ -62,7 +57,7 @@ test("no connection is made, and none can be", async (context) => {
   assert.ok(refused.violations.includes("connect-src"), refused.violations.join());
   assert.ok(refused.violations.includes("form-action"), refused.violations.join());
   assert.equal(listener.count, 0);
-  assert.deepEqual(ofPages(browser.network), []);
+  assert.deepEqual(requestsOfPages(browser.network), []);
 });
 
 // The test above must be able to see a connection.
@@ -72,7 +67,7 @@ test("a page without the policy is seen to connect", async (context) => {
   const page = await browser.browser.newPage();
   await page.setContent("<p>free</p>");
   await page.evaluate(() => fetch("http://camera.invalid/").catch(() => {}));
-  assert.deepEqual(ofPages(browser.network), ["GET http://camera.invalid/ HTTP/1.1"]);
+  assert.deepEqual(requestsOfPages(browser.network), ["GET http://camera.invalid/ HTTP/1.1"]);
 });
 
 test("the policy allows nothing from elsewhere", () => {

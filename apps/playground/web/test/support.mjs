@@ -87,6 +87,15 @@ export class Listener {
   }
 }
 
+// The browser asks its maker's services for updates and the time, whatever it shows, also with everything switched off
+// that can be.
+const ofTheBrowser = /^[A-Z]+ (https?:\/\/)?[\w-]+\.(google|googleapis|gvt1)\.com[:/]/;
+
+/** What came over the network from something else than the browser itself. */
+export function requestsOfPages(network) {
+  return network.lines.filter((line) => !ofTheBrowser.test(line));
+}
+
 /** A browser of a user who has never used one. Whatever it sends to the network goes to a listener. */
 export class Browser {
   static async start(size = { width: 1400, height: 900 }) {

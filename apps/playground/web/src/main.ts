@@ -80,7 +80,8 @@ class Playground {
   private readonly pages = new Pages(this.engine, {
     answered: (answer) => this.onAnswer(answer),
     chosen: (feature) => this.onControl(feature),
-    ended: (failure, request, feature) => void this.onEnded(failure, request, feature),
+    busy: (waits) => this.setBusy({ waits }),
+    ended: (failure, request, feature) => this.onEnded(failure, request, feature),
   });
   private readonly editor = new Editor(byId("editor"), {
     changed: () => this.onEdit(),
@@ -92,6 +93,7 @@ class Playground {
   private chosen = "";
   private broken = false;
   private cleared = false;
+  private busy = { waits: false, edited: true };
   private turn = 0;
   private bytes: Uint8Array = new Uint8Array();
 
@@ -211,7 +213,7 @@ class Playground {
     this.cleared = false;
     performance.clearMarks("edit");
     performance.mark("edit");
-    this.panel.ariaBusy = "true";
+    this.setBusy({ edited: true });
     this.findingsBox.ariaBusy = "true";
     this.rebuildSoon();
     this.keepSoon();
@@ -224,7 +226,7 @@ class Playground {
     const access = this.access.value;
     await this.buildFrom(text);
     const current = text === this.editor.getText() && access === this.access.value;
-    if (current) this.panel.ariaBusy = "false";
+    if (current) this.setBusy({ edited: false });
   }
 
   private async buildFrom(text: string): Promise<void> {
@@ -257,6 +259,12 @@ class Playground {
     performance.clearMeasures("edit to pages");
     performance.measure("edit to pages", "edit");
     this.examineSoon();
+  }
+
+  /** The pages are not those of the text yet, or do not show yet what was done. */
+  private setBusy(change: { waits?: boolean; edited?: boolean }): void {
+    this.busy = { ...this.busy, ...change };
+    this.panel.ariaBusy = String(this.busy.waits || this.busy.edited);
   }
 
   private setBroken(broken: boolean): void {

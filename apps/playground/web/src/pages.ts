@@ -9,7 +9,9 @@ export interface PagesEvents {
   /** Driver calls that came with an answer, and whatever else an answer has changed. */
   answered(answer: Answer): void;
   chosen(feature: string): void;
-  ended(failure: EngineEnded, request: Request, feature: string): void;
+  /** Whether an answer is outstanding. */
+  busy(waits: boolean): void;
+  ended(failure: EngineEnded, request: Request, feature: string): Promise<void>;
 }
 
 export interface Source {
@@ -32,6 +34,7 @@ export class Pages {
   private marked = new Set<string>();
   /** Answers that belong to pages of before are not shown. */
   private edition = 0;
+  private outstanding = 0;
 
   constructor(
     private readonly engine: EngineClient,
@@ -56,7 +59,7 @@ export class Pages {
     // The page stays while it has something to show; else the first that has.
     const next = answer.pages?.find((one) => one.offered)?.page ?? page;
     const shown = await this.fetch(next, answer);
-    return shown?.error ? shown : answer;
+    return shown && !shown.error ? answer : shown;
   }
 
   /** The pages that are not shown are offered the camera behind the one that is. */
@@ -153,14 +156,20 @@ export class Pages {
   }
 
   private async ask(request: Request, feature: string, payload?: Uint8Array): Promise<Answer | undefined> {
+    this.outstanding++;
+    this.events.busy(true);
     try {
       const answer = await this.engine.ask(request, payload);
       this.events.answered(answer);
       return answer;
     } catch (failure) {
       if (!(failure instanceof EngineEnded)) throw failure;
-      this.events.ended(failure, request, feature);
+      await this.events.ended(failure, request, feature);
       return undefined;
+    } finally {
+      this.outstanding--;
+      // What waits for the answer comes first.
+      setTimeout(() => this.events.busy(this.outstanding > 0));
     }
   }
 

@@ -139,7 +139,7 @@ export class Playground {
     await this.settle();
   }
 
-  /** Until the pages are those of the text, or told not to be. */
+  /** Until the pages are those of the text, or told not to be, and show what was done on them. */
   async settle() {
     await this.page.waitForFunction(() => document.getElementById("page-panel").ariaBusy === "false");
   }
@@ -221,25 +221,12 @@ export class Playground {
   lastCall() {
     return this.page.$$eval("#calls li[data-number]", (lines) => Number(lines.at(-1)?.dataset.number ?? 0));
   }
-  /** Does something, waits for what the driver is told, and gives all the calls. */
+  /** Does something, and gives all the calls that it brought about. */
   async callsOf(work) {
     const before = await this.lastCall();
     await work();
-    await this.page.waitForFunction(
-      (first) => Number([...document.querySelectorAll("#calls li[data-number]")].at(-1)?.dataset.number ?? 0) > first,
-      {},
-      before,
-    );
-    await this.quiet();
+    await this.settle();
     return this.calls(before);
-  }
-  /** Until the engine has answered everything that was asked so far. */
-  async quiet() {
-    let last = -1;
-    for (let now = await this.lastCall(); now !== last; now = await this.lastCall()) {
-      last = now;
-      await this.page.evaluate(() => new Promise((done) => setTimeout(done, 60)));
-    }
   }
   async writesOf(work) {
     return (await this.callsOf(work)).filter((line) => line.startsWith("Set "));

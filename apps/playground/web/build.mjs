@@ -54,6 +54,11 @@ function licencesOf(metafile) {
   return [...texts].map(([text, names]) => `${names.join(", ")}\n\n${text}`).join("\n\n");
 }
 
+/** As gzip would, but for the last twentieth. */
+function packed(path) {
+  return execFileSync("zopfli", ["-c", path], { maxBuffer: 1 << 26 });
+}
+
 async function minified(text) {
   return (await transform(text, { minify: true, target: "es2022", legalComments: "none" })).code;
 }
@@ -88,7 +93,7 @@ const parts = {
   POLICY: policy,
   STYLE: await style(),
   VERSION: version,
-  ENGINE: gzipSync(readFileSync(engine.replace(/\.js$/, ".wasm")), { level: 9 }).toString("base64"),
+  ENGINE: packed(engine.replace(/\.js$/, ".wasm")).toString("base64"),
   WORKER: worker,
   SCRIPT: script,
   LICENCES: asScript(main.licences),

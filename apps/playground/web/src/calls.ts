@@ -2,10 +2,11 @@
 
 import { make } from "./dom";
 
-const mostLines = 1000;
+const mostLines = 500;
 
 export class CallList {
   private count = 0;
+  private scrolling = false;
 
   constructor(
     private readonly list: HTMLOListElement,
@@ -25,12 +26,22 @@ export class CallList {
     });
     this.list.append(...lines);
     while (this.list.childElementCount > mostLines) this.list.firstElementChild?.remove();
-    this.list.scrollTop = this.list.scrollHeight;
+    this.scroll();
   }
 
   /** A line between the calls, for something that is none. */
   note(text: string): void {
     this.list.append(make("li", { class: "note" }, text));
-    this.list.scrollTop = this.list.scrollHeight;
+    this.scroll();
+  }
+
+  /** Once a frame: the height of the list is the height of all its lines. */
+  private scroll(): void {
+    if (this.scrolling) return;
+    this.scrolling = true;
+    requestAnimationFrame(() => {
+      this.scrolling = false;
+      this.list.scrollTop = this.list.scrollHeight;
+    });
   }
 }

@@ -21,10 +21,9 @@ const repeatPeriod = 50;
 
 const pen = document.createElement("canvas").getContext("2d");
 
-/** Lets a text take the room that the layout measured, whatever font there is. */
+/** Lets a text take the room that the layout measured, whatever font there is. The pen has the font of the sheet. */
 function fit(element: HTMLElement, text: string, width: number): void {
   if (!pen || text.length === 0) return;
-  pen.font = getComputedStyle(element).font;
   const natural = pen.measureText(text).width;
   element.style.letterSpacing = `${((width - natural) / text.length).toFixed(3)}px`;
 }
@@ -272,6 +271,7 @@ export class PageView {
   }
 
   show(state: ControlState[]): void {
+    if (pen) pen.font = getComputedStyle(this.sheet).font;
     const focused = this.controls.findIndex(({ place }) => place.contains(document.activeElement));
     this.showEach(state);
     // The keyboard goes on at the next control when this one cannot be used any more.

@@ -203,6 +203,20 @@ test("a file that is dropped is opened", async () => {
   assert.equal(await playground.text("#file-name"), "dropped.xml");
 });
 
+test("a file is saved as it was opened, with its mark and its line ends", async () => {
+  const text = "\ufeff" + readText(ourDescription("first_page")).replaceAll("\n", "\r\n").replace("Lamp<", "L\u00e4mp<");
+  await playground.openText(text, "saved.xml");
+  assert.equal(await playground.text(".sheet .label"), "L\u00e4mp");
+  const saved = await playground.page.evaluate(async () => {
+    const make = URL.createObjectURL;
+    const blob = new Promise((done) => (URL.createObjectURL = (made) => (done(made), make(made))));
+    document.getElementById("save").click();
+    URL.createObjectURL = make;
+    return [...new Uint8Array(await (await blob).arrayBuffer())];
+  });
+  assert.deepEqual(Buffer.from(saved), Buffer.from(text));
+});
+
 test("everything is reached by keys, and every control has a name", async () => {
   await startAnew();
   await playground.page.focus("#open");

@@ -99,6 +99,20 @@ test("a chain of links that fills the stack: told", async () => {
   await expectUsable();
 });
 
+test("what never comes back is given up", async () => {
+  await playground.openText(first);
+  const sums = Array.from({ length: 60 }, (_, at) =>
+    `<IntSwissKnife Name="K${at + 1}"><pVariable Name="A">K${at}</pVariable><pVariable Name="B">K${at}</pVariable><Formula>A+B</Formula></IntSwissKnife>`);
+  await playground.typeAnew(
+    first
+      .replace("<pValue>LampBrightnessReg</pValue>", "<pValue>K60</pValue>")
+      .replace(port, `<Integer Name="K0"><Value>1</Value></Integer>${sums.join("\n")}${port}`),
+  );
+  await expectTrouble(/it never came back/);
+  assert.equal(await playground.text(".sheet .label"), "Lamp");
+  await expectUsable();
+});
+
 test("the text is there again behind a reload, and gone when it is cleared", async () => {
   await playground.openText(first.replace("<DisplayName>Lamp<", "<DisplayName>Kept<"), "kept.xml");
   await playground.chooseAccess("registers");

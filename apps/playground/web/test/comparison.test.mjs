@@ -2,21 +2,12 @@
 
 import assert from "node:assert/strict";
 import { basename } from "node:path";
-import { after, before, test } from "node:test";
+import { test } from "node:test";
 
-import { Browser, inspect, NativeEngine, ourDescription, realDescriptions } from "./support.mjs";
+import { inspect, NativeEngine, ourDescription, realDescriptions, useBrowser } from "./support.mjs";
 
-let browser;
 let playground;
-
-before(async () => {
-  browser = await Browser.start();
-  playground = await browser.open();
-});
-after(async () => {
-  assert.deepEqual(playground.failures, []);
-  await browser.end();
-});
+useBrowser((made) => (playground = made));
 
 const descriptions = [...["first_page", "value_nodes", "identity"].map(ourDescription), ...realDescriptions()];
 

@@ -1,21 +1,12 @@
 // A user with the text and its pages.
 
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
+import { test } from "node:test";
 
-import { Browser, ourDescription, readText } from "./support.mjs";
+import { ourDescription, readText, useBrowser } from "./support.mjs";
 
-let browser;
 let playground;
-
-before(async () => {
-  browser = await Browser.start();
-  playground = await browser.open();
-});
-after(async () => {
-  assert.deepEqual(playground.failures, []);
-  await browser.end();
-});
+useBrowser((made) => (playground = made));
 
 const startAnew = async (access = "registers") => {
   await playground.openFile(ourDescription("first_page"));

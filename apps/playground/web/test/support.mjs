@@ -1,11 +1,13 @@
 // A browser with the playground in it, and words for what a user does there.
 
+import assert from "node:assert/strict";
 import { execFileSync, spawn } from "node:child_process";
 import { existsSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { createServer } from "node:net";
 import { tmpdir } from "node:os";
 import { dirname, join, resolve } from "node:path";
 import { createInterface } from "node:readline";
+import { after, before } from "node:test";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
 import puppeteer from "puppeteer-core";
@@ -124,6 +126,21 @@ export class Browser {
     this.network.end();
     rmSync(this.folder, { recursive: true, force: true, maxRetries: 5 });
   }
+}
+
+/** A playground in a browser of its own for the tests of a file. */
+export function useBrowser(take) {
+  let browser;
+  let playground;
+  before(async () => {
+    browser = await Browser.start();
+    playground = await browser.open();
+    take(playground);
+  });
+  after(async () => {
+    assert.deepEqual(playground.failures, []);
+    await browser.end();
+  });
 }
 
 export class Playground {

@@ -1,19 +1,12 @@
 // What goes wrong, and how it goes on.
 
 import assert from "node:assert/strict";
-import { after, afterEach, before, test } from "node:test";
+import { test } from "node:test";
 
-import { Browser, ourDescription, readText } from "./support.mjs";
+import { ourDescription, readText, useBrowser } from "./support.mjs";
 
-let browser;
 let playground;
-
-before(async () => {
-  browser = await Browser.start();
-  playground = await browser.open();
-});
-after(() => browser.end());
-afterEach(() => assert.deepEqual(playground.failures, []));
+useBrowser((made) => (playground = made));
 
 const first = readText(ourDescription("first_page"));
 const port = '<Port Name="Device"/>';

@@ -20,6 +20,15 @@ install(DIRECTORY docs DESTINATION .)
 install(DIRECTORY descriptions DESTINATION .
   FILES_MATCHING PATTERN "*.md" PATTERN "*.xml" PATTERN "*.memory")
 
+# The pages in a browser, when they were built before (scripts/playground).
+set(playground "${PROJECT_SOURCE_DIR}/build/wasm/bin/selvane_playground.html")
+install(FILES "${playground}" DESTINATION . OPTIONAL)
+install(CODE "
+  if(EXISTS \"${playground}\")
+    file(INSTALL /usr/share/doc/emscripten/copyright DESTINATION \"\${CMAKE_INSTALL_PREFIX}/licences\"
+      RENAME emscripten.txt)
+  endif()")
+
 # The texts of the licences come from where the code came from, at the time of packaging.
 set(doc /usr/share/doc)
 file(STRINGS /usr/include/boost/version.hpp boost_version REGEX "define BOOST_LIB_VERSION ")

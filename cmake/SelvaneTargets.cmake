@@ -60,6 +60,10 @@ if(WIN32)
   target_compile_options(selvane_options INTERFACE -ffunction-sections -fdata-sections)
   target_link_options(selvane_options INTERFACE -Wl,--gc-sections)
 endif()
+if(EMSCRIPTEN)
+  target_compile_options(selvane_options INTERFACE -fexceptions -Wno-unknown-warning-option)
+  target_link_options(selvane_options INTERFACE -fexceptions)
+endif()
 if(SELVANE_SANITIZE)
   # With its instrumentation g++ takes the inactive members of variants and functions for uninitialised ones.
   target_compile_options(selvane_options INTERFACE

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 
 namespace platform {
@@ -49,6 +50,8 @@ void append_hex(std::wstring& text, std::uint64_t number, int digits) {
     for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4)
         text += L"0123456789ABCDEF"[(number >> shift) & 0xF];
 }
+
+#ifdef __cpp_lib_to_chars
 
 bool is_space(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -115,6 +118,8 @@ std::size_t read_magnitude(std::string_view text, std::chars_format form, double
     return error == std::errc() ? consumed : 0;
 }
 
+#endif
+
 }  // namespace
 
 bool parse_guid(std::wstring_view text, GUID& guid) {
@@ -143,6 +148,8 @@ std::wstring format_guid(const GUID& guid) {
     return text + L'}';
 }
 
+#ifdef __cpp_lib_to_chars
+
 std::size_t read_double(std::string_view text, double& number) {
     std::string_view rest = text;
     while (!rest.empty() && is_space(rest.front())) rest.remove_prefix(1);
@@ -161,5 +168,20 @@ std::size_t read_double(std::string_view text, double& number) {
     number = negative ? -magnitude : magnitude;
     return text.size() - rest.size() + consumed;
 }
+
+#else
+
+// A library without from_chars for floating-point numbers is the one of browsers, which has the C locale
+// alone.
+std::size_t read_double(std::string_view text, double& number) {
+    const std::string terminated(text);
+    char* end = nullptr;
+    const double read = std::strtod(terminated.c_str(), &end);
+    if (end == terminated.c_str()) return 0;
+    number = read;
+    return static_cast<std::size_t>(end - terminated.c_str());
+}
+
+#endif
 
 }  // namespace platform

@@ -1,4 +1,5 @@
 #include "propui/attempt.h"
+#include "propui/control_logic.h"
 #include "propui/number_text.h"
 #include "propui/page_layout.h"
 #include "propui/page_measures.h"
@@ -41,13 +42,6 @@ ControllerPtr MakeAbsValController(const ItemRecord& record, CZELItemDataBase& i
     const bool exposure = record.id == ZELAdapterHelper::item_exposure && unit == seconds;
     if (exposure) return ControllerPtr::attach(new CAbsValExposureSliderController(&item, key));
     return ControllerPtr::attach(new CAbsValSliderController(&item, key));
-}
-
-std::vector<SharedString> StringsOf(CZELItemDataBase& item, InterfaceKey key) {
-    std::vector<SharedString> strings;
-    const HRESULT result = Attempt([&] { return item.GetMapStrings(key, strings); });
-    if (FAILED(result)) strings.clear();
-    return strings;
 }
 
 }  // namespace
@@ -119,7 +113,7 @@ void PageLayout::PlaceCombo(CZELItemDataBase& item, InterfaceKey key, int& x, in
                             std::wstring_view label) {
     int width = canvas_->ScaleX(measure::combo_extra) + canvas_->ScaleX(measure::edit_width) +
                 canvas_->ScaleX(measure::slider_width);
-    for (const SharedString& text : StringsOf(item, key))
+    for (const SharedString& text : EntriesOf(item, key))
         width = std::max(width, canvas_->TextWidth(text.View()));
 
     if (!label.empty()) PlaceLabel(label, x, y);

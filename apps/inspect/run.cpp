@@ -19,8 +19,8 @@ constexpr const char* about =
 constexpr const char* exit_codes =
     "Exit codes: 0 fine, 1 findings or a refused operation, 2 wrong use or unreadable input.";
 
-constexpr void (*all_commands[])(command_set&) = {add_info, add_list, add_describe, add_get, add_set,
-                                                  add_eval, add_lint, add_pages,    add_dump};
+constexpr command_adder all_commands[] = {add_info, add_list, add_describe, add_get, add_set,
+                                          add_eval, add_lint, add_pages,    add_dump};
 
 // The library would say no more than that it misses a command.
 void check_command(const CLI::App& app, const std::vector<std::string>& arguments) {
@@ -67,15 +67,15 @@ bool parse(CLI::App& app, std::vector<std::string> arguments, std::ostream& out)
     return false;
 }
 
-int carry_out(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
-              const run_environment& environment) {
+int carry_out(gsl::span<const command_adder> adders, const std::vector<std::string>& arguments,
+              std::ostream& out, std::ostream& err, const run_environment& environment) {
     CLI::App app(about, "selvane_inspect");
     app.footer(exit_codes);
     app.set_version_flag("--version", "selvane_inspect " SELVANE_VERSION);
     app.require_subcommand(1);
     app.allow_windows_style_options(false);  // a path may begin with a slash
     command_set commands(app);
-    for (const auto add : all_commands) add(commands);
+    for (const command_adder add : adders) add(commands);
     if (!parse(app, arguments, out)) return exit_code::fine;
     try {
         return commands.chosen()({out, err, environment, commands.wants_json()});
@@ -113,8 +113,13 @@ CLI::App* command_set::add_subcommand(const char* name, const char* about_comman
 
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const run_environment& environment) {
+    return run(all_commands, arguments, out, err, environment);
+}
+
+int run(gsl::span<const command_adder> commands, const std::vector<std::string>& arguments, std::ostream& out,
+        std::ostream& err, const run_environment& environment) {
     try {
-        return finish(carry_out(arguments, out, err, environment), out);
+        return finish(carry_out(commands, arguments, out, err, environment), out);
     } catch (const inspect_error& failure) {
         write_error(err, failure.what());
         return failure.code();

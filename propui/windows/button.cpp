@@ -1,9 +1,8 @@
 #include "propui/windows/button.h"
 
-#include "propui/attempt.h"
+#include "propui/control_logic.h"
 #include "propui/windows/button_class.h"
 
-#include <tuple>
 #include <utility>
 
 namespace ZELPropUI {
@@ -34,7 +33,7 @@ void CZELButton::Init() {
 }
 
 void CZELButton::Update() {
-    Enable(IsItemAvailable());
+    Enable(IsItemAvailable(Item(), Key()));
     UpdateValue();
 }
 
@@ -51,7 +50,7 @@ bool CZELButton::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT&)
 }
 
 void CZELButton::Click() {
-    std::ignore = Attempt([&] { return Item().Push(Key()); });
+    PushButton(Item(), Key());
     PostUpdateControls();
     ticks_ = 0;
     if (Handle() != nullptr) SetTimer(Handle(), timer_id, timer_period, nullptr);

@@ -1,10 +1,8 @@
 #include "propui/windows/combo.h"
 
-#include "propui/attempt.h"
+#include "propui/control_logic.h"
 
 #include <string>
-#include <tuple>
-#include <vector>
 
 namespace ZELPropUI {
 namespace {
@@ -26,33 +24,26 @@ bool CZELCombo::Create(HWND parent, const RECT& place, HWND) {
 
 void CZELCombo::Init() {
     Send(CB_RESETCONTENT);
-    std::vector<ZELAdapterHelper::SharedString> strings;
-    if (SUCCEEDED(Attempt([&] { return Item().GetMapStrings(Key(), strings); }))) {
-        for (const auto& string : strings) {
-            const std::wstring text(string.View());
-            Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-        }
+    for (const auto& entry : EntriesOf(Item(), Key())) {
+        const std::wstring text(entry.View());
+        Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
     }
     Update();
 }
 
 void CZELCombo::Update() {
-    Enable(IsItemAvailable());
+    Enable(IsItemAvailable(Item(), Key()));
     UpdateValue();
 }
 
 void CZELCombo::UpdateValue() {
-    std::int32_t index = 0;
-    if (SUCCEEDED(Attempt([&] { return Item().GetValue(Key(), index); }))) {
-        Send(CB_SETCURSEL, static_cast<WPARAM>(index));
-    }
+    if (const auto index = SelectionOf(Item(), Key())) Send(CB_SETCURSEL, static_cast<WPARAM>(*index));
     Redraw();
 }
 
 bool CZELCombo::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT&) {
     if (!IsOwnCommand(message, wparam, lparam, CBN_SELCHANGE)) return false;
-    const auto index = static_cast<std::int32_t>(Send(CB_GETCURSEL));
-    std::ignore = Attempt([&] { return Item().SetValue(Key(), index); });
+    SelectEntry(Item(), Key(), static_cast<std::int32_t>(Send(CB_GETCURSEL)));
     PostUpdateControls();
     return true;
 }

@@ -25,7 +25,6 @@ protected:
     }
 
     [[nodiscard]] ISliderController& Controller() const noexcept { return *controller_; }
-    [[nodiscard]] bool IsEditable() const { return controller_->IsAvailable() && !controller_->IsReadOnly(); }
 
 private:
     void ForgetName() noexcept {

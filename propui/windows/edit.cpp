@@ -1,5 +1,7 @@
 #include "propui/windows/edit.h"
 
+#include "propui/control_logic.h"
+
 #include <imm.h>
 #include <richedit.h>
 #include <gsl/util>
@@ -70,7 +72,7 @@ void CZELEdit::UpdateValue() {
 bool CZELEdit::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& result) {
     switch (message) {
         case WM_SETFOCUS:
-            if (IsEditable()) ShowBackground(COLOR_WINDOW);
+            if (IsEditable(Controller())) ShowBackground(COLOR_WINDOW);
             return false;
         case WM_KILLFOCUS:
             OnKillFocus();
@@ -105,14 +107,13 @@ void CZELEdit::Commit() {
     if (Controller().SetText(TextOf(Handle()))) {
         PostUpdateControls();
     } else if (IsOnPage() && (GetWindowLongPtrW(Handle(), GWL_STYLE) & ES_READONLY) == 0) {
-        MessageBoxW(Handle(), L"Error parsing value!", L"Error", MB_ICONHAND);
+        MessageBoxW(Handle(), edit_error_text.data(), edit_error_caption.data(), MB_ICONHAND);
     }
 }
 
 bool CZELEdit::OnChar(WPARAM character) {
     if (character == return_key) SendMessageW(GetParent(Handle()), WM_NEXTDLGCTL, 0, 0);
-    const bool goes_on = character >= L',' && character <= L'9';
-    return !goes_on;
+    return !IsEditCharacter(static_cast<std::uint32_t>(character));
 }
 
 }  // namespace ZELPropUI

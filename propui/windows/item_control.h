@@ -14,8 +14,6 @@ protected:
 
     [[nodiscard]] ZELAdapterHelper::CZELItemDataBase& Item() const noexcept { return *item_; }
     [[nodiscard]] ZELAdapterHelper::InterfaceKey Key() const noexcept { return key_; }
-    /// False also when the item fails to tell.
-    [[nodiscard]] bool IsItemAvailable() const noexcept;
 
 private:
     platform::com_ptr<ZELAdapterHelper::CZELItemDataBase> item_;

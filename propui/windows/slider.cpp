@@ -1,5 +1,7 @@
 #include "propui/windows/slider.h"
 
+#include "propui/control_logic.h"
+
 #include <commctrl.h>
 
 #include <algorithm>
@@ -27,7 +29,7 @@ void CZELSlider::Init() {
 }
 
 void CZELSlider::Update() {
-    Enable(IsEditable());
+    Enable(IsEditable(Controller()));
     UpdateValue();
 }
 

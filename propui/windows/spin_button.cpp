@@ -1,5 +1,7 @@
 #include "propui/windows/spin_button.h"
 
+#include "propui/control_logic.h"
+
 #include <commctrl.h>
 
 namespace ZELPropUI {
@@ -28,7 +30,7 @@ void CZELSpinButton::Init() {
 }
 
 void CZELSpinButton::Update() {
-    Enable(IsEditable());
+    Enable(IsEditable(Controller()));
     UpdateValue();
 }
 

@@ -1,9 +1,8 @@
 #include "propui/windows/switch.h"
 
-#include "propui/attempt.h"
+#include "propui/control_logic.h"
 #include "propui/windows/button_class.h"
 
-#include <tuple>
 #include <utility>
 
 namespace ZELPropUI {
@@ -30,27 +29,23 @@ void CZELSwitch::Init() {
 }
 
 void CZELSwitch::Update() {
-    const bool available = IsItemAvailable();
-    bool on = false;
-    const HRESULT hr = Attempt([&] { return Item().GetSwitch(Key(), on); });
+    const bool available = IsItemAvailable(Item(), Key());
+    const bool on = IsSwitchedOn(Item(), Key());
     Enable(available);
-    Send(BM_SETCHECK, SUCCEEDED(hr) && on ? BST_CHECKED : BST_UNCHECKED);
+    Send(BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED);
     UpdateValue();
 }
 
 bool CZELSwitch::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT&) {
     if (!IsOwnCommand(message, wparam, lparam, BN_CLICKED)) return false;
-    bool read_only = false;
-    std::ignore = Attempt([&] { return Item().IsReadOnly(Key(), read_only); });
-    if (!read_only) Toggle();
+    if (MayToggle(Item(), Key())) Toggle();
     return true;
 }
 
 void CZELSwitch::Toggle() {
     const bool was_checked = Send(BM_GETCHECK) == BST_CHECKED;
     Send(BM_SETCHECK, was_checked ? BST_UNCHECKED : BST_CHECKED);
-    const bool checked = Send(BM_GETCHECK) == BST_CHECKED;
-    std::ignore = Attempt([&] { return Item().SetSwitch(Key(), checked); });
+    SetSwitchTo(Item(), Key(), Send(BM_GETCHECK) == BST_CHECKED);
     PostUpdateControls();
 }
 

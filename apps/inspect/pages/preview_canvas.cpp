@@ -4,6 +4,7 @@
 #include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
 #include "propui/attempt.h"
+#include "propui/control_logic.h"
 #include "propui/scale_measure.h"
 
 #include <utility>
@@ -72,7 +73,7 @@ drawn_control& preview_canvas::add(control_kind kind, const PageRect& place, std
 drawn_control& preview_canvas::add_on(control_kind kind, const PageRect& place,
                                       ISliderController& controller) {
     drawn_control& control = add(kind, place, {});
-    control.enabled = controller.IsAvailable() && !controller.IsReadOnly();
+    control.enabled = ZELPropUI::IsEditable(controller);
     control.feature = feature_of(controller.GetKey());
     if (CZELItemDataBase* item = controller.GetItem()) add_limits(*item, controller.GetKey(), control);
     return control;
@@ -81,9 +82,7 @@ drawn_control& preview_canvas::add_on(control_kind kind, const PageRect& place,
 drawn_control& preview_canvas::add_for(control_kind kind, const PageRect& place, CZELItemDataBase& item,
                                        InterfaceKey key, std::wstring_view text) {
     drawn_control& control = add(kind, place, text);
-    bool available = false;
-    const HRESULT result = Attempt([&] { return item.IsAvailable(key, available); });
-    control.enabled = SUCCEEDED(result) && available;
+    control.enabled = ZELPropUI::IsItemAvailable(item, key);
     control.feature = feature_of(key);
     return control;
 }
@@ -116,20 +115,18 @@ void preview_canvas::AddSpinButton(const PageRect& place, ISliderController& con
 
 void preview_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
     drawn_control& control = add_for(control_kind::combo, place, item, key, {});
-    std::vector<SharedString> strings;
-    if (FAILED(Attempt([&] { return item.GetMapStrings(key, strings); }))) strings.clear();
-    for (const SharedString& string : strings) control.strings.push_back(platform::narrow(string.View()));
-    std::int32_t selected = -1;
-    if (FAILED(Attempt([&] { return item.GetValue(key, selected); })) || selected < 0) return;
-    const auto at = static_cast<std::size_t>(selected);
+    for (const SharedString& entry : ZELPropUI::EntriesOf(item, key))
+        control.strings.push_back(platform::narrow(entry.View()));
+    const auto selected = ZELPropUI::SelectionOf(item, key);
+    if (!selected || *selected < 0) return;
+    const auto at = static_cast<std::size_t>(*selected);
     if (at < control.strings.size()) control.text = control.strings[at];
 }
 
 void preview_canvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
                                std::wstring_view caption) {
     drawn_control& control = add_for(control_kind::check_box, place, item, key, caption);
-    bool on = false;
-    control.checked = SUCCEEDED(Attempt([&] { return item.GetSwitch(key, on); })) && on;
+    control.checked = ZELPropUI::IsSwitchedOn(item, key);
 }
 
 void preview_canvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,

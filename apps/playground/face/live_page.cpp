@@ -1,0 +1,249 @@
+#include "apps/playground/face/live_page.h"
+
+#include "apps/inspect/pages/dialog_font.h"
+#include "platform/text.h"
+#include "propui/control_logic.h"
+#include "propui/page_measures.h"
+#include "propui/scale_measure.h"
+
+#include <algorithm>
+
+#include <nlohmann/json.hpp>
+
+namespace selvane_playground {
+namespace {
+
+using selvane_inspect::control_kind;
+using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::InterfaceKey;
+using ZELPropUI::ISliderController;
+using ZELPropUI::PageRect;
+
+constexpr int dots_per_inch = 96;
+
+// The messages that tell a window its range carry 16 bits of each end.
+std::int32_t as_message_word(std::int32_t number) { return static_cast<std::int16_t>(number & 0xFFFF); }
+
+}  // namespace
+
+int live_page::TextWidth(std::wstring_view text) { return selvane_inspect::dialog_text_width(text); }
+
+int live_page::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+int live_page::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+live_control& live_page::add(control_kind kind, const PageRect& place, InterfaceKey key) {
+    live_control& control = controls_.emplace_back();
+    control.kind = kind;
+    control.place = place;
+    control.key = key;
+    control.item = item_;
+    control.element = element_;
+    const auto feature = features_.find(key);
+    if (feature != features_.end()) control.feature = feature->second;
+    return control;
+}
+
+live_control& live_page::add_on(control_kind kind, const PageRect& place, ISliderController& controller) {
+    live_control& control = add(kind, place, controller.GetKey());
+    control.controller = platform::com_ptr<ISliderController>(&controller);
+    if (is_positioned(control)) fetch_positions(control);
+    update(control);
+    return control;
+}
+
+live_control& live_page::add_for(control_kind kind, const PageRect& place, CZELItemDataBase& item,
+                                 InterfaceKey key) {
+    live_control& control = add(kind, place, key);
+    control.owner = platform::com_ptr<CZELItemDataBase>(&item);
+    return control;
+}
+
+// Labels at the left margin name an item, those behind them an element.
+void live_page::AddLabel(const PageRect& place, std::wstring_view text) {
+    const bool names_item = place.left == ScaleX(ZELPropUI::measure::left_margin);
+    (names_item ? item_ : element_) = platform::narrow(text);
+    if (names_item) element_.clear();
+    add(control_kind::label, place, 0).text = text;
+}
+
+void live_page::AddSlider(const PageRect& place, ISliderController& controller) {
+    add_on(control_kind::slider, place, controller);
+}
+
+void live_page::AddEdit(const PageRect& place, ISliderController& controller) {
+    add_on(control_kind::edit, place, controller);
+}
+
+void live_page::AddSpinButton(const PageRect& place, ISliderController& controller) {
+    add_on(control_kind::spin_button, place, controller);
+}
+
+void live_page::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
+    live_control& control = add_for(control_kind::combo, place, item, key);
+    for (const auto& entry : ZELPropUI::EntriesOf(item, key)) control.entries.emplace_back(entry.View());
+    update(control);
+}
+
+void live_page::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                          std::wstring_view caption) {
+    live_control& control = add_for(control_kind::check_box, place, item, key);
+    control.text = caption;
+    update(control);
+}
+
+void live_page::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                          std::wstring_view caption) {
+    live_control& control = add_for(control_kind::button, place, item, key);
+    control.text = caption;
+    update(control);
+}
+
+bool live_page::is_positioned(const live_control& control) noexcept {
+    return control.kind == control_kind::slider || control.kind == control_kind::spin_button;
+}
+
+void live_page::fetch_positions(live_control& control) {
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    if (!control.controller->GetPositionRange(low, high)) return;
+    control.low = as_message_word(low);
+    control.high = as_message_word(high);
+}
+
+// The order of the questions is that of the windows: a driver sees it.
+void live_page::update(live_control& control) {
+    using namespace ZELPropUI;
+    switch (control.kind) {
+        case control_kind::slider:
+        case control_kind::spin_button: {
+            control.enabled = IsEditable(*control.controller);
+            std::int32_t position = 0;
+            if (control.controller->GetPosition(position)) control.position = position;
+            break;
+        }
+        case control_kind::edit:
+            if (!control.controller->GetText(control.text)) control.text.clear();
+            control.enabled = control.controller->IsAvailable();
+            control.read_only = control.controller->IsReadOnly();
+            break;
+        case control_kind::combo:
+            control.enabled = IsItemAvailable(*control.owner, control.key);
+            if (const auto index = SelectionOf(*control.owner, control.key)) control.selected = *index;
+            break;
+        case control_kind::check_box:
+            control.enabled = IsItemAvailable(*control.owner, control.key);
+            control.checked = IsSwitchedOn(*control.owner, control.key);
+            break;
+        case control_kind::button:
+            control.enabled = IsItemAvailable(*control.owner, control.key);
+            break;
+        case control_kind::label:
+            break;
+    }
+}
+
+void live_page::refresh() {
+    for (live_control& control : controls_) update(control);
+}
+
+outcome live_page::move(std::size_t number, std::int32_t position) {
+    live_control& control = controls_.at(number);
+    if (!is_positioned(control)) return outcome::nothing;
+    control.position = position;
+    control.controller->SetPosition(position);
+    return outcome::done;
+}
+
+outcome live_page::commit(std::size_t number, std::wstring_view text) {
+    live_control& control = controls_.at(number);
+    if (control.kind != control_kind::edit) return outcome::nothing;
+    control.text = text;
+    if (control.controller->SetText(text)) return outcome::done;
+    // Where nothing could be typed a refusal is no error of the user's.
+    return control.read_only ? outcome::nothing : outcome::refused;
+}
+
+outcome live_page::pick(std::size_t number, std::int32_t index) {
+    live_control& control = controls_.at(number);
+    if (control.kind != control_kind::combo) return outcome::nothing;
+    control.selected = index;
+    ZELPropUI::SelectEntry(*control.owner, control.key, index);
+    return outcome::done;
+}
+
+outcome live_page::toggle(std::size_t number) {
+    live_control& control = controls_.at(number);
+    if (control.kind != control_kind::check_box) return outcome::nothing;
+    if (!ZELPropUI::MayToggle(*control.owner, control.key)) return outcome::nothing;
+    control.checked = !control.checked;
+    ZELPropUI::SetSwitchTo(*control.owner, control.key, control.checked);
+    return outcome::done;
+}
+
+outcome live_page::push(std::size_t number) {
+    live_control& control = controls_.at(number);
+    if (control.kind != control_kind::button) return outcome::nothing;
+    ZELPropUI::PushButton(*control.owner, control.key);
+    return outcome::done;
+}
+
+bool live_page::focus(std::size_t number) {
+    const live_control& control = controls_.at(number);
+    return control.kind == control_kind::edit && ZELPropUI::IsEditable(*control.controller);
+}
+
+nlohmann::ordered_json live_page::layout_json() const {
+    auto all = nlohmann::ordered_json::array();
+    for (const live_control& control : controls_) {
+        nlohmann::ordered_json json = {{"kind", selvane_inspect::control_word(control.kind)},
+                                       {"left", control.place.left},
+                                       {"top", control.place.top},
+                                       {"width", control.place.width},
+                                       {"height", control.place.height},
+                                       {"item", control.item},
+                                       {"element", control.element},
+                                       {"feature", control.feature}};
+        if (control.kind == control_kind::combo) {
+            json["entries"] = nlohmann::ordered_json::array();
+            for (const std::wstring& entry : control.entries)
+                json["entries"].push_back(platform::narrow(entry));
+        }
+        if (is_positioned(control)) {
+            json["low"] = control.low;
+            json["high"] = control.high;
+        }
+        all.push_back(std::move(json));
+    }
+    return all;
+}
+
+nlohmann::ordered_json live_page::state_json() const {
+    auto all = nlohmann::ordered_json::array();
+    for (const live_control& control : controls_) {
+        nlohmann::ordered_json json = {{"enabled", control.enabled}};
+        switch (control.kind) {
+            case control_kind::slider:
+            case control_kind::spin_button:
+                json["position"] = control.position;
+                break;
+            case control_kind::combo: {
+                const auto at = static_cast<std::size_t>(control.selected);
+                const bool known = control.selected >= 0 && at < control.entries.size();
+                json["selected"] = known ? control.selected : -1;
+                json["text"] = known ? platform::narrow(control.entries[at]) : std::string();
+                json["text_width"] = known ? selvane_inspect::dialog_text_width(control.entries[at]) : 0;
+                break;
+            }
+            default:
+                json["text"] = platform::narrow(control.text);
+                json["text_width"] = selvane_inspect::dialog_text_width(control.text);
+                if (control.kind == control_kind::edit) json["read_only"] = control.read_only;
+                if (control.kind == control_kind::check_box) json["checked"] = control.checked;
+        }
+        all.push_back(std::move(json));
+    }
+    return all;
+}
+
+}  // namespace selvane_playground

@@ -9,11 +9,11 @@ using namespace simcam;
 namespace property = genicam_adapter::device_property;
 
 bytes request(std::uint32_t first_field, std::uint32_t index) {
-    return bytes_of(genicam_adapter::description_request{first_field, index});
+    return bytes_of(wire::description_request{first_field, index});
 }
 
 answer ask(simulated_camera& camera, DWORD id, bytes instance, std::size_t size) {
-    return get_property(camera, genicam_adapter::device_property_set, id, std::move(instance), size);
+    return get_property(camera, wire::device_set, id, std::move(instance), size);
 }
 
 camera_options two_texts() {
@@ -90,11 +90,9 @@ TEST(DescriptionAccess, RefusesAShortRequest) {
 TEST(DescriptionAccess, CannotBeWritten) {
     const camera_ptr camera = make_camera(two_texts());
     for (const DWORD id : {property::description_size, property::description_data}) {
-        EXPECT_EQ(set_property(*camera, genicam_adapter::device_property_set, id, request(1, 0), bytes(4)),
-                  property_unknown);
+        EXPECT_EQ(set_property(*camera, wire::device_set, id, request(1, 0), bytes(4)), property_unknown);
         DWORD support = 0;
-        EXPECT_EQ(camera->property_set()->QuerySupported(genicam_adapter::device_property_set, id, &support),
-                  S_OK);
+        EXPECT_EQ(camera->property_set()->QuerySupported(wire::device_set, id, &support), S_OK);
         EXPECT_EQ(support, 1U);
     }
 }
@@ -113,8 +111,7 @@ TEST_P(AccessRoads, OfferWhatTheOptionsSay) {
     for (const auto& [id, offered] : {std::pair(property::register_access, GetParam().registers),
                                       std::pair(property::named_access, GetParam().named)}) {
         DWORD support = 0;
-        const HRESULT result =
-            camera->property_set()->QuerySupported(genicam_adapter::device_property_set, id, &support);
+        const HRESULT result = camera->property_set()->QuerySupported(wire::device_set, id, &support);
         EXPECT_EQ(result, offered ? S_OK : property_unknown);
         EXPECT_EQ(support, offered ? 3U : 0U);
     }

@@ -291,7 +291,11 @@ struct selvane_strobe_record {
 #define SELVANE_ASSERT(condition) _Static_assert(condition, #condition)
 #endif
 /* Where a field lies, without <stddef.h>. */
+#if defined(_MSC_VER) && !defined(__cplusplus) && !defined(__clang__)
+#define SELVANE_OFFSET(record, field) ((unsigned long long)&((struct record*)0)->field)
+#else
 #define SELVANE_OFFSET(record, field) __builtin_offsetof(struct record, field)
+#endif
 
 SELVANE_ASSERT(sizeof(struct selvane_device_kind_query) == 144);
 SELVANE_ASSERT(sizeof(struct selvane_description_request) == 8);

@@ -1,6 +1,7 @@
 #include "apps/host/camera_setup.h"
 #include "apps/host/console.h"
 #include "apps/host/devices.h"
+#include "apps/host/driver_file.h"
 #include "apps/host/frame.h"
 #include "apps/host/host_error.h"
 #include "apps/host/options.h"
@@ -25,6 +26,7 @@ struct camera_to_show {
 
 camera_to_show find_camera(const host_options& options) {
     if (!options.device.empty()) return {open_device(options.device), options.device};
+    if (!options.driver.empty()) return {open_driver(options.driver), options.driver.filename().u8string()};
     const simcam::camera_ptr camera = make_wanted_camera(options);
     return {object_ptr(camera.get()), camera_caption(*camera)};
 }

@@ -18,10 +18,7 @@ namespace {
 
 // What the camera says of itself: an item "Lamp" on the feature page, a slider and a check box.
 constexpr std::string_view description = R"(<?xml version="1.0" encoding="UTF-8"?>
-<RegisterDescription ModelName="Sample" VendorName="Sample" StandardNameSpace="None"
-    SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0"
-    MajorVersion="1" MinorVersion="0" SubMinorVersion="0"
-    ProductGuid="11111111-2222-3333-4444-555555555555" VersionGuid="11111111-2222-3333-4444-555555555556"
+<RegisterDescription ModelName="Sample" VendorName="Sample" SchemaMajorVersion="1" SchemaMinorVersion="1"
     xmlns="http://www.genicam.org/GenApi/Version_1_1">
   <Category Name="Root"><pFeature>LampPage</pFeature></Category>
   <Category Name="LampPage"><DisplayName>Special</DisplayName><pFeature>LampItem</pFeature></Category>
@@ -53,8 +50,8 @@ constexpr std::string_view description = R"(<?xml version="1.0" encoding="UTF-8"
 </RegisterDescription>
 )";
 
-constexpr HRESULT unknown_property = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
-constexpr HRESULT too_small = HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
+const HRESULT unknown_property = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+const HRESULT too_small = HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
 
 // The camera behind the driver.
 unsigned char registers[8] = {50, 0, 0, 0, 1, 0, 0, 0};
@@ -116,10 +113,9 @@ class SampleDriver final : public IKsPropertySet {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         if (out == nullptr) return E_POINTER;
-        const bool known = iid == IID_IUnknown || iid == IID_IKsPropertySet;
-        *out = known ? this : nullptr;
-        if (known) AddRef();
-        return known ? S_OK : E_NOINTERFACE;
+        *out = iid == IID_IUnknown || iid == IID_IKsPropertySet ? this : nullptr;
+        if (*out != nullptr) AddRef();
+        return *out != nullptr ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() override {
@@ -135,7 +131,7 @@ public:
         const bool vendor = set == selvane_vendor_set && VendorRecord(id) != nullptr;
         if (!gate && !device && !vendor) return unknown_property;
         const bool writable = vendor || (device && id >= SELVANE_REGISTER_ACCESS);
-        *support = SELVANE_SUPPORT_GET | (writable ? SELVANE_SUPPORT_SET : 0U);
+        *support = writable ? SELVANE_SUPPORT_GET | SELVANE_SUPPORT_SET : SELVANE_SUPPORT_GET;
         return S_OK;
     }
 
@@ -176,17 +172,14 @@ public:
     HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                                   DWORD size) override {
         if (set == selvane_vendor_set && VendorRecord(id) != nullptr) {
-            selvane_integer_record record = {};
-            if (size < sizeof(record)) return too_small;
-            std::memcpy(&record, data, sizeof(record));
-            VendorRecord(id)->value = record.value;  // a Set carries no limits
+            if (size < sizeof(selvane_integer_record)) return too_small;
+            VendorRecord(id)->value = static_cast<selvane_integer_record*>(data)->value;  // the rest is zero
             return S_OK;
         }
         if (set == selvane_device_set && id == SELVANE_REGISTER_ACCESS) {
             unsigned char* value = Register(instance, instance_size, size);
-            if (value == nullptr) return E_INVALIDARG;
-            std::memcpy(value, data, size);
-            return S_OK;
+            if (value != nullptr) std::memcpy(value, data, size);
+            return value != nullptr ? S_OK : E_INVALIDARG;
         }
         if (set != selvane_device_set || id != SELVANE_NAMED_ACCESS) return unknown_property;
         const char* path = selvane_read_named_request(instance, instance_size);

@@ -53,13 +53,6 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
     driver->excludes(device);
 }
 
-void add_check(CLI::App& app, host_options& options) {
-    CLI::Option* check = app.add_flag("--check-driver", options.check_driver,
-                                      "Ask the driver as the pages would, tell what is wrong, and leave");
-    app.add_flag("--write", options.write, "The check writes values back that it has read")->needs(check);
-    app.add_flag("--json", options.json, "The check tells its findings as JSON")->needs(check);
-}
-
 void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
     app.add_flag("--trace", options.trace, "Print every call of the driver");
     app.add_flag("--layout", options.layout,
@@ -71,6 +64,16 @@ void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
         ->excludes(probe);
     app.add_flag("--list-cameras", options.list_cameras, "Name the ready-made cameras, and leave");
     app.add_flag("--list", options.list_devices, "Name the video capture devices, and leave");
+}
+
+void add_check(CLI::App& app, host_options& options) {
+    CLI::Option* check = app.add_flag("--check-driver", options.check_driver,
+                                      "Ask the driver as the pages would, tell what is wrong, and leave");
+    app.add_flag("--write", options.write, "The check writes values back that it has read")->needs(check);
+    CLI::Option* json =
+        app.add_flag("--json", options.json, "The check tells its findings as JSON")->needs(check);
+    json->excludes(app.get_option("--trace"));
+    for (const char* other : {"--layout", "--probe", "--pictures"}) check->excludes(app.get_option(other));
 }
 
 // The library breaks some of its messages into lines.
@@ -93,8 +96,8 @@ host_options parse_options(std::vector<std::string> arguments) {
     host_options options;
     raw_options raw;
     add_camera_options(app, options, raw);
-    add_check(app, options);
     add_outputs(app, options, raw);
+    add_check(app, options);
     std::reverse(arguments.begin(), arguments.end());  // as the library wants them
     try {
         app.parse(std::move(arguments));

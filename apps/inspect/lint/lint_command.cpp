@@ -72,7 +72,9 @@ file_report examine(const std::string& file, const lint_options& options) {
         rule.check(context, findings);
     }
     file_report report = {file, findings.take_sorted(), {}};
-    for (const finding& one : report.findings) add_count(report.counts, one.rule->level, one.count);
+    for (const finding& one : report.findings) {
+        add_count(report.counts, one.rule->level, one.is_habit ? 1 : one.count);
+    }
     return report;
 }
 

@@ -40,7 +40,7 @@ std::optional<std::string> find_page_hazard(description& in) {
     evaluation_guard guard(in);
     for (GenICam::ICategory* item : categories_of(find_items(in))) {
         for (INode* feature : item->get_features()) {
-            const GUID mark = genicam_adapter::read_extension_guid(feature, "ZELElementGUID");
+            const GUID mark = genicam_adapter::read_extension_guid(feature, element_mark);
             if (mark == platform::null_guid) continue;
             if (auto found = judge_feature(guard, *feature)) return found;
         }

@@ -8,6 +8,7 @@
 #include "apps/inspect/pages/page_hazards.h"
 #include "wire/device_set.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -37,6 +38,13 @@ private:
     finding_book& findings_;
     fetched_descriptions& result_;
 };
+
+// A description whose nodes hold their values themselves needs none.
+bool uses_ports(const selvane_inspect::description& loaded) {
+    const auto& elements = loaded.tree().elements();
+    return std::any_of(elements.begin(), elements.end(),
+                       [](const auto& element) { return static_cast<bool>(element.xml.child("pPort")); });
+}
 
 bool is_whole(std::string_view text) { return text.find("</RegisterDescription") != std::string_view::npos; }
 
@@ -119,7 +127,7 @@ void description_check::judge_text(const std::string& which, const std::string& 
 
 void description_check::judge_document(const std::string& which, selvane_inspect::description& loaded) {
     GenICam::IGenICamDoc& document = *loaded.document();
-    if (document.find_port({}) == nullptr) {
+    if (uses_ports(loaded) && document.find_port({}) == nullptr) {
         findings_.add(fault_kind::description_port, which + " has no port named Device");
     }
     GenICam::INode* root = document.find_node("Root");

@@ -201,7 +201,7 @@ TEST_F(CheckDriver, DescriptionsWithoutEnd) {
 }
 
 TEST_F(CheckDriver, DescriptionWithoutItsPort) {
-    camera_options options = SoundCamera();
+    camera_options options = ByRegisters();
     std::string& text = options.descriptions.front();
     text.replace(text.find("<Port Name=\"Device\""), 19, "<Port Name=\"Camera\"");
     EXPECT_THAT(Broken(options), ElementsAre("description-port"));

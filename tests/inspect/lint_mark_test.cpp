@@ -224,7 +224,7 @@ TEST_F(LintMarks, ElementsThatAreGrey) {
         return text;
     };
     Finds("mark-grey", "note", feature("<pIsLocked>Locked</pIsLocked>"),
-          {"I is grey over these registers: its pIsLocked Locked reads 0"});
+          {"a control is grey over these registers: its pIsLocked Locked reads 0"});
     FindsNothing("mark-grey", unmarked("<pIsLocked>Free</pIsLocked>"));
     FindsNothing("mark-grey", unmarked(""));  // which is another finding
     FindsNothing("mark-grey", Page());

@@ -203,6 +203,7 @@ void check_marks_without_lock(lint_context& context, finding_list& findings) {
     });
 }
 
+// One link may lock all that there is.
 void check_grey_marks(lint_context& context, finding_list& findings) {
     feature_reader reader(context.guard());
     for_each_marked_element(context, [&](INode& node) {
@@ -212,9 +213,9 @@ void check_grey_marks(lint_context& context, finding_list& findings) {
         if (*link.child_value() == 0) return;
         const answer<bool> enabled = reader.read_flag(node, operation::locked);
         if (enabled.value.value_or(false)) return;
-        findings.add(context.tree().position_of(link),
-                     fmt::format("{} is grey over these registers: its pIsLocked {} {}", node.get_name(),
-                                 link.child_value(), enabled.value ? "reads 0" : "cannot be read"));
+        findings.add_habit(context.tree().position_of(link),
+                           fmt::format("a control is grey over these registers: its pIsLocked {} {}",
+                                       link.child_value(), enabled.value ? "reads 0" : "cannot be read"));
     });
 }
 

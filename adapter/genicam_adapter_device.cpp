@@ -1,6 +1,6 @@
 #include "adapter/genicam_adapter_device.h"
 
-#include "adapter/device_property_set.h"
+#include "adapter/device_property.h"
 #include "adapter/interface_key.h"
 #include "adapter/item_discovery.h"
 #include "adapter/propdata_named.h"
@@ -17,19 +17,20 @@ namespace {
 
 bool is_property_supported(IKsPropertySet* filter, DWORD property) {
     DWORD support = 0;
-    return SUCCEEDED(filter->QuerySupported(device_property_set, property, &support)) && support != 0;
+    return SUCCEEDED(filter->QuerySupported(wire::device_set, property, &support)) && support != 0;
 }
 
 // The answer to one request for a description's size; false where the driver refuses the request.
-bool ask_size(IKsPropertySet* filter, description_request& request, std::uint32_t& size, DWORD& returned) {
+bool ask_size(IKsPropertySet* filter, wire::description_request& request, std::uint32_t& size,
+              DWORD& returned) {
     size = 0;
     returned = 0;
-    return SUCCEEDED(filter->Get(device_property_set, device_property::description_size, &request,
-                                 sizeof(request), &size, sizeof(size), &returned));
+    return SUCCEEDED(filter->Get(wire::device_set, SELVANE_DESCRIPTION_SIZE, &request, sizeof(request), &size,
+                                 sizeof(size), &returned));
 }
 
 // The size of a description, and in the request the first field that the driver took. Nothing ends the list.
-std::optional<std::uint32_t> find_size(IKsPropertySet* filter, description_request& request) {
+std::optional<std::uint32_t> find_size(IKsPropertySet* filter, wire::description_request& request) {
     std::uint32_t size = 0;
     DWORD returned = 0;
     if (!ask_size(filter, request, size, returned)) {
@@ -42,12 +43,12 @@ std::optional<std::uint32_t> find_size(IKsPropertySet* filter, description_reque
 }
 
 // The text of a description, zero behind what the driver wrote of it; null ends the list.
-zeroed_buffer fetch_text(IKsPropertySet* filter, description_request& request, std::uint32_t size) {
+zeroed_buffer fetch_text(IKsPropertySet* filter, wire::description_request& request, std::uint32_t size) {
     zeroed_buffer text = make_zeroed_buffer(size);
     if (text == nullptr) return nullptr;
     DWORD returned = 0;
-    const HRESULT hr = filter->Get(device_property_set, device_property::description_data, &request,
-                                   sizeof(request), text.get(), size, &returned);
+    const HRESULT hr = filter->Get(wire::device_set, SELVANE_DESCRIPTION_DATA, &request, sizeof(request),
+                                   text.get(), size, &returned);
     if (FAILED(hr) || returned > size) return nullptr;
     return text;
 }
@@ -65,22 +66,23 @@ std::shared_ptr<GenICam::IGenICamDoc> load_document(const char* text, std::uint3
 
 bool is_adapter_device(IKsPropertySet* filter) {
     DWORD support = 0;
-    if (filter == nullptr || FAILED(filter->QuerySupported(gate_property_set, gate_property, &support))) {
+    if (filter == nullptr ||
+        FAILED(filter->QuerySupported(wire::gate_set, SELVANE_GATE_PROPERTY, &support))) {
         return false;
     }
     if ((support & 1U) == 0) return false;
-    device_kind_query block = {};
+    wire::device_kind_query block = {};
     DWORD returned = 0;
-    const HRESULT hr = filter->Get(gate_property_set, gate_property, &block, sizeof(block), &block,
+    const HRESULT hr = filter->Get(wire::gate_set, SELVANE_GATE_PROPERTY, &block, sizeof(block), &block,
                                    sizeof(block), &returned);
-    return SUCCEEDED(hr) && returned >= sizeof(block) && block.device_kind == served_device_kind;
+    return SUCCEEDED(hr) && returned >= sizeof(block) && block.device_kind == SELVANE_DEVICE_KIND;
 }
 
 GenICamAdapterDevice::GenICamAdapterDevice(IKsPropertySet* filter) : filter_(filter) {
     // The driver is asked in this order, which is not that of the members.
     // NOLINTBEGIN(cppcoreguidelines-prefer-member-initializer)
-    named_access_ = is_property_supported(filter, device_property::named_access);
-    register_access_ = is_property_supported(filter, device_property::register_access);
+    named_access_ = is_property_supported(filter, SELVANE_NAMED_ACCESS);
+    register_access_ = is_property_supported(filter, SELVANE_REGISTER_ACCESS);
     // NOLINTEND(cppcoreguidelines-prefer-member-initializer)
     if (!named_access_ && !register_access_) throw hr_exception("Failed to access GenICam data");
 }
@@ -92,20 +94,20 @@ GenICamAdapterDevice::~GenICamAdapterDevice() = default;
 std::error_code GenICamAdapterDevice::read(std::uint64_t address, void* buffer, std::int64_t length,
                                            std::uint32_t) {
     DWORD returned = 0;
-    return GenICam::from_hresult(filter_->Get(device_property_set, device_property::register_access, &address,
+    return GenICam::from_hresult(filter_->Get(wire::device_set, SELVANE_REGISTER_ACCESS, &address,
                                               sizeof(address), buffer, static_cast<DWORD>(length),
                                               &returned));
 }
 
 std::error_code GenICamAdapterDevice::write(std::uint64_t address, const void* buffer, std::int64_t length,
                                             std::uint32_t) {
-    return GenICam::from_hresult(set_device_property(*filter_, device_property::register_access, &address,
+    return GenICam::from_hresult(set_device_property(*filter_, SELVANE_REGISTER_ACCESS, &address,
                                                      sizeof(address), buffer, static_cast<DWORD>(length)));
 }
 
 void GenICamAdapterDevice::fetch_descriptions() {
     for (std::uint32_t index = 0;; ++index) {
-        description_request request = {1, index};
+        wire::description_request request = {1, index};
         const std::optional<std::uint32_t> size = find_size(filter_.get(), request);
         if (!size) return;
         const zeroed_buffer text = fetch_text(filter_.get(), request, *size);

@@ -41,7 +41,7 @@ std::optional<InterfaceType> interface_type_of(node_type node) {
 }
 
 bool is_implemented(INode* feature, IKsPropertySet* filter, bool named_access) {
-    if (named_access) return get_named_bool(filter, {feature->get_name(), path_suffix::is_implemented});
+    if (named_access) return get_named_bool(filter, {feature->get_name(), wire::path_suffix::is_implemented});
     return feature->is_implemented();
 }
 

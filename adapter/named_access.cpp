@@ -1,6 +1,6 @@
 #include "adapter/named_access.h"
 
-#include "adapter/device_property_set.h"
+#include "adapter/device_property.h"
 
 #include <algorithm>
 #include <vector>
@@ -9,10 +9,10 @@ namespace genicam_adapter {
 namespace {
 
 std::vector<char> make_request(named_path path) {
-    std::size_t size = named_property_request::size_without_path;
+    std::size_t size = selvane_named_request_size(0);
     for (const std::string_view part : path) size += part.size();
     std::vector<char> request(size);
-    auto place = request.begin() + named_property_request::path_offset;
+    auto place = request.begin() + SELVANE_NAMED_PATH_OFFSET;
     for (const std::string_view part : path) place = std::copy(part.begin(), part.end(), place);
     return request;
 }
@@ -23,14 +23,14 @@ HRESULT get_named_property(IKsPropertySet* filter, named_path path, void* buffer
     if (filter == nullptr) return E_NOINTERFACE;
     std::vector<char> request = make_request(path);
     DWORD returned = 0;
-    return filter->Get(device_property_set, device_property::named_access, request.data(),
+    return filter->Get(wire::device_set, SELVANE_NAMED_ACCESS, request.data(),
                        static_cast<DWORD>(request.size()), buffer, size, &returned);
 }
 
 HRESULT set_named_property(IKsPropertySet* filter, named_path path, const void* data, DWORD size) {
     if (filter == nullptr) return E_NOINTERFACE;
     std::vector<char> request = make_request(path);
-    return set_device_property(*filter, device_property::named_access, request.data(),
+    return set_device_property(*filter, SELVANE_NAMED_ACCESS, request.data(),
                                static_cast<DWORD>(request.size()), data, size);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/com.h"
+#include "wire/device_set.h"
 
 #include <cstdint>
 #include <initializer_list>
@@ -12,19 +13,6 @@ namespace genicam_adapter {
 /// A path into the driver's view of a description, such as "Gain" and "/Value", in the parts it is made of:
 /// only the request puts them together, so a call costs one allocation. Valid for the call it is written in.
 using named_path = std::initializer_list<std::string_view>;
-
-/// What can be asked of a feature: the last part of its path.
-namespace path_suffix {
-constexpr std::string_view value = "/Value";
-constexpr std::string_view min = "/Min";
-constexpr std::string_view max = "/Max";
-constexpr std::string_view inc = "/Inc";
-constexpr std::string_view default_value = "/Default";
-constexpr std::string_view is_locked = "/IsLocked";
-constexpr std::string_view execute = "/Execute";
-constexpr std::string_view selected_entry = "/SelectedEntry";
-constexpr std::string_view is_implemented = "/IsImplemented";
-}  // namespace path_suffix
 
 // All of these are one call of the driver and give its HRESULT as it stands; E_NOINTERFACE without a filter.
 

@@ -1,7 +1,7 @@
 #include "adapter/propdata_named.h"
 
-#include "adapter/device_property_set.h"
 #include "adapter/named_access.h"
+#include "wire/device_set.h"
 
 #include <cstring>
 #include <utility>
@@ -23,22 +23,22 @@ genicam_propdata_named::genicam_propdata_named(platform::com_ptr<IKsPropertySet>
     : genicam_propdata(std::move(filter)) {}
 
 HRESULT genicam_propdata_named::IsAvailable(InterfaceKey key, bool& available) {
-    return get_flag(key, path_suffix::is_locked, available);
+    return get_flag(key, wire::path_suffix::is_locked, available);
 }
 
 HRESULT genicam_propdata_named::GetSwitch(InterfaceKey key, bool& on) {
     std::uint64_t value = 0;
-    const HRESULT hr = get(key, path_suffix::value, value);
+    const HRESULT hr = get(key, wire::path_suffix::value, value);
     on = value != 0;
     return hr;
 }
 
 HRESULT genicam_propdata_named::SetSwitch(InterfaceKey key, bool on) {
-    return set(key, path_suffix::value, on ? 1 : 0);
+    return set(key, wire::path_suffix::value, on ? 1 : 0);
 }
 
 HRESULT genicam_propdata_named::GetSwitchDefault(InterfaceKey key, bool& on) {
-    return get_flag(key, path_suffix::default_value, on);
+    return get_flag(key, wire::path_suffix::default_value, on);
 }
 
 HRESULT genicam_propdata_named::GetRange(InterfaceKey key, ZELAdapterHelper::RangeInfo& range) {
@@ -47,12 +47,12 @@ HRESULT genicam_propdata_named::GetRange(InterfaceKey key, ZELAdapterHelper::Ran
     std::int64_t max = 1;
     std::int64_t inc = 1;
     std::int64_t default_value = 0;
-    HRESULT hr = get(key, path_suffix::min, min);
+    HRESULT hr = get(key, wire::path_suffix::min, min);
     if (FAILED(hr)) return hr;
-    hr = get(key, path_suffix::max, max);
+    hr = get(key, wire::path_suffix::max, max);
     if (FAILED(hr)) return hr;
-    if (FAILED(get(key, path_suffix::inc, inc))) inc = 1;
-    if (FAILED(get(key, path_suffix::default_value, default_value))) default_value = middle(min, max);
+    if (FAILED(get(key, wire::path_suffix::inc, inc))) inc = 1;
+    if (FAILED(get(key, wire::path_suffix::default_value, default_value))) default_value = middle(min, max);
     range = {low_half(min), low_half(max), low_half(default_value), low_half(inc)};
     return S_OK;
 }
@@ -60,22 +60,22 @@ HRESULT genicam_propdata_named::GetRange(InterfaceKey key, ZELAdapterHelper::Ran
 HRESULT genicam_propdata_named::GetValue(InterfaceKey key, std::int32_t& value) {
     if (auto* const enumeration = node_as<IEnumeration>(key)) return get_selected_place(*enumeration, value);
     std::int64_t number = 0;
-    const HRESULT hr = get(key, path_suffix::value, number);
+    const HRESULT hr = get(key, wire::path_suffix::value, number);
     value = low_half(number);
     return hr;
 }
 
 HRESULT genicam_propdata_named::SetValue(InterfaceKey key, std::int32_t value) {
     if (auto* const enumeration = node_as<IEnumeration>(key)) return select_place(*enumeration, value);
-    return set(key, path_suffix::value, static_cast<std::uint64_t>(std::int64_t{value}));
+    return set(key, wire::path_suffix::value, static_cast<std::uint64_t>(std::int64_t{value}));
 }
 
 HRESULT genicam_propdata_named::GetAbsRange(InterfaceKey key, ZELAdapterHelper::AbsRangeInfo& range) {
-    HRESULT hr = get(key, path_suffix::min, range.min);
+    HRESULT hr = get(key, wire::path_suffix::min, range.min);
     if (FAILED(hr)) return hr;
-    hr = get(key, path_suffix::max, range.max);
+    hr = get(key, wire::path_suffix::max, range.max);
     if (FAILED(hr)) return hr;
-    if (FAILED(get(key, path_suffix::default_value, range.default_value))) {
+    if (FAILED(get(key, wire::path_suffix::default_value, range.default_value))) {
         range.default_value = half_span_of(range);
     }
     return S_OK;
@@ -83,20 +83,20 @@ HRESULT genicam_propdata_named::GetAbsRange(InterfaceKey key, ZELAdapterHelper::
 
 HRESULT genicam_propdata_named::GetAbsValue(InterfaceKey key, double& value) {
     value = 0;
-    return get(key, path_suffix::value, value);
+    return get(key, wire::path_suffix::value, value);
 }
 
 HRESULT genicam_propdata_named::SetAbsValue(InterfaceKey key, double value) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof(bits));
-    return set(key, path_suffix::value, bits);
+    return set(key, wire::path_suffix::value, bits);
 }
 
-HRESULT genicam_propdata_named::Push(InterfaceKey key) { return set(key, path_suffix::execute, 1); }
+HRESULT genicam_propdata_named::Push(InterfaceKey key) { return set(key, wire::path_suffix::execute, 1); }
 
 bool genicam_propdata_named::offers_entry(IEnumeration& enumeration, GenICam::IEnumEntry& entry) {
     return get_named_bool(filter(),
-                          {enumeration.get_name(), "/", entry.get_name(), path_suffix::is_implemented});
+                          {enumeration.get_name(), "/", entry.get_name(), wire::path_suffix::is_implemented});
 }
 
 template <class Number>
@@ -120,9 +120,9 @@ HRESULT genicam_propdata_named::get_flag(InterfaceKey key, std::string_view suff
 HRESULT genicam_propdata_named::get_selected_place(IEnumeration& enumeration, std::int32_t& place) {
     const std::vector<enum_entry_text>& offered = refresh_entries(enumeration);
     place = 0;
-    char buffer[selected_entry_size] = {};
-    const HRESULT hr = get_named_property(filter(), {enumeration.get_name(), path_suffix::selected_entry},
-                                          buffer, sizeof(buffer));
+    char buffer[SELVANE_SELECTED_ENTRY_SIZE] = {};
+    const HRESULT hr = get_named_property(
+        filter(), {enumeration.get_name(), wire::path_suffix::selected_entry}, buffer, sizeof(buffer));
     if (FAILED(hr)) return hr;
     const std::string_view whole(buffer, sizeof(buffer));
     const std::size_t length = whole.find('\0');
@@ -139,7 +139,7 @@ HRESULT genicam_propdata_named::select_place(IEnumeration& enumeration, std::int
     const enum_entry_text* const entry = find_offered_entry(enumeration, place);
     if (entry == nullptr) return E_INVALIDARG;
     const std::string name = entry->name;  // while the driver reads it the list may be loaded anew
-    return set_named_property(filter(), {enumeration.get_name(), path_suffix::selected_entry}, name.data(),
+    return set_named_property(filter(), {enumeration.get_name(), wire::path_suffix::selected_entry}, name.data(),
                               static_cast<DWORD>(name.size()));
 }
 

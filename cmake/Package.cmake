@@ -15,7 +15,9 @@ foreach(program IN LISTS package_programs)
   install(PROGRAMS "$<TARGET_FILE:${program}>" DESTINATION .)
 endforeach()
 
-install(FILES README.md CONTRIBUTING.md DESTINATION .)
+install(FILES README.md CONTRIBUTING.md CHANGELOG.md SECURITY.md LICENSE DESTINATION .)
+install(FILES wire/selvane_driver.h DESTINATION include)
+install(FILES examples/driver/sample_driver.cpp DESTINATION examples/driver)
 install(DIRECTORY docs DESTINATION .)
 install(DIRECTORY descriptions DESTINATION .
   FILES_MATCHING PATTERN "*.md" PATTERN "*.xml" PATTERN "*.memory")

@@ -18,8 +18,8 @@ std::int32_t TicksOf(float seconds) noexcept {
 }
 
 HRESULT GetTickRange(IKsPropertySet& filter, RangeInfo& range) {
-    FloatPropertyRecord record = {};
-    const HRESULT hr = GetFloatProperty(filter, property_auto_max_float, record);
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, SELVANE_AUTO_MAX_FLOAT, record);
     if (SUCCEEDED(hr)) {
         range = {std::max(TicksOf(record.min), 1), TicksOf(record.max), TicksOf(record.default_value), 1};
     }
@@ -27,20 +27,20 @@ HRESULT GetTickRange(IKsPropertySet& filter, RangeInfo& range) {
 }
 
 HRESULT GetTicks(IKsPropertySet& filter, std::int32_t& value) {
-    FloatPropertyRecord record = {};
-    const HRESULT hr = GetFloatProperty(filter, property_auto_max_float, record);
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, SELVANE_AUTO_MAX_FLOAT, record);
     if (SUCCEEDED(hr)) {
         value = std::max(TicksOf(record.value), 1);
     }
     return hr;
 }
 
-std::optional<VendorProperty> AbsProperty(InterfaceKey key) noexcept {
+std::optional<selvane_vendor_property> AbsProperty(InterfaceKey key) noexcept {
     switch (key) {
         case exposure_key::abs_value:
-            return property_exposure_float;
+            return SELVANE_EXPOSURE_FLOAT;
         case exposure_key::auto_max_abs:
-            return property_auto_max_float;
+            return SELVANE_AUTO_MAX_FLOAT;
         default:
             return std::nullopt;
     }
@@ -79,16 +79,16 @@ private:
 exposure_item::exposure_item(platform::com_ptr<IKsPropertySet> filter,
                              platform::com_ptr<IAMCameraControl> camera)
     : filter_(std::move(filter)), camera_(std::move(camera)) {
-    FloatPropertyRecord exposure = {};
-    if (SUCCEEDED(GetFloatProperty(*filter_, property_exposure_float, exposure))) {
-        float_auto_ = (exposure.capabilities & flag_automatic) != 0;
+    wire::float_record exposure = {};
+    if (SUCCEEDED(GetFloatProperty(*filter_, SELVANE_EXPOSURE_FLOAT, exposure))) {
+        float_auto_ = (exposure.capabilities & wire::automatic) != 0;
         has_auto_ = true;
     }
-    const LONG modes = ControlCapabilities(camera_.get(), camera_control_exposure);
+    const LONG modes = ControlCapabilities(camera_.get(), wire::camera_control_exposure);
     has_manual_ = (modes & control_manual) != 0;
     has_auto_ = has_auto_ || (modes & control_automatic) != 0;
-    has_auto_limit_ = PropertySupported(*filter_, property_auto_max_automatic);
-    integer_exposure_ = PropertySupported(*filter_, property_exposure_ticks);
+    has_auto_limit_ = PropertySupported(*filter_, SELVANE_AUTO_MAX_AUTOMATIC);
+    integer_exposure_ = PropertySupported(*filter_, SELVANE_EXPOSURE_TICKS);
 }
 
 bool exposure_item::SupportsInterface(InterfaceKey key) {
@@ -100,10 +100,10 @@ bool exposure_item::SupportsInterface(InterfaceKey key) {
         case exposure_key::automatic:
             return has_auto_;
         case exposure_key::auto_reference:
-            return PropertySupported(*filter_, property_auto_exposure_reference);
+            return PropertySupported(*filter_, SELVANE_AUTO_EXPOSURE_REFERENCE);
         case exposure_key::auto_max:
         case exposure_key::auto_max_abs:
-            return PropertySupported(*filter_, property_auto_max_float);
+            return PropertySupported(*filter_, SELVANE_AUTO_MAX_FLOAT);
         case exposure_key::auto_max_automatic:
             return has_auto_limit_;
         default:
@@ -117,27 +117,27 @@ HRESULT exposure_item::IsAvailable(InterfaceKey key, bool& available) {
 
 HRESULT exposure_item::GetAutomatic(bool& on) {
     if (!float_auto_) {
-        return GetControlAutomatic(camera_.get(), camera_control_exposure, on);
+        return GetControlAutomatic(camera_.get(), wire::camera_control_exposure, on);
     }
-    FloatPropertyRecord record = {};
-    const HRESULT hr = GetFloatProperty(*filter_, property_exposure_float, record);
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(*filter_, SELVANE_EXPOSURE_FLOAT, record);
     if (SUCCEEDED(hr)) {
-        on = (record.flags & flag_automatic) != 0;
+        on = (record.flags & wire::automatic) != 0;
     }
     return hr;
 }
 
 HRESULT exposure_item::SetAutomatic(bool on) {
     if (!float_auto_) {
-        return SetControlAutomatic(camera_.get(), camera_control_exposure, on, ModeWrite::OnChange);
+        return SetControlAutomatic(camera_.get(), wire::camera_control_exposure, on, ModeWrite::OnChange);
     }
-    FloatPropertyRecord record = {};
-    const HRESULT hr = GetFloatProperty(*filter_, property_exposure_float, record);
-    if (FAILED(hr) || on == ((record.flags & flag_automatic) != 0)) {
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(*filter_, SELVANE_EXPOSURE_FLOAT, record);
+    if (FAILED(hr) || on == ((record.flags & wire::automatic) != 0)) {
         return hr;
     }
-    record.flags = on ? flag_automatic : flag_manual;
-    return SetFloatProperty(*filter_, property_exposure_float, record);
+    record.flags = on ? wire::automatic : wire::manual;
+    return SetFloatProperty(*filter_, SELVANE_EXPOSURE_FLOAT, record);
 }
 
 HRESULT exposure_item::GetSwitch(InterfaceKey key, bool& on) {
@@ -145,7 +145,7 @@ HRESULT exposure_item::GetSwitch(InterfaceKey key, bool& on) {
         case exposure_key::automatic:
             return GetAutomatic(on);
         case exposure_key::auto_max_automatic:
-            return GetPropertySwitch(*filter_, property_auto_max_automatic, on);
+            return GetPropertySwitch(*filter_, SELVANE_AUTO_MAX_AUTOMATIC, on);
         default:
             return E_NOTIMPL;
     }
@@ -156,7 +156,7 @@ HRESULT exposure_item::SetSwitch(InterfaceKey key, bool on) {
         case exposure_key::automatic:
             return SetAutomatic(on);
         case exposure_key::auto_max_automatic:
-            return SetPropertySwitch(*filter_, property_auto_max_automatic, on);
+            return SetPropertySwitch(*filter_, SELVANE_AUTO_MAX_AUTOMATIC, on);
         default:
             return E_NOTIMPL;
     }
@@ -165,10 +165,10 @@ HRESULT exposure_item::SetSwitch(InterfaceKey key, bool on) {
 HRESULT exposure_item::GetRange(InterfaceKey key, RangeInfo& range) {
     switch (key) {
         case exposure_key::value:
-            return integer_exposure_ ? GetPropertyRange(*filter_, property_exposure_ticks, range)
-                                     : GetControlRange(camera_.get(), camera_control_exposure, range);
+            return integer_exposure_ ? GetPropertyRange(*filter_, SELVANE_EXPOSURE_TICKS, range)
+                                     : GetControlRange(camera_.get(), wire::camera_control_exposure, range);
         case exposure_key::auto_reference:
-            return GetPropertyRange(*filter_, property_auto_exposure_reference, range);
+            return GetPropertyRange(*filter_, SELVANE_AUTO_EXPOSURE_REFERENCE, range);
         case exposure_key::auto_max:
             return GetTickRange(*filter_, range);
         default:
@@ -179,10 +179,10 @@ HRESULT exposure_item::GetRange(InterfaceKey key, RangeInfo& range) {
 HRESULT exposure_item::GetValue(InterfaceKey key, std::int32_t& value) {
     switch (key) {
         case exposure_key::value:
-            return integer_exposure_ ? GetPropertyValue(*filter_, property_exposure_ticks, value)
-                                     : GetControlValue(camera_.get(), camera_control_exposure, value);
+            return integer_exposure_ ? GetPropertyValue(*filter_, SELVANE_EXPOSURE_TICKS, value)
+                                     : GetControlValue(camera_.get(), wire::camera_control_exposure, value);
         case exposure_key::auto_reference:
-            return GetPropertyValue(*filter_, property_auto_exposure_reference, value);
+            return GetPropertyValue(*filter_, SELVANE_AUTO_EXPOSURE_REFERENCE, value);
         case exposure_key::auto_max:
             return GetTicks(*filter_, value);
         default:
@@ -193,12 +193,12 @@ HRESULT exposure_item::GetValue(InterfaceKey key, std::int32_t& value) {
 HRESULT exposure_item::SetValue(InterfaceKey key, std::int32_t value) {
     switch (key) {
         case exposure_key::value:
-            return integer_exposure_ ? SetPropertyValue(*filter_, property_exposure_ticks, value)
-                                     : SetControlValue(camera_.get(), camera_control_exposure, value);
+            return integer_exposure_ ? SetPropertyValue(*filter_, SELVANE_EXPOSURE_TICKS, value)
+                                     : SetControlValue(camera_.get(), wire::camera_control_exposure, value);
         case exposure_key::auto_reference:
-            return SetPropertyValue(*filter_, property_auto_exposure_reference, value);
+            return SetPropertyValue(*filter_, SELVANE_AUTO_EXPOSURE_REFERENCE, value);
         case exposure_key::auto_max:
-            return SetFloatValue(*filter_, property_auto_max_float,
+            return SetFloatValue(*filter_, SELVANE_AUTO_MAX_FLOAT,
                                  static_cast<float>(value) / ticks_per_second);
         default:
             return E_NOTIMPL;
@@ -229,7 +229,7 @@ HRESULT exposure_item::GetAbsUnit(InterfaceKey key, SharedString& unit, std::int
 void MakeExposureItem(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (!properties || !PropertySupported(*properties, property_exposure_float)) {
+    if (!properties || !PropertySupported(*properties, SELVANE_EXPOSURE_FLOAT)) {
         return;
     }
     *result = new exposure_item(std::move(properties), platform::query<IAMCameraControl>(filter));

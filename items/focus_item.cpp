@@ -8,31 +8,31 @@ namespace ZELAdapterHelper {
 namespace {
 
 // The property behind a range; none for the focus itself, which the camera control serves.
-std::optional<VendorProperty> RangeProperty(InterfaceKey key) noexcept {
+std::optional<selvane_vendor_property> RangeProperty(InterfaceKey key) noexcept {
     switch (key) {
         case focus_key::auto_min:
-            return property_focus_auto_min;
+            return SELVANE_FOCUS_AUTO_MIN;
         case focus_key::auto_max:
-            return property_focus_auto_max;
+            return SELVANE_FOCUS_AUTO_MAX;
         case focus_key::region_left:
-            return property_focus_region_left;
+            return SELVANE_FOCUS_REGION_LEFT;
         case focus_key::region_top:
-            return property_focus_region_top;
+            return SELVANE_FOCUS_REGION_TOP;
         case focus_key::region_bottom:
-            return property_focus_region_bottom;
+            return SELVANE_FOCUS_REGION_BOTTOM;
         case focus_key::region_right:
-            return property_focus_region_right;
+            return SELVANE_FOCUS_REGION_RIGHT;
         default:
             return std::nullopt;
     }
 }
 
-std::optional<VendorProperty> SwitchProperty(InterfaceKey key) noexcept {
+std::optional<selvane_vendor_property> SwitchProperty(InterfaceKey key) noexcept {
     switch (key) {
         case focus_key::one_push_running:
-            return property_focus_one_push;
+            return SELVANE_FOCUS_ONE_PUSH;
         case focus_key::region_enable:
-            return property_focus_region_enable;
+            return SELVANE_FOCUS_REGION_ENABLE;
         default:
             return std::nullopt;
     }
@@ -67,10 +67,10 @@ private:
 bool CItem::SupportsInterface(InterfaceKey key) {
     if (key == focus_key::value) {
         RangeInfo range;
-        return SUCCEEDED(GetControlRange(camera_.get(), camera_control_focus, range));
+        return SUCCEEDED(GetControlRange(camera_.get(), wire::camera_control_focus, range));
     }
     if (key == focus_key::one_push) {
-        return PropertySupported(*filter_, property_focus_one_push);
+        return PropertySupported(*filter_, SELVANE_FOCUS_ONE_PUSH);
     }
     const auto property = SwitchProperty(key) ? SwitchProperty(key) : RangeProperty(key);
     return property && PropertySupported(*filter_, *property);
@@ -95,7 +95,7 @@ HRESULT CItem::GetSwitch(InterfaceKey key, bool& on) {
 }
 
 HRESULT CItem::SetSwitch(InterfaceKey key, bool on) {
-    return key == focus_key::region_enable ? SetPropertySwitch(*filter_, property_focus_region_enable, on)
+    return key == focus_key::region_enable ? SetPropertySwitch(*filter_, SELVANE_FOCUS_REGION_ENABLE, on)
                                            : E_NOTIMPL;
 }
 
@@ -109,7 +109,7 @@ HRESULT CItem::GetSwitchDefault(InterfaceKey key, bool& on) {
 
 HRESULT CItem::GetRange(InterfaceKey key, RangeInfo& range) {
     if (key == focus_key::value) {
-        return GetControlRange(camera_.get(), camera_control_focus, range);
+        return GetControlRange(camera_.get(), wire::camera_control_focus, range);
     }
     const auto property = RangeProperty(key);
     return property ? GetPropertyRange(*filter_, *property, range) : E_NOTIMPL;
@@ -117,7 +117,7 @@ HRESULT CItem::GetRange(InterfaceKey key, RangeInfo& range) {
 
 HRESULT CItem::GetValue(InterfaceKey key, std::int32_t& value) {
     if (key == focus_key::value) {
-        return GetControlValue(camera_.get(), camera_control_focus, value);
+        return GetControlValue(camera_.get(), wire::camera_control_focus, value);
     }
     const auto property = RangeProperty(key);
     return property ? GetPropertyValue(*filter_, *property, value) : E_NOTIMPL;
@@ -125,13 +125,13 @@ HRESULT CItem::GetValue(InterfaceKey key, std::int32_t& value) {
 
 HRESULT CItem::SetValue(InterfaceKey key, std::int32_t value) {
     if (key == focus_key::value) {
-        return camera_->Set(camera_control_focus, value, control_manual);
+        return camera_->Set(wire::camera_control_focus, value, control_manual);
     }
     const auto property = RangeProperty(key);
     return property ? SetPropertyValue(*filter_, *property, value) : E_NOTIMPL;
 }
 
-HRESULT CItem::Push(InterfaceKey) { return SetPropertyValue(*filter_, property_focus_one_push, 1); }
+HRESULT CItem::Push(InterfaceKey) { return SetPropertyValue(*filter_, SELVANE_FOCUS_ONE_PUSH, 1); }
 
 }  // namespace
 
@@ -139,7 +139,7 @@ void MakeFocusItem(CZELItemDataBase** result, IUnknown* filter, const ItemRecord
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
     auto camera = platform::query<IAMCameraControl>(filter);
-    if (properties && camera && PropertySupported(*properties, property_focus_one_push)) {
+    if (properties && camera && PropertySupported(*properties, SELVANE_FOCUS_ONE_PUSH)) {
         *result = new CItem(std::move(properties), std::move(camera));
     }
 }

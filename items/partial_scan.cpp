@@ -15,7 +15,7 @@ constexpr std::int32_t item_binning_four = 3;
 DWORD PropertyOf(InterfaceKey key) noexcept { return static_cast<DWORD>(key); }
 
 bool IsOffset(InterfaceKey key) noexcept {
-    return key == property_partial_scan_x || key == property_partial_scan_y;
+    return key == SELVANE_PARTIAL_SCAN_X || key == SELVANE_PARTIAL_SCAN_Y;
 }
 
 // Partial scan and binning: each key is the number of the property behind it.
@@ -39,20 +39,20 @@ private:
 HRESULT partial_scan_impl::IsAvailable(InterfaceKey key, bool& available) {
     bool centered = false;
     if (IsOffset(key)) {
-        (void)GetSwitch(property_partial_scan_auto_center, centered);
+        (void)GetSwitch(SELVANE_PARTIAL_SCAN_AUTO_CENTER, centered);
     }
     available = !centered;
     return S_OK;
 }
 
 HRESULT partial_scan_impl::GetSwitch(InterfaceKey key, bool& on) {
-    return key == property_partial_scan_auto_center ? GetPropertySwitch(*filter_, PropertyOf(key), on)
-                                                    : E_NOTIMPL;
+    return key == SELVANE_PARTIAL_SCAN_AUTO_CENTER ? GetPropertySwitch(*filter_, PropertyOf(key), on)
+                                                   : E_NOTIMPL;
 }
 
 HRESULT partial_scan_impl::SetSwitch(InterfaceKey key, bool on) {
-    return key == property_partial_scan_auto_center ? SetPropertySwitch(*filter_, PropertyOf(key), on)
-                                                    : E_NOTIMPL;
+    return key == SELVANE_PARTIAL_SCAN_AUTO_CENTER ? SetPropertySwitch(*filter_, PropertyOf(key), on)
+                                                   : E_NOTIMPL;
 }
 
 HRESULT partial_scan_impl::GetRange(InterfaceKey key, RangeInfo& range) {
@@ -65,19 +65,19 @@ HRESULT partial_scan_impl::GetRange(InterfaceKey key, RangeInfo& range) {
 
 HRESULT partial_scan_impl::GetValue(InterfaceKey key, std::int32_t& value) {
     const HRESULT hr = GetPropertyValue(*filter_, PropertyOf(key), value);
-    if (SUCCEEDED(hr) && key == property_binning && value == driver_binning_four) {
+    if (SUCCEEDED(hr) && key == SELVANE_BINNING && value == driver_binning_four) {
         value = item_binning_four;
     }
     return hr;
 }
 
 HRESULT partial_scan_impl::SetValue(InterfaceKey key, std::int32_t value) {
-    const bool four = key == property_binning && value == item_binning_four;
+    const bool four = key == SELVANE_BINNING && value == item_binning_four;
     return SetPropertyValue(*filter_, PropertyOf(key), four ? driver_binning_four : value);
 }
 
 HRESULT partial_scan_impl::GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) {
-    if (key != property_binning) {
+    if (key != SELVANE_BINNING) {
         return E_NOTIMPL;
     }
     for (const wchar_t* text : {L"1", L"2", L"4"}) {

@@ -8,13 +8,8 @@ namespace ZELAdapterHelper {
 // Helpers over IAMCameraControl and IAMVideoProcAmp, which have the same operations. Each takes the interface
 // as it is held, null where the filter has none: that answers E_NOTIMPL. Failures leave out values alone.
 
-constexpr LONG camera_control_exposure = 4;
-constexpr LONG camera_control_focus = 6;
-constexpr LONG video_proc_amp_white_balance = 7;
-constexpr LONG video_proc_amp_gain = 9;
-
-constexpr LONG control_automatic = static_cast<LONG>(flag_automatic);
-constexpr LONG control_manual = static_cast<LONG>(flag_manual);
+constexpr LONG control_automatic = static_cast<LONG>(wire::automatic);
+constexpr LONG control_manual = static_cast<LONG>(wire::manual);
 
 /// `capabilities` tells the modes that the device has for the property.
 template <class Control>

@@ -88,16 +88,16 @@ constexpr ElementRecord gain[] = {
 };
 
 constexpr ElementRecord partial_scan[] = {
-    Element(Id("{36EAA683-3321-44BE-9D73-E1FD4C3FDB87}"), L"Auto-center", property_partial_scan_auto_center,
+    Element(Id("{36EAA683-3321-44BE-9D73-E1FD4C3FDB87}"), L"Auto-center", SELVANE_PARTIAL_SCAN_AUTO_CENTER,
             InterfaceType::Switch),
-    Element(Id("{5E59F654-7B47-4458-B4C6-5D4F0D175FC1}"), L"X Offset", property_partial_scan_x,
+    Element(Id("{5E59F654-7B47-4458-B4C6-5D4F0D175FC1}"), L"X Offset", SELVANE_PARTIAL_SCAN_X,
             InterfaceType::Range),
-    Element(Id("{87FB6C02-98A8-46B0-B18D-6442D9775CD3}"), L"Y Offset", property_partial_scan_y,
+    Element(Id("{87FB6C02-98A8-46B0-B18D-6442D9775CD3}"), L"Y Offset", SELVANE_PARTIAL_SCAN_Y,
             InterfaceType::Range),
 };
 
 constexpr ElementRecord binning[] = {
-    Element(element_value, L"Value", property_binning, InterfaceType::MapStrings, hidden),
+    Element(element_value, L"Value", SELVANE_BINNING, InterfaceType::MapStrings, hidden),
 };
 
 constexpr ElementRecord gpio[] = {

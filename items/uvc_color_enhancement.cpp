@@ -12,7 +12,7 @@ public:
         : filter_(std::move(filter)) {}
 
     bool SupportsInterface(InterfaceKey key) override {
-        return key == color_enhancement_key::enable && IsSupported(*filter_, color_enhancement_set, 0);
+        return key == color_enhancement_key::enable && IsSupported(*filter_, wire::color_enhancement_set, 0);
     }
     HRESULT GetSwitch(InterfaceKey key, bool& on) override;
     HRESULT SetSwitch(InterfaceKey key, bool on) override;
@@ -22,8 +22,8 @@ private:
 };
 
 HRESULT CUVCColorEnhanceMtxEnable::GetSwitch(InterfaceKey key, bool& on) {
-    PropertyRecord record = {};
-    const HRESULT hr = ReadRecord(*filter_, color_enhancement_set, static_cast<DWORD>(key), record);
+    wire::integer_record record = {};
+    const HRESULT hr = ReadRecord(*filter_, wire::color_enhancement_set, static_cast<DWORD>(key), record);
     if (SUCCEEDED(hr)) {
         on = record.value != 0;
     }
@@ -31,9 +31,9 @@ HRESULT CUVCColorEnhanceMtxEnable::GetSwitch(InterfaceKey key, bool& on) {
 }
 
 HRESULT CUVCColorEnhanceMtxEnable::SetSwitch(InterfaceKey key, bool on) {
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     record.value = on ? 1 : 0;
-    return WriteRecord(*filter_, color_enhancement_set, static_cast<DWORD>(key), record);
+    return WriteRecord(*filter_, wire::color_enhancement_set, static_cast<DWORD>(key), record);
 }
 
 }  // namespace
@@ -41,7 +41,7 @@ HRESULT CUVCColorEnhanceMtxEnable::SetSwitch(InterfaceKey key, bool on) {
 void MakeUVCColorEnhancement(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (properties && IsSupported(*properties, color_enhancement_set, 0)) {
+    if (properties && IsSupported(*properties, wire::color_enhancement_set, 0)) {
         *result = new CUVCColorEnhanceMtxEnable(std::move(properties));
     }
 }

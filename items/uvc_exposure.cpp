@@ -9,13 +9,12 @@ namespace {
 
 // The two families of properties that drivers have for exposure times.
 struct TimeUnits {
-    VendorProperty exposure;
-    VendorProperty auto_max;
+    selvane_vendor_property exposure;
+    selvane_vendor_property auto_max;
     double per_second;
 };
-constexpr TimeUnits ticks = {property_exposure_ticks, property_auto_max_ticks, 10000.0};
-constexpr TimeUnits microseconds = {property_exposure_microseconds, property_auto_max_microseconds,
-                                    1000000.0};
+constexpr TimeUnits ticks = {SELVANE_EXPOSURE_TICKS, SELVANE_AUTO_MAX_TICKS, 10000.0};
+constexpr TimeUnits microseconds = {SELVANE_EXPOSURE_MICROSECONDS, SELVANE_AUTO_MAX_MICROSECONDS, 1000000.0};
 
 // Exposure over the integer properties and the camera control.
 class CUVCExposure final : public CZELItemDataBase {
@@ -38,8 +37,8 @@ public:
 
 private:
     [[nodiscard]] const TimeUnits& Units() const noexcept { return use_microseconds_ ? microseconds : ticks; }
-    [[nodiscard]] std::optional<VendorProperty> RangeProperty(InterfaceKey key) const noexcept;
-    [[nodiscard]] std::optional<VendorProperty> AbsProperty(InterfaceKey key) const noexcept;
+    [[nodiscard]] std::optional<selvane_vendor_property> RangeProperty(InterfaceKey key) const noexcept;
+    [[nodiscard]] std::optional<selvane_vendor_property> AbsProperty(InterfaceKey key) const noexcept;
     [[nodiscard]] bool IsCameraValue(InterfaceKey key) const noexcept {
         return key == exposure_key::value && !use_microseconds_;
     }
@@ -50,12 +49,12 @@ private:
 };
 
 // The property behind a range; none where the camera control serves it.
-std::optional<VendorProperty> CUVCExposure::RangeProperty(InterfaceKey key) const noexcept {
+std::optional<selvane_vendor_property> CUVCExposure::RangeProperty(InterfaceKey key) const noexcept {
     switch (key) {
         case exposure_key::value:
-            return use_microseconds_ ? std::optional(property_exposure_microseconds) : std::nullopt;
+            return use_microseconds_ ? std::optional(SELVANE_EXPOSURE_MICROSECONDS) : std::nullopt;
         case exposure_key::auto_reference:
-            return property_auto_exposure_reference;
+            return SELVANE_AUTO_EXPOSURE_REFERENCE;
         case exposure_key::auto_max:
             return Units().auto_max;
         default:
@@ -63,7 +62,7 @@ std::optional<VendorProperty> CUVCExposure::RangeProperty(InterfaceKey key) cons
     }
 }
 
-std::optional<VendorProperty> CUVCExposure::AbsProperty(InterfaceKey key) const noexcept {
+std::optional<selvane_vendor_property> CUVCExposure::AbsProperty(InterfaceKey key) const noexcept {
     switch (key) {
         case exposure_key::abs_value:
             return Units().exposure;
@@ -77,18 +76,19 @@ std::optional<VendorProperty> CUVCExposure::AbsProperty(InterfaceKey key) const 
 bool CUVCExposure::SupportsInterface(InterfaceKey key) {
     switch (key) {
         case exposure_key::value:
-            return (ControlCapabilities(camera_.get(), camera_control_exposure) & control_manual) != 0;
+            return (ControlCapabilities(camera_.get(), wire::camera_control_exposure) & control_manual) != 0;
         case exposure_key::abs_value:
             return PropertySupported(*filter_, Units().exposure);
         case exposure_key::automatic:
-            return (ControlCapabilities(camera_.get(), camera_control_exposure) & control_automatic) != 0;
+            return (ControlCapabilities(camera_.get(), wire::camera_control_exposure) & control_automatic) !=
+                   0;
         case exposure_key::auto_reference:
-            return PropertySupported(*filter_, property_auto_exposure_reference);
+            return PropertySupported(*filter_, SELVANE_AUTO_EXPOSURE_REFERENCE);
         case exposure_key::auto_max:
         case exposure_key::auto_max_abs:
             return PropertySupported(*filter_, Units().auto_max);
         case exposure_key::auto_max_automatic:
-            return PropertySupported(*filter_, property_auto_max_automatic);
+            return PropertySupported(*filter_, SELVANE_AUTO_MAX_AUTOMATIC);
         default:
             return false;
     }
@@ -101,9 +101,9 @@ HRESULT CUVCExposure::IsAvailable(InterfaceKey key, bool& available) {
 HRESULT CUVCExposure::GetSwitch(InterfaceKey key, bool& on) {
     switch (key) {
         case exposure_key::automatic:
-            return GetControlAutomatic(camera_.get(), camera_control_exposure, on);
+            return GetControlAutomatic(camera_.get(), wire::camera_control_exposure, on);
         case exposure_key::auto_max_automatic:
-            return GetPropertySwitch(*filter_, property_auto_max_automatic, on);
+            return GetPropertySwitch(*filter_, SELVANE_AUTO_MAX_AUTOMATIC, on);
         default:
             return E_NOTIMPL;
     }
@@ -112,9 +112,9 @@ HRESULT CUVCExposure::GetSwitch(InterfaceKey key, bool& on) {
 HRESULT CUVCExposure::SetSwitch(InterfaceKey key, bool on) {
     switch (key) {
         case exposure_key::automatic:
-            return SetControlAutomatic(camera_.get(), camera_control_exposure, on, ModeWrite::OnChange);
+            return SetControlAutomatic(camera_.get(), wire::camera_control_exposure, on, ModeWrite::OnChange);
         case exposure_key::auto_max_automatic:
-            return SetPropertySwitch(*filter_, property_auto_max_automatic, on);
+            return SetPropertySwitch(*filter_, SELVANE_AUTO_MAX_AUTOMATIC, on);
         default:
             return E_NOTIMPL;
     }
@@ -122,7 +122,7 @@ HRESULT CUVCExposure::SetSwitch(InterfaceKey key, bool on) {
 
 HRESULT CUVCExposure::GetRange(InterfaceKey key, RangeInfo& range) {
     if (IsCameraValue(key)) {
-        return GetControlRange(camera_.get(), camera_control_exposure, range);
+        return GetControlRange(camera_.get(), wire::camera_control_exposure, range);
     }
     const auto property = RangeProperty(key);
     return property ? GetPropertyRange(*filter_, *property, range) : E_NOTIMPL;
@@ -130,7 +130,7 @@ HRESULT CUVCExposure::GetRange(InterfaceKey key, RangeInfo& range) {
 
 HRESULT CUVCExposure::GetValue(InterfaceKey key, std::int32_t& value) {
     if (IsCameraValue(key)) {
-        return GetControlValue(camera_.get(), camera_control_exposure, value);
+        return GetControlValue(camera_.get(), wire::camera_control_exposure, value);
     }
     const auto property = RangeProperty(key);
     return property ? GetPropertyValue(*filter_, *property, value) : E_NOTIMPL;
@@ -138,7 +138,7 @@ HRESULT CUVCExposure::GetValue(InterfaceKey key, std::int32_t& value) {
 
 HRESULT CUVCExposure::SetValue(InterfaceKey key, std::int32_t value) {
     if (IsCameraValue(key)) {
-        return SetControlValue(camera_.get(), camera_control_exposure, value);
+        return SetControlValue(camera_.get(), wire::camera_control_exposure, value);
     }
     const auto property = RangeProperty(key);
     return property ? SetPropertyValue(*filter_, *property, value) : E_NOTIMPL;
@@ -168,10 +168,10 @@ HRESULT CUVCExposure::GetAbsUnit(InterfaceKey key, SharedString& unit, std::int3
 void MakeUVCExposure(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (!properties || !PropertySupported(*properties, property_exposure_ticks)) {
+    if (!properties || !PropertySupported(*properties, SELVANE_EXPOSURE_TICKS)) {
         return;
     }
-    const bool use_microseconds = PropertySupported(*properties, property_exposure_microseconds);
+    const bool use_microseconds = PropertySupported(*properties, SELVANE_EXPOSURE_MICROSECONDS);
     *result =
         new CUVCExposure(std::move(properties), use_microseconds, platform::query<IAMCameraControl>(filter));
 }

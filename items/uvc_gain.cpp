@@ -34,9 +34,9 @@ private:
 CUVCGain::CUVCGain(platform::com_ptr<IKsPropertySet> filter, IUnknown* whole_filter)
     : filter_(std::move(filter)), amp_(platform::query<IAMVideoProcAmp>(whole_filter)) {
     // Drivers see this read before anything else of the item; what it says is not needed.
-    PropertyRecord gain = {};
-    (void)GetProperty(*filter_, property_gain, gain);
-    const LONG modes = ControlCapabilities(amp_.get(), video_proc_amp_gain);
+    wire::integer_record gain = {};
+    (void)GetProperty(*filter_, SELVANE_GAIN, gain);
+    const LONG modes = ControlCapabilities(amp_.get(), wire::video_proc_amp_gain);
     has_auto_ = (modes & control_automatic) != 0;
     has_manual_ = (modes & control_manual) != 0;
 }
@@ -62,39 +62,40 @@ HRESULT CUVCGain::IsAvailable(InterfaceKey key, bool& available) {
 }
 
 HRESULT CUVCGain::GetSwitch(InterfaceKey key, bool& on) {
-    return key == gain_key::automatic ? GetControlAutomatic(amp_.get(), video_proc_amp_gain, on) : E_NOTIMPL;
+    return key == gain_key::automatic ? GetControlAutomatic(amp_.get(), wire::video_proc_amp_gain, on)
+                                      : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::SetSwitch(InterfaceKey key, bool on) {
     return key == gain_key::automatic
-               ? SetControlAutomatic(amp_.get(), video_proc_amp_gain, on, ModeWrite::Always)
+               ? SetControlAutomatic(amp_.get(), wire::video_proc_amp_gain, on, ModeWrite::Always)
                : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::GetRange(InterfaceKey key, RangeInfo& range) {
-    return key == gain_key::value ? GetControlRange(amp_.get(), video_proc_amp_gain, range) : E_NOTIMPL;
+    return key == gain_key::value ? GetControlRange(amp_.get(), wire::video_proc_amp_gain, range) : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::GetValue(InterfaceKey key, std::int32_t& value) {
-    return key == gain_key::value ? GetControlValue(amp_.get(), video_proc_amp_gain, value) : E_NOTIMPL;
+    return key == gain_key::value ? GetControlValue(amp_.get(), wire::video_proc_amp_gain, value) : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::SetValue(InterfaceKey key, std::int32_t value) {
-    return key == gain_key::value ? SetControlValue(amp_.get(), video_proc_amp_gain, value) : E_NOTIMPL;
+    return key == gain_key::value ? SetControlValue(amp_.get(), wire::video_proc_amp_gain, value) : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::GetAbsRange(InterfaceKey key, AbsRangeInfo& range) {
-    return key == gain_key::abs_value ? GetScaledRange(*filter_, property_gain, ticks_per_decibel, range)
+    return key == gain_key::abs_value ? GetScaledRange(*filter_, SELVANE_GAIN, ticks_per_decibel, range)
                                       : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::GetAbsValue(InterfaceKey key, double& value) {
-    return key == gain_key::abs_value ? GetScaledValue(*filter_, property_gain, ticks_per_decibel, value)
+    return key == gain_key::abs_value ? GetScaledValue(*filter_, SELVANE_GAIN, ticks_per_decibel, value)
                                       : E_NOTIMPL;
 }
 
 HRESULT CUVCGain::SetAbsValue(InterfaceKey key, double value) {
-    return key == gain_key::abs_value ? SetScaledValue(*filter_, property_gain, ticks_per_decibel, value)
+    return key == gain_key::abs_value ? SetScaledValue(*filter_, SELVANE_GAIN, ticks_per_decibel, value)
                                       : E_NOTIMPL;
 }
 
@@ -111,7 +112,7 @@ HRESULT CUVCGain::GetAbsUnit(InterfaceKey key, SharedString& unit, std::int32_t&
 void MakeUVCGain(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (!properties || !PropertySupported(*properties, property_gain)) {
+    if (!properties || !PropertySupported(*properties, SELVANE_GAIN)) {
         return;
     }
     *result = new CUVCGain(std::move(properties), filter);

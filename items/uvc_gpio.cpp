@@ -1,7 +1,7 @@
 #include "items/builtin_factories.h"
 #include "items/interface_keys.h"
-#include "items/io_records.h"
 #include "items/vendor_properties.h"
+#include "wire/vendor_set.h"
 
 namespace ZELAdapterHelper {
 namespace {
@@ -20,8 +20,8 @@ public:
     HRESULT Push(InterfaceKey key) override;
 
 private:
-    HRESULT Read(GpioRecord& record) {
-        return ReadRecord(*filter_, vendor_property_set, property_gpio, record);
+    HRESULT Read(wire::gpio_record& record) {
+        return ReadRecord(*filter_, wire::vendor_set, SELVANE_GPIO, record);
     }
     HRESULT ReadPins();
     HRESULT WritePins();
@@ -32,7 +32,7 @@ private:
 };
 
 bool CUVCGPIO::SupportsInterface(InterfaceKey key) {
-    GpioRecord record = {};
+    wire::gpio_record record = {};
     if (FAILED(Read(record))) {
         return false;
     }
@@ -57,7 +57,7 @@ HRESULT CUVCGPIO::GetRange(InterfaceKey key, RangeInfo& range) {
     if (key != gpio_key::input && key != gpio_key::output) {
         return E_NOTIMPL;
     }
-    GpioRecord record = {};
+    wire::gpio_record record = {};
     const HRESULT hr = Read(record);
     if (SUCCEEDED(hr)) {
         range = {0, key == gpio_key::input ? record.max_input : record.max_output, 0, 1};
@@ -98,7 +98,7 @@ HRESULT CUVCGPIO::Push(InterfaceKey key) {
 }
 
 HRESULT CUVCGPIO::ReadPins() {
-    GpioRecord record = {};
+    wire::gpio_record record = {};
     const HRESULT hr = Read(record);
     if (SUCCEEDED(hr)) {
         input_ = record.input;
@@ -108,9 +108,9 @@ HRESULT CUVCGPIO::ReadPins() {
 }
 
 HRESULT CUVCGPIO::WritePins() {
-    GpioRecord record = {};
+    wire::gpio_record record = {};
     record.output = output_;
-    return WriteRecord(*filter_, vendor_property_set, property_gpio, record);
+    return WriteRecord(*filter_, wire::vendor_set, SELVANE_GPIO, record);
 }
 
 }  // namespace
@@ -118,7 +118,7 @@ HRESULT CUVCGPIO::WritePins() {
 void MakeUVCGPIO(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (properties && PropertySupported(*properties, property_gpio)) {
+    if (properties && PropertySupported(*properties, SELVANE_GPIO)) {
         *result = new CUVCGPIO(std::move(properties));
     }
 }

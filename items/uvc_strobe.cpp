@@ -1,17 +1,13 @@
 #include "items/builtin_factories.h"
 #include "items/interface_keys.h"
-#include "items/io_records.h"
 #include "items/vendor_properties.h"
+#include "wire/vendor_set.h"
 
 #include <iterator>
 #include <map>
 
 namespace ZELAdapterHelper {
 namespace {
-
-constexpr std::uint32_t no_polarity = 1;
-constexpr std::uint32_t no_delay = 2;
-constexpr std::uint32_t no_duration = 4;  // and no mode but "exposure"
 
 constexpr std::int32_t mode_unknown = -1;
 constexpr std::int32_t mode_constant = 0;
@@ -24,35 +20,35 @@ constexpr std::int32_t time_step = 10;
 bool IsKnown(InterfaceKey key) noexcept { return key <= strobe_key::delay; }
 
 // The field behind a switch, null for other keys.
-std::uint32_t StrobeRecord::*SwitchField(InterfaceKey key) noexcept {
+std::uint32_t wire::strobe_record::*SwitchField(InterfaceKey key) noexcept {
     switch (key) {
         case strobe_key::enable:
-            return &StrobeRecord::enable;
+            return &wire::strobe_record::enable;
         case strobe_key::polarity:
-            return &StrobeRecord::polarity;
+            return &wire::strobe_record::polarity;
         default:
             return nullptr;
     }
 }
 
 // The field behind a time, null for other keys.
-std::int32_t StrobeRecord::*TimeField(InterfaceKey key) noexcept {
+std::int32_t wire::strobe_record::*TimeField(InterfaceKey key) noexcept {
     switch (key) {
         case strobe_key::duration:
-            return &StrobeRecord::duration;
+            return &wire::strobe_record::duration;
         case strobe_key::delay:
-            return &StrobeRecord::delay;
+            return &wire::strobe_record::delay;
         default:
             return nullptr;
     }
 }
 
-RangeInfo DurationRange(const StrobeRecord& record) noexcept {
+RangeInfo DurationRange(const wire::strobe_record& record) noexcept {
     const std::int32_t min = record.duration_min == 0 ? shortest_duration : record.duration_min;
     return {min, record.duration_max, record.duration_default, time_step};
 }
 
-RangeInfo DelayRange(const StrobeRecord& record) noexcept {
+RangeInfo DelayRange(const wire::strobe_record& record) noexcept {
     return {record.delay_min, record.delay_max, record.delay_default, time_step};
 }
 
@@ -73,33 +69,33 @@ public:
     HRESULT GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) override;
 
 private:
-    HRESULT FetchRecord(StrobeRecord& out);
-    HRESULT StoreRecord(StrobeRecord record);
+    HRESULT FetchRecord(wire::strobe_record& out);
+    HRESULT StoreRecord(wire::strobe_record record);
     // Calls `use` with the record; its result, or the failure of the driver.
     template <class Use>
     HRESULT WithRecord(Use use);
-    void FillModes(const StrobeRecord& record);
+    void FillModes(const wire::strobe_record& record);
     void SelectMode(std::int32_t index);
     [[nodiscard]] std::int32_t IndexOf(std::int32_t mode) const;
     [[nodiscard]] RangeInfo ModeRange() const;
 
     bool record_valid_ = false;
-    StrobeRecord record_ = {};
+    wire::strobe_record record_ = {};
     std::int32_t mode_ = mode_unknown;
     platform::com_ptr<IKsPropertySet> filter_;
     std::map<std::int32_t, const wchar_t*> modes_;  // by number; filled at first need
 };
 
-std::int32_t ModeOf(const StrobeRecord& record) noexcept {
-    if (record.delay == 0 && record.duration == 0 && (record.restrictions & no_duration) == 0) {
+std::int32_t ModeOf(const wire::strobe_record& record) noexcept {
+    if (record.delay == 0 && record.duration == 0 && (record.restrictions & wire::strobe_no_duration) == 0) {
         return mode_constant;
     }
     return record.follow_exposure != 0 ? mode_exposure : mode_fixed_duration;
 }
 
-HRESULT CUVCStrobe::FetchRecord(StrobeRecord& out) {
+HRESULT CUVCStrobe::FetchRecord(wire::strobe_record& out) {
     if (!record_valid_) {
-        const HRESULT hr = ReadRecord(*filter_, vendor_property_set, property_strobe, record_);
+        const HRESULT hr = ReadRecord(*filter_, wire::vendor_set, SELVANE_STROBE, record_);
         if (FAILED(hr)) {
             return hr;
         }
@@ -115,7 +111,7 @@ HRESULT CUVCStrobe::FetchRecord(StrobeRecord& out) {
     return S_OK;
 }
 
-HRESULT CUVCStrobe::StoreRecord(StrobeRecord record) {
+HRESULT CUVCStrobe::StoreRecord(wire::strobe_record record) {
     if (mode_ == mode_constant) {
         record.delay = 0;
         record.duration = 0;
@@ -126,7 +122,7 @@ HRESULT CUVCStrobe::StoreRecord(StrobeRecord record) {
             record.duration = shortest_duration;
         }
     }
-    const HRESULT hr = WriteRecord(*filter_, vendor_property_set, property_strobe, record);
+    const HRESULT hr = WriteRecord(*filter_, wire::vendor_set, SELVANE_STROBE, record);
     // A refused record leaves the next read to the driver, which knows what it holds, and the mode with it: a
     // mode that the device did not take would go into every later write.
     record_valid_ = SUCCEEDED(hr);
@@ -140,16 +136,16 @@ HRESULT CUVCStrobe::StoreRecord(StrobeRecord record) {
 
 template <class Use>
 HRESULT CUVCStrobe::WithRecord(Use use) {
-    StrobeRecord record = {};
+    wire::strobe_record record = {};
     const HRESULT hr = FetchRecord(record);
     return SUCCEEDED(hr) ? use(record) : hr;
 }
 
-void CUVCStrobe::FillModes(const StrobeRecord& record) {
+void CUVCStrobe::FillModes(const wire::strobe_record& record) {
     if (!modes_.empty()) {
         return;
     }
-    if ((record.restrictions & no_duration) == 0) {
+    if ((record.restrictions & wire::strobe_no_duration) == 0) {
         modes_[mode_constant] = L"constant";
         modes_[mode_fixed_duration] = L"fixed duration";
     }
@@ -175,17 +171,17 @@ RangeInfo CUVCStrobe::ModeRange() const {
 }
 
 bool CUVCStrobe::SupportsInterface(InterfaceKey key) {
-    StrobeRecord record = {};
+    wire::strobe_record record = {};
     if (!IsKnown(key) || FAILED(FetchRecord(record))) {
         return false;
     }
     switch (key) {
         case strobe_key::polarity:
-            return (record.restrictions & no_polarity) == 0;
+            return (record.restrictions & wire::strobe_no_polarity) == 0;
         case strobe_key::duration:
-            return (record.restrictions & no_duration) == 0;
+            return (record.restrictions & wire::strobe_no_duration) == 0;
         case strobe_key::delay:
-            return (record.restrictions & no_delay) == 0;
+            return (record.restrictions & wire::strobe_no_delay) == 0;
         default:
             return true;
     }
@@ -202,7 +198,7 @@ HRESULT CUVCStrobe::IsAvailable(InterfaceKey key, bool& available) {
         return CZELItemDataBase::IsAvailable(key, available);
     }
     available = false;
-    return WithRecord([&](const StrobeRecord& record) {
+    return WithRecord([&](const wire::strobe_record& record) {
         const bool enabled = record.enable != 0;
         switch (key) {
             case strobe_key::enable:
@@ -227,7 +223,7 @@ HRESULT CUVCStrobe::GetSwitch(InterfaceKey key, bool& on) {
     if (field == nullptr) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](const StrobeRecord& record) {
+    return WithRecord([&](const wire::strobe_record& record) {
         on = record.*field != 0;
         return S_OK;
     });
@@ -238,7 +234,7 @@ HRESULT CUVCStrobe::SetSwitch(InterfaceKey key, bool on) {
     if (field == nullptr) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](StrobeRecord& record) {
+    return WithRecord([&](wire::strobe_record& record) {
         record.*field = on ? 1 : 0;
         return StoreRecord(record);
     });
@@ -248,7 +244,7 @@ HRESULT CUVCStrobe::GetRange(InterfaceKey key, RangeInfo& range) {
     if (key != strobe_key::mode && TimeField(key) == nullptr) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](const StrobeRecord& record) {
+    return WithRecord([&](const wire::strobe_record& record) {
         if (key == strobe_key::mode) {
             FillModes(record);
             range = ModeRange();
@@ -264,7 +260,7 @@ HRESULT CUVCStrobe::GetValue(InterfaceKey key, std::int32_t& value) {
     if (key != strobe_key::mode && field == nullptr) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](const StrobeRecord& record) {
+    return WithRecord([&](const wire::strobe_record& record) {
         if (field != nullptr) {
             value = record.*field;
         } else {
@@ -280,7 +276,7 @@ HRESULT CUVCStrobe::SetValue(InterfaceKey key, std::int32_t value) {
     if (key != strobe_key::mode && field == nullptr) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](StrobeRecord& record) {
+    return WithRecord([&](wire::strobe_record& record) {
         if (field != nullptr) {
             record.*field = value;
         } else {
@@ -295,7 +291,7 @@ HRESULT CUVCStrobe::GetMapStrings(InterfaceKey key, std::vector<SharedString>& s
     if (key != strobe_key::mode) {
         return E_NOTIMPL;
     }
-    return WithRecord([&](const StrobeRecord& record) {
+    return WithRecord([&](const wire::strobe_record& record) {
         FillModes(record);
         for (const auto& [mode, text] : modes_) {
             strings.emplace_back(text);
@@ -309,7 +305,7 @@ HRESULT CUVCStrobe::GetMapStrings(InterfaceKey key, std::vector<SharedString>& s
 void MakeUVCStrobe(CZELItemDataBase** result, IUnknown* filter, const ItemRecord&) {
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
-    if (properties && PropertySupported(*properties, property_strobe)) {
+    if (properties && PropertySupported(*properties, SELVANE_STROBE)) {
         *result = new CUVCStrobe(std::move(properties));
     }
 }

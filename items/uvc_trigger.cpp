@@ -5,15 +5,6 @@
 namespace ZELAdapterHelper {
 namespace {
 
-// Bits of the trigger property: the last two mean the same switch in Flags and that it can be set in
-// Capabilities.
-constexpr std::uint32_t mode_bits = 7;
-constexpr std::uint32_t trigger_off = 1U << 2;
-constexpr std::uint32_t polarity_bit = 1U << 24;
-constexpr std::uint32_t operation_bit = 1U << 25;
-
-constexpr std::uint32_t fire = 8;  // Flags of the software trigger
-
 std::uint32_t WithBit(std::uint32_t flags, std::uint32_t bit, bool on) noexcept {
     return on ? flags | bit : flags & ~bit;
 }
@@ -39,37 +30,37 @@ public:
 private:
     [[nodiscard]] bool CanSet(std::uint32_t capability);
     template <class Record>
-    [[nodiscard]] bool IsReadable(VendorProperty property);
+    [[nodiscard]] bool IsReadable(selvane_vendor_property property);
 
     platform::com_ptr<IKsPropertySet> filter_;
 };
 
 bool CUVCTrigger::CanSet(std::uint32_t capability) {
-    PropertyRecord record = {};
-    return PropertySupported(*filter_, property_trigger) &&
-           SUCCEEDED(GetProperty(*filter_, property_trigger, record)) &&
+    wire::integer_record record = {};
+    return PropertySupported(*filter_, SELVANE_TRIGGER) &&
+           SUCCEEDED(GetProperty(*filter_, SELVANE_TRIGGER, record)) &&
            (record.capabilities & capability) != 0;
 }
 
 template <class Record>
-bool CUVCTrigger::IsReadable(VendorProperty property) {
+bool CUVCTrigger::IsReadable(selvane_vendor_property property) {
     Record record = {};
     return PropertySupported(*filter_, property) &&
-           SUCCEEDED(ReadRecord(*filter_, vendor_property_set, property, record));
+           SUCCEEDED(ReadRecord(*filter_, wire::vendor_set, property, record));
 }
 
 bool CUVCTrigger::SupportsInterface(InterfaceKey key) {
     switch (key) {
         case trigger_key::enable:
-            return PropertySupported(*filter_, property_trigger);
+            return PropertySupported(*filter_, SELVANE_TRIGGER);
         case trigger_key::polarity:
-            return CanSet(polarity_bit);
+            return CanSet(wire::trigger_polarity);
         case trigger_key::software_trigger:
-            return IsReadable<PropertyRecord>(property_software_trigger);
+            return IsReadable<wire::integer_record>(SELVANE_SOFTWARE_TRIGGER);
         case trigger_key::delay:
-            return IsReadable<FloatPropertyRecord>(property_trigger_delay);
+            return IsReadable<wire::float_record>(SELVANE_TRIGGER_DELAY);
         case trigger_key::operation:
-            return CanSet(operation_bit);
+            return CanSet(wire::trigger_operation);
         default:
             return false;
     }
@@ -84,11 +75,11 @@ HRESULT CUVCTrigger::GetSwitch(InterfaceKey key, bool& on) {
     if (key != trigger_key::enable && key != trigger_key::polarity) {
         return E_NOTIMPL;
     }
-    PropertyRecord record = {};
-    const HRESULT hr = GetProperty(*filter_, property_trigger, record);
+    wire::integer_record record = {};
+    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
     if (SUCCEEDED(hr)) {
-        on = key == trigger_key::enable ? (record.flags & trigger_off) == 0
-                                        : (record.flags & polarity_bit) != 0;
+        on = key == trigger_key::enable ? (record.flags & wire::trigger_off) == 0
+                                        : (record.flags & wire::trigger_polarity) != 0;
     }
     return hr;
 }
@@ -97,14 +88,15 @@ HRESULT CUVCTrigger::SetSwitch(InterfaceKey key, bool on) {
     if (key != trigger_key::enable && key != trigger_key::polarity) {
         return E_NOTIMPL;
     }
-    PropertyRecord record = {};
-    const HRESULT hr = GetProperty(*filter_, property_trigger, record);
+    wire::integer_record record = {};
+    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
     if (FAILED(hr)) {
         return hr;
     }
-    record.flags = key == trigger_key::enable ? WithBit(record.flags & ~mode_bits, trigger_off, !on)
-                                              : WithBit(record.flags, polarity_bit, on);
-    return SetProperty(*filter_, property_trigger, record);
+    record.flags = key == trigger_key::enable
+                       ? WithBit(record.flags & ~wire::trigger_mode_bits, wire::trigger_off, !on)
+                       : WithBit(record.flags, wire::trigger_polarity, on);
+    return SetProperty(*filter_, SELVANE_TRIGGER, record);
 }
 
 HRESULT CUVCTrigger::GetRange(InterfaceKey key, RangeInfo& range) {
@@ -119,10 +111,10 @@ HRESULT CUVCTrigger::GetValue(InterfaceKey key, std::int32_t& value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    PropertyRecord record = {};
-    const HRESULT hr = GetProperty(*filter_, property_trigger, record);
+    wire::integer_record record = {};
+    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
     if (SUCCEEDED(hr)) {
-        value = (record.flags & operation_bit) != 0 ? 1 : 0;
+        value = (record.flags & wire::trigger_operation) != 0 ? 1 : 0;
     }
     return hr;
 }
@@ -131,29 +123,29 @@ HRESULT CUVCTrigger::SetValue(InterfaceKey key, std::int32_t value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    PropertyRecord record = {};
-    const HRESULT hr = GetProperty(*filter_, property_trigger, record);
+    wire::integer_record record = {};
+    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
     if (FAILED(hr)) {
         return hr;
     }
     if (value != 0 && value != 1) {
         return E_INVALIDARG;
     }
-    record.flags = WithBit(record.flags, operation_bit, value == 1);
-    return SetProperty(*filter_, property_trigger, record);
+    record.flags = WithBit(record.flags, wire::trigger_operation, value == 1);
+    return SetProperty(*filter_, SELVANE_TRIGGER, record);
 }
 
 HRESULT CUVCTrigger::GetAbsRange(InterfaceKey key, AbsRangeInfo& range) {
-    return key == trigger_key::delay ? GetFloatRange(*filter_, property_trigger_delay, range) : E_NOTIMPL;
+    return key == trigger_key::delay ? GetFloatRange(*filter_, SELVANE_TRIGGER_DELAY, range) : E_NOTIMPL;
 }
 
 HRESULT CUVCTrigger::GetAbsValue(InterfaceKey key, double& value) {
-    return key == trigger_key::delay ? GetFloatValue(*filter_, property_trigger_delay, value) : E_NOTIMPL;
+    return key == trigger_key::delay ? GetFloatValue(*filter_, SELVANE_TRIGGER_DELAY, value) : E_NOTIMPL;
 }
 
 HRESULT CUVCTrigger::SetAbsValue(InterfaceKey key, double value) {
     return key == trigger_key::delay
-               ? SetFloatValue(*filter_, property_trigger_delay, static_cast<float>(value))
+               ? SetFloatValue(*filter_, SELVANE_TRIGGER_DELAY, static_cast<float>(value))
                : E_NOTIMPL;
 }
 
@@ -164,9 +156,9 @@ HRESULT CUVCTrigger::GetAbsUnit(InterfaceKey, SharedString& unit, std::int32_t& 
 }
 
 HRESULT CUVCTrigger::Push(InterfaceKey) {
-    PropertyRecord record = {};
-    record.flags = fire;
-    return SetProperty(*filter_, property_software_trigger, record);
+    wire::integer_record record = {};
+    record.flags = wire::software_trigger_fire;
+    return SetProperty(*filter_, SELVANE_SOFTWARE_TRIGGER, record);
 }
 
 HRESULT CUVCTrigger::GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) {

@@ -7,14 +7,14 @@
 namespace ZELAdapterHelper {
 namespace {
 
-std::optional<VendorProperty> GainProperty(InterfaceKey key) noexcept {
+std::optional<selvane_vendor_property> GainProperty(InterfaceKey key) noexcept {
     switch (key) {
         case white_balance_key::red:
-            return property_white_balance_red;
+            return SELVANE_WHITE_BALANCE_RED;
         case white_balance_key::green:
-            return property_white_balance_green;
+            return SELVANE_WHITE_BALANCE_GREEN;
         case white_balance_key::blue:
-            return property_white_balance_blue;
+            return SELVANE_WHITE_BALANCE_BLUE;
         default:
             return std::nullopt;
     }
@@ -42,10 +42,10 @@ private:
 
 bool CUVCWhiteBalanceData::SupportsInterface(InterfaceKey key) {
     if (key == white_balance_key::automatic) {
-        return (ControlCapabilities(amp_.get(), video_proc_amp_white_balance) & control_automatic) != 0;
+        return (ControlCapabilities(amp_.get(), wire::video_proc_amp_white_balance) & control_automatic) != 0;
     }
     if (key == white_balance_key::one_push) {
-        return PropertySupported(*filter_, property_white_balance_one_push);
+        return PropertySupported(*filter_, SELVANE_WHITE_BALANCE_ONE_PUSH);
     }
     const auto property = GainProperty(key);
     return property && PropertySupported(*filter_, *property);
@@ -59,14 +59,14 @@ HRESULT CUVCWhiteBalanceData::IsAvailable(InterfaceKey key, bool& available) {
 
 HRESULT CUVCWhiteBalanceData::GetSwitch(InterfaceKey key, bool& on) {
     return key == white_balance_key::automatic
-               ? GetControlAutomatic(amp_.get(), video_proc_amp_white_balance, on)
+               ? GetControlAutomatic(amp_.get(), wire::video_proc_amp_white_balance, on)
                : E_NOTIMPL;
 }
 
 HRESULT CUVCWhiteBalanceData::SetSwitch(InterfaceKey key, bool on) {
     // Nothing is read first: a change of mode writes 0 as value.
     return key == white_balance_key::automatic
-               ? amp_->Set(video_proc_amp_white_balance, 0, on ? control_automatic : control_manual)
+               ? amp_->Set(wire::video_proc_amp_white_balance, 0, on ? control_automatic : control_manual)
                : E_NOTIMPL;
 }
 
@@ -86,7 +86,7 @@ HRESULT CUVCWhiteBalanceData::SetValue(InterfaceKey key, std::int32_t value) {
 }
 
 HRESULT CUVCWhiteBalanceData::Push(InterfaceKey key) {
-    return key == white_balance_key::one_push ? SetPropertyValue(*filter_, property_white_balance_one_push, 1)
+    return key == white_balance_key::one_push ? SetPropertyValue(*filter_, SELVANE_WHITE_BALANCE_ONE_PUSH, 1)
                                               : E_NOTIMPL;
 }
 

@@ -5,33 +5,31 @@
 namespace ZELAdapterHelper {
 
 bool IsSupported(IKsPropertySet& filter, REFGUID set, DWORD id) {
-    constexpr DWORD get_or_set = 3;
+    constexpr DWORD get_or_set = SELVANE_SUPPORT_GET | SELVANE_SUPPORT_SET;
     DWORD support = 0;
     return SUCCEEDED(filter.QuerySupported(set, id, &support)) && (support & get_or_set) != 0;
 }
 
-bool PropertySupported(IKsPropertySet& filter, DWORD id) {
-    return IsSupported(filter, vendor_property_set, id);
+bool PropertySupported(IKsPropertySet& filter, DWORD id) { return IsSupported(filter, wire::vendor_set, id); }
+
+HRESULT GetProperty(IKsPropertySet& filter, DWORD id, wire::integer_record& record) {
+    return ReadRecord(filter, wire::vendor_set, id, record);
 }
 
-HRESULT GetProperty(IKsPropertySet& filter, DWORD id, PropertyRecord& record) {
-    return ReadRecord(filter, vendor_property_set, id, record);
+HRESULT SetProperty(IKsPropertySet& filter, DWORD id, const wire::integer_record& record) {
+    return WriteRecord(filter, wire::vendor_set, id, record);
 }
 
-HRESULT SetProperty(IKsPropertySet& filter, DWORD id, const PropertyRecord& record) {
-    return WriteRecord(filter, vendor_property_set, id, record);
+HRESULT GetFloatProperty(IKsPropertySet& filter, DWORD id, wire::float_record& record) {
+    return ReadRecord(filter, wire::vendor_set, id, record);
 }
 
-HRESULT GetFloatProperty(IKsPropertySet& filter, DWORD id, FloatPropertyRecord& record) {
-    return ReadRecord(filter, vendor_property_set, id, record);
-}
-
-HRESULT SetFloatProperty(IKsPropertySet& filter, DWORD id, const FloatPropertyRecord& record) {
-    return WriteRecord(filter, vendor_property_set, id, record);
+HRESULT SetFloatProperty(IKsPropertySet& filter, DWORD id, const wire::float_record& record) {
+    return WriteRecord(filter, wire::vendor_set, id, record);
 }
 
 HRESULT GetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t& value) {
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     const HRESULT hr = GetProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         value = record.value;
@@ -40,7 +38,7 @@ HRESULT GetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t& value) 
 }
 
 HRESULT GetPropertyRange(IKsPropertySet& filter, DWORD id, RangeInfo& range) {
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     const HRESULT hr = GetProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         range = {record.min, record.max, record.default_value, 1};
@@ -49,9 +47,9 @@ HRESULT GetPropertyRange(IKsPropertySet& filter, DWORD id, RangeInfo& range) {
 }
 
 HRESULT SetPropertyValue(IKsPropertySet& filter, DWORD id, std::int32_t value) {
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     record.value = value;
-    record.flags = flag_manual;
+    record.flags = wire::manual;
     return SetProperty(filter, id, record);
 }
 
@@ -91,7 +89,7 @@ HRESULT SetScaledValue(IKsPropertySet& filter, DWORD id, double per_unit, double
 }
 
 HRESULT GetFloatRange(IKsPropertySet& filter, DWORD id, AbsRangeInfo& range) {
-    FloatPropertyRecord record = {};
+    wire::float_record record = {};
     const HRESULT hr = GetFloatProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         range = {static_cast<double>(record.min), static_cast<double>(record.max),
@@ -101,7 +99,7 @@ HRESULT GetFloatRange(IKsPropertySet& filter, DWORD id, AbsRangeInfo& range) {
 }
 
 HRESULT GetFloatValue(IKsPropertySet& filter, DWORD id, double& value) {
-    FloatPropertyRecord record = {};
+    wire::float_record record = {};
     const HRESULT hr = GetFloatProperty(filter, id, record);
     if (SUCCEEDED(hr)) {
         value = static_cast<double>(record.value);
@@ -110,9 +108,9 @@ HRESULT GetFloatValue(IKsPropertySet& filter, DWORD id, double& value) {
 }
 
 HRESULT SetFloatValue(IKsPropertySet& filter, DWORD id, float value) {
-    FloatPropertyRecord record = {};
+    wire::float_record record = {};
     record.value = value;
-    record.flags = flag_manual;
+    record.flags = wire::manual;
     return SetFloatProperty(filter, id, record);
 }
 

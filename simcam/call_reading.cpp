@@ -1,6 +1,6 @@
 #include "simcam/call_reading.h"
 
-#include "adapter/device_property_set.h"
+#include "wire/device_set.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,18 +8,14 @@
 namespace simcam {
 namespace {
 
-using namespace genicam_adapter;
 
 constexpr std::size_t kept_bytes = 0x10000;
 
-// The reserved bytes must be zero and the path terminated inside the request.
 bool read_path(const bytes& request, std::string& path) {
-    if (request.size() < named_property_request::size_without_path) return false;
-    const auto start = request.begin() + named_property_request::path_offset;
-    if (std::any_of(request.begin(), start, [](std::uint8_t byte) { return byte != 0; })) return false;
-    const auto end = std::find(start, request.end(), std::uint8_t{0});
-    path.assign(start, end);
-    return end != request.end();
+    const char* const found =
+        selvane_read_named_request(request.data(), static_cast<std::uint32_t>(request.size()));
+    if (found != nullptr) path = found;
+    return found != nullptr;
 }
 
 }  // namespace
@@ -31,9 +27,9 @@ bytes copy_of(const void* data, DWORD size) {
 }
 
 bool read_instance(driver_call& call) {
-    if (call.set != device_property_set) return true;
-    if (call.id == device_property::named_access) return read_path(call.instance, call.path);
-    if (call.id == device_property::register_access) {
+    if (call.set != wire::device_set) return true;
+    if (call.id == SELVANE_NAMED_ACCESS) return read_path(call.instance, call.path);
+    if (call.id == SELVANE_REGISTER_ACCESS) {
         if (call.instance.size() < sizeof(call.address)) return false;
         std::memcpy(&call.address, call.instance.data(), sizeof(call.address));
     }

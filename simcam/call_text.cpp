@@ -1,10 +1,10 @@
 #include "simcam/call_text.h"
 
-#include "adapter/device_property_set.h"
-#include "items/io_records.h"
 #include "items/vendor_properties.h"
 #include "platform/text.h"
 #include "platform/visible_text.h"
+#include "wire/device_set.h"
+#include "wire/vendor_set.h"
 
 #include <fmt/format.h>
 
@@ -15,7 +15,6 @@
 namespace simcam {
 namespace {
 
-using namespace genicam_adapter;
 using namespace ZELAdapterHelper;
 
 constexpr std::size_t longest_byte_list = 64;
@@ -29,10 +28,10 @@ std::optional<Value> read_as(const bytes& data) {
 }
 
 std::string set_name(REFGUID set) {
-    if (set == gate_property_set) return "gate";
-    if (set == device_property_set) return "device";
-    if (set == vendor_property_set) return "vendor";
-    if (set == color_enhancement_set) return "color-enhancement";
+    if (set == wire::gate_set) return "gate";
+    if (set == wire::device_set) return "device";
+    if (set == wire::vendor_set) return "vendor";
+    if (set == wire::color_enhancement_set) return "color-enhancement";
     return platform::narrow(platform::format_guid(set));
 }
 
@@ -60,21 +59,21 @@ std::string named_value(const bytes& data, value_form form) {
     return fmt::format("{}", *read_as<std::int64_t>(data));
 }
 
-std::string text_of(const PropertyRecord& r) {
+std::string text_of(const wire::integer_record& r) {
     return fmt::format("value={} flags=0x{:X} caps=0x{:X} min={} max={} default={}", r.value, r.flags,
                        r.capabilities, r.min, r.max, r.default_value);
 }
 
-std::string text_of(const FloatPropertyRecord& r) {
+std::string text_of(const wire::float_record& r) {
     return fmt::format("value={} flags=0x{:X} caps=0x{:X} min={} max={} default={}", r.value, r.flags,
                        r.capabilities, r.min, r.max, r.default_value);
 }
 
-std::string text_of(const GpioRecord& r) {
+std::string text_of(const wire::gpio_record& r) {
     return fmt::format("in={} out={} in-max={} out-max={}", r.input, r.output, r.max_input, r.max_output);
 }
 
-std::string text_of(const StrobeRecord& r) {
+std::string text_of(const wire::strobe_record& r) {
     return fmt::format(
         "enable={} delay={} [{}..{} default {}] duration={} [{}..{} default {}] polarity={} "
         "follow-exposure={} "
@@ -86,34 +85,34 @@ std::string text_of(const StrobeRecord& r) {
 // The vendor records differ in size, so the size tells the record.
 std::string vendor_record(const bytes& data) {
     switch (data.size()) {
-        case sizeof(PropertyRecord):
-            return text_of(*read_as<PropertyRecord>(data));
-        case sizeof(FloatPropertyRecord):
-            return text_of(*read_as<FloatPropertyRecord>(data));
-        case sizeof(GpioRecord):
-            return text_of(*read_as<GpioRecord>(data));
-        case sizeof(StrobeRecord):
-            return text_of(*read_as<StrobeRecord>(data));
+        case sizeof(wire::integer_record):
+            return text_of(*read_as<wire::integer_record>(data));
+        case sizeof(wire::float_record):
+            return text_of(*read_as<wire::float_record>(data));
+        case sizeof(wire::gpio_record):
+            return text_of(*read_as<wire::gpio_record>(data));
+        case sizeof(wire::strobe_record):
+            return text_of(*read_as<wire::strobe_record>(data));
         default:
             return hex_bytes(data);
     }
 }
 
-bool is_device(const driver_call& call, DWORD id) { return call.set == device_property_set && call.id == id; }
+bool is_device(const driver_call& call, DWORD id) { return call.set == wire::device_set && call.id == id; }
 
 // What is asked for, behind set and id.
 std::string target(const driver_call& call) {
-    if (call.kind == call_kind::query_supported || call.set != device_property_set) return {};
+    if (call.kind == call_kind::query_supported || call.set != wire::device_set) return {};
     switch (call.id) {
-        case device_property::description_size:
-        case device_property::description_data: {
-            const auto request = read_as<description_request>(call.instance);
+        case SELVANE_DESCRIPTION_SIZE:
+        case SELVANE_DESCRIPTION_DATA: {
+            const auto request = read_as<wire::description_request>(call.instance);
             if (!request) return " (short request)";
             return fmt::format(" {{{}, {}}}", request->first_field, request->index);
         }
-        case device_property::register_access:
+        case SELVANE_REGISTER_ACCESS:
             return fmt::format(" 0x{:08X}", call.address);
-        case device_property::named_access:
+        case SELVANE_NAMED_ACCESS:
             return " " + platform::visible_text(call.path);
         default:
             return {};
@@ -121,10 +120,10 @@ std::string target(const driver_call& call) {
 }
 
 std::string contents(const driver_call& call, const bytes& data, value_form form) {
-    if (call.set == vendor_property_set || call.set == color_enhancement_set) return vendor_record(data);
-    if (is_device(call, device_property::named_access)) return named_value(data, form);
-    if (is_device(call, device_property::description_data)) return fmt::format("{} bytes", call.returned);
-    const bool number = is_device(call, device_property::description_size) || call.set == gate_property_set;
+    if (call.set == wire::vendor_set || call.set == wire::color_enhancement_set) return vendor_record(data);
+    if (is_device(call, SELVANE_NAMED_ACCESS)) return named_value(data, form);
+    if (is_device(call, SELVANE_DESCRIPTION_DATA)) return fmt::format("{} bytes", call.returned);
+    const bool number = is_device(call, SELVANE_DESCRIPTION_SIZE) || call.set == wire::gate_set;
     const auto value = number ? read_as<std::uint32_t>(data) : std::nullopt;
     return value ? fmt::format("{}", *value) : hex_bytes(data);
 }

@@ -1,11 +1,11 @@
 #include "simcam/camera_core.h"
 
-#include "adapter/device_property_set.h"
 #include "adapter/named_access.h"
 #include "genicam/core/error.h"
 #include "items/vendor_properties.h"
 #include "simcam/call_reading.h"
 #include "simcam/call_text.h"
+#include "wire/device_set.h"
 
 #include <algorithm>
 #include <cstring>
@@ -20,7 +20,7 @@ using namespace genicam_adapter;
 constexpr HRESULT no_more_descriptions = static_cast<HRESULT>(0x80070103);
 
 bool is_device_property(const driver_call& call, DWORD id) noexcept {
-    return call.set == device_property_set && call.id == id;
+    return call.set == wire::device_set && call.id == id;
 }
 
 // A size of 0 may come with a null buffer.
@@ -43,7 +43,7 @@ camera_core::camera_core(camera_options wanted)
 
 void camera_core::close(driver_call& call, bool watched, bool threw) {
     if (!watched || !book.is_read()) return;
-    const bool named = is_device_property(call, device_property::named_access) && !call.path.empty();
+    const bool named = is_device_property(call, SELVANE_NAMED_ACCESS) && !call.path.empty();
     call.text = describe_call(call, named ? features.form_of(call.path) : value_form::integer, threw);
     book.close(std::move(call));
 }
@@ -82,11 +82,11 @@ HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
     call.id = id;
     DWORD word = 0;
     const auto work = [&] {
-        if (set == gate_property_set && options.gate_set) {
+        if (set == wire::gate_set && options.gate_set) {
             word = support_get;
-            return id == gate_property ? S_OK : property_unknown;
+            return id == SELVANE_GATE_PROPERTY ? S_OK : property_unknown;
         }
-        if (set == device_property_set) return query_device(id, word);
+        if (set == wire::device_set) return query_device(id, word);
         return serves_vendor(set) ? vendor_.query(set, id, word) : property_set_unknown;
     };
     return answer(call, book.is_watched(), work, [&](const fault& struck) {
@@ -95,15 +95,14 @@ HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
 }
 
 bool camera_core::serves_vendor(REFGUID set) const noexcept {
-    return (set == ZELAdapterHelper::vendor_property_set && options.vendor_set) ||
-           (set == ZELAdapterHelper::color_enhancement_set && options.color_enhancement_set);
+    return (set == wire::vendor_set && options.vendor_set) ||
+           (set == wire::color_enhancement_set && options.color_enhancement_set);
 }
 
 HRESULT camera_core::query_device(DWORD id, DWORD& support) const {
-    const bool description =
-        id == device_property::description_size || id == device_property::description_data;
-    const bool access = (id == device_property::register_access && options.register_access) ||
-                        (id == device_property::named_access && options.named_access);
+    const bool description = id == SELVANE_DESCRIPTION_SIZE || id == SELVANE_DESCRIPTION_DATA;
+    const bool access = (id == SELVANE_REGISTER_ACCESS && options.register_access) ||
+                        (id == SELVANE_NAMED_ACCESS && options.named_access);
     if (!description && !access) return property_unknown;
     support = access ? support_both : support_get;
     return S_OK;
@@ -137,18 +136,18 @@ HRESULT camera_core::get(REFGUID set, DWORD id, void* instance, DWORD instance_s
 }
 
 HRESULT camera_core::get_property(const driver_call& call, void* data, DWORD size, DWORD& returned) {
-    if (call.set == gate_property_set && options.gate_set && call.id == gate_property) {
-        if (size < sizeof(device_kind_query)) return buffer_too_small_hr;
+    if (call.set == wire::gate_set && options.gate_set && call.id == SELVANE_GATE_PROPERTY) {
+        if (size < sizeof(wire::device_kind_query)) return buffer_too_small_hr;
         std::memcpy(data, &options.device_kind, sizeof(options.device_kind));
-        returned = sizeof(device_kind_query);
+        returned = sizeof(wire::device_kind_query);
         return S_OK;
     }
     if (serves_vendor(call.set)) return vendor_.get(call.set, call.id, data, size, returned);
     DWORD support = 0;
-    if (call.set != device_property_set) return property_set_unknown;
+    if (call.set != wire::device_set) return property_set_unknown;
     if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
-    if (call.id == device_property::named_access) return get_named(call.path, data, size, returned);
-    if (call.id == device_property::register_access) {
+    if (call.id == SELVANE_NAMED_ACCESS) return get_named(call.path, data, size, returned);
+    if (call.id == SELVANE_REGISTER_ACCESS) {
         returned = size;
         return GenICam::to_hresult(memory.read(call.address, data, size, 0));
     }
@@ -157,14 +156,14 @@ HRESULT camera_core::get_property(const driver_call& call, void* data, DWORD siz
 
 HRESULT camera_core::get_description(const bytes& instance, DWORD id, void* data, DWORD size,
                                      DWORD& returned) const {
-    description_request request = {};
+    wire::description_request request = {};
     if (instance.size() < sizeof(request)) return E_INVALIDARG;
     std::memcpy(&request, instance.data(), sizeof(request));
     if (request.first_field != options.description_field) return E_INVALIDARG;
     if (request.index >= options.descriptions.size()) return no_more_descriptions;
     const std::string& text = options.descriptions[request.index];
     const auto length = static_cast<std::uint32_t>(text.size());
-    const bool asks_size = id == device_property::description_size;
+    const bool asks_size = id == SELVANE_DESCRIPTION_SIZE;
     returned = asks_size ? sizeof(length) : length;
     if (size < returned) return buffer_too_small_hr;
     copy_bytes(data, asks_size ? static_cast<const void*>(&length) : text.data(), returned);
@@ -209,11 +208,11 @@ HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_s
 
 HRESULT camera_core::set_property(const driver_call& call, const void* data, DWORD size) {
     if (serves_vendor(call.set)) return vendor_.set(call.set, call.id, data, size);
-    if (call.set != device_property_set) return property_set_unknown;
+    if (call.set != wire::device_set) return property_set_unknown;
     DWORD support = 0;
     if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
     if ((support & support_set) == 0) return property_unknown;
-    if (call.id == device_property::named_access) return set_named(call.path, data, size);
+    if (call.id == SELVANE_NAMED_ACCESS) return set_named(call.path, data, size);
     return GenICam::to_hresult(memory.write(call.address, data, size, 0));
 }
 

@@ -1,6 +1,6 @@
 #include "simcam/driver_call.h"
 
-#include "adapter/device_property_set.h"
+#include "wire/device_set.h"
 
 #include <utility>
 
@@ -8,8 +8,8 @@ namespace simcam {
 namespace {
 
 bool is_named(const driver_call& call) noexcept {
-    return call.kind != call_kind::query_supported && call.set == genicam_adapter::device_property_set &&
-           call.id == genicam_adapter::device_property::named_access;
+    return call.kind != call_kind::query_supported && call.set == wire::device_set &&
+           call.id == SELVANE_NAMED_ACCESS;
 }
 
 bool ends_with(std::string_view text, std::string_view end) noexcept {
@@ -50,8 +50,8 @@ call_filter suffix_calls(std::string suffix) {
 
 call_filter register_calls(std::uint64_t address) {
     return [address](const driver_call& call) {
-        return call.kind != call_kind::query_supported && call.set == genicam_adapter::device_property_set &&
-               call.id == genicam_adapter::device_property::register_access && call.address == address;
+        return call.kind != call_kind::query_supported && call.set == wire::device_set &&
+               call.id == SELVANE_REGISTER_ACCESS && call.address == address;
     };
 }
 

@@ -12,7 +12,6 @@ namespace simcam {
 namespace {
 
 using namespace GenICam;
-namespace path_suffix = genicam_adapter::path_suffix;
 
 constexpr std::uint32_t fresh = access_flags::bypass_cache;
 constexpr std::uint32_t forced = fresh | access_flags::skip_access_check | access_flags::skip_range_check;
@@ -57,22 +56,22 @@ HRESULT give(const result<T>& answer, std::uint64_t& raw) {
 // What integer and float features have in common.
 template <class Number>
 HRESULT get_number(Number& node, std::string_view suffix, std::uint64_t& raw) {
-    if (suffix == path_suffix::value) return give(node.get_val(fresh), raw);
-    if (suffix == path_suffix::min) return give(node.get_min(fresh), raw);
-    if (suffix == path_suffix::max) return give(node.get_max(fresh), raw);
-    if (suffix == path_suffix::inc) return give(node.get_inc(fresh), raw);
-    if (suffix == path_suffix::default_value) return give(node.get_default(fresh), raw);
+    if (suffix == wire::path_suffix::value) return give(node.get_val(fresh), raw);
+    if (suffix == wire::path_suffix::min) return give(node.get_min(fresh), raw);
+    if (suffix == wire::path_suffix::max) return give(node.get_max(fresh), raw);
+    if (suffix == wire::path_suffix::inc) return give(node.get_inc(fresh), raw);
+    if (suffix == wire::path_suffix::default_value) return give(node.get_default(fresh), raw);
     return property_unknown;
 }
 
 HRESULT get_boolean(IBoolean& node, std::string_view suffix, std::uint64_t& raw) {
-    if (suffix == path_suffix::value) return give(node.get_val(fresh), raw);
-    if (suffix == path_suffix::default_value) return give(node.get_default(fresh), raw);
+    if (suffix == wire::path_suffix::value) return give(node.get_val(fresh), raw);
+    if (suffix == wire::path_suffix::default_value) return give(node.get_default(fresh), raw);
     return property_unknown;
 }
 
 HRESULT get_enumeration(IEnumeration& node, std::string_view suffix, std::uint64_t& raw) {
-    if (suffix != path_suffix::value) return property_unknown;
+    if (suffix != wire::path_suffix::value) return property_unknown;
     const result<IEnumEntry*> entry = node.get_selected_entry(fresh);
     if (!entry) return to_hresult(entry.error());
     raw = raw_of(entry.value()->get_value());
@@ -87,7 +86,7 @@ HRESULT give_implemented(INode& node, std::uint64_t& raw) {
 }
 
 HRESULT get_entry_state(INode& node, std::string_view name, std::string_view suffix, std::uint64_t& raw) {
-    if (node.get_node_type() != node_type::enumeration || suffix != path_suffix::is_implemented) {
+    if (node.get_node_type() != node_type::enumeration || suffix != wire::path_suffix::is_implemented) {
         return property_unknown;
     }
     IEnumEntry* entry = static_cast<IEnumeration&>(node).find_entry(name);
@@ -173,10 +172,11 @@ INode* feature_server::find_node(std::string_view name) const {
 
 value_form feature_server::form_of(std::string_view path) const {
     const parts asked = split(path);
-    if (asked.suffix == path_suffix::selected_entry) return value_form::text;
+    if (asked.suffix == wire::path_suffix::selected_entry) return value_form::text;
     INode* node = find_node(asked.feature);
     if (node == nullptr) return value_form::integer;
-    const bool state = asked.suffix == path_suffix::is_locked || asked.suffix == path_suffix::is_implemented;
+    const bool state =
+        asked.suffix == wire::path_suffix::is_locked || asked.suffix == wire::path_suffix::is_implemented;
     if (node->get_node_type() == node_type::string && !state) return value_form::text;
     return node->get_node_type() == node_type::floating && !state ? value_form::real : value_form::integer;
 }
@@ -198,8 +198,8 @@ HRESULT feature_server::get(std::string_view path, std::uint64_t& raw) const {
     INode* node = find_node(asked.feature);
     if (node == nullptr) return property_unknown;
     if (!asked.entry.empty()) return get_entry_state(*node, asked.entry, asked.suffix, raw);
-    if (asked.suffix == path_suffix::is_implemented) return give_implemented(*node, raw);
-    if (asked.suffix == path_suffix::is_locked) {
+    if (asked.suffix == wire::path_suffix::is_implemented) return give_implemented(*node, raw);
+    if (asked.suffix == wire::path_suffix::is_locked) {
         raw = raw_of(is_changeable(*node));
         return S_OK;
     }
@@ -221,10 +221,10 @@ HRESULT feature_server::set(std::string_view path, std::uint64_t raw) const {
     const parts asked = split(path);
     INode* node = find_node(asked.feature);
     if (node == nullptr || !asked.entry.empty()) return property_unknown;
-    if (asked.suffix == path_suffix::execute && node->get_node_type() == node_type::command) {
+    if (asked.suffix == wire::path_suffix::execute && node->get_node_type() == node_type::command) {
         return raw == 0 ? E_INVALIDARG : to_hresult(static_cast<ICommand&>(*node).execute(fresh));
     }
-    if (asked.suffix != path_suffix::value) return property_unknown;
+    if (asked.suffix != wire::path_suffix::value) return property_unknown;
     switch (node->get_node_type()) {
         case node_type::integer:
             return to_hresult(static_cast<IInteger&>(*node).set_val(static_cast<std::int64_t>(raw), fresh));
@@ -246,13 +246,14 @@ HRESULT feature_server::get_text(std::string_view path, std::string& text) const
     const parts asked = split(path);
     INode* node = find_node(asked.feature);
     if (node == nullptr || !asked.entry.empty()) return property_unknown;
-    if (asked.suffix == path_suffix::selected_entry && node->get_node_type() == node_type::enumeration) {
+    if (asked.suffix == wire::path_suffix::selected_entry &&
+        node->get_node_type() == node_type::enumeration) {
         const result<IEnumEntry*> entry = static_cast<IEnumeration&>(*node).get_selected_entry(fresh);
         if (!entry) return to_hresult(entry.error());
         text = entry.value()->get_name();
         return S_OK;
     }
-    if (asked.suffix == path_suffix::value && node->get_node_type() == node_type::string) {
+    if (asked.suffix == wire::path_suffix::value && node->get_node_type() == node_type::string) {
         const result<std::string> value = static_cast<IString&>(*node).get_val(fresh);
         if (!value) return to_hresult(value.error());
         text = value.value().substr(0, value.value().find('\0'));
@@ -265,11 +266,12 @@ HRESULT feature_server::set_text(std::string_view path, std::string_view text) c
     const parts asked = split(path);
     INode* node = find_node(asked.feature);
     if (node == nullptr || !asked.entry.empty()) return property_unknown;
-    if (asked.suffix == path_suffix::selected_entry && node->get_node_type() == node_type::enumeration) {
+    if (asked.suffix == wire::path_suffix::selected_entry &&
+        node->get_node_type() == node_type::enumeration) {
         auto& enumeration = static_cast<IEnumeration&>(*node);
         return to_hresult(enumeration.set_selected_entry(enumeration.find_entry(text), fresh));
     }
-    if (asked.suffix == path_suffix::value && node->get_node_type() == node_type::string) {
+    if (asked.suffix == wire::path_suffix::value && node->get_node_type() == node_type::string) {
         return to_hresult(static_cast<IString&>(*node).set_val(text, fresh));
     }
     return property_unknown;

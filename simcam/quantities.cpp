@@ -27,15 +27,15 @@ constexpr int exposure_limit = 1;  // seconds
 constexpr int gain = 2;            // dB
 
 constexpr view views[] = {
-    {exposure, view_place::integer, property_exposure_ticks, 1e4},
-    {exposure, view_place::integer, property_exposure_microseconds, 1e6},
-    {exposure, view_place::real, property_exposure_float, 1.0},
-    {exposure, view_place::camera_control, camera_control_exposure, 1e4},
-    {exposure_limit, view_place::integer, property_auto_max_ticks, 1e4},
-    {exposure_limit, view_place::integer, property_auto_max_microseconds, 1e6},
-    {exposure_limit, view_place::real, property_auto_max_float, 1.0},
-    {gain, view_place::integer, property_gain, 100.0},
-    {gain, view_place::video_proc_amp, video_proc_amp_gain, 10.0},
+    {exposure, view_place::integer, SELVANE_EXPOSURE_TICKS, 1e4},
+    {exposure, view_place::integer, SELVANE_EXPOSURE_MICROSECONDS, 1e6},
+    {exposure, view_place::real, SELVANE_EXPOSURE_FLOAT, 1.0},
+    {exposure, view_place::camera_control, wire::camera_control_exposure, 1e4},
+    {exposure_limit, view_place::integer, SELVANE_AUTO_MAX_TICKS, 1e4},
+    {exposure_limit, view_place::integer, SELVANE_AUTO_MAX_MICROSECONDS, 1e6},
+    {exposure_limit, view_place::real, SELVANE_AUTO_MAX_FLOAT, 1.0},
+    {gain, view_place::integer, SELVANE_GAIN, 100.0},
+    {gain, view_place::video_proc_amp, wire::video_proc_amp_gain, 10.0},
 };
 
 const view* find_view(view_place place, LONG id) noexcept {
@@ -105,7 +105,7 @@ bool is_quantity_automatic(const vendor_model& model, LONG id) {
         bool automatic = false;
         if (other.quantity == asked->quantity) {
             with_view(model, other,
-                      [&](const auto& property) { automatic = (property.flags & flag_automatic) != 0; });
+                      [&](const auto& property) { automatic = (property.flags & wire::automatic) != 0; });
         }
         return automatic;
     });

@@ -44,11 +44,11 @@ camera_options simple() { return with_description("value_nodes"); }
 
 void remove_color(vendor_model& model) {
     model.color_enhancement.clear();
-    for (const DWORD id : {property_white_balance_red, property_white_balance_green,
-                           property_white_balance_blue, property_white_balance_one_push}) {
+    for (const DWORD id : {SELVANE_WHITE_BALANCE_RED, SELVANE_WHITE_BALANCE_GREEN, SELVANE_WHITE_BALANCE_BLUE,
+                           SELVANE_WHITE_BALANCE_ONE_PUSH}) {
         model.remove(id);
     }
-    model.video_proc_amp.erase(video_proc_amp_white_balance);
+    model.video_proc_amp.erase(wire::video_proc_amp_white_balance);
 }
 
 camera_options oldest() {
@@ -57,18 +57,18 @@ camera_options oldest() {
     made.description_field = 0;
     made.vendor = full_vendor_model();
     for (const DWORD id :
-         {property_exposure_float, property_auto_max_float, property_exposure_microseconds,
-          property_auto_max_microseconds, property_auto_max_automatic, property_partial_scan_auto_center,
-          property_binning, property_software_trigger, property_trigger_delay, property_white_balance_green,
-          property_focus_auto_min, property_focus_auto_max, property_focus_region_enable,
-          property_focus_region_left, property_focus_region_top, property_focus_region_right,
-          property_focus_region_bottom}) {
+         {SELVANE_EXPOSURE_FLOAT, SELVANE_AUTO_MAX_FLOAT, SELVANE_EXPOSURE_MICROSECONDS,
+          SELVANE_AUTO_MAX_MICROSECONDS, SELVANE_AUTO_MAX_AUTOMATIC, SELVANE_PARTIAL_SCAN_AUTO_CENTER,
+          SELVANE_BINNING, SELVANE_SOFTWARE_TRIGGER, SELVANE_TRIGGER_DELAY, SELVANE_WHITE_BALANCE_GREEN,
+          SELVANE_FOCUS_AUTO_MIN, SELVANE_FOCUS_AUTO_MAX, SELVANE_FOCUS_REGION_ENABLE,
+          SELVANE_FOCUS_REGION_LEFT, SELVANE_FOCUS_REGION_TOP, SELVANE_FOCUS_REGION_RIGHT,
+          SELVANE_FOCUS_REGION_BOTTOM}) {
         made.vendor.remove(id);
     }
     made.vendor.color_enhancement.clear();
-    made.vendor.integers[property_trigger].capabilities = 0;
-    strobe_property& strobe = made.vendor.strobe[property_strobe];
-    strobe.restrictions = strobe_without_delay | strobe_exposure_only;
+    made.vendor.integers[SELVANE_TRIGGER].capabilities = 0;
+    strobe_property& strobe = made.vendor.strobe[SELVANE_STROBE];
+    strobe.restrictions = wire::strobe_no_delay | wire::strobe_no_duration;
     strobe.follow_exposure = 1;
     return made;
 }

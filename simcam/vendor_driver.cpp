@@ -1,9 +1,9 @@
 #include "simcam/vendor_driver.h"
 
-#include "items/io_records.h"
 #include "items/standard_controls.h"
 #include "items/vendor_properties.h"
 #include "simcam/quantities.h"
+#include "wire/vendor_set.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,8 +14,6 @@ namespace {
 
 using namespace ZELAdapterHelper;
 
-constexpr std::uint32_t software_trigger_flag = 8;
-constexpr std::uint32_t trigger_mode_bits = 7;
 constexpr std::int32_t partial_scan_grid = 4;
 constexpr int focus_run_reads = 2;
 
@@ -25,15 +23,15 @@ struct governed {
     DWORD by;
 };
 constexpr governed governed_by_switch[] = {
-    {property_auto_max_ticks, property_auto_max_automatic},
-    {property_auto_max_microseconds, property_auto_max_automatic},
-    {property_auto_max_float, property_auto_max_automatic},
-    {property_partial_scan_x, property_partial_scan_auto_center},
-    {property_partial_scan_y, property_partial_scan_auto_center},
+    {SELVANE_AUTO_MAX_TICKS, SELVANE_AUTO_MAX_AUTOMATIC},
+    {SELVANE_AUTO_MAX_MICROSECONDS, SELVANE_AUTO_MAX_AUTOMATIC},
+    {SELVANE_AUTO_MAX_FLOAT, SELVANE_AUTO_MAX_AUTOMATIC},
+    {SELVANE_PARTIAL_SCAN_X, SELVANE_PARTIAL_SCAN_AUTO_CENTER},
+    {SELVANE_PARTIAL_SCAN_Y, SELVANE_PARTIAL_SCAN_AUTO_CENTER},
 };
 
-constexpr DWORD governed_by_white_balance[] = {property_white_balance_red, property_white_balance_green,
-                                               property_white_balance_blue, property_white_balance_one_push};
+constexpr DWORD governed_by_white_balance[] = {SELVANE_WHITE_BALANCE_RED, SELVANE_WHITE_BALANCE_GREEN,
+                                               SELVANE_WHITE_BALANCE_BLUE, SELVANE_WHITE_BALANCE_ONE_PUSH};
 
 // Limits of a range in which the lower may not pass the upper.
 struct ordered_pair {
@@ -41,9 +39,9 @@ struct ordered_pair {
     DWORD upper;
 };
 constexpr ordered_pair ordered_pairs[] = {
-    {property_focus_auto_min, property_focus_auto_max},
-    {property_focus_region_left, property_focus_region_right},
-    {property_focus_region_top, property_focus_region_bottom},
+    {SELVANE_FOCUS_AUTO_MIN, SELVANE_FOCUS_AUTO_MAX},
+    {SELVANE_FOCUS_REGION_LEFT, SELVANE_FOCUS_REGION_RIGHT},
+    {SELVANE_FOCUS_REGION_TOP, SELVANE_FOCUS_REGION_BOTTOM},
 };
 
 template <class Number>
@@ -71,12 +69,12 @@ HRESULT give_record(const Record& record, void* data, DWORD size, DWORD& returne
     return S_OK;
 }
 
-PropertyRecord record_of(const integer_property& property) noexcept {
+wire::integer_record record_of(const integer_property& property) noexcept {
     return {{},           property.value, property.flags,        property.capabilities,
             property.min, property.max,   property.default_value};
 }
 
-FloatPropertyRecord record_of(const float_property& property) noexcept {
+wire::float_record record_of(const float_property& property) noexcept {
     return {{},
             property.value,
             property.min,
@@ -87,12 +85,12 @@ FloatPropertyRecord record_of(const float_property& property) noexcept {
             {}};
 }
 
-GpioRecord record_of(const gpio_property& property) noexcept {
+wire::gpio_record record_of(const gpio_property& property) noexcept {
     return {{}, property.input, property.output, property.input_max, property.output_max};
 }
 
-StrobeRecord record_of(const strobe_property& property) noexcept {
-    StrobeRecord record = {};
+wire::strobe_record record_of(const strobe_property& property) noexcept {
+    wire::strobe_record record = {};
     record.enable = static_cast<std::uint32_t>(property.enable);
     record.delay = property.delay;
     record.delay_min = property.delay_min;
@@ -104,12 +102,12 @@ StrobeRecord record_of(const strobe_property& property) noexcept {
     record.duration_default = property.duration_default;
     record.polarity = static_cast<std::uint32_t>(property.polarity);
     record.follow_exposure = static_cast<std::uint32_t>(property.follow_exposure);
-    record.restrictions = static_cast<std::uint32_t>(property.restrictions);
+    record.restrictions = property.restrictions;
     return record;
 }
 
 HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
-    GpioRecord record = {};
+    wire::gpio_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (record.output < 0 || record.output > property.output_max) return E_INVALIDARG;
     property.output = record.output;
@@ -118,15 +116,15 @@ HRESULT set_gpio(gpio_property& property, const void* data, DWORD size) {
 
 // Limits and restrictions are the camera's own; a duration of 0 is what the mode "constant" sends.
 HRESULT set_strobe(strobe_property& property, const void* data, DWORD size) {
-    StrobeRecord record = {};
+    wire::strobe_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     property.enable = record.enable != 0 ? 1 : 0;
-    if ((property.restrictions & strobe_without_polarity) == 0)
+    if ((property.restrictions & wire::strobe_no_polarity) == 0)
         property.polarity = record.polarity != 0 ? 1 : 0;
-    if ((property.restrictions & strobe_without_delay) == 0) {
+    if ((property.restrictions & wire::strobe_no_delay) == 0) {
         property.delay = std::clamp(record.delay, property.delay_min, property.delay_max);
     }
-    if ((property.restrictions & strobe_exposure_only) == 0) {
+    if ((property.restrictions & wire::strobe_no_duration) == 0) {
         property.duration = record.duration == 0
                                 ? 0
                                 : std::clamp(record.duration, property.duration_min, property.duration_max);
@@ -138,7 +136,7 @@ HRESULT set_strobe(strobe_property& property, const void* data, DWORD size) {
 // Calls `serve` with the property of that number, whatever its record.
 template <class Model, class Serve>
 HRESULT with_property(Model& model, REFGUID set, DWORD id, Serve serve) {
-    if (set == color_enhancement_set) {
+    if (set == wire::color_enhancement_set) {
         const auto found = model.color_enhancement.find(id);
         return found == model.color_enhancement.end() ? property_unknown : serve(found->second);
     }
@@ -160,7 +158,7 @@ HRESULT vendor_driver::query(REFGUID set, DWORD id, DWORD& support) const {
 }
 
 HRESULT vendor_driver::get(REFGUID set, DWORD id, void* data, DWORD size, DWORD& returned) {
-    if (set == vendor_property_set && id == property_focus_one_push) {
+    if (set == wire::vendor_set && id == SELVANE_FOCUS_ONE_PUSH) {
         const auto found = model_.integers.find(id);
         if (found != model_.integers.end()) found->second.value = focus_reads_left_ > 0 ? 1 : 0;
         if (focus_reads_left_ > 0) --focus_reads_left_;
@@ -172,7 +170,7 @@ HRESULT vendor_driver::get(REFGUID set, DWORD id, void* data, DWORD size, DWORD&
 }
 
 HRESULT vendor_driver::set(REFGUID set, DWORD id, const void* data, DWORD size) {
-    const DWORD rules = set == vendor_property_set ? id : 0;
+    const DWORD rules = set == wire::vendor_set ? id : 0;
     return with_property(model_, set, id, [&](auto& property) {
         using property_type = std::decay_t<decltype(property)>;
         if ((property.support & support_set) == 0) return property_unknown;
@@ -197,50 +195,51 @@ bool vendor_driver::is_governed(DWORD id) const {
     const bool color = std::find(std::begin(governed_by_white_balance), std::end(governed_by_white_balance),
                                  id) != std::end(governed_by_white_balance);
     if (color) {
-        const auto found = model_.video_proc_amp.find(video_proc_amp_white_balance);
-        return found != model_.video_proc_amp.end() && (found->second.flags & flag_automatic) != 0;
+        const auto found = model_.video_proc_amp.find(wire::video_proc_amp_white_balance);
+        return found != model_.video_proc_amp.end() && (found->second.flags & wire::automatic) != 0;
     }
     return is_quantity_automatic(model_, static_cast<LONG>(id));
 }
 
 HRESULT vendor_driver::set_integer(DWORD id, integer_property& property, const void* data, DWORD size) {
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
-    if (id == property_software_trigger) return software_trigger(record.flags);
+    if (id == SELVANE_SOFTWARE_TRIGGER) return software_trigger(record.flags);
     if (is_governed(id)) return E_ACCESSDENIED;
     std::int32_t value = record.value;
     if (const HRESULT hr = apply_limits(property.policy, property.min, property.max, value); FAILED(hr))
         return hr;
     keep_order(id, value);
     property.value = value;
-    if (id == property_trigger) {
-        property.flags = record.flags & (trigger_mode_bits | property.capabilities);
+    if (id == SELVANE_TRIGGER) {
+        property.flags = record.flags & (wire::trigger_mode_bits | property.capabilities);
     }
     act_on(id, property);
     return S_OK;
 }
 
 HRESULT vendor_driver::set_float(DWORD id, float_property& property, const void* data, DWORD size) {
-    FloatPropertyRecord record = {};
+    wire::float_record record = {};
     if (const HRESULT hr = read_record(data, size, record); FAILED(hr)) return hr;
     if (is_governed(id)) return E_ACCESSDENIED;
-    const bool automatic = (record.flags & flag_automatic) != 0;
-    if (automatic && (property.capabilities & flag_automatic) == 0) return E_INVALIDARG;
+    const bool automatic = (record.flags & wire::automatic) != 0;
+    if (automatic && (property.capabilities & wire::automatic) == 0) return E_INVALIDARG;
     if (!automatic) {
         float value = record.value;
         const HRESULT hr = apply_limits(property.policy, property.min, property.max, value);
         if (FAILED(hr)) return hr;
         property.value = value;
     }
-    property.flags = automatic ? flag_automatic : flag_manual;
+    property.flags = automatic ? wire::automatic : wire::manual;
     follow_view(model_, view_place::real, static_cast<LONG>(id));
     return S_OK;
 }
 
 HRESULT vendor_driver::software_trigger(std::uint32_t flags) {
-    if ((flags & software_trigger_flag) == 0) return E_INVALIDARG;
-    const auto trigger = model_.integers.find(property_trigger);
-    if (trigger == model_.integers.end() || (trigger->second.flags & trigger_flag_off) != 0) return not_ready;
+    if ((flags & wire::software_trigger_fire) == 0) return E_INVALIDARG;
+    const auto trigger = model_.integers.find(SELVANE_TRIGGER);
+    if (trigger == model_.integers.end() || (trigger->second.flags & wire::trigger_off) != 0)
+        return not_ready;
     ++model_.software_triggers;
     return S_OK;
 }
@@ -258,14 +257,14 @@ void vendor_driver::keep_order(DWORD id, std::int32_t& value) const {
 void vendor_driver::act_on(DWORD id, integer_property& property) {
     const bool on = property.value != 0;
     switch (id) {
-        case property_partial_scan_auto_center:
+        case SELVANE_PARTIAL_SCAN_AUTO_CENTER:
             if (on) center_partial_scan();
             break;
-        case property_white_balance_one_push:
+        case SELVANE_WHITE_BALANCE_ONE_PUSH:
             if (on) balance_white();
             property.value = 0;
             break;
-        case property_focus_one_push:
+        case SELVANE_FOCUS_ONE_PUSH:
             if (on) start_focus();
             break;
         default:
@@ -275,7 +274,7 @@ void vendor_driver::act_on(DWORD id, integer_property& property) {
 }
 
 void vendor_driver::center_partial_scan() {
-    for (const DWORD id : {property_partial_scan_x, property_partial_scan_y}) {
+    for (const DWORD id : {SELVANE_PARTIAL_SCAN_X, SELVANE_PARTIAL_SCAN_Y}) {
         const auto found = model_.integers.find(id);
         if (found == model_.integers.end()) continue;
         integer_property& offset = found->second;
@@ -285,7 +284,7 @@ void vendor_driver::center_partial_scan() {
 
 void vendor_driver::balance_white() {
     for (const DWORD id :
-         {property_white_balance_red, property_white_balance_green, property_white_balance_blue}) {
+         {SELVANE_WHITE_BALANCE_RED, SELVANE_WHITE_BALANCE_GREEN, SELVANE_WHITE_BALANCE_BLUE}) {
         const auto found = model_.integers.find(id);
         if (found != model_.integers.end()) found->second.value = found->second.default_value;
     }
@@ -293,14 +292,14 @@ void vendor_driver::balance_white() {
 
 void vendor_driver::start_focus() {
     focus_reads_left_ = focus_run_reads;
-    const auto focus = model_.camera_control.find(camera_control_focus);
+    const auto focus = model_.camera_control.find(wire::camera_control_focus);
     if (focus == model_.camera_control.end()) return;
     std::int32_t lower = focus->second.min;
     std::int32_t upper = focus->second.max;
-    if (const auto min = model_.integers.find(property_focus_auto_min); min != model_.integers.end()) {
+    if (const auto min = model_.integers.find(SELVANE_FOCUS_AUTO_MIN); min != model_.integers.end()) {
         lower = min->second.value;
     }
-    if (const auto max = model_.integers.find(property_focus_auto_max); max != model_.integers.end()) {
+    if (const auto max = model_.integers.find(SELVANE_FOCUS_AUTO_MAX); max != model_.integers.end()) {
         upper = max->second.value;
     }
     focus->second.value = lower + (upper - lower) / 2;
@@ -311,9 +310,9 @@ HRESULT vendor_driver::set_control(control_map& controls, LONG property, LONG va
     if (found == controls.end()) return property_unknown;
     direct_show_property& control = found->second;
     const auto mode = static_cast<std::uint32_t>(flags);
-    if ((mode != flag_automatic && mode != flag_manual) || (control.capabilities & mode) == 0)
+    if ((mode != wire::automatic && mode != wire::manual) || (control.capabilities & mode) == 0)
         return E_INVALIDARG;
-    if (mode == flag_manual) {
+    if (mode == wire::manual) {
         auto wanted = static_cast<std::int32_t>(value);
         const HRESULT hr = apply_limits(control.policy, control.min, control.max, wanted);
         if (FAILED(hr)) return hr;

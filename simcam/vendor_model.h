@@ -1,28 +1,18 @@
 #pragma once
 
-#include "platform/com.h"
+#include "wire/vendor_set.h"
 
 #include <cstdint>
 #include <map>
 
 namespace simcam {
 
-constexpr DWORD support_get = 1;
-constexpr DWORD support_set = 2;
+constexpr DWORD support_get = SELVANE_SUPPORT_GET;
+constexpr DWORD support_set = SELVANE_SUPPORT_SET;
 constexpr DWORD support_both = support_get | support_set;
 
 /// What the driver does with a value outside the limits.
 enum class limit_policy { clamp, refuse, accept };
-
-// Bits of the trigger property's flags, and of its capabilities.
-constexpr std::uint32_t trigger_flag_off = 1U << 2;
-constexpr std::uint32_t trigger_flag_polarity = 1U << 24;
-constexpr std::uint32_t trigger_flag_operation = 1U << 25;
-
-// Bits of the strobe's restrictions.
-constexpr std::int32_t strobe_without_polarity = 1;
-constexpr std::int32_t strobe_without_delay = 2;
-constexpr std::int32_t strobe_exposure_only = 4;
 
 /// A property of the 48-byte record.
 struct integer_property {
@@ -64,7 +54,7 @@ struct strobe_property {
     std::int32_t duration = 0, duration_min = 0, duration_max = 0, duration_default = 0;
     std::int32_t polarity = 0;
     std::int32_t follow_exposure = 0;
-    std::int32_t restrictions = 0;
+    std::uint32_t restrictions = 0;
     DWORD support = support_both;
 };
 

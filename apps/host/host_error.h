@@ -9,6 +9,7 @@ namespace selvane_host {
 namespace exit_code {
 constexpr int fine = 0;
 constexpr int nothing_to_show = 1;  ///< no page takes the camera, or the camera cannot be reached
+constexpr int findings = 1;         ///< the check of a driver found something
 constexpr int wrong_use = 2;        ///< options, descriptions, DLL, device or folder that cannot be used
 }  // namespace exit_code
 

@@ -1,6 +1,8 @@
+#include "apps/check/report_text.h"
 #include "apps/host/camera_setup.h"
 #include "apps/host/console.h"
 #include "apps/host/devices.h"
+#include "apps/host/driver_file.h"
 #include "apps/host/frame.h"
 #include "apps/host/host_error.h"
 #include "apps/host/options.h"
@@ -12,6 +14,8 @@
 
 #include <exception>
 #include <optional>
+
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -25,6 +29,7 @@ struct camera_to_show {
 
 camera_to_show find_camera(const host_options& options) {
     if (!options.device.empty()) return {open_device(options.device), options.device};
+    if (!options.driver.empty()) return {open_driver(options.driver), options.driver.filename().u8string()};
     const simcam::camera_ptr camera = make_wanted_camera(options);
     return {object_ptr(camera.get()), camera_caption(*camera)};
 }
@@ -54,23 +59,38 @@ void show_pages(const host_options& options, const camera_to_show& camera, const
     });
 }
 
-void work_on_camera(const host_options& options) {
-    const com_apartment apartment;
-    camera_to_show camera = find_camera(options);
-    const page_server server(page_server_path());
-    if (options.trace) camera.filter = make_trace_filter(*camera.filter, write_line);
-    const std::vector<CLSID> pages = choose_pages(options, *camera.filter);
-    if (!options.probe) show_pages(options, camera, pages);
+int check_camera(const host_options& options, const camera_to_show& camera) {
+    selvane_check::check_options wanted;
+    wanted.write = options.write;
+    const selvane_check::driver_report report = selvane_check::check_driver(*camera.filter, wanted);
+    write_output(options.json ? selvane_check::report_json(report, camera.caption).dump(2) + "\n"
+                              : selvane_check::report_text(report, camera.caption));
+    return selvane_check::is_faulty(report) ? exit_code::findings : exit_code::fine;
 }
 
-void run(const host_options& options) {
-    if (!options.message.empty()) return write_output(options.message);
-    if (options.list_cameras) return write_output(list_cameras());
-    if (options.list_devices) {
+int work_on_camera(const host_options& options) {
+    const com_apartment apartment;
+    camera_to_show camera = find_camera(options);
+    if (options.trace) camera.filter = make_trace_filter(*camera.filter, write_line);
+    if (options.check_driver) return check_camera(options, camera);
+    const page_server server(page_server_path());
+    const std::vector<CLSID> pages = choose_pages(options, *camera.filter);
+    if (!options.probe) show_pages(options, camera, pages);
+    return exit_code::fine;
+}
+
+int run(const host_options& options) {
+    if (!options.message.empty()) {
+        write_output(options.message);
+    } else if (options.list_cameras) {
+        write_output(list_cameras());
+    } else if (options.list_devices) {
         const com_apartment apartment;
-        return write_output(list_devices());
+        write_output(list_devices());
+    } else {
+        return work_on_camera(options);
     }
-    work_on_camera(options);
+    return exit_code::fine;
 }
 
 }  // namespace
@@ -79,8 +99,7 @@ int main() {
     // A DLL that cannot be loaded is reported on standard error, not in a box.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     try {
-        run(parse_options(command_line()));
-        return exit_code::fine;
+        return run(parse_options(command_line()));
     } catch (const host_error& failure) {
         write_error(failure.what());
         return failure.code();

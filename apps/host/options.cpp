@@ -17,7 +17,8 @@ constexpr const char* about =
     "Opens the Selvane property pages of a simulated camera, or of a video capture device, in the "
     "platform's property frame.";
 constexpr const char* exit_codes =
-    "Exit codes: 0 fine, 1 no page has anything to show, 2 wrong use or unusable input.";
+    "Exit codes: 0 fine, 1 no page has anything to show or the check found something, 2 wrong use or "
+    "unusable input.";
 
 // What the command line fills; the paths are UTF-8 until it has been read.
 struct raw_options {
@@ -25,6 +26,7 @@ struct raw_options {
     std::string memory;
     std::string pictures;
     std::string road;
+    std::string driver;
 };
 
 void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) {
@@ -40,12 +42,15 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
     CLI::Option* memory =
         app.add_option("--memory", raw.memory, "Register contents on top of what the camera starts with")
             ->type_name("FILE");
-    app.add_option("--device", options.device, "The video capture device of that name, no simulation")
-        ->type_name("NAME")
-        ->excludes(files)
-        ->excludes(camera)
-        ->excludes(access)
-        ->excludes(memory);
+    CLI::Option* device =
+        app.add_option("--device", options.device, "The video capture device of that name, no simulation")
+            ->type_name("NAME");
+    CLI::Option* driver =
+        app.add_option("--driver", raw.driver, "The driver in that DLL, no simulation")->type_name("DLL");
+    for (CLI::Option* real : {device, driver}) {
+        for (CLI::Option* simulated : {files, camera, access, memory}) real->excludes(simulated);
+    }
+    driver->excludes(device);
 }
 
 void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
@@ -59,6 +64,16 @@ void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
         ->excludes(probe);
     app.add_flag("--list-cameras", options.list_cameras, "Name the ready-made cameras, and leave");
     app.add_flag("--list", options.list_devices, "Name the video capture devices, and leave");
+}
+
+void add_check(CLI::App& app, host_options& options) {
+    CLI::Option* check = app.add_flag("--check-driver", options.check_driver,
+                                      "Ask the driver as the pages would, tell what is wrong, and leave");
+    app.add_flag("--write", options.write, "The check writes values back that it has read")->needs(check);
+    CLI::Option* json =
+        app.add_flag("--json", options.json, "The check tells its findings as JSON")->needs(check);
+    json->excludes(app.get_option("--trace"));
+    for (const char* other : {"--layout", "--probe", "--pictures"}) check->excludes(app.get_option(other));
 }
 
 // The library breaks some of its messages into lines.
@@ -82,6 +97,7 @@ host_options parse_options(std::vector<std::string> arguments) {
     raw_options raw;
     add_camera_options(app, options, raw);
     add_outputs(app, options, raw);
+    add_check(app, options);
     std::reverse(arguments.begin(), arguments.end());  // as the library wants them
     try {
         app.parse(std::move(arguments));
@@ -94,12 +110,14 @@ host_options parse_options(std::vector<std::string> arguments) {
     }
     refuse_empty(app, "--camera", options.camera.empty());
     refuse_empty(app, "--device", options.device.empty());
+    refuse_empty(app, "--driver", raw.driver.empty());
     refuse_empty(app, "--memory", raw.memory.empty());
     refuse_empty(app, "--pictures", raw.pictures.empty());
     for (const std::string& file : raw.descriptions)
         options.descriptions.push_back(std::filesystem::u8path(file));
     if (raw.road == named_road) options.access = access_road::named;
     if (raw.road == register_road) options.access = access_road::registers;
+    options.driver = std::filesystem::u8path(raw.driver);
     options.memory = std::filesystem::u8path(raw.memory);
     options.pictures = std::filesystem::u8path(raw.pictures);
     return options;

@@ -16,7 +16,11 @@ struct host_options {
     access_road access = access_road::as_offered;
     std::filesystem::path memory;    ///< register contents of the simulated camera; empty for its own
     std::string device;              ///< name of a real device; empty for the simulated camera
+    std::filesystem::path driver;    ///< DLL with a driver; empty for the simulated camera
     std::filesystem::path pictures;  ///< folder for pictures of the pages; empty for none
+    bool check_driver = false;
+    bool write = false;  ///< the check may write to the camera
+    bool json = false;
     bool trace = false;
     bool layout = false;
     bool probe = false;

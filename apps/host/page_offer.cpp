@@ -2,9 +2,9 @@
 
 #include "apps/host/console.h"
 #include "apps/host/host_error.h"
-#include "apps/host/page_classes.h"
 #include "platform/com_ptr.h"
 #include "platform/text.h"
+#include "wire/page_classes.h"
 
 #include <fmt/format.h>
 #include <objbase.h>
@@ -53,7 +53,7 @@ HRESULT offer(IPropertyPage& page, const std::string& title, IUnknown* camera) {
 
 std::vector<page_answer> ask_pages(IUnknown& camera) {
     std::vector<page_answer> answers;
-    for (const CLSID& clsid : page_classes) {
+    for (const CLSID& clsid : wire::page_classes) {
         const page_ptr page = make_page(clsid);
         const std::string title = title_of(*page);
         answers.push_back({clsid, title, offer(*page, title, &camera)});

@@ -2,8 +2,8 @@
 
 #include "apps/host/console.h"
 #include "apps/host/host_error.h"
-#include "apps/host/page_classes.h"
 #include "platform/com_ptr.h"
+#include "wire/page_classes.h"
 
 #include <ole2.h>
 
@@ -54,7 +54,7 @@ page_server::~page_server() { withdraw(); }
 void page_server::offer_classes(const std::filesystem::path& dll) {
     const auto entry = find_entry<get_class_object>(module_, "DllGetClassObject");
     if (entry == nullptr) throw unusable(dll, "it has no DllGetClassObject");
-    for (const CLSID& clsid : page_classes) {
+    for (const CLSID& clsid : wire::page_classes) {
         platform::com_ptr<IUnknown> factory;
         DWORD cookie = 0;
         HRESULT hr = entry(clsid, IID_IClassFactory, factory.put_void());

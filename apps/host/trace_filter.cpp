@@ -1,8 +1,8 @@
 #include "apps/host/trace_filter.h"
 
-#include "adapter/device_property_set.h"
 #include "apps/host/call_printer.h"
 #include "simcam/call_reading.h"
+#include "wire/device_set.h"
 
 #include <algorithm>
 #include <atomic>
@@ -33,8 +33,7 @@ driver_call transfer_call(call_kind kind, REFGUID set, DWORD id, const void* ins
 }
 
 bool hands_out_description(const driver_call& call) {
-    return call.set == genicam_adapter::device_property_set &&
-           call.id == genicam_adapter::device_property::description_data;
+    return call.set == wire::device_set && call.id == SELVANE_DESCRIPTION_DATA;
 }
 
 // The IUnknown operations of an interface that is part of the filter, and the driver's own interface.

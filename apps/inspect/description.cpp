@@ -41,9 +41,13 @@ void write_file(const std::string& path, const std::string& contents) {
 }
 
 std::unique_ptr<description> description::open(const std::string& path) {
-    std::unique_ptr<description> opened(new description(path, read_file(path)));
+    return from_bytes(path, read_file(path));
+}
+
+std::unique_ptr<description> description::from_bytes(std::string path, std::string bytes) {
+    std::unique_ptr<description> opened(new description(std::move(path), std::move(bytes)));
     if (const auto& malformed = opened->tree_.malformed()) {
-        throw wrong_use(fmt::format("{}:{}:{}: not well-formed: {}", path, malformed->at.line,
+        throw wrong_use(fmt::format("{}:{}:{}: not well-formed: {}", opened->path_, malformed->at.line,
                                     malformed->at.column, malformed->about));
     }
     opened->load();

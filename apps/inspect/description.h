@@ -19,6 +19,8 @@ class description {
 public:
     /// Reads and loads a file. Throws `inspect_error` for one that cannot be read or is not well-formed.
     [[nodiscard]] static std::unique_ptr<description> open(const std::string& path);
+    /// The same for a text that is no file; `path` is what it is called in messages.
+    [[nodiscard]] static std::unique_ptr<description> from_bytes(std::string path, std::string bytes);
 
     description(const description&) = delete;
     description& operator=(const description&) = delete;

@@ -25,4 +25,13 @@ std::vector<GenICam::ICategory*> categories_of(const std::vector<item_candidate>
     return categories;
 }
 
+bool has_marks(const description& in) {
+    bool found = false;
+    in.document()->for_each_node([&](GenICam::INode* node) {
+        found =
+            found || !node->get_extension(item_mark).empty() || !node->get_extension(element_mark).empty();
+    });
+    return found;
+}
+
 }  // namespace selvane_inspect

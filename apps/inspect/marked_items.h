@@ -7,11 +7,23 @@
 
 namespace selvane_inspect {
 
+constexpr const char* item_mark = "ZELItemGUID";
+constexpr const char* element_mark = "ZELElementGUID";
+
 /// The items that the pages find, in their order; none without a Root that is a category.
 [[nodiscard]] std::vector<genicam_adapter::item_candidate> find_items(const description& in);
 
 /// The categories of items, each once however often it is listed.
 [[nodiscard]] std::vector<GenICam::ICategory*> categories_of(
     const std::vector<genicam_adapter::item_candidate>& items);
+
+/// Whether anything of a loaded description bears the mark of an item or element, be it misspelt.
+[[nodiscard]] bool has_marks(const description& in);
+
+/// What is said of a description without marks, and what to do.
+constexpr const char* no_marks = "nothing is marked for the pages";
+constexpr const char* no_marks_remedy =
+    "Begin with an item: a category below Root with a ZELItemGUID, which lists features with a "
+    "ZELElementGUID.";
 
 }  // namespace selvane_inspect

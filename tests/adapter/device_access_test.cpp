@@ -1,22 +1,22 @@
 #include "adapter/genicam_adapter_device.h"
 
-#include "adapter/device_property_set.h"
 #include "tests/adapter/scripted_camera.h"
+#include "wire/device_set.h"
 
 #include <gtest/gtest.h>
 
 namespace adapter_test {
 namespace {
 
-using genicam_adapter::device_property_set;
-using genicam_adapter::gate_property_set;
 using genicam_adapter::hr_exception;
 using genicam_adapter::is_adapter_device;
+using wire::device_set;
+using wire::gate_set;
 
 DriverRequest GateGet() {
     DriverRequest request;
     request.kind = DriverRequest::Kind::Get;
-    request.set = gate_property_set;
+    request.set = wire::gate_set;
     request.instance = Bytes(144);
     request.data = Bytes(144);
     request.shared_memory = true;
@@ -29,7 +29,7 @@ protected:
     test_support::ScriptedProperty& gate_ = Serve();
 
     test_support::ScriptedProperty& Serve() {
-        auto& gate = filter_.Property(gate_property_set, 0);
+        auto& gate = filter_.Property(wire::gate_set, 0);
         gate.Put<std::uint32_t>(0, 5).bytes.resize(144);
         return gate;
     }
@@ -37,7 +37,7 @@ protected:
 
 TEST_F(Gate, AsksWithOneBlockForInstanceAndData) {
     EXPECT_TRUE(is_adapter_device(&filter_));
-    EXPECT_EQ(filter_.TakeRequests(), (std::vector{Supported(gate_property_set, 0), GateGet()}));
+    EXPECT_EQ(filter_.TakeRequests(), (std::vector{Supported(wire::gate_set, 0), GateGet()}));
 }
 
 TEST_F(Gate, ReadsNothingButTheKind) {
@@ -56,7 +56,7 @@ TEST_F(Gate, StaysClosedForOtherKinds) {
 TEST_F(Gate, NeedsBitZeroOfTheSupportWord) {
     gate_.support = 2;
     EXPECT_FALSE(is_adapter_device(&filter_));
-    EXPECT_EQ(filter_.TakeRequests(), std::vector{Supported(gate_property_set, 0)});
+    EXPECT_EQ(filter_.TakeRequests(), std::vector{Supported(wire::gate_set, 0)});
     gate_.support = 1;
     EXPECT_TRUE(is_adapter_device(&filter_));
 }
@@ -64,7 +64,7 @@ TEST_F(Gate, NeedsBitZeroOfTheSupportWord) {
 TEST_F(Gate, IsNotAskedFurtherWhenUnsupported) {
     gate_.support_result = E_FAIL;
     EXPECT_FALSE(is_adapter_device(&filter_));
-    EXPECT_EQ(filter_.TakeRequests(), std::vector{Supported(gate_property_set, 0)});
+    EXPECT_EQ(filter_.TakeRequests(), std::vector{Supported(wire::gate_set, 0)});
 }
 
 TEST_F(Gate, StaysClosedWhenTheQueryFails) {
@@ -93,7 +93,7 @@ TEST(AdapterConstruction, AsksForNamedAccessThenForRegisters) {
     ScriptedCamera camera(Road::Both, {});
     const GenICamAdapterDevice adapter(&camera.filter);
     EXPECT_EQ(camera.filter.TakeRequests(),
-              (std::vector{Supported(device_property_set, 4), Supported(device_property_set, 3)}));
+              (std::vector{Supported(wire::device_set, 4), Supported(wire::device_set, 3)}));
     EXPECT_TRUE(adapter.has_named_access());
     EXPECT_TRUE(adapter.has_register_access());
     EXPECT_TRUE(adapter.get_documents().empty());
@@ -113,14 +113,14 @@ TEST(AdapterConstruction, TellsTheAccessPathsApart) {
 
 TEST(AdapterConstruction, TakesAnySupportBitButNoFailure) {
     ScriptedCamera camera(Road::Both, {});
-    camera.filter.Property(device_property_set, 4).support = 0;
-    camera.filter.Property(device_property_set, 3).support = 0x80000000;
+    camera.filter.Property(wire::device_set, 4).support = 0;
+    camera.filter.Property(wire::device_set, 3).support = 0x80000000;
     const GenICamAdapterDevice odd_bit(&camera.filter);
     EXPECT_FALSE(odd_bit.has_named_access());
     EXPECT_TRUE(odd_bit.has_register_access());
 
-    camera.filter.Property(device_property_set, 4).support = 3;
-    camera.filter.Property(device_property_set, 3).support_result = E_FAIL;
+    camera.filter.Property(wire::device_set, 4).support = 3;
+    camera.filter.Property(wire::device_set, 3).support_result = E_FAIL;
     const GenICamAdapterDevice failing(&camera.filter);
     EXPECT_TRUE(failing.has_named_access());
     EXPECT_FALSE(failing.has_register_access());

@@ -1,8 +1,8 @@
 #include "adapter/genicam_adapter_device.h"
 
-#include "adapter/device_property_set.h"
 #include "tests/adapter/allocation_watch.h"
 #include "tests/adapter/scripted_camera.h"
+#include "wire/device_set.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,8 @@
 namespace adapter_test {
 namespace {
 
-using genicam_adapter::device_property_set;
 using genicam_adapter::hr_exception;
+using wire::device_set;
 
 std::string NamedDescription(const std::string& model) {
     return "<RegisterDescription ModelName=\"" + model + "\"><Port Name=\"Device\"/></RegisterDescription>";
@@ -47,14 +47,14 @@ protected:
 
     // Answers a request for a size with these bytes and this returned size.
     void AnswerSize(std::uint32_t size, std::uint32_t returned = 4) {
-        camera_.filter.Property(device_property_set, 1).get = [=](GetArguments& call) {
+        camera_.filter.Property(wire::device_set, 1).get = [=](GetArguments& call) {
             std::memcpy(call.data, &size, sizeof(size));
             call.returned = returned;
             return call.instance == BytesOf(std::array<std::uint32_t, 2>{1, 0}) ? S_OK : E_FAIL;
         };
     }
     void AnswerData(const std::string& text, std::uint32_t returned, HRESULT hr = S_OK) {
-        camera_.filter.Property(device_property_set, 2).get = [=](GetArguments& call) {
+        camera_.filter.Property(wire::device_set, 2).get = [=](GetArguments& call) {
             std::copy_n(text.begin(), std::min<std::size_t>(text.size(), call.size), call.data);
             call.returned = returned;
             return hr;
@@ -73,7 +73,7 @@ TEST_F(Fetch, GoesOnUntilTheDriverRefusesAnIndex) {
 
 TEST_F(Fetch, FallsBackForTheFirstDescriptionOnly) {
     const std::string text = NamedDescription("fallback");
-    camera_.filter.Property(device_property_set, 1).get = [&](GetArguments& call) {
+    camera_.filter.Property(wire::device_set, 1).get = [&](GetArguments& call) {
         const auto size = static_cast<std::uint32_t>(text.size());
         std::memset(call.data, 0xEE, 4);
         if (call.instance != Bytes(8)) return E_FAIL;

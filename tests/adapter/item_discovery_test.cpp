@@ -1,11 +1,11 @@
 #include "adapter/item_discovery.h"
 
-#include "adapter/device_property_set.h"
 #include "adapter/hr_exception.h"
 #include "adapter/propdata_named.h"
 #include "adapter/propdata_portbased.h"
 #include "platform/text.h"
 #include "tests/adapter/scripted_camera.h"
+#include "wire/device_set.h"
 
 #include <gtest/gtest.h>
 

@@ -18,7 +18,7 @@ protected:
 
 TEST_F(NamedAccess, SendsThePathBetweenZeros) {
     std::uint64_t value = 0x0102030405060708;
-    (void)get_named_value(filter_, {"Gain", path_suffix::value}, value);
+    (void)get_named_value(filter_, {"Gain", wire::path_suffix::value}, value);
     const auto requests = camera_.filter.TakeRequests();
     ASSERT_EQ(requests, std::vector{NamedGet("Gain/Value", BytesOf(std::uint64_t{0x0102030405060708}))});
     const Bytes& instance = requests.front().instance;
@@ -29,7 +29,7 @@ TEST_F(NamedAccess, SendsThePathBetweenZeros) {
 }
 
 TEST_F(NamedAccess, PutsAPathTogetherFromItsParts) {
-    (void)get_named_bool(filter_, {"Mode", "/", "Off", path_suffix::is_implemented});
+    (void)get_named_bool(filter_, {"Mode", "/", "Off", wire::path_suffix::is_implemented});
     EXPECT_EQ(camera_.filter.TakeRequests(), std::vector{NamedGet("Mode/Off/IsImplemented")});
 }
 
@@ -80,8 +80,8 @@ TEST_F(NamedAccess, KeepsWhatTheDriverDoesNotWrite) {
 }
 
 TEST_F(NamedAccess, WritesNumbersAndTexts) {
-    EXPECT_EQ(set_named_value(filter_, {"A", path_suffix::value}, 0x0102030405060708), S_OK);
-    EXPECT_EQ(set_named_property(filter_, {"M", path_suffix::selected_entry}, "Off", 3), S_OK);
+    EXPECT_EQ(set_named_value(filter_, {"A", wire::path_suffix::value}, 0x0102030405060708), S_OK);
+    EXPECT_EQ(set_named_property(filter_, {"M", wire::path_suffix::selected_entry}, "Off", 3), S_OK);
     EXPECT_EQ(camera_.filter.TakeRequests(), (std::vector{NamedSet("A/Value", {8, 7, 6, 5, 4, 3, 2, 1}),
                                                           NamedSet("M/SelectedEntry", {'O', 'f', 'f'})}));
 }
@@ -132,9 +132,9 @@ TEST(NamedAccessCost, IsOneAllocation) {
     const std::string name = "AFeatureWithANameThatNoSmallStringHolds";
     std::uint64_t value = 0;
     const std::uint64_t before = AllocationCount();
-    (void)get_named_value(&driver, {name, path_suffix::value}, value);
+    (void)get_named_value(&driver, {name, wire::path_suffix::value}, value);
     EXPECT_EQ(AllocationCount() - before, 1U);
-    (void)set_named_value(&driver, {name, path_suffix::value}, value);
+    (void)set_named_value(&driver, {name, wire::path_suffix::value}, value);
     EXPECT_EQ(AllocationCount() - before, 2U);
 }
 

@@ -1,6 +1,6 @@
 #include "tests/adapter/scripted_camera.h"
 
-#include "adapter/device_property_set.h"
+#include "wire/device_set.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 namespace adapter_test {
 namespace {
 
-using genicam_adapter::description_request;
-using genicam_adapter::device_property_set;
+using wire::description_request;
+using wire::device_set;
 using Kind = DriverRequest::Kind;
 
 // Numbers of the device set as a driver knows them.
@@ -26,7 +26,7 @@ constexpr std::size_t path_tail = 64;
 DriverRequest Request(Kind kind, std::uint32_t id, Bytes instance, Bytes data) {
     DriverRequest request;
     request.kind = kind;
-    request.set = device_property_set;
+    request.set = wire::device_set;
     request.id = id;
     request.instance = std::move(instance);
     request.data = std::move(data);
@@ -111,7 +111,7 @@ GUID ElementId(std::uint8_t number) {
 }
 
 ScriptedCamera::ScriptedCamera(Road road, std::vector<std::string> texts) : descriptions(std::move(texts)) {
-    auto& gate = filter.Property(genicam_adapter::gate_property_set, 0);
+    auto& gate = filter.Property(wire::gate_set, 0);
     gate.Put<std::uint32_t>(0, 5).bytes.resize(144);
     Serve(size_property, &ScriptedCamera::GetSize, nullptr);
     Serve(data_property, &ScriptedCamera::GetData, nullptr);
@@ -122,7 +122,7 @@ ScriptedCamera::ScriptedCamera(Road road, std::vector<std::string> texts) : desc
 
 void ScriptedCamera::Serve(std::uint32_t id, HRESULT (ScriptedCamera::*get)(GetArguments&),
                            HRESULT (ScriptedCamera::*set)(const Bytes&, const Bytes&)) {
-    auto& property = filter.Property(device_property_set, id);
+    auto& property = filter.Property(wire::device_set, id);
     property.get = [this, get](GetArguments& call) {
         const HRESULT hr = (this->*get)(call);
         if (lie && SUCCEEDED(hr)) call.returned = lie(call.returned);
@@ -143,14 +143,14 @@ HRESULT ScriptedCamera::AnswerWith(const Bytes& bytes, GetArguments& call) const
 }
 
 HRESULT ScriptedCamera::GetSize(GetArguments& call) {
-    const auto request = Read<description_request>(call.instance);
+    const auto request = Read<wire::description_request>(call.instance);
     if (request.first_field != 1 || request.index >= descriptions.size())
         return test_support::property_unknown;
     return AnswerWith(BytesOf(static_cast<std::uint32_t>(descriptions[request.index].size())), call);
 }
 
 HRESULT ScriptedCamera::GetData(GetArguments& call) {
-    const auto request = Read<description_request>(call.instance);
+    const auto request = Read<wire::description_request>(call.instance);
     if (request.index >= descriptions.size()) return test_support::property_unknown;
     return AnswerWith(BytesOfText(descriptions[request.index]), call);
 }

@@ -27,6 +27,8 @@ TEST(Options, NothingAsksForTheUsualCameraInAFrame) {
     EXPECT_EQ(options.camera, "");
     EXPECT_EQ(options.access, access_road::as_offered);
     EXPECT_EQ(options.device, "");
+    EXPECT_TRUE(options.driver.empty());
+    EXPECT_FALSE(options.check_driver || options.write || options.json);
     EXPECT_TRUE(options.memory.empty());
     EXPECT_TRUE(options.pictures.empty());
     EXPECT_FALSE(options.trace || options.layout || options.probe || options.list_cameras ||
@@ -58,6 +60,12 @@ TEST(Options, FilesKeepTheirOrderAroundOptions) {
     EXPECT_THAT(options.descriptions, testing::ElementsAre("one.xml", "two.xml", "three.xml"));
 }
 
+TEST(Options, ADriverAndItsCheckAreTaken) {
+    const host_options options = parse_options({"--driver", "my.dll", "--check-driver", "--write", "--json"});
+    EXPECT_EQ(options.driver, "my.dll");
+    EXPECT_TRUE(options.check_driver && options.write && options.json);
+}
+
 TEST(Options, NamesOfFilesAreUtf8) {
     const host_options options = parse_options({"k\xC3\xA4se.xml"});
     ASSERT_EQ(options.descriptions.size(), 1U);
@@ -67,9 +75,9 @@ TEST(Options, NamesOfFilesAreUtf8) {
 TEST(Options, VersionAndHelpArePrinted) {
     EXPECT_EQ(parse_options({"--version"}).message, "selvane_host " SELVANE_VERSION "\n");
     const std::string help = parse_options({"--help"}).message;
-    for (const char* word :
-         {"FILE", "--camera", "--access", "--memory", "--device", "--trace", "--layout", "--probe",
-          "--pictures", "--list-cameras", "--list", "--version", "Exit codes: 0"}) {
+    for (const char* word : {"FILE", "--camera", "--access", "--memory", "--device", "--trace", "--layout",
+                             "--probe", "--pictures", "--driver", "--check-driver", "--write", "--json",
+                             "--list-cameras", "--list", "--version", "Exit codes: 0"}) {
         EXPECT_THAT(help, HasSubstr(word));
     }
 }
@@ -95,6 +103,13 @@ INSTANTIATE_TEST_SUITE_P(All, RefusedOptions,
                                          Refused{{"--device", ""}, "--device needs a value"},
                                          Refused{{"--pictures", ""}, "--pictures needs a value"},
                                          Refused{{"--memory", ""}, "--memory needs a value"},
+                                         Refused{{"--driver", ""}, "--driver needs a value"},
+                                         Refused{{"--driver", "A", "one.xml"}, "excludes"},
+                                         Refused{{"--driver", "A", "--device", "B"}, "excludes"},
+                                         Refused{{"--driver", "A", "--camera", "full"}, "excludes"},
+                                         Refused{{"--write"}, "requires"}, Refused{{"--json"}, "requires"},
+                                         Refused{{"--check-driver", "--probe"}, "excludes"},
+                                         Refused{{"--check-driver", "--json", "--trace"}, "excludes"},
                                          Refused{{"--device", "A", "--memory", "m"}, "excludes"},
                                          Refused{{"--pictures", "out", "--probe"}, "excludes"},
                                          Refused{{"--device", "A", "one.xml"}, "excludes"},

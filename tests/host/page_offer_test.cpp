@@ -3,10 +3,10 @@
 #include "apps/host/page_offer.h"
 
 #include "apps/host/host_error.h"
-#include "apps/host/page_classes.h"
 #include "apps/host/page_server.h"
 #include "simcam/fault.h"
 #include "simcam/simulated_camera.h"
+#include "wire/page_classes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -49,8 +49,8 @@ TEST_F(PageOffer, AMalformedDescriptionFromTheDriverIsNamed) {
 TEST_F(PageOffer, ACameraIsLetGoAfterTheQuestion) {
     const simcam::camera_ptr camera = simcam::make_camera("full");
     const std::vector<page_answer> answers = ask_pages(*camera);
-    ASSERT_EQ(answers.size(), page_classes.size());
-    EXPECT_EQ(willing_pages(answers).size(), page_classes.size());
+    ASSERT_EQ(answers.size(), wire::page_classes.size());
+    EXPECT_EQ(willing_pages(answers).size(), wire::page_classes.size());
     EXPECT_EQ(camera->references(), 1);
 }
 
@@ -73,8 +73,9 @@ TEST(PageServer, TheClassesAreGoneWithIt) {
     const com_apartment apartment;
     { const page_server server(page_server_path()); }
     platform::com_ptr<IUnknown> page;
-    EXPECT_EQ(CoCreateInstance(page_classes[0], nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, page.put_void()),
-              REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(
+        CoCreateInstance(wire::page_classes[0], nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, page.put_void()),
+        REGDB_E_CLASSNOTREG);
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "apps/host/trace_filter.h"
 
-#include "adapter/device_property_set.h"
 #include "adapter/named_access.h"
 #include "items/vendor_properties.h"
 #include "simcam/fault.h"
 #include "simcam/simulated_camera.h"
+#include "wire/device_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,13 +41,13 @@ protected:
     void FetchDescription() {
         std::uint32_t size = 0;
         DWORD returned = 0;
-        description_request request{1, 0};
+        wire::description_request request{1, 0};
         ASSERT_EQ(
-            properties->Get(device_property_set, 1, &request, sizeof request, &size, sizeof size, &returned),
+            properties->Get(wire::device_set, 1, &request, sizeof request, &size, sizeof size, &returned),
             S_OK);
         std::string text(size, '\0');
         ASSERT_EQ(
-            properties->Get(device_property_set, 2, &request, sizeof request, text.data(), size, &returned),
+            properties->Get(wire::device_set, 2, &request, sizeof request, text.data(), size, &returned),
             S_OK);
         EXPECT_EQ(text, camera->options().descriptions[0]);
         TakeLines();
@@ -65,9 +65,9 @@ TEST_F(TraceFilter, SaysWhatTheDriverItselfWroteDown) {
     DWORD support = 0;
     double real = 0;
     std::int64_t number = 0;
-    char entry[selected_entry_size] = {};
-    EXPECT_EQ(properties->QuerySupported(device_property_set, 4, &support), S_OK);
-    EXPECT_EQ(properties->QuerySupported(device_property_set, 9, &support), static_cast<HRESULT>(0x80070490));
+    char entry[SELVANE_SELECTED_ENTRY_SIZE] = {};
+    EXPECT_EQ(properties->QuerySupported(wire::device_set, 4, &support), S_OK);
+    EXPECT_EQ(properties->QuerySupported(wire::device_set, 9, &support), static_cast<HRESULT>(0x80070490));
     EXPECT_EQ(get_named_value(properties.get(), {"Sharpness", "/Value"}, number), S_OK);
     EXPECT_EQ(set_named_value(properties.get(), {"Sharpness", "/Value"}, 5), S_OK);
     EXPECT_EQ(get_named_value(properties.get(), {"Gain", "/Max"}, real), S_OK);
@@ -79,10 +79,9 @@ TEST_F(TraceFilter, SaysWhatTheDriverItselfWroteDown) {
     std::uint64_t address = 0x1048;
     std::uint16_t bytes = 0;
     DWORD returned = 0;
-    EXPECT_EQ(
-        properties->Get(device_property_set, 3, &address, sizeof address, &bytes, sizeof bytes, &returned),
-        S_OK);
-    EXPECT_EQ(properties->Set(device_property_set, 3, &address, sizeof address, &bytes, sizeof bytes), S_OK);
+    EXPECT_EQ(properties->Get(wire::device_set, 3, &address, sizeof address, &bytes, sizeof bytes, &returned),
+              S_OK);
+    EXPECT_EQ(properties->Set(wire::device_set, 3, &address, sizeof address, &bytes, sizeof bytes), S_OK);
     EXPECT_EQ(TakeLines(), camera->transcript());
     EXPECT_EQ(camera->transcript().size(), 10U);
 }
@@ -97,11 +96,10 @@ TEST_F(TraceFilter, TellsOfFloatsOnceTheDescriptionHasPassed) {
 }
 
 TEST_F(TraceFilter, VendorRecordsAreSpelledOut) {
-    ZELAdapterHelper::PropertyRecord record{};
+    wire::integer_record record{};
     DWORD returned = 0;
-    const HRESULT hr =
-        properties->Get(ZELAdapterHelper::vendor_property_set, ZELAdapterHelper::property_trigger, &record,
-                        sizeof record, &record, sizeof record, &returned);
+    const HRESULT hr = properties->Get(wire::vendor_set, ZELAdapterHelper::SELVANE_TRIGGER, &record,
+                                       sizeof record, &record, sizeof record, &returned);
     EXPECT_EQ(hr, S_OK);
     EXPECT_EQ(returned, sizeof record);
     EXPECT_EQ(TakeLines(), camera->transcript());
@@ -128,7 +126,7 @@ TEST_F(TraceFilter, ControlInterfacesAreTraced) {
 TEST_F(TraceFilter, WhatTheDriverThrowsPassesThrough) {
     camera->add_fault(simcam::throw_at(1));
     DWORD support = 0;
-    EXPECT_THROW(static_cast<void>(properties->QuerySupported(device_property_set, 4, &support)),
+    EXPECT_THROW(static_cast<void>(properties->QuerySupported(wire::device_set, 4, &support)),
                  std::runtime_error);
     EXPECT_THAT(TakeLines(), ElementsAre("QuerySupported device 4 -> 0x0, threw"));
 }
@@ -138,7 +136,7 @@ TEST_F(TraceFilter, FailuresAndOddSizesPassUnchanged) {
     std::int64_t number = 7;
     DWORD returned = 0;
     std::uint64_t address = 0x1048;
-    EXPECT_EQ(properties->Get(device_property_set, 3, &address, sizeof address, &number, 2, &returned), S_OK);
+    EXPECT_EQ(properties->Get(wire::device_set, 3, &address, sizeof address, &number, 2, &returned), S_OK);
     EXPECT_EQ(returned, 3U);
     camera->clear_faults();
     camera->add_fault(simcam::fail_nth(1, E_ACCESSDENIED));

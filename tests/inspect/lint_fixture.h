@@ -20,7 +20,7 @@ protected:
     [[nodiscard]] nlohmann::json Lint(const std::string& rule, std::string_view elements,
                                       const std::vector<std::string>& options = {}) const;
 
-    /// The call over all rules.
+    /// The call over all rules but no-marks.
     [[nodiscard]] Outcome LintAll(std::string_view elements,
                                   const std::vector<std::string>& options = {}) const;
 };

@@ -151,13 +151,30 @@ TEST_F(LintMarks, MarksThatNoPageReaches) {
     Finds("mark-lost", "warning",
           "<Category Name=\"Root\"><pFeature>Listed</pFeature></Category>\n" +
               Feature("Listed").insert(34, "@") + "<Category Name=\"Stray\"><Extension>@" +
-              ItemMark('0').substr(11) + "<pFeature>Under</pFeature></Category>\n" +
-              Feature("Under", '2').insert(33, "@") + "<Integer Name=\"I\"><Extension>@" +
-              ItemMark('3').substr(11) + "<Value>1</Value></Integer>",
+              ItemMark('0').substr(11) + "<pFeature>Under</pFeature></Category>\n" + Feature("Under", '2') +
+              "<Integer Name=\"I\"><Extension>@" + ItemMark('3').substr(11) + "<Value>1</Value></Integer>",
           {"Listed is marked as an element, but no item lists it", "no way leads from Root to the item Stray",
-           "Under is marked as an element, but no item lists it",
            "I is marked as an item, but is no category"});
     FindsNothing("mark-lost", Page());
+}
+
+// The item's mark lacks a brace, which is told; what it lists is lost for no other reason.
+TEST_F(LintMarks, WhatFollowsFromAMisspeltMarkIsNotToldAgain) {
+    std::string page = Page();
+    page.replace(page.find("ZELItemGUID>{"), 13, "ZELItemGUID>");
+    FindsNothing("mark-lost", page);
+    EXPECT_EQ(Lint("mark-guid", page).size(), 1U);
+}
+
+TEST_F(LintMarks, NoneAtAll) {
+    const auto lint = [&](const std::string& elements) {
+        return Call({"lint", "--json", "--only", "no-marks", WriteElements(elements)}).Json()["files"][0];
+    };
+    const nlohmann::json none = lint("<Integer Name=\"I\"><Value>1</Value></Integer>");
+    EXPECT_EQ(none["notes"], 1);
+    EXPECT_EQ(none["findings"][0]["message"], "nothing is marked for the pages");
+    EXPECT_EQ(lint(Page())["notes"], 0);
+    EXPECT_EQ(lint("<Integer Name=\"I\">" + ElementMark('1') + "<Value>1</Value></Integer>")["notes"], 0);
 }
 
 TEST_F(LintMarks, AnItemInsideAnItemIsLost) {
@@ -195,15 +212,33 @@ TEST_F(LintMarks, ElementsWithoutALock) {
                                   ElementMark('1') + "</String>");
 }
 
+TEST_F(LintMarks, ElementsThatAreGrey) {
+    const auto feature = [](const std::string& link) {
+        return "<Integer Name=\"I\">" + ElementMark('1') + "@" + link + "<Value>1</Value></Integer>\n" +
+               "<Integer Name=\"Locked\"><Value>0</Value></Integer>\n<IntSwissKnife Name=\"Free\"><pVariable "
+               "Name=\"X\">Locked</pVariable><Formula>X=0</Formula></IntSwissKnife>";
+    };
+    const auto unmarked = [&](const std::string& link) {
+        std::string text = feature(link);
+        text.erase(text.find('@'), 1);
+        return text;
+    };
+    Finds("mark-grey", "note", feature("<pIsLocked>Locked</pIsLocked>"),
+          {"a control is grey over these registers: its pIsLocked Locked reads 0"});
+    FindsNothing("mark-grey", unmarked("<pIsLocked>Free</pIsLocked>"));
+    FindsNothing("mark-grey", unmarked(""));  // which is another finding
+    FindsNothing("mark-grey", Page());
+}
+
 TEST_F(LintMarks, EntriesThatAreNotCountedFromZero) {
     const auto enumeration = [](const std::string& mark, int first, int second) {
         return "<Enumeration Name=\"E\">" + mark + "<Value>1</Value><EnumEntry Name=\"A\"><Value>" +
                std::to_string(first) + "</Value></EnumEntry><EnumEntry Name=\"B\"><Value>" +
                std::to_string(second) + "</Value></EnumEntry></Enumeration>";
     };
-    Finds("mark-entries", "note", "@" + enumeration(ElementMark('1'), 1, 2),
+    Finds("mark-entries", "warning", "@" + enumeration(ElementMark('1'), 1, 2),
           {"E is marked, and its entries are not numbered from 0 without gaps"});
-    Finds("mark-entries", "note", "@" + enumeration(ElementMark('1'), 0, 2),
+    Finds("mark-entries", "warning", "@" + enumeration(ElementMark('1'), 0, 2),
           {"E is marked, and its entries are not numbered from 0 without gaps"});
     FindsNothing("mark-entries", enumeration(ElementMark('1'), 0, 1));
     FindsNothing("mark-entries", enumeration("", 3, 7));

@@ -4,6 +4,8 @@
 #include "tests/inspect/inspection.h"
 
 #include <filesystem>
+#include <map>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -115,6 +117,20 @@ TEST_F(PagesCommand, TellsWhatLiesBeyondTheEdge) {
     EXPECT_EQ(page[14], "    check box [x] F13 (grey) -- beyond the edge of the page");
 }
 
+TEST_F(PagesCommand, SaysWhereToBeginWhenNothingIsMarked) {
+    const std::string file = WriteElements("<Integer Name=\"A\"><Value>1</Value></Integer>");
+    const std::string note =
+        file +
+        ": nothing is marked for the pages. Begin with an item: a category below Root with "
+        "a ZELItemGUID, which lists features with a ZELElementGUID.";
+    EXPECT_THAT(Pages(file).out, testing::EndsWith("\n\n" + note + "\n"));
+    EXPECT_EQ(Pages(file, {"--json"}).Json()["note"], note);
+    // A mark that leads nowhere is another matter, and lint's.
+    const std::string lost = WriteElements("<Integer Name=\"A\">" + Mark('1') + "<Value>1</Value></Integer>");
+    EXPECT_THAT(Pages(lost).out, Not(HasSubstr("nothing is marked")));
+    EXPECT_FALSE(Pages(lost, {"--json"}).Json().contains("note"));
+}
+
 TEST_F(PagesCommand, TakesEitherRoad) {
     const std::string file = WriteItem(
         "<pFeature>A</pFeature>",
@@ -131,6 +147,102 @@ TEST_F(PagesCommand, TakesEitherRoad) {
     EXPECT_THAT(FeaturePage(combo, {"--access", "named"}),
                 ElementsAre("  Item:", HasSubstr("E: combo \"Y\" of X, Y")));
     EXPECT_EQ(Pages(combo, {"--access", "air"}).code, 2);
+}
+
+// What authors are told to do with a description that was written for other programs.
+TEST_F(PagesCommand, AFormulaTurnsALockRoundAndAConverterNumbersEntries) {
+    const std::string file = WriteItem(
+        "<pFeature>Width</pFeature><pFeature>TestImage</pFeature>",
+        "<Integer Name=\"Width\">" + Mark('1') +
+            "<pIsLocked>MayBeChanged</pIsLocked><Value>640</Value><Min>8</Min><Max>16376</Max></Integer>\n"
+            "<Enumeration Name=\"TestImage\">" +
+            Mark('2') +
+            "<pIsLocked>MayBeChanged</pIsLocked><EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
+            "<EnumEntry Name=\"Pattern\"><Value>1</Value></EnumEntry><pValue>Number</pValue></Enumeration>\n"
+            "<IntConverter Name=\"Number\"><FormulaTo>FROM*2147483648</FormulaTo>"
+            "<FormulaFrom>TO/2147483648</FormulaFrom><pValue>Reg</pValue></IntConverter>\n"
+            "<IntReg Name=\"Reg\"><Address>0x10</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+            "<pPort>Device</pPort></IntReg>\n<IntReg "
+            "Name=\"Locked\"><Address>0x14</Address><Length>4</Length>"
+            "<AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>\n"
+            "<IntSwissKnife Name=\"MayBeChanged\"><pVariable Name=\"LOCKED\">Locked</pVariable>"
+            "<Formula>LOCKED=0</Formula></IntSwissKnife>\n<Port Name=\"Device\"/>");
+    EXPECT_THAT(FeaturePage(file, {"--register", "0x10=80 00 00 00"}),
+                ElementsAre("  Item:", "    Width: slider 8 to 16376, edit \"640\", spin button",
+                            "    TestImage: combo \"Pattern\" of Off, Pattern"));
+    EXPECT_THAT(FeaturePage(file, {"--register", "0x14=00 00 00 01"}),
+                ElementsAre("  Item:", "    Width: slider 8 to 16376 (grey), edit \"640\", spin button",
+                            "    TestImage: combo \"Off\" of Off, Pattern (grey)"));
+}
+
+// An integer, a float, a boolean, an enumeration and a command, with the same values whoever is asked.
+class FiveKindsOfFeatures : public PagesCommand {
+protected:
+    [[nodiscard]] std::string FiveKinds() const {
+        return WriteItem(
+            "<pFeature>A</pFeature><pFeature>B</pFeature><pFeature>C</pFeature><pFeature>D</pFeature>"
+            "<pFeature>E</pFeature>",
+            "<Integer Name=\"A\">" + Mark('1') +
+                "<pIsLocked>Yes</pIsLocked><Value>25</Value><Min>-100</Min><Max>400</Max><Inc>5</Inc>"
+                "</Integer>\n<Float Name=\"B\">" +
+                Mark('2') +
+                "<pIsLocked>Yes</pIsLocked><Value>2.5</Value><Min>-1</Min><Max>10</Max><Unit>ms</Unit>"
+                "</Float>\n<Boolean Name=\"C\">" +
+                Mark('3') +
+                "<pIsLocked>Yes</pIsLocked><Value>true</Value></Boolean>\n<Enumeration Name=\"D\">" +
+                Mark('4') +
+                "<pIsLocked>Yes</pIsLocked><Value>1</Value><EnumEntry Name=\"X\"><Value>0</Value></EnumEntry>"
+                "<EnumEntry Name=\"Y\"><Value>1</Value></EnumEntry></Enumeration>\n<Command Name=\"E\">" +
+                Mark('5') +
+                "<pIsLocked>Yes</pIsLocked><Value>0</Value><CommandValue>1</CommandValue></Command>\n"
+                "<Integer Name=\"Yes\"><Value>1</Value></Integer>");
+    }
+};
+
+class EitherRoad : public FiveKindsOfFeatures, public testing::WithParamInterface<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(All, EitherRoad, testing::Values("registers", "named"));
+
+TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsText) {
+    EXPECT_THAT(FeaturePage(FiveKinds(), {"--access", GetParam()}),
+                ElementsAre("  Item:", "    A: slider -100 to 400 by 5, edit \"25\", spin button",
+                            "    B: slider -1 to 10 ms, edit \"2.500 ms\", spin button",
+                            "    check box [x] C", "    D: combo \"Y\" of X, Y", "    button \"E\""));
+}
+
+TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsData) {
+    const nlohmann::json json = Pages(FiveKinds(), {"--access", GetParam(), "--json"}).Json();
+    std::map<std::string, nlohmann::json> shown;
+    for (const nlohmann::json& control : json["pages"][1]["controls"]) {
+        if (control.contains("feature")) shown.emplace(control["feature"], control);  // the first of each
+    }
+    ASSERT_EQ(shown.size(), 5U);
+    for (const auto& [feature, control] : shown) EXPECT_EQ(control["enabled"], true) << feature;
+    EXPECT_EQ(shown["A"]["min"], -100.0);
+    EXPECT_EQ(shown["A"]["max"], 400.0);
+    EXPECT_EQ(shown["A"]["step"], 5.0);
+    EXPECT_EQ(shown["A"]["position"], 25);
+    EXPECT_EQ(shown["B"]["min"], -1.0);
+    EXPECT_EQ(shown["B"]["max"], 10.0);
+    EXPECT_FALSE(shown["B"].contains("step"));
+    EXPECT_EQ(shown["C"]["checked"], true);
+    EXPECT_EQ(shown["D"]["text"], "Y");
+    EXPECT_EQ(shown["E"]["kind"], "button");
+}
+
+TEST_F(FiveKindsOfFeatures, DrawsTheSamePictureOfTheFiveKinds) {
+    std::string pictures[2];
+    for (const auto& [road, picture] :
+         {std::pair("registers", &pictures[0]), std::pair("named", &pictures[1])}) {
+        const std::string folder = PathOf(road);
+        EXPECT_EQ(Pages(FiveKinds(), {"--access", road, "--svg", folder}).code, 0);
+        *picture = selvane_inspect::read_file((std::filesystem::u8path(folder) / "feature.svg").u8string());
+    }
+    EXPECT_EQ(pictures[0], pictures[1]);
+    for (const char* kind : {"slider", "edit", "spin-button", "check-box", "combo", "button"}) {
+        EXPECT_THAT(pictures[0], HasSubstr(std::string("<g class=\"") + kind + "\""));
+    }
+    EXPECT_THAT(pictures[0], HasSubstr(">25</text>"));
 }
 
 TEST_F(PagesCommand, Json) {

@@ -26,7 +26,7 @@ TEST_F(VendorPropertiesTest, SupportNeedsSuccessAndOneOfTheTwoBits) {
 
 TEST_F(VendorPropertiesTest, GetPropertyHandsOverAZeroRecordAsInstanceAndData) {
     Vendor(106).bytes = IntRecord(-5, 6, 7, -8, 9, 10);
-    PropertyRecord record;
+    wire::integer_record record;
     std::fill_n(reinterpret_cast<std::uint8_t*>(&record), sizeof(record), std::uint8_t{0xCC});
     EXPECT_EQ(GetProperty(driver, 106, record), S_OK);
     EXPECT_EQ(Asked(), Requests{GetInt(106)});
@@ -40,7 +40,7 @@ TEST_F(VendorPropertiesTest, GetPropertyHandsOverAZeroRecordAsInstanceAndData) {
 
 TEST_F(VendorPropertiesTest, GetFloatPropertyHandsOverAZeroRecordAsInstanceAndData) {
     Vendor(200).bytes = FloatRecord(0.5F, 0.25F, 4.0F, 1.0F, 3, 5);
-    FloatPropertyRecord record;
+    wire::float_record record;
     std::fill_n(reinterpret_cast<std::uint8_t*>(&record), sizeof(record), std::uint8_t{0xCC});
     EXPECT_EQ(GetFloatProperty(driver, 200, record), S_OK);
     EXPECT_EQ(Asked(), Requests{GetFloat(200)});
@@ -84,7 +84,7 @@ TEST_F(VendorPropertiesTest, WritesAreZeroButForValueAndManualFlag) {
 TEST_F(VendorPropertiesTest, WholeRecordsGoOutAsTheyAre) {
     Vendor(115);
     Vendor(200);
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     record.header[0] = 0xAB;
     record.value = 1;
     record.flags = 2;
@@ -93,7 +93,7 @@ TEST_F(VendorPropertiesTest, WholeRecordsGoOutAsTheyAre) {
     record.max = 5;
     record.default_value = 6;
     EXPECT_EQ(SetProperty(driver, 115, record), S_OK);
-    FloatPropertyRecord float_record = {};
+    wire::float_record float_record = {};
     float_record.value = 1.0F;
     float_record.capabilities = 9;
     float_record.unused[7] = 0xCD;
@@ -148,7 +148,7 @@ TEST_F(VendorPropertiesTest, ADriverThatWritesIntoItsInputHarmsNoRecord) {
         }
         HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID, DWORD, DWORD*) override { return S_OK; }
     } scribbler;
-    PropertyRecord record = {};
+    wire::integer_record record = {};
     record.value = 42;
     EXPECT_EQ(SetProperty(scribbler, 106, record), S_OK);
     EXPECT_EQ(record.value, 42);

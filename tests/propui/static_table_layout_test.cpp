@@ -43,9 +43,9 @@ protected:
     }
 
     test_support::ScriptedProperty& Vendor(std::uint32_t id) {
-        return driver_.Property(ZELAdapterHelper::vendor_property_set, id);
+        return driver_.Property(wire::vendor_set, id);
     }
-    void Remove(std::uint32_t id) { driver_.RemoveProperty(ZELAdapterHelper::vendor_property_set, id); }
+    void Remove(std::uint32_t id) { driver_.RemoveProperty(wire::vendor_set, id); }
     void PutRange(std::uint32_t id, std::int32_t min, std::int32_t max) {
         Vendor(id).Put(36, min).Put(40, max).Put(44, min);
     }

@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(All, SwitchableInterface,
 TEST(CameraObject, RefusesNullPlaces) {
     const camera_ptr camera = make_camera(camera_options{});
     EXPECT_EQ(camera->QueryInterface(platform::iid_unknown, nullptr), E_POINTER);
-    const GUID set = genicam_adapter::gate_property_set;
+    const GUID set = wire::gate_set;
     EXPECT_EQ(camera->property_set()->QuerySupported(set, 0, nullptr), E_POINTER);
     std::uint8_t data[144] = {};
     DWORD returned = 0;
@@ -95,20 +95,16 @@ TEST(CameraObject, AnswersTheGate) {
     options.device_kind = 9;
     const camera_ptr camera = make_camera(options);
     DWORD support = 0;
-    EXPECT_EQ(camera->property_set()->QuerySupported(genicam_adapter::gate_property_set, 0, &support), S_OK);
+    EXPECT_EQ(camera->property_set()->QuerySupported(wire::gate_set, 0, &support), S_OK);
     EXPECT_EQ(support, 1U);
     std::uint8_t block[144] = {};
     DWORD returned = 0;
-    EXPECT_EQ(
-        camera->property_set()->Get(genicam_adapter::gate_property_set, 0, block, 144, block, 144, &returned),
-        S_OK);
+    EXPECT_EQ(camera->property_set()->Get(wire::gate_set, 0, block, 144, block, 144, &returned), S_OK);
     EXPECT_EQ(returned, 144U);
     EXPECT_EQ(value_of<std::uint32_t>(bytes(block, block + 144)), 9U);
     EXPECT_TRUE(camera->calls().back().one_buffer);
-    EXPECT_EQ(get_property(*camera, genicam_adapter::gate_property_set, 0, bytes(144), 143).result,
-              buffer_too_small);
-    EXPECT_EQ(get_property(*camera, genicam_adapter::gate_property_set, 1, bytes(144), 144).result,
-              set_unknown);
+    EXPECT_EQ(get_property(*camera, wire::gate_set, 0, bytes(144), 143).result, buffer_too_small);
+    EXPECT_EQ(get_property(*camera, wire::gate_set, 1, bytes(144), 144).result, set_unknown);
 }
 
 TEST(CameraObject, CanBeWithoutAGate) {
@@ -116,11 +112,9 @@ TEST(CameraObject, CanBeWithoutAGate) {
     options.gate_set = false;
     const camera_ptr camera = make_camera(options);
     DWORD support = 7;
-    EXPECT_EQ(camera->property_set()->QuerySupported(genicam_adapter::gate_property_set, 0, &support),
-              set_unknown);
+    EXPECT_EQ(camera->property_set()->QuerySupported(wire::gate_set, 0, &support), set_unknown);
     EXPECT_EQ(support, 7U);
-    EXPECT_EQ(get_property(*camera, genicam_adapter::gate_property_set, 0, bytes(144), 144).result,
-              set_unknown);
+    EXPECT_EQ(get_property(*camera, wire::gate_set, 0, bytes(144), 144).result, set_unknown);
 }
 
 TEST(CameraObject, KnowsNoOtherSet) {

@@ -6,14 +6,13 @@ namespace simcam_test {
 namespace {
 
 using namespace simcam;
-namespace property = genicam_adapter::device_property;
 
 bytes request(std::uint32_t first_field, std::uint32_t index) {
-    return bytes_of(genicam_adapter::description_request{first_field, index});
+    return bytes_of(wire::description_request{first_field, index});
 }
 
 answer ask(simulated_camera& camera, DWORD id, bytes instance, std::size_t size) {
-    return get_property(camera, genicam_adapter::device_property_set, id, std::move(instance), size);
+    return get_property(camera, wire::device_set, id, std::move(instance), size);
 }
 
 camera_options two_texts() {
@@ -24,11 +23,11 @@ camera_options two_texts() {
 
 TEST(DescriptionAccess, GivesSizeAndText) {
     const camera_ptr camera = make_camera(two_texts());
-    const answer size = ask(*camera, property::description_size, request(1, 0), 4);
+    const answer size = ask(*camera, SELVANE_DESCRIPTION_SIZE, request(1, 0), 4);
     EXPECT_EQ(size.result, S_OK);
     EXPECT_EQ(size.returned, 4U);
     EXPECT_EQ(value_of<std::uint32_t>(size.data), 8U);
-    const answer text = ask(*camera, property::description_data, request(1, 0), 8);
+    const answer text = ask(*camera, SELVANE_DESCRIPTION_DATA, request(1, 0), 8);
     EXPECT_EQ(text.result, S_OK);
     EXPECT_EQ(text.returned, 8U);
     EXPECT_EQ(text.data, text_bytes("<first/>"));
@@ -36,8 +35,7 @@ TEST(DescriptionAccess, GivesSizeAndText) {
 
 TEST(DescriptionAccess, HandsOutWhatItCannotReadItself) {
     const camera_ptr camera = make_camera(two_texts());
-    EXPECT_EQ(ask(*camera, property::description_data, request(1, 1), 16).data,
-              text_bytes("not xml at all <"));
+    EXPECT_EQ(ask(*camera, SELVANE_DESCRIPTION_DATA, request(1, 1), 16).data, text_bytes("not xml at all <"));
     EXPECT_EQ(camera->document_count(), 2U);
     EXPECT_NE(camera->document(0), nullptr);
     EXPECT_EQ(camera->document(1), nullptr);
@@ -47,18 +45,18 @@ TEST(DescriptionAccess, HandsOutAnEmptyText) {
     camera_options options;
     options.descriptions = {""};
     const camera_ptr camera = make_camera(options);
-    const answer size = ask(*camera, property::description_size, request(1, 0), 4);
+    const answer size = ask(*camera, SELVANE_DESCRIPTION_SIZE, request(1, 0), 4);
     EXPECT_EQ(size.result, S_OK);
     EXPECT_EQ(value_of<std::uint32_t>(size.data), 0U);
-    const answer text = ask(*camera, property::description_data, request(1, 0), 0);
+    const answer text = ask(*camera, SELVANE_DESCRIPTION_DATA, request(1, 0), 0);
     EXPECT_EQ(text.result, S_OK);
     EXPECT_EQ(text.returned, 0U);
 }
 
 TEST(DescriptionAccess, EndsBehindTheLast) {
     const camera_ptr camera = make_camera(two_texts());
-    EXPECT_TRUE(FAILED(ask(*camera, property::description_size, request(1, 2), 4).result));
-    EXPECT_TRUE(FAILED(ask(*camera, property::description_data, request(1, 2), 4).result));
+    EXPECT_TRUE(FAILED(ask(*camera, SELVANE_DESCRIPTION_SIZE, request(1, 2), 4).result));
+    EXPECT_TRUE(FAILED(ask(*camera, SELVANE_DESCRIPTION_DATA, request(1, 2), 4).result));
 }
 
 TEST(DescriptionAccess, TakesTheFirstFieldThatItKnows) {
@@ -66,35 +64,33 @@ TEST(DescriptionAccess, TakesTheFirstFieldThatItKnows) {
     for (const std::uint32_t known : {0U, 1U}) {
         options.description_field = known;
         const camera_ptr camera = make_camera(options);
-        EXPECT_EQ(ask(*camera, property::description_size, request(known, 0), 4).result, S_OK);
-        EXPECT_EQ(ask(*camera, property::description_size, request(1 - known, 0), 4).result, E_INVALIDARG);
-        EXPECT_EQ(ask(*camera, property::description_size, request(2, 0), 4).result, E_INVALIDARG);
+        EXPECT_EQ(ask(*camera, SELVANE_DESCRIPTION_SIZE, request(known, 0), 4).result, S_OK);
+        EXPECT_EQ(ask(*camera, SELVANE_DESCRIPTION_SIZE, request(1 - known, 0), 4).result, E_INVALIDARG);
+        EXPECT_EQ(ask(*camera, SELVANE_DESCRIPTION_SIZE, request(2, 0), 4).result, E_INVALIDARG);
     }
 }
 
 TEST(DescriptionAccess, WritesNothingIntoABufferThatIsTooSmall) {
     const camera_ptr camera = make_camera(two_texts());
-    const answer size = ask(*camera, property::description_size, request(1, 0), 3);
+    const answer size = ask(*camera, SELVANE_DESCRIPTION_SIZE, request(1, 0), 3);
     EXPECT_EQ(size.result, buffer_too_small);
     EXPECT_EQ(size.data, bytes(3));
-    const answer text = ask(*camera, property::description_data, request(1, 0), 7);
+    const answer text = ask(*camera, SELVANE_DESCRIPTION_DATA, request(1, 0), 7);
     EXPECT_EQ(text.result, buffer_too_small);
     EXPECT_EQ(text.data, bytes(7));
 }
 
 TEST(DescriptionAccess, RefusesAShortRequest) {
     const camera_ptr camera = make_camera(two_texts());
-    EXPECT_EQ(ask(*camera, property::description_size, bytes(7), 4).result, E_INVALIDARG);
+    EXPECT_EQ(ask(*camera, SELVANE_DESCRIPTION_SIZE, bytes(7), 4).result, E_INVALIDARG);
 }
 
 TEST(DescriptionAccess, CannotBeWritten) {
     const camera_ptr camera = make_camera(two_texts());
-    for (const DWORD id : {property::description_size, property::description_data}) {
-        EXPECT_EQ(set_property(*camera, genicam_adapter::device_property_set, id, request(1, 0), bytes(4)),
-                  property_unknown);
+    for (const DWORD id : {SELVANE_DESCRIPTION_SIZE, SELVANE_DESCRIPTION_DATA}) {
+        EXPECT_EQ(set_property(*camera, wire::device_set, id, request(1, 0), bytes(4)), property_unknown);
         DWORD support = 0;
-        EXPECT_EQ(camera->property_set()->QuerySupported(genicam_adapter::device_property_set, id, &support),
-                  S_OK);
+        EXPECT_EQ(camera->property_set()->QuerySupported(wire::device_set, id, &support), S_OK);
         EXPECT_EQ(support, 1U);
     }
 }
@@ -110,11 +106,10 @@ TEST_P(AccessRoads, OfferWhatTheOptionsSay) {
     options.named_access = GetParam().named;
     options.register_access = GetParam().registers;
     const camera_ptr camera = make_camera(options);
-    for (const auto& [id, offered] : {std::pair(property::register_access, GetParam().registers),
-                                      std::pair(property::named_access, GetParam().named)}) {
+    for (const auto& [id, offered] : {std::pair(SELVANE_REGISTER_ACCESS, GetParam().registers),
+                                      std::pair(SELVANE_NAMED_ACCESS, GetParam().named)}) {
         DWORD support = 0;
-        const HRESULT result =
-            camera->property_set()->QuerySupported(genicam_adapter::device_property_set, id, &support);
+        const HRESULT result = camera->property_set()->QuerySupported(wire::device_set, id, &support);
         EXPECT_EQ(result, offered ? S_OK : property_unknown);
         EXPECT_EQ(support, offered ? 3U : 0U);
     }

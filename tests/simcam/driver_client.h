@@ -1,7 +1,7 @@
 #pragma once
 
-#include "adapter/device_property_set.h"
 #include "simcam/simulated_camera.h"
+#include "wire/device_set.h"
 
 #include <cstdint>
 #include <cstring>
@@ -57,23 +57,19 @@ inline bytes path_request(std::string_view path) {
 }
 
 inline answer get_path(simcam::simulated_camera& camera, std::string_view path, std::size_t size = 8) {
-    return get_property(camera, genicam_adapter::device_property_set,
-                        genicam_adapter::device_property::named_access, path_request(path), size);
+    return get_property(camera, wire::device_set, SELVANE_NAMED_ACCESS, path_request(path), size);
 }
 
 inline HRESULT set_path(simcam::simulated_camera& camera, std::string_view path, bytes data) {
-    return set_property(camera, genicam_adapter::device_property_set,
-                        genicam_adapter::device_property::named_access, path_request(path), std::move(data));
+    return set_property(camera, wire::device_set, SELVANE_NAMED_ACCESS, path_request(path), std::move(data));
 }
 
 inline answer get_register(simcam::simulated_camera& camera, std::uint64_t address, std::size_t size) {
-    return get_property(camera, genicam_adapter::device_property_set,
-                        genicam_adapter::device_property::register_access, bytes_of(address), size);
+    return get_property(camera, wire::device_set, SELVANE_REGISTER_ACCESS, bytes_of(address), size);
 }
 
 inline HRESULT set_register(simcam::simulated_camera& camera, std::uint64_t address, bytes data) {
-    return set_property(camera, genicam_adapter::device_property_set,
-                        genicam_adapter::device_property::register_access, bytes_of(address),
+    return set_property(camera, wire::device_set, SELVANE_REGISTER_ACCESS, bytes_of(address),
                         std::move(data));
 }
 

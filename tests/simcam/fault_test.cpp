@@ -35,8 +35,7 @@ TEST_F(Faults, CountEveryKindOfCall) {
     camera_->add_fault(fail_nth(3, E_FAIL));
     DWORD support = 0;
     LONG value = 0, flags = 0;
-    EXPECT_EQ(camera_->property_set()->QuerySupported(genicam_adapter::device_property_set, 4, &support),
-              S_OK);
+    EXPECT_EQ(camera_->property_set()->QuerySupported(wire::device_set, 4, &support), S_OK);
     EXPECT_EQ(set_path(*camera_, "I/Value", bytes_of(std::int64_t{2})), S_OK);
     EXPECT_EQ(camera_->camera_control()->Get(4, &value, &flags), E_FAIL);
     EXPECT_EQ(camera_->video_proc_amp()->Get(9, &value, &flags), S_OK);
@@ -63,7 +62,7 @@ TEST_F(Faults, StrikeWhereTheFilterSays) {
 }
 
 TEST_F(Faults, KnowTheFiltersOfCalls) {
-    const GUID device = genicam_adapter::device_property_set;
+    const GUID device = wire::device_set;
     (void)get_path(*camera_, "I/Value");
     (void)set_path(*camera_, "I/Value", bytes(8));
     (void)get_register(*camera_, 0x20, 4);
@@ -95,8 +94,7 @@ TEST_F(Faults, LoseTheCamera) {
     EXPECT_EQ(Read(), static_cast<HRESULT>(0x80070651));
     EXPECT_EQ(Read(), static_cast<HRESULT>(0x80070651));
     DWORD support = 0;
-    EXPECT_EQ(camera_->property_set()->QuerySupported(genicam_adapter::gate_property_set, 0, &support),
-              camera_lost);
+    EXPECT_EQ(camera_->property_set()->QuerySupported(wire::gate_set, 0, &support), camera_lost);
 }
 
 TEST_F(Faults, Throw) {
@@ -118,9 +116,8 @@ TEST_F(Faults, ThrowWhatTheActionThrows) {
 }
 
 TEST_F(Faults, LieAboutSizes) {
-    camera_->add_fault(claim_size(property_calls(genicam_adapter::device_property_set, 1), 2));
-    const answer got =
-        get_property(*camera_, genicam_adapter::device_property_set, 1, bytes_of(std::uint64_t{1}), 4);
+    camera_->add_fault(claim_size(property_calls(wire::device_set, 1), 2));
+    const answer got = get_property(*camera_, wire::device_set, 1, bytes_of(std::uint64_t{1}), 4);
     EXPECT_EQ(got.result, S_OK);
     EXPECT_EQ(got.returned, 2U);
     EXPECT_EQ(value_of<std::uint32_t>(got.data), camera_->options().descriptions[0].size());
@@ -158,8 +155,7 @@ TEST_F(Faults, AnswerAnotherSupportWord) {
     odd.support = 0;
     camera_->add_fault(odd);
     DWORD support = 9;
-    EXPECT_EQ(camera_->property_set()->QuerySupported(genicam_adapter::device_property_set, 4, &support),
-              S_OK);
+    EXPECT_EQ(camera_->property_set()->QuerySupported(wire::device_set, 4, &support), S_OK);
     EXPECT_EQ(support, 0U);
 }
 

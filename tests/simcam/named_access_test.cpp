@@ -191,7 +191,7 @@ TEST_F(NamedAccess, WantsEightBytesForANumber) {
 }
 
 TEST_F(NamedAccess, RefusesARequestOutOfShape) {
-    const GUID set = genicam_adapter::device_property_set;
+    const GUID set = wire::device_set;
     bytes reserved = path_request("I/Value");
     reserved[7] = 1;
     EXPECT_EQ(get_property(*camera_, set, 4, reserved, 8).result, E_INVALIDARG);

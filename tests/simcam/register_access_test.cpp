@@ -31,7 +31,7 @@ TEST(RegisterAccess, ReportsWhatTheMemoryRefuses) {
 
 TEST(RegisterAccess, RefusesAShortAddress) {
     const camera_ptr camera = make_camera(camera_options{});
-    const GUID set = genicam_adapter::device_property_set;
+    const GUID set = wire::device_set;
     EXPECT_EQ(get_property(*camera, set, 3, bytes(7), 4).result, E_INVALIDARG);
     EXPECT_EQ(set_property(*camera, set, 3, bytes(7), bytes(4)), E_INVALIDARG);
 }

@@ -1,7 +1,7 @@
-#include "adapter/device_property_set.h"
 #include "data_paths.h"
 #include "tests/simcam/marked_cameras.h"
 #include "tests/simcam/page_view.h"
+#include "wire/device_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -56,7 +56,7 @@ void PrintTo(const traffic& calls, std::ostream* out) {
 std::uint64_t take_calls(simulated_camera& camera, DWORD property) {
     std::uint64_t count = 0;
     for (const driver_call& call : camera.calls()) {
-        if (call.set != genicam_adapter::device_property_set) continue;
+        if (call.set != wire::device_set) continue;
         EXPECT_EQ(call.kind, call_kind::get);
         EXPECT_EQ(call.id, property);
         ++count;
@@ -82,8 +82,7 @@ traffic measure(camera_on_pages& seen, DWORD property, ZELPropUI::PageName page)
 std::vector<traffic> measure_all(const std::string& name, const camera_options& options, bool named) {
     camera_on_pages seen(on_one_road(options, named));
     (void)seen.adapter->get_item_table();
-    const DWORD property = named ? genicam_adapter::device_property::named_access
-                                 : genicam_adapter::device_property::register_access;
+    const DWORD property = named ? SELVANE_NAMED_ACCESS : SELVANE_REGISTER_ACCESS;
     std::vector<traffic> all;
     for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
         all.push_back(measure(seen, property, page));

@@ -28,11 +28,11 @@ protected:
 
 TEST_F(Transcript, ReadsAsLines) {
     DWORD support = 0;
-    camera_->property_set()->QuerySupported(genicam_adapter::device_property_set, 4, &support);
+    camera_->property_set()->QuerySupported(wire::device_set, 4, &support);
     camera_->property_set()->QuerySupported(vendor_set, 1, &support);
-    (void)get_property(*camera_, genicam_adapter::gate_property_set, 0, bytes(144), 144);
-    (void)get_property(*camera_, genicam_adapter::device_property_set, 1, bytes_of(std::uint64_t{1}), 4);
-    (void)get_property(*camera_, genicam_adapter::device_property_set, 2, bytes_of(std::uint64_t{1}), 400);
+    (void)get_property(*camera_, wire::gate_set, 0, bytes(144), 144);
+    (void)get_property(*camera_, wire::device_set, 1, bytes_of(std::uint64_t{1}), 4);
+    (void)get_property(*camera_, wire::device_set, 2, bytes_of(std::uint64_t{1}), 400);
     const std::string size = std::to_string(camera_->options().descriptions[0].size());
     EXPECT_THAT(camera_->transcript(),
                 ElementsAre("QuerySupported device 4 -> 0x3, ok", "QuerySupported vendor 1, 0x80070490",

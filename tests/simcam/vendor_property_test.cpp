@@ -250,17 +250,17 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsLimits) {
 TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
     const held_model model = Model();
     strobe_property& strobe = model->strobe[125];
-    strobe.restrictions = strobe_without_polarity | strobe_without_delay;
+    strobe.restrictions = wire::strobe_no_polarity | wire::strobe_no_delay;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 60, 0)), S_OK);
     EXPECT_EQ(strobe.polarity, 1);
     EXPECT_EQ(strobe.delay, 0);
-    EXPECT_EQ(strobe.restrictions, strobe_without_polarity | strobe_without_delay);
+    EXPECT_EQ(strobe.restrictions, wire::strobe_no_polarity | wire::strobe_no_delay);
 }
 
 TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
     const held_model model = Model();
     strobe_property& strobe = model->strobe[125];
-    strobe.restrictions = strobe_exposure_only;
+    strobe.restrictions = wire::strobe_no_duration;
     strobe.follow_exposure = 1;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 44, 70)), S_OK);
     EXPECT_EQ(strobe.follow_exposure, 1);
@@ -270,11 +270,11 @@ TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
 
 TEST_F(VendorProperty, TakesTheTriggerBitsThatItHas) {
     EXPECT_EQ(field<std::uint32_t>(Get(115, 48), at_flags), 4U);
-    EXPECT_EQ(SetValue(115, 0, trigger_flag_polarity | trigger_flag_operation | 0x80000000U), S_OK);
-    EXPECT_EQ(Model()->integers[115].flags, trigger_flag_polarity | trigger_flag_operation);
-    Model()->integers[115].capabilities = trigger_flag_operation;
-    EXPECT_EQ(SetValue(115, 0, trigger_flag_polarity | trigger_flag_off), S_OK);
-    EXPECT_EQ(Model()->integers[115].flags, trigger_flag_off);
+    EXPECT_EQ(SetValue(115, 0, wire::trigger_polarity | wire::trigger_operation | 0x80000000U), S_OK);
+    EXPECT_EQ(Model()->integers[115].flags, wire::trigger_polarity | wire::trigger_operation);
+    Model()->integers[115].capabilities = wire::trigger_operation;
+    EXPECT_EQ(SetValue(115, 0, wire::trigger_polarity | wire::trigger_off), S_OK);
+    EXPECT_EQ(Model()->integers[115].flags, wire::trigger_off);
 }
 
 TEST_F(VendorProperty, CountsSoftwareTriggersWhileTheTriggerIsOn) {

@@ -1,6 +1,6 @@
-#include "adapter/device_property_set.h"
 #include "adapter/hr_exception.h"
 #include "tests/windows/built_in_page_fixture.h"
+#include "wire/device_set.h"
 
 #include <algorithm>
 
@@ -25,16 +25,15 @@ simcam::camera_options OptionsOf(const CameraAndRoad& wanted) {
 }
 
 bool IsOfDevice(const simcam::driver_call& call) {
-    return simcam::is_property_call(call.kind) && (call.set == genicam_adapter::gate_property_set ||
-                                                   call.set == genicam_adapter::device_property_set);
+    return simcam::is_property_call(call.kind) &&
+           (call.set == wire::gate_set || call.set == wire::device_set);
 }
 
 // Whether a call is for the camera as a whole, so that its failure may change any item: from the test of its
 // kind to the fetching of its descriptions.
 bool ConcernsTheCamera(const simcam::driver_call& call) {
     const bool on_a_feature = call.kind != simcam::call_kind::query_supported &&
-                              (call.id == genicam_adapter::device_property::named_access ||
-                               call.id == genicam_adapter::device_property::register_access);
+                              (call.id == SELVANE_NAMED_ACCESS || call.id == SELVANE_REGISTER_ACCESS);
     return IsOfDevice(call) && !on_a_feature;
 }
 

@@ -209,7 +209,7 @@ TEST_F(FeaturePageTest, ARestrictedStrobeOffersOneMode) {
     simcam::camera_options options = *simcam::ready_made("builtin");
     simcam::strobe_property& strobe = options.vendor.strobe.at(125);
     strobe.restrictions =
-        simcam::strobe_exposure_only | simcam::strobe_without_delay | simcam::strobe_without_polarity;
+        simcam::wire::strobe_no_duration | simcam::wire::strobe_no_delay | simcam::wire::strobe_no_polarity;
     strobe.follow_exposure = 1;
     strobe.enable = 1;
     UseCamera(std::move(options));

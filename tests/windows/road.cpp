@@ -1,6 +1,6 @@
 #include "tests/windows/road.h"
 
-#include "adapter/device_property_set.h"
+#include "wire/device_set.h"
 
 #include <pugixml.hpp>
 
@@ -14,8 +14,6 @@
 
 namespace page_test {
 namespace {
-
-namespace property = genicam_adapter::device_property;
 
 struct RegisterRow {
     std::string_view feature;
@@ -140,9 +138,9 @@ simcam::camera_options SimpleCamera(Road road) {
 
 bool IsOnRoad(Road road, const simcam::driver_call& call) {
     if (call.kind == simcam::call_kind::query_supported) return true;
-    if (call.set != genicam_adapter::device_property_set) return true;
-    if (call.id == property::description_size || call.id == property::description_data) return true;
-    return call.id == (road == Road::Named ? property::named_access : property::register_access);
+    if (call.set != wire::device_set) return true;
+    if (call.id == SELVANE_DESCRIPTION_SIZE || call.id == SELVANE_DESCRIPTION_DATA) return true;
+    return call.id == (road == Road::Named ? SELVANE_NAMED_ACCESS : SELVANE_REGISTER_ACCESS);
 }
 
 std::string RoadLines::AnyRead() const { return road_ == Road::Named ? "Get device 4 " : "Get device 3 "; }

@@ -2,6 +2,7 @@
 #include "apps/inspect/description_options.h"
 #include "apps/inspect/lint/lint_context.h"
 #include "apps/inspect/lint/lint_rule.h"
+#include "apps/inspect/lint/severity_count.h"
 #include "apps/inspect/progress.h"
 #include "apps/inspect/similar_name.h"
 
@@ -26,10 +27,6 @@ struct lint_options {
 };
 
 constexpr const char* never = "never";
-constexpr severity severities[] = {severity::error, severity::warning, severity::note};
-constexpr const char* plurals[] = {"errors", "warnings", "notes"};
-
-using severity_counts = std::array<std::size_t, std::size(severities)>;  // in the order of `severities`
 
 struct file_report {
     std::string file;
@@ -76,20 +73,9 @@ file_report examine(const std::string& file, const lint_options& options) {
     }
     file_report report = {file, findings.take_sorted(), {}};
     for (const finding& one : report.findings) {
-        for (std::size_t at = 0; at < std::size(severities); ++at) {
-            if (one.rule->level == severities[at]) report.counts[at] += one.count;
-        }
+        add_count(report.counts, one.rule->level, one.is_habit ? 1 : one.count);
     }
     return report;
-}
-
-std::string summary(const severity_counts& counts) {
-    std::string text;
-    for (std::size_t at = 0; at < counts.size(); ++at) {
-        const std::string word = counts[at] == 1 ? std::string(severity_word(severities[at])) : plurals[at];
-        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", counts[at], word);
-    }
-    return text;
 }
 
 std::string place_text(const std::string& file, text_position at) {
@@ -110,10 +96,6 @@ void print(std::ostream& out, const file_report& report) {
         out << fmt::format("    {}: {} {}\n", rule.name, rule.why, rule.what_to_do);
     }
     write_line(out, report.file + ": " + summary(report.counts));
-}
-
-void put_counts(nlohmann::ordered_json& json, const severity_counts& counts) {
-    for (std::size_t at = 0; at < counts.size(); ++at) json[plurals[at]] = counts[at];
 }
 
 nlohmann::ordered_json as_json(const finding& one) {

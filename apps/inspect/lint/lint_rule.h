@@ -36,6 +36,7 @@ struct finding {
     std::string message;
     std::vector<text_position> places;  ///< in the order of the file; empty for none
     std::size_t count = 1;              ///< how often it was found
+    bool is_habit = false;              ///< of the whole file, and one finding however often
 
     /// The first place; line 0 for none.
     [[nodiscard]] text_position at() const { return places.empty() ? text_position{0, 0} : places.front(); }

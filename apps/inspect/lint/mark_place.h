@@ -1,13 +1,11 @@
 #pragma once
 
 #include "apps/inspect/lint/lint_context.h"
+#include "apps/inspect/marked_items.h"
 
 #include <functional>
 
 namespace selvane_inspect {
-
-constexpr const char* item_mark = "ZELItemGUID";
-constexpr const char* element_mark = "ZELElementGUID";
 
 /// The id that a mark gives a node; zero for none.
 [[nodiscard]] GUID mark_of(GenICam::INode& node, const char* mark);

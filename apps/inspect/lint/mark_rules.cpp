@@ -1,5 +1,6 @@
 #include "apps/inspect/lint/mark_rules.h"
 
+#include "apps/inspect/feature_reader.h"
 #include "apps/inspect/lint/mark_place.h"
 #include "apps/inspect/marked_items.h"
 #include "platform/text.h"
@@ -106,7 +107,22 @@ void check_double_items(const lint_context& context, finding_list& findings) {
     }
 }
 
+// An item that is lost itself, or whose mark is no GUID, is told of once, and not again for all that it
+// lists.
+std::unordered_set<INode*> features_of_meant_items(lint_context& context) {
+    std::unordered_set<INode*> listed;
+    for_each_node(context, [&](INode& node) {
+        if (node.get_node_type() != node_type::category || node.get_extension(item_mark).empty()) return;
+        for (INode* feature : static_cast<GenICam::ICategory&>(node).get_features()) listed.insert(feature);
+    });
+    return listed;
+}
+
 }  // namespace
+
+void check_for_marks(lint_context& context, finding_list& findings) {
+    if (context.is_loaded() && !has_marks(context.subject())) findings.add({}, no_marks);
+}
 
 void check_mark_texts(lint_context& context, finding_list& findings) {
     for_each_node(context, [&](INode& node) {
@@ -145,11 +161,8 @@ void check_double_marks(lint_context& context, finding_list& findings) {
 
 void check_lost_marks(lint_context& context, finding_list& findings) {
     std::unordered_set<INode*> items;
-    std::unordered_set<INode*> listed;
-    for (GenICam::ICategory* item : categories_of(find_items(context.subject()))) {
-        items.insert(item);
-        for (INode* feature : item->get_features()) listed.insert(feature);
-    }
+    for (GenICam::ICategory* item : categories_of(find_items(context.subject()))) items.insert(item);
+    const std::unordered_set<INode*> listed = features_of_meant_items(context);
     for_each_node(context, [&](INode& node) {
         const bool is_category = node.get_node_type() == node_type::category;
         const bool lost_item = is_marked(node, item_mark) && (!is_category || items.count(&node) == 0);
@@ -187,6 +200,22 @@ void check_marks_without_lock(lint_context& context, finding_list& findings) {
         if (*context.tree().at(*element).xml.child_value("pIsLocked") != 0) return;
         findings.add(context.position_of(*element),
                      fmt::format("{} is marked and has no pIsLocked", node.get_name()));
+    });
+}
+
+// One link may lock all that there is.
+void check_grey_marks(lint_context& context, finding_list& findings) {
+    feature_reader reader(context.guard());
+    for_each_marked_element(context, [&](INode& node) {
+        const auto element = context.tree().find(node);
+        if (!element || !has_control(node)) return;
+        const pugi::xml_node link = context.tree().at(*element).xml.child("pIsLocked");
+        if (*link.child_value() == 0) return;
+        const answer<bool> enabled = reader.read_flag(node, operation::locked);
+        if (enabled.value.value_or(false)) return;
+        findings.add_habit(context.tree().position_of(link),
+                           fmt::format("a control is grey over these registers: its pIsLocked {} {}",
+                                       link.child_value(), enabled.value ? "reads 0" : "cannot be read"));
     });
 }
 

@@ -5,6 +5,7 @@
 #include "apps/inspect/lint/lint_rule.h"
 #include "apps/inspect/lint/mark_rules.h"
 #include "apps/inspect/lint/number_rules.h"
+#include "apps/inspect/marked_items.h"
 
 #include <algorithm>
 #include <iterator>
@@ -88,6 +89,8 @@ constexpr lint_rule rules[] = {
      "is lost or is another number.",
      "Write 0.5 for .5 and 0,5, and a great number with a point or an exponent, as in 1e20.",
      check_float_limits},
+    {"no-marks", severity::note, "Only what a description marks reaches a page.", no_marks_remedy,
+     check_for_marks},
     {"mark-guid", severity::warning, "A mark that is no GUID in braces counts as none.",
      "Write it as {xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}.", check_mark_texts},
     {"mark-group", severity::warning, "Pages show items of their own groups alone, by exact name.",
@@ -123,9 +126,18 @@ constexpr lint_rule rules[] = {
      "Pages take pIsLocked for \"may be changed now\": without the link, a control over registers is always "
      "grey.",
      "Give it a pIsLocked that reads non-zero while the feature may be changed.", check_marks_without_lock},
-    {"mark-entries", severity::note,
-     "Over registers a page reads an enumeration by the values of its entries and writes it by their places.",
-     "Number the entries from 0 without gaps.", check_entry_numbers},
+    {"mark-grey", severity::note,
+     "Pages take a pIsLocked that reads 0 for \"may not be changed\", the reverse of what other programs do.",
+     "Where the link means \"locked\", let pIsLocked lead to an IntSwissKnife with the formula X=0 over it; "
+     "where it does not, look over registers that a camera has (give them with --memory or --register).",
+     check_grey_marks},
+    {"mark-entries", severity::warning,
+     "Over registers a page reads an enumeration by the values of its entries and writes it by their places: "
+     "it shows another entry than the camera has.",
+     "Number the entries from 0 without gaps; where the camera has other numbers, put an IntConverter "
+     "between "
+     "the enumeration and its register that turns places into them.",
+     check_entry_numbers},
 };
 
 }  // namespace
@@ -157,6 +169,7 @@ void finding_list::add(text_position at, std::string message) {
 
 void finding_list::add_habit(text_position at, std::string message) {
     finding& one = at_key({rule_, std::move(message), 0, 0});
+    one.is_habit = true;
     ++one.count;
     if (at.line != 0) one.places.push_back(at);
 }

@@ -1,48 +1,13 @@
 #include "apps/inspect/pages/page_preview.h"
 
 #include "adapter/genicam_adapter_device.h"
-#include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/inspect_error.h"
-#include "apps/inspect/marked_items.h"
+#include "apps/inspect/pages/page_hazards.h"
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 
 namespace selvane_inspect {
 namespace {
-
-using GenICam::IEnumeration;
-using GenICam::INode;
-using GenICam::node_type;
-
-// What a page asks of a feature when it is laid out and opened.
-constexpr operation asked_by_pages[] = {operation::implemented, operation::available,     operation::locked,
-                                        operation::value,       operation::minimum,       operation::maximum,
-                                        operation::increment,   operation::default_value, operation::unit};
-
-void check(evaluation_guard& guard, INode& node) {
-    for (const operation asked : asked_by_pages) {
-        const hazard* found = guard.find(node, asked);
-        if (found == nullptr) continue;
-        throw refused("the pages would not survive " + std::string(node.get_name()) + ": " +
-                      guard.describe(*found));
-    }
-}
-
-void check_feature(evaluation_guard& guard, INode& feature) {
-    check(guard, feature);
-    if (feature.get_node_type() != node_type::enumeration) return;
-    for (GenICam::IEnumEntry* entry : static_cast<IEnumeration&>(feature).get_entries()) check(guard, *entry);
-}
-
-void check_marked_features(description& in) {
-    evaluation_guard guard(in);
-    for (GenICam::ICategory* item : categories_of(find_items(in))) {
-        for (INode* feature : item->get_features()) {
-            const GUID mark = genicam_adapter::read_extension_guid(feature, "ZELElementGUID");
-            if (mark != platform::null_guid) check_feature(guard, *feature);
-        }
-    }
-}
 
 simcam::camera_ptr make_camera(description& of, access_road road) {
     simcam::camera_options options;
@@ -75,7 +40,7 @@ drawn_page draw(ZELPropUI::PageName name, IUnknown& filter,
 
 std::vector<drawn_page> preview_pages(const description_options& options, access_road road) {
     const auto opened = open(options);
-    check_marked_features(*opened);
+    if (const auto hazard = find_page_hazard(*opened)) throw refused(*hazard);
     const simcam::camera_ptr camera = make_camera(*opened, road);
     genicam_adapter::GenICamAdapterDevice adapter(camera->property_set());
     const auto& described = adapter.get_item_table();

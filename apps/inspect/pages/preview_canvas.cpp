@@ -31,17 +31,23 @@ std::string feature_of(InterfaceKey key) {
     return node != nullptr ? std::string(node->get_name()) : std::string();
 }
 
-// An item knows one of the two kinds of limits.
+// Over named access an item answers either question with the 8 bytes that the driver has, so that the kind of
+// the feature decides which one is asked, as it does on a page.
 void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
-    AbsRangeInfo real;
-    RangeInfo range;
-    if (SUCCEEDED(Attempt([&] { return item.GetAbsRange(key, real); }))) {
-        control.minimum = real.min;
-        control.maximum = real.max;
-    } else if (SUCCEEDED(Attempt([&] { return item.GetRange(key, range); }))) {
-        control.minimum = range.min;
-        control.maximum = range.max;
-        control.step = range.step;
+    GenICam::INode* node = genicam_adapter::node_of(key);
+    if (node != nullptr && node->get_node_type() == GenICam::node_type::floating) {
+        AbsRangeInfo real;
+        if (SUCCEEDED(Attempt([&] { return item.GetAbsRange(key, real); }))) {
+            control.minimum = real.min;
+            control.maximum = real.max;
+        }
+    } else {
+        RangeInfo range;
+        if (SUCCEEDED(Attempt([&] { return item.GetRange(key, range); }))) {
+            control.minimum = range.min;
+            control.maximum = range.max;
+            control.step = range.step;
+        }
     }
     SharedString unit;
     std::int32_t scale = ZELAdapterHelper::scale_linear;

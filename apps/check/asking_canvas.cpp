@@ -1,0 +1,116 @@
+#include "apps/check/asking_canvas.h"
+
+#include "adapter/interface_key.h"
+#include "platform/visible_text.h"
+#include "propui/attempt.h"
+
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace selvane_check {
+
+using genicam_adapter::node_as;
+using genicam_adapter::node_of;
+using ZELAdapterHelper::SharedString;
+using ZELPropUI::Attempt;
+using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::InterfaceKey;
+using ZELPropUI::ISliderController;
+using ZELPropUI::PageRect;
+
+namespace {
+
+bool is_available(CZELItemDataBase& item, InterfaceKey key) {
+    bool available = false;
+    return SUCCEEDED(Attempt([&] { return item.IsAvailable(key, available); })) && available;
+}
+
+}  // namespace
+
+// What is asked of the driver does not depend on widths.
+int asking_canvas::TextWidth(std::wstring_view text) { return static_cast<int>(text.size()); }
+
+bool asking_canvas::may_write(CZELItemDataBase& item, InterfaceKey key) const {
+    return write_ && described_ != nullptr && is_available(item, key);
+}
+
+void asking_canvas::judge_write(InterfaceKey key, HRESULT result) {
+    if (SUCCEEDED(result)) return;
+    findings_.add(fault_kind::write_refused,
+                  fmt::format("{} refuses the value that it has, with {}",
+                              platform::visible_text(node_of(key)->get_name()), result_text(result)));
+}
+
+// A value that cannot be read has been told of by whoever was asked.
+void asking_canvas::write_back(CZELItemDataBase& item, InterfaceKey key) {
+    if (!may_write(item, key)) return;
+    if (node_as<GenICam::IFloat>(key) != nullptr) {
+        double value = 0;
+        if (FAILED(Attempt([&] { return item.GetAbsValue(key, value); }))) return;
+        judge_write(key, Attempt([&] { return item.SetAbsValue(key, value); }));
+    } else {
+        std::int32_t value = 0;
+        if (FAILED(Attempt([&] { return item.GetValue(key, value); }))) return;
+        judge_write(key, Attempt([&] { return item.SetValue(key, value); }));
+    }
+}
+
+void asking_canvas::AddSlider(const PageRect&, ISliderController& controller) {
+    ++controls_;
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    std::int32_t position = 0;
+    static_cast<void>(controller.IsAvailable());
+    static_cast<void>(controller.GetPositionRange(low, high));
+    static_cast<void>(controller.GetPosition(position));
+}
+
+void asking_canvas::AddEdit(const PageRect&, ISliderController& controller) {
+    std::wstring text;
+    static_cast<void>(controller.IsAvailable());
+    static_cast<void>(controller.GetText(text));
+    if (CZELItemDataBase* item = controller.GetItem()) write_back(*item, controller.GetKey());
+}
+
+void asking_canvas::judge_entry(InterfaceKey key, bool selected) {
+    auto* enumeration = node_as<GenICam::IEnumeration>(key);
+    if (enumeration == nullptr || selected) return;
+    const std::string* named = described_->selected_entry(std::string(enumeration->get_name()));
+    if (named == nullptr) return;
+    const char* const why = enumeration->find_entry(*named) == nullptr
+                                ? "which is none of its entries"
+                                : "which is said not to be implemented";
+    findings_.add(fault_kind::entry_unknown, fmt::format("the selected entry of {} is {}, {}",
+                                                         platform::visible_text(enumeration->get_name()),
+                                                         platform::quoted_text(*named), why));
+}
+
+void asking_canvas::AddCombo(const PageRect&, CZELItemDataBase& item, InterfaceKey key) {
+    ++controls_;
+    std::vector<SharedString> strings;
+    static_cast<void>(Attempt([&] { return item.GetMapStrings(key, strings); }));
+    static_cast<void>(is_available(item, key));
+    std::int32_t place = -1;
+    const bool selected = SUCCEEDED(Attempt([&] { return item.GetValue(key, place); }));
+    if (described_ == nullptr) return;
+    judge_entry(key, selected);
+    // Over registers a box is read by values and written by places.
+    if (described_->selected_entry(std::string(node_of(key)->get_name())) != nullptr) write_back(item, key);
+}
+
+void asking_canvas::AddSwitch(const PageRect&, CZELItemDataBase& item, InterfaceKey key, std::wstring_view) {
+    ++controls_;
+    bool on = false;
+    static_cast<void>(is_available(item, key));
+    if (FAILED(Attempt([&] { return item.GetSwitch(key, on); })) || !may_write(item, key)) return;
+    judge_write(key, Attempt([&] { return item.SetSwitch(key, on); }));
+}
+
+void asking_canvas::AddButton(const PageRect&, CZELItemDataBase& item, InterfaceKey key, std::wstring_view) {
+    ++controls_;
+    static_cast<void>(is_available(item, key));
+}
+
+}  // namespace selvane_check

@@ -7,7 +7,7 @@
 
 include_guard(GLOBAL)
 
-set(package_programs selvane_page selvane_host)
+set(package_programs selvane_page selvane_host selvane_camera)
 if(TARGET selvane_inspect)
   list(APPEND package_programs selvane_inspect)
 endif()

@@ -74,7 +74,7 @@ HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
 
 HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
     if (support == nullptr) return E_POINTER;
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = call_kind::query_supported;
@@ -111,7 +111,7 @@ HRESULT camera_core::query_device(DWORD id, DWORD& support) const {
 HRESULT camera_core::get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                          DWORD data_size, DWORD* returned) {
     if (returned == nullptr || (data == nullptr && data_size != 0)) return E_POINTER;
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = call_kind::get;
@@ -191,7 +191,7 @@ HRESULT camera_core::get_named(const std::string& path, void* data, DWORD size, 
 HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                          DWORD data_size) {
     if (data == nullptr && data_size != 0) return E_POINTER;
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = call_kind::set;
@@ -226,15 +226,19 @@ HRESULT camera_core::set_named(const std::string& path, const void* data, DWORD 
     return features.set(path, raw);
 }
 
-HRESULT camera_core::control_range(call_kind kind, const control_map& controls, LONG property,
-                                   const std::array<LONG*, 5>& out) {
+vendor_driver::control_map& camera_core::controls_of(call_kind kind) noexcept {
+    return is_camera_control(kind) ? options.vendor.camera_control : options.vendor.video_proc_amp;
+}
+
+HRESULT camera_core::control_range(call_kind kind, LONG property, const range_places& out) {
     if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
     return answer(call, book.is_watched(), [&] {
+        const vendor_driver::control_map& controls = controls_of(kind);
         const auto found = controls.find(property);
         if (found == controls.end()) return property_unknown;
         const direct_show_property& control = found->second;
@@ -245,15 +249,15 @@ HRESULT camera_core::control_range(call_kind kind, const control_map& controls, 
     });
 }
 
-HRESULT camera_core::control_get(call_kind kind, const control_map& controls, LONG property, LONG* value,
-                                 LONG* flags) {
+HRESULT camera_core::control_get(call_kind kind, LONG property, LONG* value, LONG* flags) {
     if (value == nullptr || flags == nullptr) return E_POINTER;
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
     return answer(call, book.is_watched(), [&] {
+        const vendor_driver::control_map& controls = controls_of(kind);
         const auto found = controls.find(property);
         if (found == controls.end()) return property_unknown;
         *value = found->second.value;
@@ -263,16 +267,15 @@ HRESULT camera_core::control_get(call_kind kind, const control_map& controls, LO
     });
 }
 
-HRESULT camera_core::control_set(call_kind kind, control_map& controls, LONG property, LONG value,
-                                 LONG flags) {
-    const std::lock_guard<std::recursive_mutex> lock(mutex);
+HRESULT camera_core::control_set(call_kind kind, LONG property, LONG value, LONG flags) {
+    const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call;
     call.number = book.open();
     call.kind = kind;
     call.id = static_cast<DWORD>(property);
     call.numbers = {value, flags};
     return answer(call, book.is_watched(),
-                  [&] { return vendor_.set_control(controls, property, value, flags); });
+                  [&] { return vendor_.set_control(controls_of(kind), property, value, flags); });
 }
 
 }  // namespace simcam

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/lock.h"
 #include "simcam/call_book.h"
 #include "simcam/camera_options.h"
+#include "simcam/driver_faces.h"
 #include "simcam/feature_server.h"
 #include "simcam/register_memory.h"
 #include "simcam/vendor_driver.h"
 
-#include <array>
 #include <mutex>
 #include <string>
 
@@ -24,19 +25,15 @@ public:
     [[nodiscard]] HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                               DWORD data_size);
 
-    using control_map = vendor_driver::control_map;
-    [[nodiscard]] HRESULT control_range(call_kind kind, const control_map& controls, LONG property,
-                                        const std::array<LONG*, 5>& out);
-    [[nodiscard]] HRESULT control_get(call_kind kind, const control_map& controls, LONG property, LONG* value,
-                                      LONG* flags);
-    [[nodiscard]] HRESULT control_set(call_kind kind, control_map& controls, LONG property, LONG value,
-                                      LONG flags);
+    [[nodiscard]] HRESULT control_range(call_kind kind, LONG property, const range_places& out);
+    [[nodiscard]] HRESULT control_get(call_kind kind, LONG property, LONG* value, LONG* flags);
+    [[nodiscard]] HRESULT control_set(call_kind kind, LONG property, LONG value, LONG flags);
 
     camera_options options;
     register_memory memory;
     feature_server features;
     call_book book;
-    mutable std::recursive_mutex mutex;
+    mutable platform::recursive_lock mutex;
 
 private:
     template <class Work, class Finish>
@@ -45,6 +42,7 @@ private:
     HRESULT answer(driver_call& call, bool watched, Work work);
     void close(driver_call& call, bool watched, bool threw);
 
+    [[nodiscard]] vendor_driver::control_map& controls_of(call_kind kind) noexcept;
     [[nodiscard]] bool serves_vendor(REFGUID set) const noexcept;
     [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);

@@ -22,6 +22,10 @@ bool is_property_call(call_kind kind) noexcept {
     return kind == call_kind::query_supported || kind == call_kind::get || kind == call_kind::set;
 }
 
+bool is_camera_control(call_kind kind) noexcept {
+    return kind == call_kind::camera_range || kind == call_kind::camera_get || kind == call_kind::camera_set;
+}
+
 call_filter calls_of(call_kind kind) {
     return [kind](const driver_call& call) { return call.kind == kind; };
 }

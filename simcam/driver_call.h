@@ -47,6 +47,7 @@ struct driver_call {
 };
 
 [[nodiscard]] bool is_property_call(call_kind kind) noexcept;
+[[nodiscard]] bool is_camera_control(call_kind kind) noexcept;
 
 using call_filter = std::function<bool(const driver_call&)>;
 

@@ -1,8 +1,10 @@
 #include "simcam/simulated_camera.h"
 
 #include "simcam/camera_core.h"
+#include "simcam/driver_faces.h"
 
 #include <atomic>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -11,92 +13,16 @@ namespace {
 
 std::atomic<std::int32_t> cameras{0};
 
-// The three IUnknown operations of an interface that is part of a camera.
-template <class Interface>
-class camera_face : public Interface {
-public:
-    camera_face(simulated_camera& camera, camera_core& core) noexcept : camera_(camera), core_(core) {}
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) final {
-        return camera_.QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() final { return camera_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() final { return camera_.Release(); }
-
-protected:
-    ~camera_face() = default;
-    [[nodiscard]] camera_core& core() const noexcept { return core_; }
-
-private:
-    simulated_camera& camera_;
-    camera_core& core_;
-};
-
-class property_set_face final : public camera_face<IKsPropertySet> {
-public:
-    using camera_face::camera_face;
-    HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
-                                  DWORD data_size) override {
-        return core().set(set, id, instance, instance_size, data, data_size);
-    }
-    HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
-                                  DWORD data_size, DWORD* returned) override {
-        return core().get(set, id, instance, instance_size, data, data_size, returned);
-    }
-    HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
-        return core().query(set, id, support);
-    }
-};
-
-// IAMCameraControl and IAMVideoProcAmp differ in their properties alone.
-struct camera_words {
-    static constexpr call_kind range = call_kind::camera_range;
-    static constexpr call_kind get = call_kind::camera_get;
-    static constexpr call_kind set = call_kind::camera_set;
-    static vendor_driver::control_map& map(camera_core& core) { return core.options.vendor.camera_control; }
-};
-struct amp_words {
-    static constexpr call_kind range = call_kind::amp_range;
-    static constexpr call_kind get = call_kind::amp_get;
-    static constexpr call_kind set = call_kind::amp_set;
-    static vendor_driver::control_map& map(camera_core& core) { return core.options.vendor.video_proc_amp; }
-};
-
-template <class Interface, class Words>
-class control_face final : public camera_face<Interface> {
-public:
-    using camera_face<Interface>::camera_face;
-    HRESULT STDMETHODCALLTYPE GetRange(LONG property, LONG* min, LONG* max, LONG* step, LONG* default_value,
-                                       LONG* flags) override {
-        camera_core& core = this->core();
-        return core.control_range(Words::range, Words::map(core), property,
-                                  {min, max, step, default_value, flags});
-    }
-    HRESULT STDMETHODCALLTYPE Set(LONG property, LONG value, LONG flags) override {
-        camera_core& core = this->core();
-        return core.control_set(Words::set, Words::map(core), property, value, flags);
-    }
-    HRESULT STDMETHODCALLTYPE Get(LONG property, LONG* value, LONG* flags) override {
-        camera_core& core = this->core();
-        return core.control_get(Words::get, Words::map(core), property, value, flags);
-    }
-};
-
 }  // namespace
 
 /// Everything of a camera behind its public face.
 class simulated_camera::parts {
 public:
-    parts(simulated_camera& camera, camera_options options)
-        : core(std::move(options)),
-          property_set(camera, core),
-          camera_control(camera, core),
-          proc_amp(camera, core) {}
+    parts(simulated_camera& camera, camera_options options) : core(std::move(options)), faces(camera, core) {}
 
     std::atomic<std::int32_t> references{0};
     camera_core core;
-    property_set_face property_set;
-    control_face<IAMCameraControl, camera_words> camera_control;
-    control_face<IAMVideoProcAmp, amp_words> proc_amp;
+    driver_faces<camera_core> faces;
 };
 
 simulated_camera::simulated_camera(camera_options options)
@@ -130,44 +56,44 @@ ULONG simulated_camera::Release() {
 std::int32_t simulated_camera::references() const noexcept { return parts_->references; }
 std::int32_t simulated_camera::live_cameras() noexcept { return cameras; }
 
-IKsPropertySet* simulated_camera::property_set() noexcept { return &parts_->property_set; }
-IAMCameraControl* simulated_camera::camera_control() noexcept { return &parts_->camera_control; }
-IAMVideoProcAmp* simulated_camera::video_proc_amp() noexcept { return &parts_->proc_amp; }
+IKsPropertySet* simulated_camera::property_set() noexcept { return parts_->faces.property_set(); }
+IAMCameraControl* simulated_camera::camera_control() noexcept { return parts_->faces.camera_control(); }
+IAMVideoProcAmp* simulated_camera::video_proc_amp() noexcept { return parts_->faces.video_proc_amp(); }
 
 std::vector<std::string> simulated_camera::transcript() const {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     std::vector<std::string> lines;
     for (const driver_call& call : parts_->core.book.calls()) lines.push_back(call.text);
     return lines;
 }
 
 std::vector<driver_call> simulated_camera::calls() const {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     return parts_->core.book.calls();
 }
 
 void simulated_camera::clear_transcript() {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     parts_->core.book.clear();
 }
 
 std::uint64_t simulated_camera::call_count() const {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     return parts_->core.book.count();
 }
 
 void simulated_camera::set_listener(std::function<void(const driver_call&)> listener) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     parts_->core.book.set_listener(std::move(listener));
 }
 
 void simulated_camera::add_fault(fault added) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     parts_->core.book.add_fault(std::move(added));
 }
 
 void simulated_camera::clear_faults() {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     parts_->core.book.clear_faults();
 }
 
@@ -185,7 +111,7 @@ GenICam::INode* simulated_camera::find_node(std::string_view name) {
 }
 
 HRESULT simulated_camera::get_named(std::string_view path, std::int64_t& value) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     std::uint64_t raw = 0;
     const HRESULT hr = parts_->core.features.get(path, raw);
     if (SUCCEEDED(hr)) value = static_cast<std::int64_t>(raw);
@@ -200,12 +126,12 @@ HRESULT simulated_camera::get_named(std::string_view path, double& value) {
 }
 
 HRESULT simulated_camera::get_named(std::string_view path, std::string& text) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     return parts_->core.features.get_text(path, text);
 }
 
 HRESULT simulated_camera::set_named_bytes(std::string_view path, std::int64_t value) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     return parts_->core.features.set(path, static_cast<std::uint64_t>(value));
 }
 
@@ -216,8 +142,20 @@ HRESULT simulated_camera::set_named_bytes(std::string_view path, double value) {
 }
 
 HRESULT simulated_camera::set_named(std::string_view path, std::string_view text) {
-    const std::lock_guard<std::recursive_mutex> lock(parts_->core.mutex);
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
     return parts_->core.features.set_text(path, text);
+}
+
+picture_state simulated_camera::picture() const {
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
+    return read_picture_state(parts_->core.features, parts_->core.options.vendor);
+}
+
+HRESULT simulated_camera::set_frame_rate(double frames_a_second) {
+    const std::lock_guard<platform::recursive_lock> lock(parts_->core.mutex);
+    const char* feature = find_frame_rate(parts_->core.features);
+    return feature == nullptr ? property_unknown
+                              : set_named(std::string(feature) + "/Value", frames_a_second);
 }
 
 camera_ptr make_camera(camera_options options) {

@@ -2,8 +2,10 @@
 
 #include "genicam/genicam_doc.h"
 #include "platform/com_ptr.h"
+#include "platform/lock.h"
 #include "simcam/camera_options.h"
 #include "simcam/fault.h"
+#include "simcam/picture_state.h"
 #include "simcam/register_memory.h"
 
 #include <cstdint>
@@ -21,12 +23,12 @@ namespace simcam {
 /// but by the holder, who may make calls himself.
 class held_model {
 public:
-    held_model(std::recursive_mutex& mutex, vendor_model& model) : lock_(mutex), model_(&model) {}
+    held_model(platform::recursive_lock& mutex, vendor_model& model) : lock_(mutex), model_(&model) {}
     [[nodiscard]] vendor_model* operator->() const noexcept { return model_; }
     [[nodiscard]] vendor_model& operator*() const noexcept { return *model_; }
 
 private:
-    std::unique_lock<std::recursive_mutex> lock_;
+    std::unique_lock<platform::recursive_lock> lock_;
     vendor_model* model_;
 };
 
@@ -92,6 +94,11 @@ public:
         return set_named_bytes(path, static_cast<wire>(value));
     }
     HRESULT set_named(std::string_view path, std::string_view text);
+
+    /// What a picture taken now depends on, while no call changes any of it.
+    [[nodiscard]] picture_state picture() const;
+    /// Sets the feature that tells the frame rate; 0x80070490 for a camera without one.
+    [[nodiscard]] HRESULT set_frame_rate(double frames_a_second);
 
 private:
     friend platform::com_ptr<simulated_camera> make_camera(camera_options options);

@@ -1,22 +1,19 @@
 #include "apps/host/camera_setup.h"
 
-#include "apps/host/console.h"
 #include "apps/host/host_error.h"
+#include "platform/file.h"
+#include "simcam/description_files.h"
 
 #include <fmt/format.h>
-#include <pugixml.hpp>
 
-#include <fstream>
-#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace selvane_host {
 namespace {
 
-std::string read_file(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream || std::filesystem::is_directory(file)) throw wrong_use("cannot read " + file.u8string());
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+void refuse(const std::string& failure) {
+    if (!failure.empty()) throw wrong_use(failure);
 }
 
 // A camera that was given descriptions has nothing else, so that the pages show what these say.
@@ -29,17 +26,10 @@ simcam::camera_options wanted_options(const host_options& options) {
     return *ready;
 }
 
-void replace_descriptions(simcam::camera_options& camera, const std::vector<std::filesystem::path>& files) {
-    camera.descriptions.clear();
-    for (const std::filesystem::path& file : files) camera.descriptions.push_back(read_file(file));
-    // Contents and behaviour of the registers belong to the descriptions that are gone.
-    camera.memory.clear();
-    camera.prepare_memory = nullptr;
-    camera.start_from_defaults = true;
-}
-
 void load_memory(simcam::simulated_camera& camera, const std::filesystem::path& file) {
-    const std::size_t line = camera.memory().load(read_file(file));
+    std::string contents;
+    if (!platform::read_file(file.u8string(), contents)) throw wrong_use("cannot read " + file.u8string());
+    const std::size_t line = camera.memory().load(contents);
     if (line != 0) throw wrong_use(fmt::format("{}: line {} is not understood", file.u8string(), line));
 }
 
@@ -48,29 +38,17 @@ void choose_road(simcam::camera_options& camera, access_road road) {
     if (road == access_road::registers) camera.named_access = false;
 }
 
-std::string why_malformed(const std::string& text) {
-    pugi::xml_document xml;
-    const pugi::xml_parse_result parsed = xml.load_buffer(text.data(), text.size());
-    return fmt::format("{} at byte {}", parsed.description(), parsed.offset);
-}
-
-void refuse_malformed(simcam::simulated_camera& camera, const std::vector<std::filesystem::path>& files) {
-    for (std::size_t index = 0; index < files.size(); ++index) {
-        if (camera.document(index) != nullptr) continue;
-        throw wrong_use(files[index].u8string() +
-                        " is malformed: " + why_malformed(camera.options().descriptions[index]));
-    }
-}
-
 }  // namespace
 
 simcam::camera_ptr make_wanted_camera(const host_options& options) {
+    std::vector<std::string> files;
+    for (const std::filesystem::path& file : options.descriptions) files.push_back(file.u8string());
     simcam::camera_options wanted = wanted_options(options);
-    if (!options.descriptions.empty()) replace_descriptions(wanted, options.descriptions);
+    if (!files.empty()) refuse(simcam::replace_descriptions(wanted, files));
     choose_road(wanted, options.access);
     wanted.keep_transcript = false;  // what is traced is printed as it comes
     simcam::camera_ptr camera = simcam::make_camera(std::move(wanted));
-    refuse_malformed(*camera, options.descriptions);
+    refuse(simcam::find_malformed(*camera, files));
     if (!options.memory.empty()) load_memory(*camera, options.memory);
     return camera;
 }

@@ -8,6 +8,7 @@
 #include <strmif.h>
 #include <uuids.h>
 
+#include <memory>
 #include <vector>
 
 namespace selvane_host {
@@ -77,6 +78,15 @@ com_ptr<IUnknown> open_device(const std::string& name) {
                         "\" cannot be opened: " + system_message(static_cast<DWORD>(hr)));
     }
     throw wrong_use("there is no video capture device named \"" + name + "\" (--list names them)");
+}
+
+std::string vendor_information(IUnknown& filter) {
+    com_ptr<IBaseFilter> asked;
+    LPWSTR text = nullptr;
+    if (FAILED(filter.QueryInterface(IID_IBaseFilter, asked.put_void()))) return {};
+    if (FAILED(asked->QueryVendorInfo(&text)) || text == nullptr) return {};
+    const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> given(text, &CoTaskMemFree);
+    return platform::narrow(given.get());
 }
 
 }  // namespace selvane_host

@@ -13,4 +13,7 @@ namespace selvane_host {
 /// be made.
 [[nodiscard]] platform::com_ptr<IUnknown> open_device(const std::string& name);
 
+/// What a capture filter tells of itself beside its name, in UTF-8; empty for one that tells nothing.
+[[nodiscard]] std::string vendor_information(IUnknown& filter);
+
 }  // namespace selvane_host

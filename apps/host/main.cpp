@@ -28,7 +28,13 @@ struct camera_to_show {
 };
 
 camera_to_show find_camera(const host_options& options) {
-    if (!options.device.empty()) return {open_device(options.device), options.device};
+    if (!options.device.empty()) {
+        object_ptr filter = open_device(options.device);
+        // A device tells there why it has nothing to show, too.
+        const std::string about = vendor_information(*filter);
+        if (!about.empty()) write_line("device \"" + options.device + "\": " + about);
+        return {filter, options.device};
+    }
     if (!options.driver.empty()) return {open_driver(options.driver), options.driver.filename().u8string()};
     const simcam::camera_ptr camera = make_wanted_camera(options);
     return {object_ptr(camera.get()), camera_caption(*camera)};

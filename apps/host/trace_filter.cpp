@@ -1,11 +1,12 @@
 #include "apps/host/trace_filter.h"
 
 #include "apps/host/call_printer.h"
+#include "platform/com_object.h"
 #include "simcam/call_reading.h"
+#include "simcam/driver_faces.h"
 #include "wire/device_set.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace selvane_host {
 namespace {
@@ -36,146 +37,111 @@ bool hands_out_description(const driver_call& call) {
     return call.set == wire::device_set && call.id == SELVANE_DESCRIPTION_DATA;
 }
 
-// The IUnknown operations of an interface that is part of the filter, and the driver's own interface.
-template <class Interface>
-class traced_face : public Interface {
+// Makes the calls of the faces on a driver, as far as it has the interface, and prints each.
+class traced_driver {
 public:
-    traced_face(IUnknown& filter, call_printer& printer, IUnknown& driver)
-        : filter_(filter), printer_(printer), driver_(platform::query<Interface>(&driver)) {}
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) final {
-        return filter_.QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() final { return filter_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() final { return filter_.Release(); }
+    traced_driver(IUnknown& driver, line_sink sink)
+        : printer_(std::move(sink)),
+          property_set_(platform::query<IKsPropertySet>(&driver)),
+          camera_control_(platform::query<IAMCameraControl>(&driver)),
+          proc_amp_(platform::query<IAMVideoProcAmp>(&driver)) {}
 
-    [[nodiscard]] bool is_there() const noexcept { return static_cast<bool>(driver_); }
+    [[nodiscard]] bool has_property_set() const noexcept { return static_cast<bool>(property_set_); }
+    [[nodiscard]] bool has_camera_control() const noexcept { return static_cast<bool>(camera_control_); }
+    [[nodiscard]] bool has_video_proc_amp() const noexcept { return static_cast<bool>(proc_amp_); }
 
-protected:
-    ~traced_face() = default;
-    [[nodiscard]] Interface& driver() const noexcept { return *driver_; }
-    [[nodiscard]] call_printer& printer() const noexcept { return printer_; }
-
-private:
-    IUnknown& filter_;
-    call_printer& printer_;
-    com_ptr<Interface> driver_;
-};
-
-class property_set_face final : public traced_face<IKsPropertySet> {
-public:
-    using traced_face::traced_face;
-    HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
-                                  DWORD data_size) override {
+    HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size) {
         driver_call call = transfer_call(call_kind::set, set, id, instance, instance_size, data, data_size);
-        return printer().run(call,
-                             [&] { return driver().Set(set, id, instance, instance_size, data, data_size); });
+        return printer_.run(
+            call, [&] { return property_set_->Set(set, id, instance, instance_size, data, data_size); });
     }
 
-    HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
-                                  DWORD data_size, DWORD* returned) override {
+    HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size,
+                DWORD* returned) {
         driver_call call = transfer_call(call_kind::get, set, id, instance, instance_size, data, data_size);
-        const HRESULT result = printer().run(call, [&] {
-            const HRESULT hr = driver().Get(set, id, instance, instance_size, data, data_size, returned);
+        const HRESULT result = printer_.run(call, [&] {
+            const HRESULT hr =
+                property_set_->Get(set, id, instance, instance_size, data, data_size, returned);
             if (SUCCEEDED(hr)) call.answer = simcam::copy_of(data, data_size);
             if (SUCCEEDED(hr) && returned != nullptr) call.returned = *returned;
             return hr;
         });
         if (SUCCEEDED(result) && hands_out_description(call)) {
-            printer().learn(call, {static_cast<const char*>(data), std::min(call.returned, data_size)});
+            printer_.learn(call, {static_cast<const char*>(data), std::min(call.returned, data_size)});
         }
         return result;
     }
 
-    HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
+    HRESULT query(REFGUID set, DWORD id, DWORD* support) {
         driver_call call = property_call(call_kind::query_supported, set, id);
-        return printer().run(call, [&] {
-            const HRESULT hr = driver().QuerySupported(set, id, support);
+        return printer_.run(call, [&] {
+            const HRESULT hr = property_set_->QuerySupported(set, id, support);
             if (SUCCEEDED(hr) && support != nullptr) call.support = *support;
             return hr;
         });
     }
-};
 
-// IAMCameraControl and IAMVideoProcAmp have the same operations.
-template <class Interface, call_kind range, call_kind get, call_kind set>
-class control_face final : public traced_face<Interface> {
-public:
-    using traced_face<Interface>::traced_face;
-    HRESULT STDMETHODCALLTYPE GetRange(LONG property, LONG* min, LONG* max, LONG* step, LONG* default_value,
-                                       LONG* flags) override {
-        return Run(range, property, {min, max, step, default_value, flags},
-                   [&] { return this->driver().GetRange(property, min, max, step, default_value, flags); });
+    HRESULT control_range(call_kind kind, LONG property, const simcam::range_places& out) {
+        return run_control(kind, property, {out[0], out[1], out[2], out[3], out[4]}, [&](auto& control) {
+            return control.GetRange(property, out[0], out[1], out[2], out[3], out[4]);
+        });
     }
-    HRESULT STDMETHODCALLTYPE Set(LONG property, LONG value, LONG flags) override {
-        return Run(set, property, {&value, &flags},
-                   [&] { return this->driver().Set(property, value, flags); });
+    HRESULT control_get(call_kind kind, LONG property, LONG* value, LONG* flags) {
+        return run_control(kind, property, {value, flags},
+                           [&](auto& control) { return control.Get(property, value, flags); });
     }
-    HRESULT STDMETHODCALLTYPE Get(LONG property, LONG* value, LONG* flags) override {
-        return Run(get, property, {value, flags}, [&] { return this->driver().Get(property, value, flags); });
+    HRESULT control_set(call_kind kind, LONG property, LONG value, LONG flags) {
+        return run_control(kind, property, {&value, &flags},
+                           [&](auto& control) { return control.Set(property, value, flags); });
     }
 
 private:
     template <class Work>
-    HRESULT Run(call_kind kind, LONG property, std::initializer_list<const LONG*> numbers, Work work) {
+    HRESULT run_control(call_kind kind, LONG property, std::initializer_list<const LONG*> numbers,
+                        Work work) {
         driver_call call;
         call.kind = kind;
         call.id = static_cast<DWORD>(property);
-        return this->printer().run(call, [&] {
-            const HRESULT hr = work();
+        return printer_.run(call, [&] {
+            const HRESULT hr = simcam::is_camera_control(kind) ? work(*camera_control_) : work(*proc_amp_);
+            const bool set = kind == call_kind::camera_set || kind == call_kind::amp_set;
             const bool readable = std::find(numbers.begin(), numbers.end(), nullptr) == numbers.end();
-            if ((SUCCEEDED(hr) || kind == set) && readable) {
+            if ((SUCCEEDED(hr) || set) && readable) {
                 for (const LONG* number : numbers) call.numbers.push_back(*number);
             }
             return hr;
         });
     }
+
+    call_printer printer_;
+    com_ptr<IKsPropertySet> property_set_;
+    com_ptr<IAMCameraControl> camera_control_;
+    com_ptr<IAMVideoProcAmp> proc_amp_;
 };
 
-using camera_face =
-    control_face<IAMCameraControl, call_kind::camera_range, call_kind::camera_get, call_kind::camera_set>;
-using amp_face = control_face<IAMVideoProcAmp, call_kind::amp_range, call_kind::amp_get, call_kind::amp_set>;
-
-class trace_filter final : public IUnknown {
+class trace_filter final : public platform::com_object<IUnknown> {
 public:
     trace_filter(IUnknown& driver, line_sink sink)
-        : driver_(&driver),
-          printer_(std::move(sink)),
-          property_set_(*this, printer_, driver),
-          camera_control_(*this, printer_, driver),
-          proc_amp_(*this, printer_, driver) {}
+        : driver_(&driver), traced_(driver, std::move(sink)), faces_(*this, traced_) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         if (out == nullptr) return E_POINTER;
         *out = nullptr;
         if (iid == platform::iid_unknown) *out = static_cast<IUnknown*>(this);
-        if (iid == platform::iid_property_set) *out = present(property_set_);
-        if (iid == platform::iid_camera_control) *out = present(camera_control_);
-        if (iid == platform::iid_video_proc_amp) *out = present(proc_amp_);
+        if (iid == platform::iid_property_set && traced_.has_property_set()) *out = faces_.property_set();
+        if (iid == platform::iid_camera_control && traced_.has_camera_control())
+            *out = faces_.camera_control();
+        if (iid == platform::iid_video_proc_amp && traced_.has_video_proc_amp())
+            *out = faces_.video_proc_amp();
         if (*out == nullptr) return driver_->QueryInterface(iid, out);
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
 
 private:
-    ~trace_filter() = default;
-
-    template <class Face>
-    static Face* present(Face& face) noexcept {
-        return face.is_there() ? &face : nullptr;
-    }
-
-    std::atomic<ULONG> references_{0};
     com_ptr<IUnknown> driver_;
-    call_printer printer_;
-    property_set_face property_set_;
-    camera_face camera_control_;
-    amp_face proc_amp_;
+    traced_driver traced_;
+    simcam::driver_faces<traced_driver> faces_;
 };
 
 }  // namespace

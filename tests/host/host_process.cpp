@@ -63,6 +63,9 @@ PROCESS_INFORMATION Start(std::wstring line, const Pipe& output, const Pipe& err
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = output.WriteEnd();
     start.hStdError = errors.WriteEnd();
+    // Wine's desktop is a program that the first one with a window starts, and it inherits from that one: it
+    // must not be one that writes to our pipes.
+    GetDesktopWindow();
     PROCESS_INFORMATION process{};
     if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
                        &start, &process) == 0) {

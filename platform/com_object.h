@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/com.h"
+
+#include <atomic>
+
+namespace platform {
+
+/// Counts the references to an object. It is made with none; the last `Release` deletes it.
+template <class Interface>
+class com_object : public Interface {
+public:
+    com_object() noexcept = default;
+    com_object(const com_object&) = delete;
+    com_object& operator=(const com_object&) = delete;
+
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+protected:
+    virtual ~com_object() = default;
+
+private:
+    std::atomic<ULONG> references_{0};
+};
+
+}  // namespace platform

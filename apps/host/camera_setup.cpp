@@ -68,6 +68,7 @@ simcam::camera_ptr make_wanted_camera(const host_options& options) {
     simcam::camera_options wanted = wanted_options(options);
     if (!options.descriptions.empty()) replace_descriptions(wanted, options.descriptions);
     choose_road(wanted, options.access);
+    wanted.call_delay = options.delay;
     wanted.keep_transcript = false;  // what is traced is printed as it comes
     simcam::camera_ptr camera = simcam::make_camera(std::move(wanted));
     refuse_malformed(*camera, options.descriptions);

@@ -17,7 +17,9 @@ using test_support::RecorderCanvas;
 
 // What the controls of a page ask when they show the present state.
 void refresh(const RecorderCanvas& canvas) {
+    ZELPropUI::ElementRefresh element;
     for (const auto& one : canvas.placed) {
+        element.TurnTo(one.controller.get());
         bool flag = false;
         std::int32_t value = 0;
         std::wstring text;

@@ -10,6 +10,7 @@
 #include "propui/windows/resource_ids.h"
 
 #include <commctrl.h>
+#include <gsl/util>
 
 #include <algorithm>
 #include <chrono>
@@ -261,9 +262,11 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
     }
 }
 
-// One refresh answers for all that wait.
+// One refresh answers for all that wait. One that is at work may be in the midst of an element, whose
+// controls are to be shown together.
 void CUVCBasePage::UpdateControls() {
     DropWaitingRefreshes(Handle());
+    if (at_work_ > 0) turn_ = {};
     turn_.Require(controls_.size());
     GoOnUpdating();
 }
@@ -274,6 +277,8 @@ void CUVCBasePage::GoOnUpdating() {
     const ZELPropUI::ControlList controls = controls_;
     const std::uint64_t mine = ++refreshes_;
     const auto is_mine = [&] { return window != nullptr && Handle() == window && refreshes_ == mine; };
+    ++at_work_;
+    const auto done = gsl::finally([this] { --at_work_; });
     ZELPropUI::ElementRefresh element;
     turn_.GoOn(std::chrono::steady_clock::now());
     while (is_mine() && !turn_.IsOver()) {

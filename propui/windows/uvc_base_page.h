@@ -71,6 +71,7 @@ private:
     ZELPropUI::ControlList controls_;
     ZELPropUI::RefreshTurn turn_;
     std::uint64_t refreshes_ = 0;  // begun or gone on with
+    int at_work_ = 0;              // of them, one within the other
     std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter_;
     HFONT font_ = nullptr;  // the dialog's
     std::atomic<bool> ends_with_window_{false};

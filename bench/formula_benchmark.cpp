@@ -6,6 +6,7 @@
 #include "formula/formula_evaluator.h"
 #include "formula/formula_parser.h"
 #include "formula/formula_token.h"
+#include "tests/adapter/allocation_watch.h"
 
 #include <algorithm>
 #include <chrono>
@@ -286,6 +287,9 @@ void real_formulas(benchmark::State& state) {
     state.counters["ratio_plain"] = sum.plain / sum.other;
     state.counters["ratio_sum"] = sum.specialised / sum.other;
     state.counters["ratio_mean"] = std::exp(logarithms / count);
+    const std::uint64_t before = adapter_test::AllocationCount();
+    for (const contest& one : contests) one.run_specialised();
+    state.counters["allocations"] = static_cast<double>(adapter_test::AllocationCount() - before);
     state.counters["mean_ns"] = sum.specialised / count;
 }
 

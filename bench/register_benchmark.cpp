@@ -5,6 +5,7 @@
 #include "genicam/genicam_doc.h"
 #include "genicam/idevice_port.h"
 #include "genicam/inode.h"
+#include "tests/adapter/allocation_watch.h"
 
 #include <benchmark/benchmark.h>
 
@@ -88,6 +89,9 @@ void compare_with_port(benchmark::State& state, bound_document& doc, std::int64_
                              }));
         best_node = std::min(best_node, nanoseconds_of(call));
     }
+    const std::uint64_t before = adapter_test::AllocationCount();
+    call();
+    state.counters["allocations"] = static_cast<double>(adapter_test::AllocationCount() - before);
     state.counters["port_ns"] = best_port;
     state.counters["node_ns"] = best_node;
     state.counters["beyond_ns"] = best_node - best_port;

@@ -101,6 +101,7 @@ void PageLayout::PlaceSlider(ISliderController& controller, int text_width, int&
     const int edit_height = canvas_->ScaleY(measure::edit_height);
 
     if (!label.empty()) PlaceLabel(label, x, y);
+    const ElementRefresh refresh(controller);
     canvas_->AddSlider({x, y, slider_width, canvas_->ScaleY(measure::row_height)}, controller);
     x += slider_width + canvas_->ScaleX(measure::gap);
     canvas_->AddEdit({x, y, edit_width, edit_height}, controller);

@@ -15,13 +15,31 @@ using ZELAdapterHelper::AbsRangeInfo;
 using ZELAdapterHelper::SharedString;
 using ZELAdapterHelper::TruncateToInt32;
 
-using BoolGetter = HRESULT (CZELItemDataBase::*)(InterfaceKey, bool&);
+template <class Value>
+using Getter = HRESULT (CZELItemDataBase::*)(InterfaceKey, Value&);
 
-bool AsksTrue(CZELItemDataBase& item, BoolGetter getter, InterfaceKey key) {
-    return Succeeds([&] {
-        bool answer = false;
-        return SUCCEEDED((item.*getter)(key, answer)) && answer;
+template <class Value>
+bool Read(const AnswerSpan& span, KeptAnswer<Value>& kept, CZELItemDataBase& item, Getter<Value> getter,
+          InterfaceKey key, Value& value) {
+    return kept.Get(span, value, [&](Value& answer) {
+        return SUCCEEDED(Attempt([&] { return (item.*getter)(key, answer); }));
     });
+}
+
+bool AsksTrue(const AnswerSpan& span, KeptAnswer<bool>& kept, CZELItemDataBase& item, Getter<bool> getter,
+              InterfaceKey key) {
+    bool answer = false;
+    return Read(span, kept, item, getter, key, answer) && answer;
+}
+
+// What is asked while the driver writes may be from before or after the write.
+template <class Value>
+bool Write(AnswerSpan& span, CZELItemDataBase& item, HRESULT (CZELItemDataBase::*setter)(InterfaceKey, Value),
+           InterfaceKey key, Value value) {
+    span.Forget();
+    const HRESULT result = Attempt([&] { return (item.*setter)(key, value); });
+    span.Forget();
+    return SUCCEEDED(result);
 }
 
 // Limits and steps come from a driver and may be anything: the arithmetic on them wraps as the machine's
@@ -77,34 +95,46 @@ bool CRangeSliderController::SetPosition(std::int32_t position) {
     return Succeeds([&] {
         if (!EnsureRange()) return false;
         const std::int64_t offset = std::int64_t{range_.step} * position;
-        return SUCCEEDED(item_->SetValue(key_, Wrap(offset + range_.min)));
+        return WriteValue(Wrap(offset + range_.min));
     });
 }
 
 bool CRangeSliderController::GetPosition(std::int32_t& position) {
     return Succeeds([&] {
         std::int32_t value = 0;
-        if (!EnsureRange() || FAILED(item_->GetValue(key_, value)) || range_.step < 1) return false;
+        if (!EnsureRange() || !ReadValue(value) || range_.step < 1) return false;
         position = Steps(range_.min, value, range_.step);
         return true;
     });
 }
 
-bool CRangeSliderController::IsReadOnly() { return AsksTrue(*item_, &CZELItemDataBase::IsReadOnly, key_); }
+bool CRangeSliderController::IsReadOnly() {
+    return AsksTrue(Answers(), read_only_, *item_, &CZELItemDataBase::IsReadOnly, key_);
+}
 
-bool CRangeSliderController::IsAvailable() { return AsksTrue(*item_, &CZELItemDataBase::IsAvailable, key_); }
+bool CRangeSliderController::IsAvailable() {
+    return AsksTrue(Answers(), available_, *item_, &CZELItemDataBase::IsAvailable, key_);
+}
+
+bool CRangeSliderController::ReadValue(std::int32_t& value) {
+    return Read(Answers(), value_, *item_, &CZELItemDataBase::GetValue, key_, value);
+}
+
+bool CRangeSliderController::WriteValue(std::int32_t value) {
+    return Write(Answers(), *item_, &CZELItemDataBase::SetValue, key_, value);
+}
 
 bool CRangeSliderController::SetText(std::wstring_view text) {
     return Succeeds([&] {
         std::int32_t value = 0;
-        return ParseInteger(text, value) && SUCCEEDED(item_->SetValue(key_, value));
+        return ParseInteger(text, value) && WriteValue(value);
     });
 }
 
 bool CRangeSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         std::int32_t value = 0;
-        if (FAILED(item_->GetValue(key_, value))) return false;
+        if (!ReadValue(value)) return false;
         text = FormatInteger(value);
         return true;
     });
@@ -157,7 +187,7 @@ bool CAbsValSliderController::SetPosition(std::int32_t position) {
         // The order of the arguments decides what a NaN ends as, and the order of the calls what crossed
         // limits give.
         value = std::max(range.min, std::min(range.max, value));
-        return SUCCEEDED(item_->SetAbsValue(key_, SnapValue(value)));
+        return WriteValue(SnapValue(value));
     });
 }
 
@@ -165,7 +195,7 @@ bool CAbsValSliderController::GetPosition(std::int32_t& position) {
     return Succeeds([&] {
         double value = 0;
         AbsRangeInfo range;
-        if (FAILED(item_->GetAbsValue(key_, value)) || !EnsureInfo(range)) return false;
+        if (!ReadValue(value) || !EnsureInfo(range)) return false;
         const double low = ToScale(range.min);
         position =
             TruncateToInt32((ToScale(value) - low) * (last_position / (ToScale(range.max) - low)) + 0.5);
@@ -173,21 +203,33 @@ bool CAbsValSliderController::GetPosition(std::int32_t& position) {
     });
 }
 
-bool CAbsValSliderController::IsReadOnly() { return AsksTrue(*item_, &CZELItemDataBase::IsReadOnly, key_); }
+bool CAbsValSliderController::IsReadOnly() {
+    return AsksTrue(Answers(), read_only_, *item_, &CZELItemDataBase::IsReadOnly, key_);
+}
 
-bool CAbsValSliderController::IsAvailable() { return AsksTrue(*item_, &CZELItemDataBase::IsAvailable, key_); }
+bool CAbsValSliderController::IsAvailable() {
+    return AsksTrue(Answers(), available_, *item_, &CZELItemDataBase::IsAvailable, key_);
+}
+
+bool CAbsValSliderController::ReadValue(double& value) {
+    return Read(Answers(), value_, *item_, &CZELItemDataBase::GetAbsValue, key_, value);
+}
+
+bool CAbsValSliderController::WriteValue(double value) {
+    return Write(Answers(), *item_, &CZELItemDataBase::SetAbsValue, key_, value);
+}
 
 bool CAbsValSliderController::SetText(std::wstring_view text) {
     return Succeeds([&] {
         double value = 0;
-        return ParseValue(text, unit_, value) && SUCCEEDED(item_->SetAbsValue(key_, value));
+        return ParseValue(text, unit_, value) && WriteValue(value);
     });
 }
 
 bool CAbsValSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         double value = 0;
-        if (FAILED(item_->GetAbsValue(key_, value))) return false;
+        if (!ReadValue(value)) return false;
         text = FormatValue(value, shown_decimals, unit_);
         return true;
     });
@@ -198,7 +240,7 @@ double CAbsValSliderController::SnapValue(double value) { return value; }
 bool CAbsValExposureSliderController::GetText(std::wstring& text) {
     return Succeeds([&] {
         double value = 0;
-        if (FAILED(Item().GetAbsValue(Key(), value))) return false;
+        if (!ReadValue(value)) return false;
         const std::int32_t denominator = TruncateToInt32(1.0 / value + 0.5);
         const bool is_fraction = value <= longest_fraction && denominator != 0 && denominator != no_integer;
         text = is_fraction ? FormatFraction(denominator, Unit()) : FormatValue(value, shown_decimals, Unit());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "items/item_contract.h"
+#include "propui/refresh.h"
 
 #include <atomic>
 #include <cstdint>
@@ -37,8 +38,17 @@ public:
     [[nodiscard]] virtual CZELItemDataBase* GetItem() const noexcept { return nullptr; }
     [[nodiscard]] virtual InterfaceKey GetKey() const noexcept { return 0; }
 
+    /// Until the end of the refresh the item is asked once for each thing, however many controls show it; a
+    /// refresh within a refresh asks anew.
+    void BeginRefresh() noexcept { answers_.Begin(); }
+    void EndRefresh() noexcept { answers_.End(); }
+
+protected:
+    [[nodiscard]] AnswerSpan& Answers() noexcept { return answers_; }
+
 private:
     std::atomic<std::int32_t> references_{1};
+    AnswerSpan answers_;
 };
 
 /// Integer elements: one position per step.
@@ -57,9 +67,14 @@ public:
 
 private:
     bool EnsureRange();
+    bool ReadValue(std::int32_t& value);
+    bool WriteValue(std::int32_t value);
 
     platform::com_ptr<CZELItemDataBase> item_;
     InterfaceKey key_;
+    KeptAnswer<bool> available_;
+    KeptAnswer<bool> read_only_;
+    KeptAnswer<std::int32_t> value_;
     bool range_known_ = false;
     ZELAdapterHelper::RangeInfo range_;
 };
@@ -85,14 +100,17 @@ protected:
     [[nodiscard]] double ToScale(double value) const;
     [[nodiscard]] double FromScale(double scaled) const;
     [[nodiscard]] const std::wstring& Unit() const noexcept { return unit_; }
-    [[nodiscard]] CZELItemDataBase& Item() const noexcept { return *item_; }
-    [[nodiscard]] InterfaceKey Key() const noexcept { return key_; }
+    bool ReadValue(double& value);
 
 private:
     [[nodiscard]] double ValueAt(std::int32_t position, const ZELAdapterHelper::AbsRangeInfo& range) const;
+    bool WriteValue(double value);
 
     platform::com_ptr<CZELItemDataBase> item_;
     InterfaceKey key_;
+    KeptAnswer<bool> available_;
+    KeptAnswer<bool> read_only_;
+    KeptAnswer<double> value_;
     std::int32_t scale_ = ZELAdapterHelper::scale_linear;
     std::wstring unit_;
     bool range_known_ = false;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace simcam {
@@ -53,6 +54,7 @@ void camera_core::close(driver_call& call, bool watched, bool threw) {
 template <class Work, class Finish>
 HRESULT camera_core::answer(driver_call& call, bool watched, Work work, Finish finish) {
     try {
+        if (options.call_delay.count() > 0) std::this_thread::sleep_for(options.call_delay);
         const std::optional<fault> struck = watched ? book.strike(call) : std::nullopt;
         const fault applied = struck ? *struck : fault();
         if (applied.action) applied.action();

@@ -2,6 +2,7 @@
 
 #include "simcam/vendor_model.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -36,6 +37,8 @@ struct camera_options {
     bool start_from_defaults = false;
     /// Gives the registers their behaviour: protected areas, commands, registers that change by themselves.
     std::function<void(register_memory&)> prepare_memory;
+    /// How long each call of the driver takes, as the bus of a real camera does.
+    std::chrono::milliseconds call_delay{0};
     /// Keeps the transcript; benchmarks and fuzzers do without.
     bool keep_transcript = true;
 };

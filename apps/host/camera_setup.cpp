@@ -46,6 +46,7 @@ simcam::camera_ptr make_wanted_camera(const host_options& options) {
     simcam::camera_options wanted = wanted_options(options);
     if (!files.empty()) refuse(simcam::replace_descriptions(wanted, files));
     choose_road(wanted, options.access);
+    wanted.call_delay = options.delay;
     wanted.keep_transcript = false;  // what is traced is printed as it comes
     simcam::camera_ptr camera = simcam::make_camera(std::move(wanted));
     refuse(simcam::find_malformed(*camera, files));

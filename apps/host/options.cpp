@@ -13,6 +13,8 @@ namespace {
 constexpr const char* named_road = "named";
 constexpr const char* register_road = "registers";
 
+constexpr int longest_delay = 10000;
+
 constexpr const char* about =
     "Opens the Selvane property pages of a simulated camera, or of a video capture device, in the "
     "platform's property frame.";
@@ -27,6 +29,7 @@ struct raw_options {
     std::string pictures;
     std::string road;
     std::string driver;
+    int delay = 0;
 };
 
 void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) {
@@ -42,13 +45,17 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
     CLI::Option* memory =
         app.add_option("--memory", raw.memory, "Register contents on top of what the camera starts with")
             ->type_name("FILE");
+    CLI::Option* delay = app.add_option("--delay", raw.delay,
+                                        "How long each call of the simulated driver takes, in milliseconds")
+                             ->type_name("MS")
+                             ->check(CLI::Range(0, longest_delay));
     CLI::Option* device =
         app.add_option("--device", options.device, "The video capture device of that name, no simulation")
             ->type_name("NAME");
     CLI::Option* driver =
         app.add_option("--driver", raw.driver, "The driver in that DLL, no simulation")->type_name("DLL");
     for (CLI::Option* real : {device, driver}) {
-        for (CLI::Option* simulated : {files, camera, access, memory}) real->excludes(simulated);
+        for (CLI::Option* simulated : {files, camera, access, memory, delay}) real->excludes(simulated);
     }
     driver->excludes(device);
 }
@@ -118,6 +125,7 @@ host_options parse_options(std::vector<std::string> arguments) {
     if (raw.road == named_road) options.access = access_road::named;
     if (raw.road == register_road) options.access = access_road::registers;
     options.driver = std::filesystem::u8path(raw.driver);
+    options.delay = std::chrono::milliseconds(raw.delay);
     options.memory = std::filesystem::u8path(raw.memory);
     options.pictures = std::filesystem::u8path(raw.pictures);
     return options;

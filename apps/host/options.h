@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,10 +15,11 @@ struct host_options {
     std::vector<std::filesystem::path> descriptions;  ///< in place of the camera's own
     std::string camera;                               ///< of the ready-made ones; empty for the usual one
     access_road access = access_road::as_offered;
-    std::filesystem::path memory;    ///< register contents of the simulated camera; empty for its own
-    std::string device;              ///< name of a real device; empty for the simulated camera
-    std::filesystem::path driver;    ///< DLL with a driver; empty for the simulated camera
-    std::filesystem::path pictures;  ///< folder for pictures of the pages; empty for none
+    std::chrono::milliseconds delay{0};  ///< of each call of the simulated driver
+    std::filesystem::path memory;        ///< register contents of the simulated camera; empty for its own
+    std::string device;                  ///< name of a real device; empty for the simulated camera
+    std::filesystem::path driver;        ///< DLL with a driver; empty for the simulated camera
+    std::filesystem::path pictures;      ///< folder for pictures of the pages; empty for none
     bool check_driver = false;
     bool write = false;  ///< the check may write to the camera
     bool json = false;

@@ -4,6 +4,8 @@
 
 namespace ZELPropUI {
 
+class ISliderController;
+
 /// Posted by a control to its page after a change; the page refreshes all its controls.
 constexpr UINT WM_UPDATE_CONTROLS = WM_USER + 5;
 static_assert(WM_UPDATE_CONTROLS == 1029);
@@ -25,6 +27,8 @@ public:
     /// Refreshes whether the control is enabled, and its value.
     virtual void Update() {}
     virtual void UpdateValue() {}
+    /// What the control shares with the others of its element; null for one that speaks to the item itself.
+    [[nodiscard]] virtual ISliderController* SharedController() const noexcept { return nullptr; }
 };
 
 }  // namespace ZELPropUI

@@ -14,6 +14,7 @@ class CControllerControl : public CControlWindow {
 public:
     /// The name that screen readers say, for a window that has no text of that kind.
     void SetName(const std::wstring& name) noexcept { named_ = SetAccessibleName(Handle(), name); }
+    [[nodiscard]] ISliderController* SharedController() const noexcept override { return controller_.get(); }
 
 protected:
     explicit CControllerControl(ISliderController* controller) : controller_(controller) {}

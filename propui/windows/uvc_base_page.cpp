@@ -10,8 +10,10 @@
 #include "propui/windows/resource_ids.h"
 
 #include <commctrl.h>
+#include <gsl/util>
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 #include <tuple>
 #include <utility>
@@ -76,6 +78,25 @@ bool MoveFocusInFrame(HWND page, WPARAM wparam, LPARAM lparam) noexcept {
     SendMessageW(owner, WM_NEXTDLGCTL, wparam, lparam);
     return GetFocus() != before;
 }
+
+// Looking into the queue lets the program's end be taken out of it.
+void DropWaitingRefreshes(HWND page) noexcept {
+    constexpr UINT refresh = ZELPropUI::WM_UPDATE_CONTROLS;
+    MSG message;
+    while (PeekMessageW(&message, page, refresh, refresh, PM_REMOVE | PM_QS_POSTMESSAGE) != 0) {
+        if (message.message != WM_QUIT) continue;
+        PostQuitMessage(static_cast<int>(message.wParam));
+        return;
+    }
+}
+
+bool Waits(UINT first, UINT last) noexcept {
+    MSG message;
+    return PeekMessageW(&message, nullptr, first, last, PM_NOREMOVE) != 0 && message.message >= first &&
+           message.message <= last;
+}
+
+bool InputWaits() noexcept { return Waits(WM_MOUSEFIRST, WM_MOUSELAST) || Waits(WM_KEYFIRST, WM_KEYLAST); }
 
 }  // namespace
 
@@ -156,6 +177,7 @@ HRESULT CUVCBasePage::Deactivate() {
         return S_OK;
     }
     const ZELPropUI::ControlList gone = std::exchange(controls_, {});
+    turn_ = {};
     DestroyDialog();
     return S_OK;
 }
@@ -221,6 +243,11 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
             UpdateControls();
             result = 1;
             return true;
+        case WM_PAINT:
+            if (!turn_.IsWaiting()) return false;
+            OnPaint();
+            result = 0;
+            return true;
         case WM_DESTROY:
             ZELPropUI::Framework::SuperclassedWindow::SaveBusyChildren(Handle());
             return false;
@@ -235,14 +262,57 @@ bool CUVCBasePage::OnMessage(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
     }
 }
 
-// Over a copy: a driver that runs messages lets the host deactivate the page meanwhile, or open it anew.
+// One refresh answers for all that wait. One that is at work may be in the midst of an element, whose
+// controls are to be shown together.
 void CUVCBasePage::UpdateControls() {
+    DropWaitingRefreshes(Handle());
+    if (at_work_ > 0) turn_ = {};
+    turn_.Require(controls_.size());
+    GoOnUpdating();
+}
+
+// Over a copy: a driver that runs messages lets the host deactivate the page meanwhile, or open it anew.
+void CUVCBasePage::GoOnUpdating() {
     const HWND window = Handle();
     const ZELPropUI::ControlList controls = controls_;
-    for (const auto& control : controls) {
-        if (window == nullptr || Handle() != window) break;
-        control->Update();
+    const std::uint64_t mine = ++refreshes_;
+    const auto is_mine = [&] { return window != nullptr && Handle() == window && refreshes_ == mine; };
+    ++at_work_;
+    const auto done = gsl::finally([this] { --at_work_; });
+    ZELPropUI::ElementRefresh element;
+    turn_.GoOn(std::chrono::steady_clock::now());
+    while (is_mine() && !turn_.IsOver()) {
+        ZELPropUI::CZELControlBase& control = *controls[turn_.Next()];
+        ZELPropUI::ISliderController* const controller = control.SharedController();
+        if (!element.Covers(controller)) {
+            element.TurnTo(controller);
+            // Who looks into the queue is sent what other threads have for the window.
+            const bool gives_way = turn_.MayWait() && IsWindowVisible(window) != 0 && InputWaits();
+            if (!is_mine()) break;
+            if (gives_way) return WaitForPause();
+        }
+        turn_.Take(controls.size());
+        control.Update();
     }
+    // Another refresh came within a call of the driver, and the control at work then may show what that call
+    // brought, which is older.
+    if (window != nullptr && Handle() == window && refreshes_ != mine) {
+        PostMessageW(window, ZELPropUI::WM_UPDATE_CONTROLS, 0, 0);
+    }
+}
+
+// Posted messages go before input. A request to paint comes after it: so the refresh goes on when the user
+// pauses, or with the next change. No such request reaches a page that nobody sees.
+void CUVCBasePage::WaitForPause() {
+    turn_.Wait(std::chrono::steady_clock::now());
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+}
+
+void CUVCBasePage::OnPaint() {
+    PAINTSTRUCT paint;
+    BeginPaint(Handle(), &paint);
+    EndPaint(Handle(), &paint);
+    GoOnUpdating();
 }
 
 }  // namespace uvc_page

@@ -2,11 +2,13 @@
 
 #include "items/unknown.h"
 #include "platform/com_ptr.h"
+#include "propui/refresh.h"
 #include "propui/windows/framework/dialog_window.h"
 #include "propui/windows/framework/property_page.h"
 #include "propui/windows/window_canvas.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -59,11 +61,17 @@ private:
     bool BuildPage(const Camera& camera, bool measure_only);
     void CreatePage(HWND parent, LPCRECT place);
     void UpdateControls();
+    void GoOnUpdating();
+    void WaitForPause();
+    void OnPaint();
     [[nodiscard]] bool EndsWithItsWindow() noexcept;
 
     platform::com_ptr<IKsPropertySet> filter_;
     std::vector<std::wstring> groups_;
     ZELPropUI::ControlList controls_;
+    ZELPropUI::RefreshTurn turn_;
+    std::uint64_t refreshes_ = 0;  // begun or gone on with
+    int at_work_ = 0;              // of them, one within the other
     std::shared_ptr<genicam_adapter::GenICamAdapterDevice> adapter_;
     HFONT font_ = nullptr;  // the dialog's
     std::atomic<bool> ends_with_window_{false};

@@ -33,7 +33,15 @@ TEST(Options, NothingAsksForTheUsualCameraInAFrame) {
     EXPECT_TRUE(options.pictures.empty());
     EXPECT_FALSE(options.trace || options.layout || options.probe || options.list_cameras ||
                  options.list_devices);
+    EXPECT_EQ(options.delay.count(), 0);
     EXPECT_EQ(options.message, "");
+}
+
+TEST(Options, TheDelayIsATimeInMilliseconds) {
+    EXPECT_EQ(parse_options({"--delay", "5"}).delay, std::chrono::milliseconds(5));
+    for (const char* wrong : {"-1", "10001", "x", ""})
+        EXPECT_NE(RefusalOf({"--delay", wrong}), "no refusal") << wrong;
+    EXPECT_NE(RefusalOf({"--delay", "5", "--device", "d"}), "no refusal");
 }
 
 TEST(Options, EveryOptionIsTaken) {

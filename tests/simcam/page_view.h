@@ -19,6 +19,30 @@ namespace simcam_test {
     return options;
 }
 
+/// What the controls of a page ask when they show the present state.
+inline void refresh(const test_support::RecorderCanvas& canvas) {
+    ZELPropUI::ElementRefresh element;
+    for (const auto& one : canvas.placed) {
+        bool flag = false;
+        std::int32_t value = 0;
+        std::wstring text;
+        element.TurnTo(one.controller.get());
+        if (one.controller) {
+            (void)one.controller->IsAvailable();
+            (void)one.controller->IsReadOnly();
+            if (one.kind == "edit") {
+                (void)one.controller->GetText(text);
+            } else {
+                (void)one.controller->GetPosition(value);
+            }
+        } else if (one.item) {
+            (void)one.item->IsAvailable(one.key, flag);
+            if (one.kind == "switch") (void)one.item->GetSwitch(one.key, flag);
+            if (one.kind == "combo") (void)one.item->GetValue(one.key, value);
+        }
+    }
+}
+
 /// A camera as the pages reach it.
 struct camera_on_pages {
     explicit camera_on_pages(simcam::camera_options options)

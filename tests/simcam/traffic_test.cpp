@@ -15,26 +15,6 @@ namespace {
 using namespace simcam;
 using test_support::RecorderCanvas;
 
-// What the controls of a page ask when they show the present state.
-void refresh(const RecorderCanvas& canvas) {
-    for (const auto& one : canvas.placed) {
-        bool flag = false;
-        std::int32_t value = 0;
-        std::wstring text;
-        if (one.controller) {
-            (void)one.controller->IsAvailable();
-            (void)one.controller->IsReadOnly();
-            if (one.kind == "slider") (void)one.controller->GetPosition(value);
-            if (one.kind == "edit") (void)one.controller->GetText(text);
-        } else if (one.item) {
-            (void)one.item->IsAvailable(one.key, flag);
-            (void)one.item->IsReadOnly(one.key, flag);
-            if (one.kind == "switch") (void)one.item->GetSwitch(one.key, flag);
-            if (one.kind == "combo") (void)one.item->GetValue(one.key, value);
-        }
-    }
-}
-
 // Calls of the driver through the property of one road.
 struct traffic {
     std::uint64_t build;
@@ -100,6 +80,64 @@ TEST(Traffic, OfTheDescribedPagesDoesNotGrow) {
     EXPECT_THAT(measure_all("described", described, false),
                 testing::ElementsAre(traffic{8, 76, 71}, traffic{0, 26, 20}, traffic{3, 33, 32},
                                      traffic{13, 46, 44}));
+}
+
+struct full_traffic {
+    std::uint64_t described;  ///< those of a refresh for elements of the description
+    std::uint64_t build;
+    std::uint64_t refresh;
+};
+
+bool operator==(const full_traffic& one, const full_traffic& other) {
+    return one.described == other.described && one.build == other.build && one.refresh == other.refresh;
+}
+
+void PrintTo(const full_traffic& calls, std::ostream* out) {
+    *out << "build " << calls.build << ", refresh " << calls.refresh << ", of those for the description "
+         << calls.described;
+}
+
+// By name each element of the description is asked for its lock state, and for a value where it has one.
+std::uint64_t most_calls_by_name(const RecorderCanvas& canvas) {
+    std::uint64_t most = 0;
+    for (const auto& one : canvas.placed) {
+        if (one.kind == "slider" || one.kind == "switch" || one.kind == "combo") most += 2;
+        if (one.kind == "button") most += 1;
+    }
+    return most;
+}
+
+// Every call counts, those to fixed properties too.
+std::vector<full_traffic> measure_full(bool named) {
+    camera_on_pages seen(on_one_road(*ready_made("full"), named));
+    (void)seen.adapter->get_item_table();
+    std::vector<full_traffic> all;
+    for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
+        RecorderCanvas canvas;
+        const std::uint64_t start = seen.camera->call_count();
+        seen.build(page, canvas);
+        const std::uint64_t built = seen.camera->call_count();
+        refresh(canvas);
+        seen.camera->clear_transcript();
+        const std::uint64_t before = seen.camera->call_count();
+        refresh(canvas);
+        const std::uint64_t asked = seen.camera->call_count() - before;
+        std::uint64_t described = 0;
+        for (const driver_call& call : seen.camera->calls())
+            if (call.set == genicam_adapter::device_property_set) ++described;
+        if (named) EXPECT_LE(described, most_calls_by_name(canvas));
+        all.push_back({described, built - start, asked});
+        std::cout << "full, " << (named ? "named" : "registers") << ", " << ZELPropUI::TitleOf(page) << ": "
+                  << testing::PrintToString(all.back()) << "\n";
+    }
+    return all;
+}
+
+TEST(Traffic, OfTheFullPagesDoesNotGrow) {
+    EXPECT_THAT(measure_full(true), testing::ElementsAre(full_traffic{0, 0, 0}, full_traffic{0, 0, 0},
+                                                         full_traffic{0, 0, 0}, full_traffic{0, 0, 0}));
+    EXPECT_THAT(measure_full(false), testing::ElementsAre(full_traffic{0, 0, 0}, full_traffic{0, 0, 0},
+                                                          full_traffic{0, 0, 0}, full_traffic{0, 0, 0}));
 }
 
 TEST(Traffic, OfMarkedDescriptionsIsSteady) {

@@ -40,21 +40,11 @@ protected:
     }
 
     [[nodiscard]] Transcript FloatRefresh(double value, bool automatic) const {
-        const std::string locked = lines_.Locked("ExposureTime", true);
-        const std::string read = lines_.Read("ExposureTime", value);
-        return {locked,
-                read,
-                read,
-                locked,
-                locked,
-                read,
-                lines_.Locked("ExposureAuto", true),
-                lines_.Read("ExposureAuto", automatic ? 1 : 0)};
+        return {lines_.Locked("ExposureTime", true), lines_.Read("ExposureTime", value),
+                lines_.Locked("ExposureAuto", true), lines_.Read("ExposureAuto", automatic ? 1 : 0)};
     }
     [[nodiscard]] Transcript IntegerRefresh(int value) const {
-        const std::string locked = lines_.Locked("Zoom", true);
-        const std::string read = lines_.Read("Zoom", value);
-        return {locked, read, read, locked, locked, read};
+        return {lines_.Locked("Zoom", true), lines_.Read("Zoom", value)};
     }
     [[nodiscard]] Transcript FeatureRefresh(bool enabled, int entry) const {
         return {lines_.Locked("TriggerEnable", true), lines_.Read("TriggerEnable", enabled ? 1 : 0),
@@ -71,7 +61,7 @@ protected:
     HWND window_ = nullptr;
 };
 
-TEST_P(PageMessagesTest, ARefreshAsksEachControlInOrder) {
+TEST_P(PageMessagesTest, ARefreshAsksEachElementOnceInOrder) {
     OpenPage(exposure_page);
     EXPECT_EQ(SendMessageW(window_, 1029, 0, 0), 1);
     EXPECT_EQ(TakeTranscript(), FloatRefresh(0.01, false));
@@ -138,7 +128,7 @@ TEST_P(PageMessagesTest, EachStepOfADragWritesAndTheEndDoesNot) {
     EXPECT_EQ(TextOf(controls.edits[0]), L"4.000 sec");
     Send(controls.sliders[0], TBM_SETPOS, TRUE, 0);
     Scroll(controls.sliders[0], WM_HSCROLL, TB_THUMBPOSITION);
-    EXPECT_THAT(Seen(), testing::SizeIs(9));
+    EXPECT_THAT(Seen(), testing::SizeIs(5));
     Scroll(controls.sliders[0], WM_HSCROLL, TB_ENDTRACK);
     EXPECT_THAT(Seen(), IsEmpty());
 }

@@ -123,9 +123,12 @@ std::vector<full_traffic> measure_full(bool named) {
         refresh(canvas);
         const std::uint64_t asked = seen.camera->call_count() - before;
         std::uint64_t described = 0;
-        for (const driver_call& call : seen.camera->calls())
+        for (const driver_call& call : seen.camera->calls()) {
             if (call.set == wire::device_set) ++described;
-        if (named) EXPECT_LE(described, most_calls_by_name(canvas));
+        }
+        if (named) {
+            EXPECT_LE(described, most_calls_by_name(canvas));
+        }
         all.push_back({described, built - start, asked});
         std::cout << "full, " << (named ? "named" : "registers") << ", " << ZELPropUI::TitleOf(page) << ": "
                   << testing::PrintToString(all.back()) << "\n";

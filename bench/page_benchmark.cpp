@@ -26,7 +26,8 @@ public:
     explicit timed_driver(simcam::simulated_camera& camera) : camera_(camera) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (iid != IID_IUnknown && iid != IID_IKsPropertySet) return camera_.QueryInterface(iid, out);
+        if (iid != platform::iid_unknown && iid != platform::iid_property_set)
+            return camera_.QueryInterface(iid, out);
         *out = static_cast<IKsPropertySet*>(this);
         return S_OK;
     }

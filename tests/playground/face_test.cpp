@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace playground_test {
 namespace {
 
@@ -244,8 +246,9 @@ TEST_F(PlaygroundTest, LetsTheInspectorLookAtTheText) {
     const json lint = Ask({{"do", "inspect"}, {"arguments", {"lint", "FILE"}}},
                           "<RegisterDescription>\n<Integr/>\n</RegisterDescription>");
     const json& findings = lint.at("output").at("files")[0].at("findings");
-    ASSERT_FALSE(findings.empty());
-    EXPECT_EQ(findings[0].at("line"), 2);
+    const bool finds_the_word = std::any_of(findings.begin(), findings.end(),
+                                            [](const json& finding) { return finding.at("line") == 2; });
+    EXPECT_TRUE(finds_the_word) << findings;
     const json described = Ask({{"do", "inspect"},
                                 {"arguments", {"describe", "FILE", "LampBrightness"}},
                                 {"registers", "0x100: 09"}},

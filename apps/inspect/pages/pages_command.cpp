@@ -66,6 +66,8 @@ int pages(const pages_options& options, const channels& to) {
     }
     if (!files.empty()) to.out << '\n';
     for (const std::string& file : files) write_line(to.out, "picture " + file);
+    if (!reason.empty()) to.out << '\n';
+    if (!reason.empty()) write_line(to.out, reason);
     return exit_code::fine;
 }
 

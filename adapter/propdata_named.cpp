@@ -139,8 +139,8 @@ HRESULT genicam_propdata_named::select_place(IEnumeration& enumeration, std::int
     const enum_entry_text* const entry = find_offered_entry(enumeration, place);
     if (entry == nullptr) return E_INVALIDARG;
     const std::string name = entry->name;  // while the driver reads it the list may be loaded anew
-    return set_named_property(filter(), {enumeration.get_name(), wire::path_suffix::selected_entry}, name.data(),
-                              static_cast<DWORD>(name.size()));
+    return set_named_property(filter(), {enumeration.get_name(), wire::path_suffix::selected_entry},
+                              name.data(), static_cast<DWORD>(name.size()));
 }
 
 void make_genicam_propdata_named(ZELAdapterHelper::CZELItemDataBase** result, IUnknown* filter,

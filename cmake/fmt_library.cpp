@@ -1,5 +1,5 @@
-// The one source that compiles the code of fmt. Debian's package has it as a native library only, and headers that
-// bring it along cost every source that formats something several seconds.
+// The one source that compiles the code of fmt. Debian's package has it as a native library only, and headers
+// that bring it along cost every source that formats something several seconds.
 #include <fmt/format-inl.h>
 
 FMT_BEGIN_NAMESPACE

@@ -8,7 +8,6 @@
 namespace simcam {
 namespace {
 
-
 constexpr std::size_t kept_bytes = 0x10000;
 
 bool read_path(const bytes& request, std::string& path) {

@@ -20,7 +20,7 @@ struct camera_options {
     bool named_access = true;               ///< property 4 of the device set
     bool register_access = true;            ///< property 3 of the device set
     bool gate_set = true;
-    bool vendor_set = true;                   ///< the vendor property set as a whole
+    bool vendor_set = true;             ///< the vendor property set as a whole
     bool color_enhancement_set = true;  ///< the set of the colour enhancement switch
     std::uint32_t device_kind = 5;
     /// First field of the description requests that the driver accepts.

@@ -5,8 +5,7 @@ namespace {
 
 using ZELAdapterHelper::MakeUVCGPIO;
 
-Bytes gpio_record(std::int32_t input, std::int32_t output, std::int32_t max_input,
-                        std::int32_t max_output) {
+Bytes gpio_record(std::int32_t input, std::int32_t output, std::int32_t max_input, std::int32_t max_output) {
     return Block(40).Put(24, input).Put(28, output).Put(32, max_input).Put(36, max_output);
 }
 
@@ -17,9 +16,7 @@ protected:
         Vendor(122).bytes = gpio_record(input, output, max_input, max_output);
     }
     static DriverRequest Read() { return Get(VendorSet(), 122, 40); }
-    static DriverRequest Write(std::int32_t output) {
-        return SetVendor(122, gpio_record(0, output, 0, 0));
-    }
+    static DriverRequest Write(std::int32_t output) { return SetVendor(122, gpio_record(0, output, 0, 0)); }
 };
 
 TEST_F(UVCGPIOTest, NeedsItsProperty) {

@@ -29,7 +29,7 @@ using testing::Not;
 std::filesystem::path SampleDriver() { return HostProgram().parent_path() / "sample_driver.dll"; }
 std::string SampleName() { return SampleDriver().u8string(); }
 
-std::string RefusalOf(const std::filesystem::path& file) {
+std::string DriverRefusal(const std::filesystem::path& file) {
     try {
         static_cast<void>(open_driver(file));
     } catch (const host_error& refusal) {
@@ -40,8 +40,8 @@ std::string RefusalOf(const std::filesystem::path& file) {
 }
 
 TEST(DriverFile, WhatIsNoDriverIsRefused) {
-    EXPECT_THAT(RefusalOf("missing.dll"), HasSubstr("cannot use the driver missing.dll: "));
-    EXPECT_THAT(RefusalOf(HostProgram().parent_path() / "selvane_page.dll"),
+    EXPECT_THAT(DriverRefusal("missing.dll"), HasSubstr("cannot use the driver missing.dll: "));
+    EXPECT_THAT(DriverRefusal(HostProgram().parent_path() / "selvane_page.dll"),
                 HasSubstr("it has no SelvaneCreateDriver"));
     const ProcessEnd end = RunHost({"--driver", "missing.dll"});
     EXPECT_EQ(end.code, 2U);

@@ -98,8 +98,8 @@ TEST_F(TraceFilter, TellsOfFloatsOnceTheDescriptionHasPassed) {
 TEST_F(TraceFilter, VendorRecordsAreSpelledOut) {
     wire::integer_record record{};
     DWORD returned = 0;
-    const HRESULT hr = properties->Get(wire::vendor_set, ZELAdapterHelper::SELVANE_TRIGGER, &record,
-                                       sizeof record, &record, sizeof record, &returned);
+    const HRESULT hr = properties->Get(wire::vendor_set, SELVANE_TRIGGER, &record, sizeof record, &record,
+                                       sizeof record, &returned);
     EXPECT_EQ(hr, S_OK);
     EXPECT_EQ(returned, sizeof record);
     EXPECT_EQ(TakeLines(), camera->transcript());

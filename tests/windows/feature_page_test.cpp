@@ -208,8 +208,7 @@ TEST_F(FeaturePageTest, StrobeTimesAreWrittenInTheWholeRecord) {
 TEST_F(FeaturePageTest, ARestrictedStrobeOffersOneMode) {
     simcam::camera_options options = *simcam::ready_made("builtin");
     simcam::strobe_property& strobe = options.vendor.strobe.at(125);
-    strobe.restrictions =
-        simcam::wire::strobe_no_duration | simcam::wire::strobe_no_delay | simcam::wire::strobe_no_polarity;
+    strobe.restrictions = wire::strobe_no_duration | wire::strobe_no_delay | wire::strobe_no_polarity;
     strobe.follow_exposure = 1;
     strobe.enable = 1;
     UseCamera(std::move(options));

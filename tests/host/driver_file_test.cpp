@@ -75,7 +75,7 @@ TEST_F(SampleDriverPages, ShowTheDescribedItemAndTheBuiltInOnes) {
         frame.close();
     });
     EXPECT_THAT(layout, AllOf(HasSubstr("Exposure"), HasSubstr("Gain"), HasSubstr("Lamp"), HasSubstr("On")));
-    EXPECT_THAT(layout, AllOf(HasSubstr("0.010 sec"), HasSubstr("0.00 dB"), HasSubstr("50")));
+    EXPECT_THAT(layout, AllOf(HasSubstr("1/100 sec"), HasSubstr("0.000 dB"), HasSubstr("50")));
 }
 
 std::int64_t GetNamed(IKsPropertySet& properties, std::string_view path) {

@@ -3,6 +3,7 @@
 #include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
 #include "propui/control_logic.h"
+#include "propui/refresh.h"
 #include "propui/page_measures.h"
 #include "propui/scale_measure.h"
 
@@ -144,7 +145,11 @@ void live_page::update(live_control& control) {
 }
 
 void live_page::refresh() {
-    for (live_control& control : controls_) update(control);
+    ZELPropUI::ElementRefresh element;
+    for (live_control& control : controls_) {
+        element.TurnTo(control.controller.get());
+        update(control);
+    }
 }
 
 outcome live_page::move(std::size_t number, std::int32_t position) {

@@ -62,7 +62,7 @@ void ExpectNoGrowth(simcam::camera_options options, const std::vector<CLSID>& pa
                 testing::PrintToString(after).c_str());
     EXPECT_EQ(after.windows, before.windows);
     EXPECT_EQ(after.next_window, before.next_window);
-    EXPECT_EQ(after.next_gdi_object, before.next_gdi_object);
+    EXPECT_EQ(after.highest_gdi_object, before.highest_gdi_object);
     EXPECT_EQ(after.next_handle, before.next_handle);
     // Less than one block for each life; the platform keeps a few for itself.
     EXPECT_LT(after.heap_blocks, before.heap_blocks + 50);

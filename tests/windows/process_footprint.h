@@ -2,16 +2,18 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <ostream>
+#include <vector>
 
 namespace page_test {
 
 /// What a process holds. Tests compare one before and one after.
 struct Footprint {
-    DWORD windows = 0;          ///< of this thread
-    WORD next_window = 0;       ///< slot that a new window gets; it moves up as slots are lost
-    WORD next_gdi_object = 0;   ///< the same for GDI objects
-    ULONG_PTR next_handle = 0;  ///< the same for handles of the kernel
+    DWORD windows = 0;            ///< of this thread
+    WORD next_window = 0;         ///< slot that a new window gets; it moves up as slots are lost
+    WORD highest_gdi_object = 0;  ///< of many that are made at once: grows with each that is left behind
+    ULONG_PTR next_handle = 0;    ///< the same for handles of the kernel
     SIZE_T heap_blocks = 0;
     SIZE_T heap_bytes = 0;
 };
@@ -27,6 +29,19 @@ inline void CountHeap(HANDLE heap, Footprint& footprint) {
     HeapUnlock(heap);
 }
 
+// Which of the freed numbers comes next is the platform's affair. So many objects take all of them, and then
+// the highest number tells how many there are.
+inline WORD HighestOfManyGdiObjects() {
+    std::vector<HBRUSH> brushes(2000);
+    WORD highest = 0;
+    for (HBRUSH& brush : brushes) {
+        brush = CreateSolidBrush(RGB(1, 2, 3));
+        highest = std::max(highest, LOWORD(reinterpret_cast<ULONG_PTR>(brush)));
+    }
+    for (const HBRUSH brush : brushes) DeleteObject(brush);
+    return highest;
+}
+
 inline Footprint MeasureFootprint() {
     Footprint footprint;
     EnumThreadWindows(
@@ -40,9 +55,7 @@ inline Footprint MeasureFootprint() {
         CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
     footprint.next_window = LOWORD(reinterpret_cast<ULONG_PTR>(window));
     DestroyWindow(window);
-    const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
-    footprint.next_gdi_object = LOWORD(reinterpret_cast<ULONG_PTR>(brush));
-    DeleteObject(brush);
+    footprint.highest_gdi_object = HighestOfManyGdiObjects();
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     footprint.next_handle = reinterpret_cast<ULONG_PTR>(event);
     CloseHandle(event);
@@ -54,7 +67,7 @@ inline Footprint MeasureFootprint() {
 
 inline std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
     return out << footprint.windows << " windows, next window " << footprint.next_window
-               << ", next GDI object " << footprint.next_gdi_object << ", next handle "
+               << ", highest GDI object " << footprint.highest_gdi_object << ", next handle "
                << footprint.next_handle << ", " << footprint.heap_blocks << " heap blocks with "
                << footprint.heap_bytes << " bytes";
 }

@@ -74,6 +74,7 @@ TEST_P(RefreshTest, TheEndOfTheProgramStaysInTheQueue) {
     int end = 0;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (message.message == WM_QUIT) end = static_cast<int>(message.wParam);
+        DispatchMessageW(&message);  // who asks to be painted asks until it is
     }
     EXPECT_EQ(end, 17);
 }

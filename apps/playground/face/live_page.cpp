@@ -3,8 +3,8 @@
 #include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
 #include "propui/control_logic.h"
-#include "propui/refresh.h"
 #include "propui/page_measures.h"
+#include "propui/refresh.h"
 #include "propui/scale_measure.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
+#include "formula/formula_store.h"
 #include "genicam/core/node_log.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
@@ -47,39 +48,49 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
     variable_table table(false, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    const bool reads_float = target_->get_node_type() == node_type::floating;
-    const bool takes_float = !map_.is_integer();
-    if (parse(from, table, reads_float, self, formula_from_))
-        parse(to, table, takes_float, self, formula_to_);
+    formula_from_ = keep(from, table, kinds_when_reading(), self);
+    if (formula_from_ != nullptr) formula_to_ = keep(to, table, map_.kinds(map_.kind()), self);
 }
 
-bool converter_impl::parse(std::string_view text, const variable_table& table, bool is_float,
-                           const node_base_data& self, formula_program& program) const {
-    const number_kind kind = is_float ? number_kind::floating : number_kind::integer;
-    if (map_.parse(text, table, kind, self.formulas(), program)) {
-        log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, "
-            "Converter (\"%s\"). failed to evaluate \"%.*s\"\n",
-            self, static_cast<int>(text.size()), text.data());
-        return false;
-    }
-    return true;
+// An enumeration has numbers of either kind.
+source_kinds converter_impl::kinds_when_reading() const {
+    const node_type target = target_->get_node_type();
+    const number_kind read = target == node_type::floating ? number_kind::floating : number_kind::integer;
+    source_kinds kinds = map_.kinds(read);
+    if (target == node_type::enumeration) kinds.are_certain = false;
+    return kinds;
+}
+
+kept_formula* converter_impl::keep(std::string_view text, const variable_table& table,
+                                   const source_kinds& kinds, const node_base_data& self) const {
+    kept_formula& formula = self.formulas().keep(text, table, kinds);
+    if (!formula.was_refused()) return &formula;
+    log_node(
+        "GenICam::converter::converter_impl::resolve_converter_references, "
+        "Converter (\"%s\"). failed to evaluate \"%.*s\"\n",
+        self, static_cast<int>(text.size()), text.data());
+    return nullptr;
 }
 
 result<eval_value> converter_impl::read(std::uint32_t flags) {
-    if (formula_from_.empty() || target_ == nullptr) return make_error_code(not_implemented);
+    if (formula_from_ == nullptr || formula_from_->program().empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
     const result<eval_value> value = get_eval_value(target_, flags);
     if (!value) return value.error();
     map_.current = value.assume_value();
-    return evaluate_formula(formula_from_, map_);
+    return evaluate_formula(formula_from_->program(), map_);
+}
+
+// Where reading is refused, nobody has looked at the other direction.
+bool converter_impl::can_write() const {
+    return formula_to_ != nullptr && !formula_from_->is_refused() && !formula_to_->program().empty();
 }
 
 std::error_code converter_impl::write(const eval_value& value, std::uint32_t flags) {
-    if (formula_to_.empty() || target_ == nullptr) return make_error_code(not_implemented);
+    if (!can_write()) return make_error_code(not_implemented);
     map_.refresh(flags);
     map_.current = value;
-    const result<eval_value> converted = evaluate_formula(formula_to_, map_);
+    const result<eval_value> converted = evaluate_formula(formula_to_->program(), map_);
     if (!converted) return converted.error();
     return set_result(target_, converted.assume_value(), flags);
 }

@@ -1,11 +1,13 @@
 #pragma once
 
-#include "formula/formula_program.h"
 #include "formula/variable_binding.h"
 #include "genicam/core/implement_inode.h"
 #include "genicam/core/node_state.h"
 
 namespace GenICam {
+
+class kept_formula;
+struct source_kinds;
 
 /// Two formulas in front of a target node: one for reading it and one for writing.
 class converter_impl {
@@ -22,16 +24,17 @@ public:
     [[nodiscard]] INode* target() const noexcept { return target_; }
 
 private:
-    /// Parses one direction, whose `FROM` and `TO` will mostly be of that kind; false, and a message, on
-    /// failure.
-    bool parse(std::string_view text, const variable_table& table, bool is_float, const node_base_data& self,
-               formula_program& program) const;
+    /// Keeps the formula of one direction; null, and a message, for one that is known to be refused.
+    [[nodiscard]] kept_formula* keep(std::string_view text, const variable_table& table,
+                                     const source_kinds& kinds, const node_base_data& self) const;
+    [[nodiscard]] source_kinds kinds_when_reading() const;
+    [[nodiscard]] bool can_write() const;
     [[nodiscard]] bool resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
 
     INode* target_ = nullptr;
     variable_map_impl map_;
-    formula_program formula_to_;
-    formula_program formula_from_;
+    kept_formula* formula_to_ = nullptr;
+    kept_formula* formula_from_ = nullptr;
 };
 
 /// `IntConverter`: an integer computed from a target node and back. Without limits of its own.

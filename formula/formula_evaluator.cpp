@@ -85,7 +85,7 @@ std::string_view run(calc_stack& stack, const formula_instruction& instruction,
 }
 
 template <class Watch>
-std::string_view run_all(const formula_program& program, const variable_lookup& variables, eval_value& result,
+std::string_view run_all(const formula_view& program, const variable_lookup& variables, eval_value& result,
                          Watch goes_on) {
     calc_stack stack;
     for (const formula_instruction& instruction : program.instructions) {
@@ -101,13 +101,13 @@ std::string_view run_all(const formula_program& program, const variable_lookup& 
 
 }  // namespace
 
-result<eval_value> evaluate_stepwise(const formula_program& program, variable_lookup variables) {
+result<eval_value> evaluate_stepwise(const formula_view& program, variable_lookup variables) {
     eval_value value;
     if (!run_instructions(program, variables, value).empty()) return make_error_code(formula_parse_failed);
     return value;
 }
 
-result<eval_value> evaluate_repeating(const formula_program& program, const specialised_formula* form,
+result<eval_value> evaluate_repeating(const formula_view& program, const specialised_formula* form,
                                       const asked_frame& frame, const std::optional<eval_value>& last,
                                       variable_lookup variables) {
     std::size_t question = 0;
@@ -118,14 +118,14 @@ result<eval_value> evaluate_repeating(const formula_program& program, const spec
     });
 }
 
-std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+std::string_view run_instructions(const formula_view& program, variable_lookup variables,
                                   eval_value& result) {
     return run_all(program, variables, result,
                    [](const formula_instruction*, const calc_stack&) { return true; });
 }
 
-std::string_view run_instructions(const formula_program& program, variable_lookup variables,
-                                  eval_value& result, instruction_watch watch) {
+std::string_view run_instructions(const formula_view& program, variable_lookup variables, eval_value& result,
+                                  instruction_watch watch) {
     return run_all(program, variables, result, [&](const formula_instruction* next, const calc_stack& stack) {
         return watch(next, stack.values());
     });

@@ -17,7 +17,7 @@ namespace GenICam {
 using variable_lookup = function_ref<std::optional<eval_value>(identifier_id)>;
 
 /// Runs the instructions one by one on a calc stack. Gives the words for what failed, empty for success.
-[[nodiscard]] std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+[[nodiscard]] std::string_view run_instructions(const formula_view& program, variable_lookup variables,
                                                 eval_value& result);
 
 /// Sees the instruction that comes next, null at the end, and the stack before it. False ends the run.
@@ -25,22 +25,21 @@ using instruction_watch =
     function_ref<bool(const formula_instruction* next, gsl::span<const eval_value> stack)>;
 
 /// The same under the eyes of `watch`. A run that it ended gives words for that.
-[[nodiscard]] std::string_view run_instructions(const formula_program& program, variable_lookup variables,
+[[nodiscard]] std::string_view run_instructions(const formula_view& program, variable_lookup variables,
                                                 eval_value& result, instruction_watch watch);
 
 /// The slots of ordinary formulas.
 constexpr std::size_t formula_slots_in_place = 64;
 
 /// Runs the instructions one by one; every failure is `formula_parse_failed`.
-[[nodiscard]] result<eval_value> evaluate_stepwise(const formula_program& program, variable_lookup variables);
+[[nodiscard]] result<eval_value> evaluate_stepwise(const formula_view& program, variable_lookup variables);
 
 /// What remains for values in memory when no specialised form in place did: large ones, and at last the
 /// instructions one by one.
 template <class Variables>
-[[nodiscard, gnu::noinline]] result<eval_value> evaluate_otherwise(const formula_program& program,
+[[nodiscard, gnu::noinline]] result<eval_value> evaluate_otherwise(const formula_view& program,
                                                                    Variables& variables) {
-    for (const specialised_formula* form = program.specialised.get(); form != nullptr;
-         form = form->alternative.get()) {
+    for (const specialised_formula* form = program.specialised; form != nullptr; form = form->alternative) {
         if (form->frame_size() <= formula_slots_in_place) continue;
         const std::unique_ptr<bare_number[]> frame(new bare_number[form->frame_size()]);
         if (form->load(variables, frame.get())) return form->run(frame.get());
@@ -89,7 +88,7 @@ private:
 
 /// Runs the instructions one by one where the answers so far, and the last one, fit no specialised form. They
 /// are not asked for again.
-[[nodiscard]] result<eval_value> evaluate_repeating(const formula_program& program,
+[[nodiscard]] result<eval_value> evaluate_repeating(const formula_view& program,
                                                     const specialised_formula* form, const asked_frame& frame,
                                                     const std::optional<eval_value>& last,
                                                     variable_lookup variables);
@@ -97,8 +96,8 @@ private:
 /// Computes a formula and asks for its variables as its instructions do, so that whoever answers cannot tell
 /// how it is computed.
 template <class Variables>
-[[nodiscard]] result<eval_value> evaluate_asking(const formula_program& program, Variables& variables) {
-    const specialised_formula* form = program.specialised.get();
+[[nodiscard]] result<eval_value> evaluate_asking(const formula_view& program, Variables& variables) {
+    const specialised_formula* form = program.specialised;
     if (form == nullptr || form->frame_size() > formula_slots_in_place)
         return evaluate_stepwise(program, variables);
     asked_frame frame;
@@ -121,11 +120,11 @@ template <class Variables>
 /// Fails with `formula_parse_failed` only. An integer division by zero ends the process. Does not allocate
 /// unless the formula needs more than 20 values at a time, or 64 with its variables when specialised.
 template <class Variables>
-[[nodiscard]] result<eval_value> evaluate_formula(const formula_program& program, Variables&& variables) {
+[[nodiscard]] result<eval_value> evaluate_formula(const formula_view& program, Variables&& variables) {
     if constexpr (std::is_pointer_v<std::invoke_result_t<Variables&, identifier_id>>) {
         bare_number frame[formula_slots_in_place];
-        for (const specialised_formula* form = program.specialised.get(); form != nullptr;
-             form = form->alternative.get()) {
+        for (const specialised_formula* form = program.specialised; form != nullptr;
+             form = form->alternative) {
             if (form->frame_size() <= formula_slots_in_place && form->load(variables, frame))
                 return form->run(frame);
         }

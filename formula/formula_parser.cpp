@@ -1,5 +1,7 @@
 #include "formula/formula_parser.h"
 
+#include "formula/formula_specialiser.h"
+#include "formula/math_parser.h"
 #include "genicam/core/log.h"
 
 #include <cstddef>
@@ -7,7 +9,6 @@
 #include <utility>
 
 #include <fmt/format.h>
-#include <boost/container/small_vector.hpp>
 
 namespace GenICam {
 namespace {
@@ -32,86 +33,24 @@ std::size_t operand_count(op_code code) noexcept {
     }
 }
 
-// What would be calls of one another in recursive descent stands in a sequence of its own, so that no text
-// can exhaust the processor's stack: each entry waits for the end of an operand or of an expression.
-class math_parser {
-public:
-    math_parser(std::string_view text, name_resolver resolver) : resolver_(resolver), tree_(text) {
-        tree_.reserve(text.size() / characters_per_node + 1);
-        token_.rest = text;
-    }
+}  // namespace
 
-    [[nodiscard]] formula_tree read();
-
-private:
-    enum class waiting : std::uint8_t { operand, sign, parenthesis, arguments, then_part, else_part };
-
-    struct open_part {
-        waiting owner;
-        token_kind symbol;
-        operator_level level;        // of a binary operator
-        std::uint32_t offset;        // of the operator, the parenthesis or the name
-        std::uint32_t arguments;     // of a call so far
-        formula_tree::index behind;  // how many nodes stand before the part
-        std::string_view name;       // of a call
-    };
-
-    // These give whether there is more to read.
-    bool begin_expression();
-    bool take_operand();
-    bool take_opening(waiting owner);
-    bool take_sign();
-    bool take_follower();
-    bool take_operator(operator_level binding);
-    bool end_expression();
-    bool end_parenthesis();
-    bool end_argument();
-    bool end_then_part();
-    bool end_text();
-    bool open(waiting owner, const formula_token& token, std::string_view rest);
-    bool end_with(parse_status status, std::string_view rest);
-
-    void read_token();
-    void end_operand();
-    void note_refusal(parse_status status, std::string_view rest);
-    void close_part();
-    [[nodiscard]] bool is_refused() const { return tree_.end.status != parse_status::none; }
-    [[nodiscard]] bool is_inside(waiting owner) const {
-        return !open_.empty() && open_.back().owner == owner;
-    }
-
-    void add_name();
-    parse_status add_identifier_token();
-    parse_status append(const formula_program& expression);
-    formula_instruction& add_leaf(op_code code);
-    void add_number(const eval_value& number);
-    void add_call(const open_part& call);
-    void add_signs();
-    void add_sign(const open_part& sign);
-    void add_operators(operator_level outermost);
-    void add_operator(const open_part& part);
-    void add_selection(const open_part& question);
-    formula_instruction& add_operation(const open_part& part, op_code code);
-    [[nodiscard]] std::uint32_t offset_of(const formula_token& token) const {
-        return static_cast<std::uint32_t>(token.text.data() - tree_.text().data());
-    }
-
-    name_resolver resolver_;
-    formula_tree tree_;
-    formula_token token_;           // what comes next
-    std::string_view behind_;       // the text behind the last token that was taken
-    std::uint32_t last_token_ = 0;  // where that token stands
-    bool wants_operand_ = true;     // or an operand has ended
-    std::size_t depth_ = 1;         // of everything that is open but operators
-    boost::container::small_vector<open_part, 16> open_;
-};
-
-formula_tree math_parser::read() {
-    token_ = next_token(tree_.text());
-    behind_ = tree_.text();
+const formula_tree& math_parser::read(std::string_view text, name_resolver resolver) {
+    resolver_ = &resolver;
+    tree_.begin(text);
+    open_.clear();
+    depth_ = 1;
+    last_token_ = 0;
+    token_ = next_token(text);
+    behind_ = text;
     bool goes_on = begin_expression();
     while (goes_on) goes_on = wants_operand_ ? take_operand() : take_follower();
-    return std::move(tree_);
+    return tree_;
+}
+
+void math_parser::reserve(const formula_size& largest) {
+    tree_.reserve(largest);
+    open_.reserve(largest.nodes + largest.marks);
 }
 
 void math_parser::read_token() {
@@ -292,7 +231,7 @@ void math_parser::add_name() {
 }
 
 parse_status math_parser::add_identifier_token() {
-    const resolved_name resolved = resolver_(token_.text);
+    const resolved_name resolved = (*resolver_)(token_.text);
     if (std::holds_alternative<std::monostate>(resolved)) {
         if (log_enabled(log_failure)) {
             log_message(log_failure,
@@ -379,6 +318,8 @@ formula_instruction& math_parser::add_operation(const open_part& part, op_code c
     return node.instruction;
 }
 
+namespace {
+
 // The text becomes a format, and what it quotes of the description must not act as one.
 void log_failed_parse(const parse_end& end) {
     const std::string text = fmt::format("km_parse_tree failed with result={}. Last token view:\n{}.\n",
@@ -391,10 +332,7 @@ void log_failed_parse(const parse_end& end) {
 template <class Prepare>
 result<formula_program> compile(std::string_view text, name_resolver resolver, Prepare prepare) {
     const formula_tree tree = read_formula(text, resolver);
-    if (!tree.is_accepted()) {
-        if (log_enabled(log_failure)) log_failed_parse(tree.end);
-        return make_error_code(formula_parse_failed);
-    }
+    if (!is_usable(tree)) return make_error_code(formula_parse_failed);
     formula_program program = tree.program();
     program.specialised = prepare(tree);
     return program;
@@ -402,8 +340,15 @@ result<formula_program> compile(std::string_view text, name_resolver resolver, P
 
 }  // namespace
 
+bool is_usable(const formula_tree& tree) {
+    if (!tree.is_accepted() && log_enabled(log_failure)) log_failed_parse(tree.end);
+    return tree.is_accepted();
+}
+
 formula_tree read_formula(std::string_view text, name_resolver resolver) {
-    return math_parser(text, resolver).read();
+    math_parser parser(text.size() / characters_per_node + 1);
+    static_cast<void>(parser.read(text, resolver));
+    return parser.take_tree();
 }
 
 result<formula_program> parse_formula(std::string_view text, name_resolver resolver, variable_kinds kinds) {

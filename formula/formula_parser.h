@@ -1,9 +1,9 @@
 #pragma once
 
 #include "formula/formula_program.h"
-#include "formula/formula_specialiser.h"
 #include "formula/formula_tree.h"
 #include "formula/function_ref.h"
+#include "formula/known_numbers.h"
 #include "genicam/core/error.h"
 
 #include <string_view>
@@ -24,6 +24,9 @@ using name_resolver = function_ref<resolved_name(std::string_view name)>;
 /// levels are refused, and so are those that expressions make longer than 65536 instructions. The names
 /// behind the first thing that is refused are not asked for.
 [[nodiscard]] formula_tree read_formula(std::string_view text, name_resolver resolver);
+
+/// Whether a formula can be run; says so, as the log is there for, where it cannot.
+[[nodiscard]] bool is_usable(const formula_tree& tree);
 
 /// Compiles a formula, made ready for variables of these kinds. Fails with `formula_parse_failed` only.
 [[nodiscard]] result<formula_program> parse_formula(std::string_view text, name_resolver resolver,

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <boost/container/small_vector.hpp>
+#include <gsl/span>
 
 namespace GenICam {
 
@@ -16,6 +17,20 @@ struct formula_program {
     std::shared_ptr<const specialised_formula> specialised;
 
     [[nodiscard]] bool empty() const noexcept { return instructions.empty(); }
+};
+
+/// A program where it stands. Of one that was made ready for the kinds that all its variables have, the
+/// instructions may be missing.
+struct formula_view {
+    formula_view() = default;
+    formula_view(const formula_program& program) noexcept  // implicit: whoever runs a program takes a view
+        : instructions(program.instructions.data(), program.instructions.size()),
+          specialised(program.specialised.get()) {}
+
+    [[nodiscard]] bool empty() const noexcept { return instructions.empty() && specialised == nullptr; }
+
+    gsl::span<const formula_instruction> instructions;
+    const specialised_formula* specialised = nullptr;
 };
 
 }  // namespace GenICam

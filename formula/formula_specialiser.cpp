@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
-
-#include <boost/container/small_vector.hpp>
+#include <new>
 
 namespace GenICam {
 namespace {
@@ -17,6 +16,8 @@ using variable = specialised_formula::variable;
 
 // The steps run one inside the other where tail calls are not optimised: their number bounds the stack.
 constexpr std::size_t longest_program = 1000;
+// A node takes a step of its own, and perhaps one that converts it or brings it to its slot; the last ends.
+constexpr std::size_t most_steps(std::size_t nodes) { return 2 * nodes + 1; }
 // The writer walks the tree by recursion and stays within a small stack.
 constexpr std::uint16_t deepest_tree = 200;
 
@@ -36,10 +37,18 @@ const typed_form& truth_of_float() noexcept { return operation_of(token_kind::no
 /// known, slots of intermediate results bear a mark.
 class step_writer {
 public:
-    step_writer(const formula_tree& tree, const known_numbers& numbers) : tree_(tree), numbers_(numbers) {}
+    /// Writes into parts that are empty.
+    step_writer(const formula_tree& tree, const known_numbers& numbers, written_parts& written)
+        : tree_(tree),
+          numbers_(numbers),
+          variables_(written.variables),
+          questions_(written.questions),
+          steps_(written.steps) {}
 
-    void write() { write_result(tree_.root()); }
-    [[nodiscard]] std::shared_ptr<specialised_formula> take();
+    [[nodiscard]] specialised_formula::parts write() {
+        write_result(tree_.root());
+        return settle_slots();
+    }
 
 private:
     /// Where a number is: a constant, or a slot.
@@ -89,6 +98,7 @@ private:
     void write_into(const place& from, std::uint16_t target);
 
     [[nodiscard]] selection selection_at(node_index node) const;
+    [[nodiscard]] specialised_formula::parts settle_slots();
     std::uint16_t slot_of(const place& from);
     std::uint16_t slot_of_variable(node_index node, number_kind kind);
     std::uint16_t take_slot();
@@ -98,9 +108,9 @@ private:
 
     const formula_tree& tree_;
     const known_numbers& numbers_;
-    boost::container::small_vector<variable, 16> variables_;
-    boost::container::small_vector<std::uint16_t, 64> questions_;
-    boost::container::small_vector<formula_step, 64> steps_;
+    decltype(written_parts::variables)& variables_;
+    decltype(written_parts::questions)& questions_;
+    decltype(written_parts::steps)& steps_;
     std::uint16_t slots_in_use_ = 0;
     std::uint16_t most_slots_ = 0;
 };
@@ -389,7 +399,7 @@ formula_step& step_writer::append(step_function run, std::uint16_t target, std::
     return made;
 }
 
-std::shared_ptr<specialised_formula> step_writer::take() {
+specialised_formula::parts step_writer::settle_slots() {
     const auto variable_count = static_cast<std::uint16_t>(variables_.size());
     const auto settle = [variable_count](std::uint16_t& slot) {
         if ((slot & intermediate) != 0) {
@@ -402,10 +412,10 @@ std::shared_ptr<specialised_formula> step_writer::take() {
         settle(written.right);
     }
     if (questions_.size() == variables_.size()) questions_.clear();
-    return std::make_shared<specialised_formula>(
-        std::vector<variable>(variables_.begin(), variables_.end()),
-        std::vector<std::uint16_t>(questions_.begin(), questions_.end()),
-        std::vector<formula_step>(steps_.begin(), steps_.end()), std::size_t{variable_count} + most_slots_);
+    return {{variables_.data(), variables_.size()},
+            {questions_.data(), questions_.size()},
+            {steps_.data(), steps_.size()},
+            std::size_t{variable_count} + most_slots_};
 }
 
 // Whether the forms of all functions are known, and the walk over the tree stays within a small stack.
@@ -423,16 +433,46 @@ bool is_known(const formula_tree& tree, const known_numbers& numbers) {
     return result.kind != known_kind::either || !result.can_fault;
 }
 
-std::shared_ptr<specialised_formula> specialise(const formula_tree& tree, variable_kinds kinds) {
-    if (!tree.is_complete() || tree.size() > longest_program) return nullptr;
-    const known_numbers numbers(tree, kinds);
-    if (!is_known(tree, numbers)) return nullptr;
-    step_writer writer(tree, numbers);
-    writer.write();
-    return writer.take();
+/// A form by itself in memory of the heap, which it leaves with its alternatives.
+struct form_deleter {
+    void operator()(const specialised_formula* form) const noexcept {
+        while (form != nullptr) {
+            const specialised_formula* next = form->alternative;
+            ::operator delete(const_cast<specialised_formula*>(form));
+            form = next;
+        }
+    }
+};
+using owned_form = std::unique_ptr<specialised_formula, form_deleter>;
+
+owned_form specialise(const formula_tree& tree, variable_kinds kinds) {
+    formula_specialiser specialiser;
+    const auto parts = specialiser.prepare(tree, kinds);
+    if (!parts) return nullptr;
+    return owned_form(
+        specialised_formula::make(::operator new(specialised_formula::size_of(*parts)), *parts));
 }
 
 }  // namespace
+
+std::optional<specialised_formula::parts> formula_specialiser::prepare(const formula_tree& tree,
+                                                                       variable_kinds kinds) {
+    if (!tree.is_complete() || tree.size() > longest_program) return std::nullopt;
+    numbers_.infer(tree, kinds);
+    if (!is_known(tree, numbers_)) return std::nullopt;
+    written_.variables.clear();
+    written_.questions.clear();
+    written_.steps.clear();
+    return step_writer(tree, numbers_, written_).write();
+}
+
+void formula_specialiser::reserve(std::size_t nodes) {
+    const std::size_t longest = std::min(nodes, longest_program);
+    numbers_.reserve(longest);
+    written_.variables.reserve(longest);
+    written_.questions.reserve(longest);
+    written_.steps.reserve(most_steps(longest));
+}
 
 std::shared_ptr<const specialised_formula> specialise_formula(const formula_tree& tree,
                                                               variable_kinds kinds) {
@@ -440,17 +480,15 @@ std::shared_ptr<const specialised_formula> specialise_formula(const formula_tree
 }
 
 std::shared_ptr<const specialised_formula> specialise_formula(const formula_tree& tree) {
-    std::shared_ptr<specialised_formula> of_integers =
-        specialise(tree, [](identifier_id) { return known_kind::integer; });
+    owned_form of_integers = specialise(tree, [](identifier_id) { return known_kind::integer; });
     const auto nodes = tree.nodes();
     const bool has_variables = std::any_of(nodes.begin(), nodes.end(), [](const formula_node& node) {
         return node.instruction.code == op_code::op_variable;
     });
     if (!has_variables) return of_integers;
-    std::shared_ptr<specialised_formula> of_floats =
-        specialise(tree, [](identifier_id) { return known_kind::floating; });
+    owned_form of_floats = specialise(tree, [](identifier_id) { return known_kind::floating; });
     if (of_floats == nullptr) return of_integers;
-    of_floats->alternative = std::move(of_integers);
+    of_floats->alternative = of_integers.release();
     return of_floats;
 }
 

@@ -25,11 +25,12 @@ constexpr std::string_view status_texts[] = {
 };
 
 // The character classes of the C locale, whatever the locale of the process.
-enum class character : std::uint8_t { other, space, digit, name };
+enum class character : std::uint8_t { other, mark, space, digit, name };
 
 constexpr character classify(int c) noexcept {
     if (c == ' ' || (c >= '\t' && c <= '\r')) return character::space;
     if (c >= '0' && c <= '9') return character::digit;
+    if (c == '(' || c == ')' || c == ':' || c == ',') return character::mark;
     const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
     return is_letter || c == '_' || c == '.' ? character::name : character::other;
 }
@@ -98,6 +99,21 @@ formula_token make_name(std::string_view text) noexcept {
 
 std::string_view status_text(parse_status status) noexcept {
     return status_texts[static_cast<std::size_t>(status)];
+}
+
+// Each word and each operator can be one node. Of operators with two characters both count.
+formula_size measure_formula(std::string_view text) noexcept {
+    formula_size size;
+    bool is_inside_word = false;
+    for (const char c : text) {
+        const bool is_word = class_of(c) >= character::digit;
+        const bool is_mark = class_of(c) == character::mark;
+        const bool is_operator = class_of(c) == character::other;
+        size.nodes += static_cast<std::size_t>((is_word && !is_inside_word) || is_operator);
+        size.marks += static_cast<std::size_t>(is_mark || c == '?');
+        is_inside_word = is_word;
+    }
+    return size;
 }
 
 formula_token next_token(std::string_view text) {

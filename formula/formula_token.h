@@ -3,6 +3,7 @@
 #include "formula/formula_operation.h"
 #include "genicam/core/eval_value.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -34,6 +35,15 @@ struct formula_token {
     std::string_view text;                     ///< the token itself; of `function` the name alone
     std::string_view rest;                     ///< the text behind the token
 };
+
+/// What reading a formula takes at most.
+struct formula_size {
+    std::size_t nodes = 0;  ///< numbers, names, operators and calls
+    std::size_t marks = 0;  ///< that may wait for their end: parentheses, question marks and the like
+};
+
+/// The size of a formula without expressions, from its characters alone.
+[[nodiscard]] formula_size measure_formula(std::string_view text) noexcept;
 
 /// The first token of the text. Knows nothing of what stands before it.
 [[nodiscard]] formula_token next_token(std::string_view text);

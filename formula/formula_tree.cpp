@@ -17,6 +17,20 @@ formula_node& formula_tree::add(token_kind symbol, std::uint32_t offset, std::si
     return nodes_.back();
 }
 
+void formula_tree::begin(std::string_view text) {
+    text_ = text;
+    nodes_.clear();
+    lacks_operands_ = false;
+    end = {};
+    dropped.reset();
+    unfinished.clear();
+}
+
+void formula_tree::reserve(const formula_size& largest) {
+    nodes_.reserve(largest.nodes);
+    unfinished.reserve(largest.marks);
+}
+
 std::vector<formula_tree::index> formula_tree::operands(index node) const {
     std::vector<index> found;
     for (index behind = node; behind > nodes_[node].first; behind = nodes_[behind - 1].first)

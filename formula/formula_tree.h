@@ -47,6 +47,7 @@ class formula_tree {
 public:
     using index = std::uint32_t;
 
+    formula_tree() = default;
     explicit formula_tree(std::string_view text) : text_(text) {}
 
     [[nodiscard]] std::string_view text() const noexcept { return text_; }
@@ -78,8 +79,10 @@ public:
 
     /// Appends a node that is computed from the last `operand_count` numbers, and ends with the last of them.
     formula_node& add(token_kind symbol, std::uint32_t offset, std::size_t operand_count);
-    /// Room for so many nodes.
-    void reserve(std::size_t count) { nodes_.reserve(count); }
+    /// Begins anew with another text, in the memory that is there.
+    void begin(std::string_view text);
+    /// Room for the tree of a formula up to that size.
+    void reserve(const formula_size& largest);
     [[nodiscard]] formula_node& last() noexcept { return nodes_.back(); }
 
     parse_end end;

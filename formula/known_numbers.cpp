@@ -37,14 +37,15 @@ bool may_fault(const typed_form* form, const known_number& divisor) {
 
 }  // namespace
 
-known_numbers::known_numbers(const formula_tree& tree, variable_kinds kinds) {
+void known_numbers::infer(const formula_tree& tree, variable_kinds kinds) {
+    numbers_.clear();
     numbers_.reserve(tree.size());
     for (formula_tree::index node = 0; node < tree.size(); ++node)
-        numbers_.push_back(infer(tree, node, kinds));
+        numbers_.push_back(infer_node(tree, node, kinds));
 }
 
-known_number known_numbers::infer(const formula_tree& tree, formula_tree::index node,
-                                  variable_kinds kinds) const {
+known_number known_numbers::infer_node(const formula_tree& tree, formula_tree::index node,
+                                       variable_kinds kinds) const {
     const formula_instruction& instruction = tree[node].instruction;
     const formula_tree::index last = formula_tree::last_operand(node);
     switch (instruction.code) {

@@ -41,15 +41,21 @@ struct known_number {
 /// What is known of all numbers of a formula, for variables of certain kinds.
 class known_numbers {
 public:
-    known_numbers(const formula_tree& tree, variable_kinds kinds);
+    known_numbers() = default;
+    known_numbers(const formula_tree& tree, variable_kinds kinds) { infer(tree, kinds); }
+
+    /// Begins anew with another formula, in the memory that is there.
+    void infer(const formula_tree& tree, variable_kinds kinds);
+    /// Room for formulas of so many nodes.
+    void reserve(std::size_t nodes) { numbers_.reserve(nodes); }
 
     [[nodiscard]] const known_number& operator[](formula_tree::index node) const noexcept {
         return numbers_[node];
     }
 
 private:
-    [[nodiscard]] known_number infer(const formula_tree& tree, formula_tree::index node,
-                                     variable_kinds kinds) const;
+    [[nodiscard]] known_number infer_node(const formula_tree& tree, formula_tree::index node,
+                                          variable_kinds kinds) const;
     [[nodiscard]] known_number infer_function(const formula_function& function, const known_number& first,
                                               const known_number& second) const;
     [[nodiscard]] known_number infer_selection(const known_number& condition, const known_number& when_true,

@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <utility>
-#include <vector>
+#include <type_traits>
+
+#include <gsl/span>
 
 namespace GenICam {
 
@@ -27,23 +27,29 @@ public:
             first;  ///< the first slot of the same variable: this one, or one that takes it otherwise
     };
 
-    /// `questions` has the slot that each variable in the program goes to, in the order of the program; empty
-    /// if every variable stands there once. The last step on every way through the steps is one that ends.
-    specialised_formula(std::vector<variable> variables, std::vector<std::uint16_t> questions,
-                        std::vector<formula_step> steps, std::size_t frame_size) noexcept
-        : variables_(std::move(variables)),
-          questions_(std::move(questions)),
-          steps_(std::move(steps)),
-          frame_size_(frame_size) {}
+    /// What a form is made of. The last step on every way through the steps is one that ends.
+    struct parts {
+        gsl::span<const variable> variables;
+        /// The slot that each variable in the program goes to, in the order of the program; empty if every
+        /// variable stands there once.
+        gsl::span<const std::uint16_t> questions;
+        gsl::span<const formula_step> steps;
+        std::size_t frame_size;
+    };
+
+    /// The bytes that a form takes with all its parts.
+    [[nodiscard]] static std::size_t size_of(const parts& made) noexcept;
+    /// Makes a form with copies of the parts in so many bytes, aligned as a form is. It needs no destructor.
+    [[nodiscard]] static specialised_formula* make(void* room, const parts& made) noexcept;
 
     /// How often the program asks for a variable.
     [[nodiscard]] std::size_t question_count() const noexcept {
-        return questions_.empty() ? variables_.size() : questions_.size();
+        return question_count_ == 0 ? variable_count_ : question_count_;
     }
 
     /// The slot that the answer to a question goes to.
     [[nodiscard]] std::size_t slot_of_question(std::size_t question) const noexcept {
-        return questions_.empty() ? question : questions_[question];
+        return question_count_ == 0 ? question : questions_[question];
     }
 
     [[nodiscard]] const variable& variable_in(std::size_t slot) const noexcept { return variables_[slot]; }
@@ -52,8 +58,8 @@ public:
     /// larger, or null.
     [[nodiscard]] const specialised_formula* for_first(number_kind kind,
                                                        std::size_t largest_frame) const noexcept {
-        for (const specialised_formula* form = this; form != nullptr; form = form->alternative.get()) {
-            if (form->variables_.front().kind == kind && form->frame_size_ <= largest_frame) return form;
+        for (const specialised_formula* form = this; form != nullptr; form = form->alternative) {
+            if (form->variables_[0].kind == kind && form->frame_size_ <= largest_frame) return form;
         }
         return nullptr;
     }
@@ -65,27 +71,31 @@ public:
     /// id. False if one is not found or has another kind than expected.
     template <class Variables>
     [[nodiscard]] bool load(Variables& variables, bare_number* frame) const {
-        for (const variable& wanted : variables_) {
-            const auto found = variables(wanted.id);
-            if (!found || kind_of(*found) != wanted.kind) return false;
-            *frame++ = wanted.kind == wanted.taken_as ? (*found).value : bare_as(wanted.taken_as, *found);
+        for (const variable* wanted = variables_; wanted != variables_ + variable_count_; ++wanted) {
+            const auto found = variables(wanted->id);
+            if (!found || kind_of(*found) != wanted->kind) return false;
+            *frame++ = wanted->kind == wanted->taken_as ? (*found).value : bare_as(wanted->taken_as, *found);
         }
         return true;
     }
 
     /// Computes the formula on a frame with variables.
-    [[nodiscard]] eval_value run(bare_number* frame) const {
-        return steps_.front().run(steps_.data(), frame);
-    }
+    [[nodiscard]] eval_value run(bare_number* frame) const { return steps_->run(steps_, frame); }
 
-    /// The same formula for variables of other kinds, or null.
-    std::shared_ptr<const specialised_formula> alternative;
+    /// The same formula for variables of other kinds, or null. Belongs to whoever made this one.
+    const specialised_formula* alternative = nullptr;
 
 private:
-    std::vector<variable> variables_;
-    std::vector<std::uint16_t> questions_;
-    std::vector<formula_step> steps_;
-    std::size_t frame_size_;
+    specialised_formula() = default;
+
+    const formula_step* steps_ = nullptr;
+    const variable* variables_ = nullptr;
+    const std::uint16_t* questions_ = nullptr;
+    std::uint32_t variable_count_ = 0;
+    std::uint32_t question_count_ = 0;
+    std::size_t frame_size_ = 0;
 };
+
+static_assert(std::is_trivially_destructible_v<specialised_formula>);
 
 }  // namespace GenICam

@@ -2,6 +2,7 @@
 
 #include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
+#include "formula/formula_store.h"
 #include "genicam/core/node_log.h"
 
 namespace GenICam {
@@ -19,7 +20,8 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     variable_table table(true, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    if (map_.parse(text, table, number_kind::integer, self.formulas(), formula_)) {
+    formula_ = &self.formulas().keep(text, table, map_.kinds(number_kind::integer));
+    if (formula_->was_refused()) {
         log_node(
             "GenICam::converter::swissknife_impl::resolve_converter_references, "
             "SwissKnife (\"%s\"). failed to evaluate \"%.*s\"\n",
@@ -28,9 +30,9 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
 }
 
 result<eval_value> swissknife_impl::evaluate(std::uint32_t flags) {
-    if (formula_.empty()) return make_error_code(not_implemented);
+    if (formula_ == nullptr || formula_->program().empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
-    return evaluate_formula(formula_, map_);
+    return evaluate_formula(formula_->program(), map_);
 }
 
 int_swissknife_type::int_swissknife_type(document_services* services, const described_element& xml)

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "formula/formula_program.h"
 #include "formula/variable_binding.h"
 #include "genicam/core/implement_inode.h"
 #include "genicam/core/node_state.h"
 
 namespace GenICam {
+
+class kept_formula;
 
 /// A formula over the values of other nodes.
 class swissknife_impl {
@@ -19,7 +20,7 @@ public:
 
 private:
     variable_map_impl map_;
-    formula_program formula_;
+    kept_formula* formula_ = nullptr;
 };
 
 /// `IntSwissKnife`: computes an integer from other nodes. Read-only, and without limits of its own.

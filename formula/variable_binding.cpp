@@ -1,6 +1,5 @@
 #include "formula/variable_binding.h"
 
-#include "formula/formula_cache.h"
 #include "genicam/core/children.h"
 #include "genicam/core/log.h"
 #include "genicam/core/value_links.h"
@@ -62,6 +61,7 @@ variable_accessor accessor_of(const limit_specifier& specifier, node_type type) 
 }  // namespace
 
 variable_accessor create_resulting_entry(const INode& node, std::string_view name) {
+    if (name.find('.') == std::string_view::npos) return get_eval_value;
     for (const limit_specifier& specifier : limit_specifiers) {
         if (ends_in_first(name, specifier.suffix)) return accessor_of(specifier, node.get_node_type());
     }
@@ -112,16 +112,6 @@ void variable_map_impl::parse_expression(pugi::xml_node element, variable_table&
             "named=\"%.*s\" content=\"%.*s\".\n",
             static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
     }
-}
-
-std::error_code variable_map_impl::parse(std::string_view text, const variable_table& table,
-                                         number_kind kind_of_current, formula_cache& cache,
-                                         formula_program& program) const {
-    const known_kind kind_of_sources = is_integer_ ? known_kind::integer : known_kind::floating;
-    const auto kinds = [&](identifier_id id) {
-        return id == current_value_id ? known(kind_of_current) : kind_of_sources;
-    };
-    return cache.parse(text, table, kinds, program);
 }
 
 void variable_map_impl::refresh(std::uint32_t flags) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formula/formula_program.h"
+#include "formula/source_kinds.h"
 #include "formula/variable_table.h"
 #include "genicam/core/error.h"
 #include "genicam/core/eval_value.h"
@@ -15,7 +16,6 @@
 namespace GenICam {
 
 class IGenICamDoc;
-class formula_cache;
 
 /// How a variable is read from its node.
 using variable_accessor = result<eval_value> (*)(INode* node, std::uint32_t flags);
@@ -48,12 +48,14 @@ public:
     }
 
     [[nodiscard]] bool is_integer() const noexcept { return is_integer_; }
-
-    /// Parses a formula and prepares it for these variables, of which `FROM` and `TO` will mostly have this
-    /// kind.
-    [[nodiscard]] std::error_code parse(std::string_view text, const variable_table& table,
-                                        number_kind kind_of_current, formula_cache& cache,
-                                        formula_program& program) const;
+    /// Of all variables, once they could be read.
+    [[nodiscard]] number_kind kind() const noexcept {
+        return is_integer_ ? number_kind::integer : number_kind::floating;
+    }
+    /// With `FROM` and `TO` of that kind. Before a variable could be read it is an integer in any case.
+    [[nodiscard]] source_kinds kinds(number_kind of_current) const noexcept {
+        return {kind(), of_current, is_integer_ || sources_.empty()};
+    }
 
     /// What `FROM` and `TO` read.
     eval_value current;

@@ -113,19 +113,27 @@ void variable_table::add_expression(std::string_view name, formula_program progr
 }
 
 resolved_name variable_table::operator()(std::string_view name) const {
-    if (!no_from_to_ && (name == "TO" || name == "FROM")) return current_value_id;
+    const resolved_name resolved = names()(name);
+    const auto* expression = std::get_if<const formula_program*>(&resolved);
+    if (expression != nullptr && !budget_.take((*expression)->instructions.size()))
+        return exhausted_expression();
+    return resolved;
+}
+
+resolved_name name_scope::operator()(std::string_view name) const {
+    if (!no_from_to && (name == "TO" || name == "FROM")) return current_value_id;
     const variable_row* row = find(name);
     if (row == nullptr) return {};
     if (row->id != 0) return row->id;
-    if (row->expression == nullptr) return row->constant;
-    if (!budget_.take(row->expression->instructions.size())) return exhausted_expression();
-    return row->expression;
+    if (row->expression != nullptr) return row->expression;
+    return row->constant;
 }
 
-const variable_row* variable_table::find(std::string_view name) const noexcept {
-    const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                    [name](const variable_row& row) { return row.name == name; });
-    return found == rows_.end() ? nullptr : &*found;
+const variable_row* name_scope::find(std::string_view name) const noexcept {
+    const auto* const end = rows.data() + rows.size();
+    const auto* const found =
+        std::find_if(rows.data(), end, [name](const variable_row& row) { return row.name == name; });
+    return found == end ? nullptr : found;
 }
 
 }  // namespace GenICam

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include <boost/container/small_vector.hpp>
+#include <gsl/span>
 #include <pugixml.hpp>
 
 namespace GenICam {
@@ -29,6 +30,17 @@ struct variable_row {
     eval_value constant;
 };
 
+/// Names of formulas as they stand in memory.
+struct name_scope {
+    gsl::span<const variable_row> rows;
+    bool no_from_to = false;  ///< whether `FROM` and `TO` are names like any other
+
+    /// The first row of that name, or null.
+    [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
+    /// What a name stands for.
+    [[nodiscard]] resolved_name operator()(std::string_view name) const;
+};
+
 /// The names that the formulas of one node know. Lives while its references are resolved.
 class variable_table {
 public:
@@ -41,18 +53,19 @@ public:
     /// Makes room, and enters the constants and those variables that stand for an entry of an enumeration.
     void build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml, bool is_integer);
 
-    [[nodiscard]] bool has(std::string_view name) const noexcept { return find(name) != nullptr; }
+    [[nodiscard]] bool has(std::string_view name) const noexcept { return names().find(name) != nullptr; }
+    [[nodiscard]] bool has_expressions() const noexcept { return !expressions_.empty(); }
+    [[nodiscard]] name_scope names() const noexcept { return {{rows_.data(), rows_.size()}, no_from_to_}; }
     void add_variable(std::string_view name, identifier_id id) { rows_.push_back({name, id, nullptr, {}}); }
     void add_constant(std::string_view name, const eval_value& constant) {
         rows_.push_back({name, 0, nullptr, constant});
     }
     void add_expression(std::string_view name, formula_program program);
 
-    /// What a name stands for in a formula: the first row of that name.
+    /// What a name stands for in a formula.
     [[nodiscard]] resolved_name operator()(std::string_view name) const;
 
 private:
-    [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
     void reserve(const described_element& xml);
     void add_constant(pugi::xml_node element, bool is_integer);
     void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,

@@ -1,6 +1,5 @@
 #include "apps/inspect/log_capture.h"
 
-#include "genicam/core/log.h"
 #include "platform/debug_output.h"
 
 #include <utility>
@@ -32,9 +31,5 @@ log_capture::~log_capture() {
 }
 
 std::vector<std::string> log_capture::take() { return std::exchange(captured, {}); }
-
-silence::silence() : former_threshold_(std::exchange(GenICam::log_threshold, 0)) {}
-
-silence::~silence() { GenICam::log_threshold = former_threshold_; }
 
 }  // namespace selvane_inspect

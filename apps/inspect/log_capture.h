@@ -1,5 +1,7 @@
 #pragma once
 
+#include "genicam/core/log.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,15 +24,6 @@ private:
 };
 
 /// Keeps the engine silent while it lives, also inside a capture.
-class silence {
-public:
-    silence();
-    ~silence();
-    silence(const silence&) = delete;
-    silence& operator=(const silence&) = delete;
-
-private:
-    std::uint32_t former_threshold_;
-};
+using GenICam::silence;
 
 }  // namespace selvane_inspect

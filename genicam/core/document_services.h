@@ -12,7 +12,7 @@ namespace GenICam {
 class dependent_lists;
 class described_element;
 class expansion_budget;
-class formula_cache;
+class formula_store;
 
 /// The document as its nodes see it.
 class document_services {
@@ -32,8 +32,7 @@ public:
     /// True until the load ends: from then on lists of dependents are only read. Whoever would add to one
     /// after that made a mistake, and gets false.
     [[nodiscard]] virtual bool takes_dependents() const = 0;
-    /// What was made of formulas so far; during the load only.
-    [[nodiscard]] virtual formula_cache& formulas() = 0;
+    [[nodiscard]] virtual formula_store& formulas() = 0;
     /// The element whose node resolves its references at this moment, with its children; null after the load.
     [[nodiscard]] virtual const described_element* element_in_work() const = 0;
 

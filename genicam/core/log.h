@@ -20,6 +20,18 @@ constexpr std::uint32_t log_time_stamp = 1U << 24;
     return categories == 0 || (categories & log_category_mask) != 0;
 }
 
+/// Keeps the log silent while it lives.
+class silence {
+public:
+    silence() noexcept : former_threshold_(log_threshold) { log_threshold = 0; }
+    ~silence() { log_threshold = former_threshold_; }
+    silence(const silence&) = delete;
+    silence& operator=(const silence&) = delete;
+
+private:
+    std::uint32_t former_threshold_;
+};
+
 /// Formats with printf conventions, cut to 512 characters terminator included, and hands the text to the
 /// debug output. Call only after `log_enabled` said yes. Both `%lld` and `%I64d` print 64 bits on every
 /// platform.

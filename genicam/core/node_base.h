@@ -66,7 +66,7 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> find_event_id() const;
 
     [[nodiscard]] expansion_budget& formula_expansion() const { return services_->formula_expansion(); }
-    [[nodiscard]] formula_cache& formulas() const { return services_->formulas(); }
+    [[nodiscard]] formula_store& formulas() const { return services_->formulas(); }
     [[nodiscard]] pugi::xml_node xml() const noexcept { return xml_; }
     /// Terminated texts for messages.
     [[nodiscard]] const char* element_name() const noexcept { return xml_.name(); }

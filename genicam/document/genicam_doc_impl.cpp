@@ -87,8 +87,6 @@ bool genicam_doc::build_nodes() {
 }
 
 bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
-    formula_cache formulas;
-    formulas_ = &formulas;
     name_index index(nodes_.size());
     if (fill(index)) index_ = &index;
     default_port_ = find_port("Device");
@@ -98,7 +96,7 @@ bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) 
         if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
     }
     element_in_work_ = nullptr;
-    formulas_ = nullptr;
+    formulas_.close();
     index_ = nullptr;
     const bool are_closed = close_dependents();
     dependents_ = dependents_map(first_buckets);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formula/formula_cache.h"
+#include "formula/formula_store.h"
 #include "genicam/core/children.h"
 #include "genicam/core/dependent_lists.h"
 #include "genicam/core/document_services.h"
@@ -48,7 +48,7 @@ public:
     dependent_lists& shared_lists() override { return shared_lists_; }
     expansion_budget& formula_expansion() override { return formula_expansion_; }
     bool takes_dependents() const override;
-    formula_cache& formulas() override { return *formulas_; }
+    formula_store& formulas() override { return formulas_; }
     const described_element* element_in_work() const override { return element_in_work_; }
 
 private:
@@ -101,7 +101,7 @@ private:
     dependents_map dependents_{first_buckets};  // only while loading
     dependent_lists shared_lists_;
     expansion_budget formula_expansion_;
-    formula_cache* formulas_ = nullptr;  // only while loading
+    formula_store formulas_;
     const name_index* index_ = nullptr;  // only while loading
     bool is_loading_ = true;
     const described_element* element_in_work_ = nullptr;

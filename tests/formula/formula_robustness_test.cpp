@@ -16,13 +16,6 @@ using namespace formula_test;
 
 namespace {
 
-std::string repeat(std::string_view part, std::size_t count) {
-    std::string text;
-    text.reserve(part.size() * count);
-    for (std::size_t at = 0; at < count; ++at) text += part;
-    return text;
-}
-
 struct nesting {
     const char* opening;
     const char* innermost;

@@ -123,4 +123,11 @@ std::string instructions(std::string_view text, const formula_names& names) {
     return shown;
 }
 
+std::string repeat(std::string_view part, std::size_t count) {
+    std::string text;
+    text.reserve(part.size() * count);
+    for (std::size_t at = 0; at < count; ++at) text += part;
+    return text;
+}
+
 }  // namespace formula_test

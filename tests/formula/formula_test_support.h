@@ -3,6 +3,7 @@
 #include "formula/formula_evaluator.h"
 #include "formula/formula_parser.h"
 
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <optional>
@@ -48,5 +49,7 @@ private:
 
 /// A formula prepared for the kinds that its variables have now.
 [[nodiscard]] GenICam::formula_program specialised(std::string_view text, const formula_names& names);
+
+[[nodiscard]] std::string repeat(std::string_view part, std::size_t count);
 
 }  // namespace formula_test

@@ -1,6 +1,8 @@
 // The formulas of real cameras: all parse but a few, all end with the text, and all take the fast road.
 
 #include "data_paths.h"
+#include "formula/formula_store.h"
+#include "tests/adapter/allocation_watch.h"
 #include "tests/formula/formula_node_test.h"
 #include "tests/formula/formula_test_support.h"
 
@@ -112,6 +114,43 @@ TEST(RealFormulas, ParseOrFailAsTheyShould) {
     }
     if (files == 0) GTEST_SKIP() << "no descriptions in " << SELVANE_SHARED_DESCRIPTIONS;
     EXPECT_EQ(files, std::size(descriptions));
+}
+
+// Whoever reads a formula of a real camera for the first time needs no memory from the heap, and gets the
+// form that any formula gets.
+TEST(RealFormulas, AreReadyAtFirstUse) {
+    std::size_t compared = 0;
+    for (const description& expected : descriptions) {
+        const std::string text = read_file(expected.file);
+        pugi::xml_document xml;
+        if (!xml.load_buffer(text.data(), text.size())) continue;
+        formula_collector collector;
+        xml.traverse(collector);
+        formula_store store;
+        std::vector<kept_formula*> kept;
+        const source_kinds kinds = {number_kind::floating, number_kind::floating, true};
+        for (const found_formula& formula : collector.found) {
+            expansion_budget budget;
+            variable_table names(!formula.has_from_and_to, budget);
+            for (const std::string& name : formula.names) names.add_variable(name, first_source_id);
+            kept.push_back(&store.keep(formula.text, names, kinds));
+        }
+        store.close();
+        const std::uint64_t before = adapter_test::AllocationCount();
+        for (kept_formula* formula : kept) static_cast<void>(formula->program());
+        EXPECT_EQ(adapter_test::AllocationCount() - before, 0U) << expected.file;
+        for (std::size_t at = 0; at < kept.size(); ++at) {
+            const found_formula& formula = collector.found[at];
+            const auto program = parse_formula(
+                formula.text, [&formula](std::string_view name) { return resolve(formula, name); }, kinds);
+            EXPECT_EQ(kept[at]->is_refused(), !program.has_value()) << formula.text;
+            if (!program) continue;
+            EXPECT_EQ(kept[at]->program().specialised == nullptr, program.value().specialised == nullptr)
+                << formula.text;
+            ++compared;
+        }
+    }
+    if (compared == 0) GTEST_SKIP() << "no descriptions in " << SELVANE_SHARED_DESCRIPTIONS;
 }
 
 TEST(RealFormulas, EveryAcceptedOneEndsWithItsText) {

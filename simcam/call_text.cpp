@@ -1,6 +1,7 @@
 #include "simcam/call_text.h"
 
 #include "items/vendor_properties.h"
+#include "platform/count_text.h"
 #include "platform/text.h"
 #include "platform/visible_text.h"
 #include "wire/device_set.h"
@@ -122,7 +123,7 @@ std::string target(const driver_call& call) {
 std::string contents(const driver_call& call, const bytes& data, value_form form) {
     if (call.set == wire::vendor_set || call.set == wire::color_enhancement_set) return vendor_record(data);
     if (is_device(call, SELVANE_NAMED_ACCESS)) return named_value(data, form);
-    if (is_device(call, SELVANE_DESCRIPTION_DATA)) return fmt::format("{} bytes", call.returned);
+    if (is_device(call, SELVANE_DESCRIPTION_DATA)) return platform::count_text(call.returned, "byte");
     const bool number = is_device(call, SELVANE_DESCRIPTION_SIZE) || call.set == wire::gate_set;
     const auto value = number ? read_as<std::uint32_t>(data) : std::nullopt;
     return value ? fmt::format("{}", *value) : hex_bytes(data);
@@ -134,25 +135,22 @@ std::string size_note(const driver_call& call, value_form form) {
     return fmt::format(" (returned {})", call.returned);
 }
 
-std::string property_line(const driver_call& call, value_form form) {
-    const std::string head = fmt::format("{} {}{}", set_name(call.set), call.id, target(call));
-    const bool answered = SUCCEEDED(call.result);
-    switch (call.kind) {
-        case call_kind::query_supported:
-            return fmt::format("QuerySupported {}{}", head,
-                               answered ? fmt::format(" -> 0x{:X}", call.support) : std::string());
-        case call_kind::get:
-            return fmt::format(
-                "Get {}{}", head,
-                answered ? fmt::format(" -> {}{}", contents(call, call.answer, form), size_note(call, form))
-                         : std::string());
-        default:
-            return fmt::format("Set {} <- {}", head, contents(call, call.data, form));
-    }
+// What stands behind the title.
+std::string property_answer(const driver_call& call, value_form form) {
+    if (call.kind == call_kind::set) return " <- " + contents(call, call.data, form);
+    if (FAILED(call.result)) return {};
+    if (call.kind == call_kind::query_supported) return fmt::format(" -> 0x{:X}", call.support);
+    return fmt::format(" -> {}{}", contents(call, call.answer, form), size_note(call, form));
 }
 
-std::string_view control_word(call_kind kind) {
+std::string_view operation_words(call_kind kind) {
     switch (kind) {
+        case call_kind::query_supported:
+            return "QuerySupported";
+        case call_kind::get:
+            return "Get";
+        case call_kind::set:
+            return "Set";
         case call_kind::camera_range:
             return "CameraControl GetRange";
         case call_kind::camera_get:
@@ -168,17 +166,15 @@ std::string_view control_word(call_kind kind) {
     }
 }
 
-std::string control_line(const driver_call& call) {
+std::string control_answer(const driver_call& call) {
     const bool sent = call.kind == call_kind::camera_set || call.kind == call_kind::amp_set;
-    std::string line = fmt::format("{} {}", control_word(call.kind), call.id);
-    if (call.numbers.size() == 5) {
-        fmt::format_to(std::back_inserter(line), " -> min={} max={} step={} default={} caps=0x{:X}",
-                       call.numbers[0], call.numbers[1], call.numbers[2], call.numbers[3], call.numbers[4]);
-    } else if (call.numbers.size() == 2) {
-        fmt::format_to(std::back_inserter(line), " {} value={} flags=0x{:X}", sent ? "<-" : "->",
-                       call.numbers[0], call.numbers[1]);
+    const std::vector<LONG>& numbers = call.numbers;
+    if (numbers.size() == 5) {
+        return fmt::format(" -> min={} max={} step={} default={} caps=0x{:X}", numbers[0], numbers[1],
+                           numbers[2], numbers[3], numbers[4]);
     }
-    return line;
+    if (numbers.size() != 2) return {};
+    return fmt::format(" {} value={} flags=0x{:X}", sent ? "<-" : "->", numbers[0], numbers[1]);
 }
 
 }  // namespace
@@ -187,9 +183,16 @@ std::string describe_result(HRESULT result) {
     return result == S_OK ? "ok" : fmt::format("0x{:08X}", static_cast<std::uint32_t>(result));
 }
 
+std::string call_title(const driver_call& call) {
+    const std::string_view operation = operation_words(call.kind);
+    if (!is_property_call(call.kind)) return fmt::format("{} {}", operation, call.id);
+    return fmt::format("{} {} {}{}", operation, set_name(call.set), call.id, target(call));
+}
+
 std::string describe_call(const driver_call& call, value_form form, bool threw) {
-    const std::string line = is_property_call(call.kind) ? property_line(call, form) : control_line(call);
-    return fmt::format("{}, {}", line, threw ? "threw" : describe_result(call.result));
+    const std::string answer =
+        is_property_call(call.kind) ? property_answer(call, form) : control_answer(call);
+    return fmt::format("{}{}, {}", call_title(call), answer, threw ? "threw" : describe_result(call.result));
 }
 
 }  // namespace simcam

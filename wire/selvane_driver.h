@@ -21,47 +21,37 @@
 
 #include <stdint.h>
 
+/* The initialiser of a GUID. */
+#define SELVANE_GUID(data1, data2, data3, b0, b1, b2, b3, b4, b5, b6, b7) \
+    {                                                                     \
+        data1, data2, data3, { b0, b1, b2, b3, b4, b5, b6, b7 }           \
+    }
+
 /* Property sets. */
 
 /* Descriptions, registers and named features: `enum selvane_device_property`. */
-#define SELVANE_DEVICE_SET                                                             \
-    {                                                                                  \
-        0x9DDD5EDC, 0x5EFF, 0x4D3B, { 0xB8, 0x5B, 0x46, 0xFB, 0xC4, 0xE4, 0x9E, 0x59 } \
-    }
+#define SELVANE_DEVICE_SET \
+    SELVANE_GUID(0x9DDD5EDC, 0x5EFF, 0x4D3B, 0xB8, 0x5B, 0x46, 0xFB, 0xC4, 0xE4, 0x9E, 0x59)
 /* The kind of the device: the pages serve those that answer SELVANE_DEVICE_KIND. */
-#define SELVANE_GATE_SET                                                               \
-    {                                                                                  \
-        0x8E4DEEF8, 0xB53B, 0x4A30, { 0xB9, 0xB6, 0xAF, 0xBB, 0xCB, 0xD1, 0x82, 0xB4 } \
-    }
+#define SELVANE_GATE_SET \
+    SELVANE_GUID(0x8E4DEEF8, 0xB53B, 0x4A30, 0xB9, 0xB6, 0xAF, 0xBB, 0xCB, 0xD1, 0x82, 0xB4)
 /* The built-in items: `enum selvane_vendor_property`. */
-#define SELVANE_VENDOR_SET                                                             \
-    {                                                                                  \
-        0x515E97D1, 0xC453, 0x4772, { 0xA4, 0x89, 0xCC, 0x07, 0x0A, 0x5A, 0x24, 0x42 } \
-    }
+#define SELVANE_VENDOR_SET \
+    SELVANE_GUID(0x515E97D1, 0xC453, 0x4772, 0xA4, 0x89, 0xCC, 0x07, 0x0A, 0x5A, 0x24, 0x42)
 /* The switch of the colour enhancement, SELVANE_COLOR_ENHANCEMENT. */
-#define SELVANE_COLOR_ENHANCEMENT_SET                                                  \
-    {                                                                                  \
-        0x8CBCF1C6, 0x53C3, 0x4D79, { 0x8E, 0xDB, 0xC0, 0x64, 0x65, 0x75, 0xDA, 0xC8 } \
-    }
+#define SELVANE_COLOR_ENHANCEMENT_SET \
+    SELVANE_GUID(0x8CBCF1C6, 0x53C3, 0x4D79, 0x8E, 0xDB, 0xC0, 0x64, 0x65, 0x75, 0xDA, 0xC8)
 
 /* Classes of the pages, for ISpecifyPropertyPages::GetPages. */
 
-#define SELVANE_EXPOSURE_PAGE                                                          \
-    {                                                                                  \
-        0x01F8BA96, 0x06C1, 0x4888, { 0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1A } \
-    }
-#define SELVANE_FEATURE_PAGE                                                           \
-    {                                                                                  \
-        0x01F8BA96, 0x06C1, 0x4888, { 0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1B } \
-    }
-#define SELVANE_LENS_PAGE                                                              \
-    {                                                                                  \
-        0xC423731D, 0xD4C5, 0x41EE, { 0xB1, 0x7D, 0xA3, 0x11, 0xA7, 0xB2, 0x7D, 0xEC } \
-    }
-#define SELVANE_COLOR_PAGE                                                             \
-    {                                                                                  \
-        0xA522337D, 0x5324, 0x4123, { 0x9D, 0xA4, 0x84, 0xD1, 0x7E, 0xF1, 0xEA, 0xDA } \
-    }
+#define SELVANE_EXPOSURE_PAGE \
+    SELVANE_GUID(0x01F8BA96, 0x06C1, 0x4888, 0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1A)
+#define SELVANE_FEATURE_PAGE \
+    SELVANE_GUID(0x01F8BA96, 0x06C1, 0x4888, 0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1B)
+#define SELVANE_LENS_PAGE \
+    SELVANE_GUID(0xC423731D, 0xD4C5, 0x41EE, 0xB1, 0x7D, 0xA3, 0x11, 0xA7, 0xB2, 0x7D, 0xEC)
+#define SELVANE_COLOR_PAGE \
+    SELVANE_GUID(0xA522337D, 0x5324, 0x4123, 0x9D, 0xA4, 0x84, 0xD1, 0x7E, 0xF1, 0xEA, 0xDA)
 
 #ifdef SELVANE_DRIVER_GUIDS
 #include <guiddef.h>
@@ -296,42 +286,55 @@ struct selvane_strobe_record {
 #else
 #define SELVANE_OFFSET(record, field) __builtin_offsetof(struct record, field)
 #endif
+#define SELVANE_SIZE(record, size) SELVANE_ASSERT(sizeof(struct record) == size)
+#define SELVANE_FIELD(record, field, offset) SELVANE_ASSERT(SELVANE_OFFSET(record, field) == offset)
 
-SELVANE_ASSERT(sizeof(struct selvane_device_kind_query) == 144);
-SELVANE_ASSERT(sizeof(struct selvane_description_request) == 8);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_description_request, index) == 4);
+SELVANE_SIZE(selvane_device_kind_query, 144);
+SELVANE_FIELD(selvane_device_kind_query, device_kind, 0);
 
-SELVANE_ASSERT(sizeof(struct selvane_integer_record) == 48);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, value) == 24);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, flags) == 28);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, capabilities) == 32);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, min) == 36);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, max) == 40);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_integer_record, default_value) == 44);
+SELVANE_SIZE(selvane_description_request, 8);
+SELVANE_FIELD(selvane_description_request, first_field, 0);
+SELVANE_FIELD(selvane_description_request, index, 4);
 
-SELVANE_ASSERT(sizeof(struct selvane_float_record) == 56);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, value) == 24);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, min) == 28);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, max) == 32);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, default_value) == 36);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, flags) == 40);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_float_record, capabilities) == 44);
+SELVANE_SIZE(selvane_integer_record, 48);
+SELVANE_FIELD(selvane_integer_record, value, 24);
+SELVANE_FIELD(selvane_integer_record, flags, 28);
+SELVANE_FIELD(selvane_integer_record, capabilities, 32);
+SELVANE_FIELD(selvane_integer_record, min, 36);
+SELVANE_FIELD(selvane_integer_record, max, 40);
+SELVANE_FIELD(selvane_integer_record, default_value, 44);
 
-SELVANE_ASSERT(sizeof(struct selvane_gpio_record) == 40);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_gpio_record, input) == 24);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_gpio_record, output) == 28);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_gpio_record, max_input) == 32);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_gpio_record, max_output) == 36);
+SELVANE_SIZE(selvane_float_record, 56);
+SELVANE_FIELD(selvane_float_record, value, 24);
+SELVANE_FIELD(selvane_float_record, min, 28);
+SELVANE_FIELD(selvane_float_record, max, 32);
+SELVANE_FIELD(selvane_float_record, default_value, 36);
+SELVANE_FIELD(selvane_float_record, flags, 40);
+SELVANE_FIELD(selvane_float_record, capabilities, 44);
 
-SELVANE_ASSERT(sizeof(struct selvane_strobe_record) == 88);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, enable) == 24);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, delay) == 28);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, duration) == 44);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, polarity) == 60);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, follow_exposure) == 68);
-SELVANE_ASSERT(SELVANE_OFFSET(selvane_strobe_record, restrictions) == 76);
+SELVANE_SIZE(selvane_gpio_record, 40);
+SELVANE_FIELD(selvane_gpio_record, input, 24);
+SELVANE_FIELD(selvane_gpio_record, output, 28);
+SELVANE_FIELD(selvane_gpio_record, max_input, 32);
+SELVANE_FIELD(selvane_gpio_record, max_output, 36);
 
-#undef SELVANE_ASSERT
+SELVANE_SIZE(selvane_strobe_record, 88);
+SELVANE_FIELD(selvane_strobe_record, enable, 24);
+SELVANE_FIELD(selvane_strobe_record, delay, 28);
+SELVANE_FIELD(selvane_strobe_record, delay_min, 32);
+SELVANE_FIELD(selvane_strobe_record, delay_max, 36);
+SELVANE_FIELD(selvane_strobe_record, delay_default, 40);
+SELVANE_FIELD(selvane_strobe_record, duration, 44);
+SELVANE_FIELD(selvane_strobe_record, duration_min, 48);
+SELVANE_FIELD(selvane_strobe_record, duration_max, 52);
+SELVANE_FIELD(selvane_strobe_record, duration_default, 56);
+SELVANE_FIELD(selvane_strobe_record, polarity, 60);
+SELVANE_FIELD(selvane_strobe_record, follow_exposure, 68);
+SELVANE_FIELD(selvane_strobe_record, restrictions, 76);
+
+#undef SELVANE_FIELD
+#undef SELVANE_SIZE
 #undef SELVANE_OFFSET
+#undef SELVANE_ASSERT
 
 #endif

@@ -3,6 +3,7 @@
 #include "adapter/interface_key.h"
 #include "platform/visible_text.h"
 #include "propui/attempt.h"
+#include "simcam/call_text.h"
 
 #include <string>
 #include <vector>
@@ -38,9 +39,9 @@ bool asking_canvas::may_write(CZELItemDataBase& item, InterfaceKey key) const {
 
 void asking_canvas::judge_write(InterfaceKey key, HRESULT result) {
     if (SUCCEEDED(result)) return;
-    findings_.add(fault_kind::write_refused,
-                  fmt::format("{} refuses the value that it has, with {}",
-                              platform::visible_text(node_of(key)->get_name()), result_text(result)));
+    findings_.add(fault_kind::write_refused, fmt::format("{} refuses the value that it has, with {}",
+                                                         platform::visible_text(node_of(key)->get_name()),
+                                                         simcam::describe_result(result)));
 }
 
 // A value that cannot be read has been told of by whoever was asked.

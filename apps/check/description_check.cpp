@@ -6,6 +6,8 @@
 #include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/pages/page_hazards.h"
+#include "platform/count_text.h"
+#include "simcam/call_text.h"
 #include "wire/device_set.h"
 
 #include <algorithm>
@@ -46,6 +48,8 @@ bool uses_ports(const selvane_inspect::description& loaded) {
                        [](const auto& element) { return static_cast<bool>(element.xml.child("pPort")); });
 }
 
+std::string bytes_text(std::uint32_t count) { return platform::count_text(count, "byte"); }
+
 bool is_whole(std::string_view text) { return text.find("</RegisterDescription") != std::string_view::npos; }
 
 std::optional<std::uint32_t> description_check::ask_size(wire::description_request& request) {
@@ -53,7 +57,7 @@ std::optional<std::uint32_t> description_check::ask_size(wire::description_reque
     DWORD returned = 0;
     const auto ask = [&] {
         size = returned = 0;
-        return driver_.Get(wire::device_set, SELVANE_DESCRIPTION_SIZE, &request, sizeof(request), &size,
+        return driver_.get(wire::device_set, SELVANE_DESCRIPTION_SIZE, &request, sizeof(request), &size,
                            sizeof(size), &returned);
     };
     HRESULT hr = ask();
@@ -64,19 +68,19 @@ std::optional<std::uint32_t> description_check::ask_size(wire::description_reque
     if (FAILED(hr)) {
         if (request.index == 0) {
             findings_.add(fault_kind::no_description,
-                          "the size of description 0 is refused with " + result_text(hr));
+                          "the size of description 0 is refused with " + simcam::describe_result(hr));
         }
         return std::nullopt;
     }
     if (returned != sizeof(size)) {
-        findings_.add(
-            fault_kind::description_size,
-            fmt::format("the size of description {} is answered with {} bytes", request.index, returned));
+        findings_.add(fault_kind::description_size,
+                      fmt::format("the size of description {} is answered with {}", request.index,
+                                  bytes_text(returned)));
         return std::nullopt;
     }
     if (size > largest_description) {
         findings_.add(fault_kind::description_size,
-                      fmt::format("description {} is announced with {} bytes", request.index, size));
+                      fmt::format("description {} is announced with {}", request.index, bytes_text(size)));
         return std::nullopt;
     }
     return size;
@@ -84,9 +88,8 @@ std::optional<std::uint32_t> description_check::ask_size(wire::description_reque
 
 void description_check::judge_length(const std::string& which, std::uint32_t announced, DWORD returned) {
     if (returned == announced) return;
-    findings_.add(
-        fault_kind::description_length,
-        fmt::format("{} is announced with {} bytes and answered with {}", which, announced, returned));
+    findings_.add(fault_kind::description_length, fmt::format("{} is announced with {} and answered with {}",
+                                                              which, bytes_text(announced), returned));
 }
 
 bool description_check::take(std::uint32_t index) {
@@ -96,10 +99,11 @@ bool description_check::take(std::uint32_t index) {
     const std::string which = fmt::format("description {}", index);
     std::string text(*size, '\0');
     DWORD returned = 0;
-    const HRESULT hr = driver_.Get(wire::device_set, SELVANE_DESCRIPTION_DATA, &request, sizeof(request),
+    const HRESULT hr = driver_.get(wire::device_set, SELVANE_DESCRIPTION_DATA, &request, sizeof(request),
                                    text.data(), *size, &returned);
     if (FAILED(hr)) {
-        findings_.add(fault_kind::description_refused, which + " is refused with " + result_text(hr));
+        findings_.add(fault_kind::description_refused,
+                      which + " is refused with " + simcam::describe_result(hr));
         return false;
     }
     judge_length(which, *size, returned);

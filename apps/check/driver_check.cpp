@@ -7,6 +7,7 @@
 #include "apps/check/vendor_check.h"
 #include "propui/page_groups.h"
 #include "propui/page_layout.h"
+#include "simcam/call_text.h"
 #include "wire/device_set.h"
 
 #include <chrono>
@@ -26,10 +27,10 @@ std::uint64_t system_clock_now() {
 
 void check_gate(driver_watch& driver, finding_book& findings) {
     DWORD support = 0;
-    HRESULT hr = driver.QuerySupported(wire::gate_set, SELVANE_GATE_PROPERTY, &support);
+    HRESULT hr = driver.query(wire::gate_set, SELVANE_GATE_PROPERTY, &support);
     if (FAILED(hr)) {
         findings.add(fault_kind::gate_refused,
-                     "QuerySupported of the gate is refused with " + result_text(hr));
+                     "QuerySupported of the gate is refused with " + simcam::describe_result(hr));
         return;
     }
     if ((support & SELVANE_SUPPORT_GET) == 0) {
@@ -39,10 +40,11 @@ void check_gate(driver_watch& driver, finding_book& findings) {
     }
     wire::device_kind_query block = {};
     DWORD returned = 0;
-    hr = driver.Get(wire::gate_set, SELVANE_GATE_PROPERTY, &block, sizeof(block), &block, sizeof(block),
+    hr = driver.get(wire::gate_set, SELVANE_GATE_PROPERTY, &block, sizeof(block), &block, sizeof(block),
                     &returned);
     if (FAILED(hr)) {
-        findings.add(fault_kind::gate_refused, "Get of the gate is refused with " + result_text(hr));
+        findings.add(fault_kind::gate_refused,
+                     "Get of the gate is refused with " + simcam::describe_result(hr));
         return;
     }
     if (returned < sizeof(block)) {
@@ -57,7 +59,7 @@ void check_gate(driver_watch& driver, finding_book& findings) {
 
 bool is_supported(driver_watch& driver, DWORD id) {
     DWORD support = 0;
-    return SUCCEEDED(driver.QuerySupported(wire::device_set, id, &support)) && support != 0;
+    return SUCCEEDED(driver.query(wire::device_set, id, &support)) && support != 0;
 }
 
 // Lays out the four pages over one of the two tables.
@@ -80,7 +82,7 @@ void check_described_items(driver_watch& driver, finding_book& findings, const c
     report.descriptions = descriptions.count;
     const bool survivable = descriptions.survivable || report.named_access;
     if (!descriptions.usable || !survivable) return;
-    genicam_adapter::GenICamAdapterDevice adapter(&driver);
+    genicam_adapter::GenICamAdapterDevice adapter(driver.property_set());
     const std::vector<ItemRecord>& table = adapter.get_item_table();
     asking_canvas canvas(findings, &driver, options.write);
     open_pages(driver, {}, {table.data(), table.size()}, canvas);
@@ -100,7 +102,7 @@ driver_report check_driver(IUnknown& driver, const check_options& options) {
     finding_book findings;
     driver_report report;
     driver_watch watch(driver, findings, options.clock ? options.clock : system_clock_now);
-    if (!watch.has_property_set()) {
+    if (watch.property_set() == nullptr) {
         findings.add(fault_kind::no_property_set, "the object has no IKsPropertySet");
     } else {
         check_gate(watch, findings);

@@ -30,11 +30,11 @@ struct driver_report {
     bool register_access = false;
     std::size_t descriptions = 0;
     std::size_t controls = 0;  ///< of described and built-in items together
-    std::uint64_t calls = 0;   ///< of IKsPropertySet
+    std::uint64_t calls = 0;
 };
 
 /// Asks a driver what the pages would ask it, and more where that tells why a page stays empty. Only reads
-/// unless the options allow more; buttons are never pushed. Calls of IKsPropertySet are watched and timed.
+/// unless the options allow more; buttons are never pushed. Every call is watched and timed.
 [[nodiscard]] driver_report check_driver(IUnknown& driver, const check_options& options);
 
 /// Calls that take longer are told, in microseconds.

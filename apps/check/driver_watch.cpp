@@ -1,9 +1,9 @@
 #include "apps/check/driver_watch.h"
 
 #include "platform/visible_text.h"
+#include "simcam/call_reading.h"
 #include "simcam/call_text.h"
 #include "wire/device_set.h"
-#include "wire/vendor_set.h"
 
 #include <cstring>
 #include <exception>
@@ -13,6 +13,10 @@
 #include <fmt/format.h>
 
 namespace selvane_check {
+
+using simcam::call_kind;
+using simcam::driver_call;
+
 namespace {
 
 // Refusing the others costs nothing: pages have something in their place.
@@ -35,41 +39,26 @@ bool is_needed(std::string_view suffix) {
     return false;
 }
 
-std::string set_word(REFGUID set) {
-    if (set == wire::device_set) return "device";
-    if (set == wire::gate_set) return "gate";
-    if (set == wire::vendor_set) return "vendor";
-    return set == wire::color_enhancement_set ? "color" : "unknown set";
-}
-
-std::string path_of(REFGUID set, DWORD id, const void* instance, DWORD size) {
-    const bool named = set == wire::device_set && id == SELVANE_NAMED_ACCESS;
-    const char* path = named ? selvane_read_named_request(instance, size) : nullptr;
-    return path != nullptr ? path : "";
-}
-
-// "Get device 4 Gain/Value"
-std::string call_name(const char* operation, REFGUID set, DWORD id, const std::string& path) {
-    std::string name = fmt::format("{} {} {}", operation, set_word(set), id);
-    if (!path.empty()) name += " " + platform::visible_text(path);
-    return name;
+driver_call property_call(call_kind kind, REFGUID set, DWORD id, const void* instance, DWORD size) {
+    driver_call call;
+    call.kind = kind;
+    call.set = set;
+    call.id = id;
+    call.instance = simcam::copy_of(instance, size);
+    static_cast<void>(simcam::read_instance(call));  // the driver is to say what it does not understand
+    return call;
 }
 
 }  // namespace
 
-std::string result_text(HRESULT result) {
-    return fmt::format("0x{:08X}", static_cast<std::uint32_t>(result));
-}
-
 driver_watch::driver_watch(IUnknown& driver, finding_book& findings, std::function<std::uint64_t()> clock)
-    : driver_(driver),
-      findings_(findings),
-      clock_(std::move(clock)),
-      property_set_(platform::query<IKsPropertySet>(&driver)) {}
+    : driver_(driver), behind_(driver), faces_(*this, *this), findings_(findings), clock_(std::move(clock)) {}
 
-bool driver_watch::has_camera_control() const {
-    return static_cast<bool>(platform::query<IAMCameraControl>(&driver_));
+IKsPropertySet* driver_watch::property_set() noexcept {
+    return behind_.property_set ? faces_.property_set() : nullptr;
 }
+
+bool driver_watch::has_camera_control() const noexcept { return static_cast<bool>(behind_.camera_control); }
 
 const std::string* driver_watch::selected_entry(const std::string& enumeration) const {
     const auto found = selected_.find(enumeration);
@@ -78,15 +67,12 @@ const std::string* driver_watch::selected_entry(const std::string& enumeration) 
 
 HRESULT driver_watch::QueryInterface(REFIID iid, void** out) {
     if (out == nullptr) return E_POINTER;
-    if (iid != platform::iid_unknown && iid != platform::iid_property_set) {
-        return driver_.QueryInterface(iid, out);
-    }
-    *out = static_cast<IKsPropertySet*>(this);
-    return S_OK;
+    *out = iid == platform::iid_unknown ? static_cast<IUnknown*>(this) : behind_.face(iid, faces_);
+    return *out != nullptr ? S_OK : driver_.QueryInterface(iid, out);
 }
 
 template <class Work>
-HRESULT driver_watch::run(const std::string& what, Work work) {
+HRESULT driver_watch::run(const driver_call& call, Work work) {
     ++calls_;
     const std::uint64_t start = clock_();
     HRESULT result = E_UNEXPECTED;
@@ -94,42 +80,65 @@ HRESULT driver_watch::run(const std::string& what, Work work) {
         result = work();
     } catch (const std::exception& failure) {
         findings_.add(fault_kind::driver_throws,
-                      fmt::format("an exception leaves {}: {}", what, failure.what()));
+                      fmt::format("an exception leaves {}: {}", call_title(call), failure.what()));
     } catch (...) {
-        findings_.add(fault_kind::driver_throws, fmt::format("an exception leaves {}", what));
+        findings_.add(fault_kind::driver_throws, fmt::format("an exception leaves {}", call_title(call)));
     }
     if (clock_() - start > longest_call) {
         findings_.add(fault_kind::slow_call,
-                      fmt::format("{} takes longer than {} ms", what, longest_call / 1000));
+                      fmt::format("{} takes longer than {} ms", call_title(call), longest_call / 1000));
     }
     return result;
 }
 
-HRESULT driver_watch::QuerySupported(REFGUID set, DWORD id, DWORD* support) {
-    return run(call_name("QuerySupported", set, id, {}),
-               [&] { return property_set_->QuerySupported(set, id, support); });
+HRESULT driver_watch::query(REFGUID set, DWORD id, DWORD* support) {
+    return run(property_call(call_kind::query_supported, set, id, nullptr, 0),
+               [&] { return behind_.property_set->QuerySupported(set, id, support); });
 }
 
-HRESULT driver_watch::Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
+HRESULT driver_watch::set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                           DWORD data_size) {
-    return run(call_name("Set", set, id, path_of(set, id, instance, instance_size)),
-               [&] { return property_set_->Set(set, id, instance, instance_size, data, data_size); });
+    return run(property_call(call_kind::set, set, id, instance, instance_size),
+               [&] { return behind_.property_set->Set(set, id, instance, instance_size, data, data_size); });
 }
 
-HRESULT driver_watch::Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size, LPVOID data,
+HRESULT driver_watch::get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                           DWORD data_size, DWORD* returned) {
-    const std::string path = path_of(set, id, instance, instance_size);
-    const HRESULT result = run(call_name("Get", set, id, path), [&] {
-        return property_set_->Get(set, id, instance, instance_size, data, data_size, returned);
+    const driver_call call = property_call(call_kind::get, set, id, instance, instance_size);
+    const HRESULT result = run(call, [&] {
+        return behind_.property_set->Get(set, id, instance, instance_size, data, data_size, returned);
     });
-    if (!path.empty()) judge_named(path, result, static_cast<const char*>(data), data_size, *returned);
+    if (!call.path.empty()) {
+        judge_named(call.path, result, static_cast<const char*>(data), data_size, *returned);
+    }
     if (set == wire::device_set && id == SELVANE_REGISTER_ACCESS && SUCCEEDED(result) && result != S_OK) {
-        std::uint64_t address = 0;
-        std::memcpy(&address, instance, sizeof(address));
-        findings_.add(fault_kind::register_result, fmt::format("the register at 0x{:08X} is answered with {}",
-                                                               address, result_text(result)));
+        findings_.add(fault_kind::register_result,
+                      fmt::format("the register at 0x{:08X} is answered with {}", call.address,
+                                  simcam::describe_result(result)));
     }
     return result;
+}
+
+template <class Work>
+HRESULT driver_watch::run_control(call_kind kind, LONG property, Work work) {
+    driver_call call;
+    call.kind = kind;
+    call.id = static_cast<DWORD>(property);
+    return run(call, [&] { return behind_.with_control(kind, work); });
+}
+
+HRESULT driver_watch::control_range(call_kind kind, LONG property, const simcam::range_places& out) {
+    return run_control(kind, property, [&](auto& control) {
+        return control.GetRange(property, out[0], out[1], out[2], out[3], out[4]);
+    });
+}
+
+HRESULT driver_watch::control_get(call_kind kind, LONG property, LONG* value, LONG* flags) {
+    return run_control(kind, property, [&](auto& control) { return control.Get(property, value, flags); });
+}
+
+HRESULT driver_watch::control_set(call_kind kind, LONG property, LONG value, LONG flags) {
+    return run_control(kind, property, [&](auto& control) { return control.Set(property, value, flags); });
 }
 
 void driver_watch::judge_named(const std::string& path, HRESULT result, const char* data, DWORD size,
@@ -139,13 +148,13 @@ void driver_watch::judge_named(const std::string& path, HRESULT result, const ch
     if (FAILED(result)) {
         if (is_needed(suffix)) {
             findings_.add(fault_kind::named_refused,
-                          fmt::format("{} is refused with {}", shown, result_text(result)));
+                          fmt::format("{} is refused with {}", shown, simcam::describe_result(result)));
         }
         return;
     }
     if (result != S_OK) {
         findings_.add(fault_kind::named_result,
-                      fmt::format("{} is answered with {}", shown, result_text(result)));
+                      fmt::format("{} is answered with {}", shown, simcam::describe_result(result)));
         return;
     }
     if (suffix != wire::path_suffix::selected_entry) {

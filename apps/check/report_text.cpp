@@ -1,6 +1,7 @@
 #include "apps/check/report_text.h"
 
 #include "apps/inspect/lint/severity_count.h"
+#include "platform/count_text.h"
 
 #include <algorithm>
 #include <set>
@@ -11,6 +12,7 @@
 namespace selvane_check {
 namespace {
 
+using platform::count_text;
 using selvane_inspect::severity_counts;
 using selvane_inspect::severity_word;
 
@@ -39,8 +41,9 @@ std::string report_text(const driver_report& report, const std::string& driver) 
         if (broken.count(&rule) == 0) continue;
         text += fmt::format("    {}: {} {}\n", rule.name, rule.why, rule.what_to_do);
     }
-    text += fmt::format("{}: access by {}, {} descriptions, {} controls, {} calls\n", driver, road_of(report),
-                        report.descriptions, report.controls, report.calls);
+    text += fmt::format("{}: access by {}, {}, {}, {}\n", driver, road_of(report),
+                        count_text(report.descriptions, "description"),
+                        count_text(report.controls, "control"), count_text(report.calls, "call"));
     return text + driver + ": " + selvane_inspect::summary(counts_of(report)) + "\n";
 }
 

@@ -53,7 +53,7 @@ constexpr DWORD focus_properties[] = {SELVANE_FOCUS_ONE_PUSH,     SELVANE_FOCUS_
 
 DWORD support_of(driver_watch& driver, REFGUID set, DWORD id) {
     DWORD support = 0;
-    return SUCCEEDED(driver.QuerySupported(set, id, &support)) ? support : 0;
+    return SUCCEEDED(driver.query(set, id, &support)) ? support : 0;
 }
 
 void check_record(driver_watch& driver, finding_book& findings, REFGUID set, readable_property property) {
@@ -61,7 +61,7 @@ void check_record(driver_watch& driver, finding_book& findings, REFGUID set, rea
     std::array<std::uint8_t, sizeof(wire::strobe_record)> record{};
     DWORD returned = 0;
     const HRESULT hr =
-        driver.Get(set, property.id, record.data(), property.size, record.data(), property.size, &returned);
+        driver.get(set, property.id, record.data(), property.size, record.data(), property.size, &returned);
     if (FAILED(hr) || returned >= property.size) return;
     findings.add(fault_kind::vendor_short,
                  fmt::format("{} {} is answered with {} of {} bytes",

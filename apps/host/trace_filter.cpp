@@ -3,7 +3,7 @@
 #include "apps/host/call_printer.h"
 #include "platform/com_object.h"
 #include "simcam/call_reading.h"
-#include "simcam/driver_faces.h"
+#include "simcam/driver_behind.h"
 #include "wire/device_set.h"
 
 #include <algorithm>
@@ -40,20 +40,15 @@ bool hands_out_description(const driver_call& call) {
 // Makes the calls of the faces on a driver, as far as it has the interface, and prints each.
 class traced_driver {
 public:
-    traced_driver(IUnknown& driver, line_sink sink)
-        : printer_(std::move(sink)),
-          property_set_(platform::query<IKsPropertySet>(&driver)),
-          camera_control_(platform::query<IAMCameraControl>(&driver)),
-          proc_amp_(platform::query<IAMVideoProcAmp>(&driver)) {}
+    traced_driver(IUnknown& driver, line_sink sink) : printer_(std::move(sink)), driver_(driver) {}
 
-    [[nodiscard]] bool has_property_set() const noexcept { return static_cast<bool>(property_set_); }
-    [[nodiscard]] bool has_camera_control() const noexcept { return static_cast<bool>(camera_control_); }
-    [[nodiscard]] bool has_video_proc_amp() const noexcept { return static_cast<bool>(proc_amp_); }
+    [[nodiscard]] const simcam::driver_behind& driver() const noexcept { return driver_; }
 
     HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size) {
         driver_call call = transfer_call(call_kind::set, set, id, instance, instance_size, data, data_size);
-        return printer_.run(
-            call, [&] { return property_set_->Set(set, id, instance, instance_size, data, data_size); });
+        return printer_.run(call, [&] {
+            return driver_.property_set->Set(set, id, instance, instance_size, data, data_size);
+        });
     }
 
     HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size,
@@ -61,7 +56,7 @@ public:
         driver_call call = transfer_call(call_kind::get, set, id, instance, instance_size, data, data_size);
         const HRESULT result = printer_.run(call, [&] {
             const HRESULT hr =
-                property_set_->Get(set, id, instance, instance_size, data, data_size, returned);
+                driver_.property_set->Get(set, id, instance, instance_size, data, data_size, returned);
             if (SUCCEEDED(hr)) call.answer = simcam::copy_of(data, data_size);
             if (SUCCEEDED(hr) && returned != nullptr) call.returned = *returned;
             return hr;
@@ -75,7 +70,7 @@ public:
     HRESULT query(REFGUID set, DWORD id, DWORD* support) {
         driver_call call = property_call(call_kind::query_supported, set, id);
         return printer_.run(call, [&] {
-            const HRESULT hr = property_set_->QuerySupported(set, id, support);
+            const HRESULT hr = driver_.property_set->QuerySupported(set, id, support);
             if (SUCCEEDED(hr) && support != nullptr) call.support = *support;
             return hr;
         });
@@ -103,7 +98,7 @@ private:
         call.kind = kind;
         call.id = static_cast<DWORD>(property);
         return printer_.run(call, [&] {
-            const HRESULT hr = simcam::is_camera_control(kind) ? work(*camera_control_) : work(*proc_amp_);
+            const HRESULT hr = driver_.with_control(kind, work);
             const bool set = kind == call_kind::camera_set || kind == call_kind::amp_set;
             const bool readable = std::find(numbers.begin(), numbers.end(), nullptr) == numbers.end();
             if ((SUCCEEDED(hr) || set) && readable) {
@@ -114,9 +109,7 @@ private:
     }
 
     call_printer printer_;
-    com_ptr<IKsPropertySet> property_set_;
-    com_ptr<IAMCameraControl> camera_control_;
-    com_ptr<IAMVideoProcAmp> proc_amp_;
+    simcam::driver_behind driver_;
 };
 
 class trace_filter final : public platform::com_object<IUnknown> {
@@ -126,13 +119,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         if (out == nullptr) return E_POINTER;
-        *out = nullptr;
-        if (iid == platform::iid_unknown) *out = static_cast<IUnknown*>(this);
-        if (iid == platform::iid_property_set && traced_.has_property_set()) *out = faces_.property_set();
-        if (iid == platform::iid_camera_control && traced_.has_camera_control())
-            *out = faces_.camera_control();
-        if (iid == platform::iid_video_proc_amp && traced_.has_video_proc_amp())
-            *out = faces_.video_proc_amp();
+        *out =
+            iid == platform::iid_unknown ? static_cast<IUnknown*>(this) : traced_.driver().face(iid, faces_);
         if (*out == nullptr) return driver_->QueryInterface(iid, out);
         AddRef();
         return S_OK;

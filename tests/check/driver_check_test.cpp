@@ -16,8 +16,10 @@ namespace {
 
 using namespace selvane_check;
 using namespace simcam;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 using Rules = std::vector<std::string>;
 
@@ -35,6 +37,11 @@ protected:
         const camera_ptr camera = make_camera(std::move(options));
         camera->add_fault(std::move(added));
         return Broken(camera);
+    }
+    std::string MessageBy(fault added) {
+        const camera_ptr camera = SoundDriver();
+        camera->add_fault(std::move(added));
+        return MessageOf(camera);
     }
     std::string MessageOf(const camera_ptr& camera) {
         const driver_report report = Check(camera);
@@ -108,6 +115,9 @@ TEST_F(CheckDriver, NoPropertySet) {
     camera_options options = SoundCamera();
     options.property_set = false;
     EXPECT_THAT(Broken(options), ElementsAre("no-property-set"));
+    options.property_set = true;
+    options.video_proc_amp = false;  // pages do without
+    EXPECT_THAT(Broken(options), IsEmpty());
 }
 
 TEST_F(CheckDriver, GateRefused) {
@@ -158,7 +168,10 @@ TEST_F(CheckDriver, NoDescription) {
 TEST_F(CheckDriver, DescriptionSizeOfAnotherLength) {
     EXPECT_THAT(BrokenBy(claim_size(device_gets(1), 2)), ElementsAre("description-size"));
     EXPECT_THAT(BrokenBy(claim_size(device_gets(1), 4)), IsEmpty());
-    EXPECT_THAT(BrokenBy(answer_bytes(device_gets(1), {0, 0, 0, 0x40})), ElementsAre("description-size"));
+    // More than 64 MiB, and 64 MiB of which the driver has the beginning.
+    EXPECT_THAT(BrokenBy(answer_bytes(device_gets(1), {1, 0, 0, 4})), ElementsAre("description-size"));
+    EXPECT_THAT(BrokenBy(answer_bytes(device_gets(1), {0, 0, 0, 4})), Not(Contains("description-size")));
+    EXPECT_EQ(MessageBy(claim_size(device_gets(1), 1)), "the size of description 0 is answered with 1 byte");
 }
 
 TEST_F(CheckDriver, DescriptionRefused) {
@@ -190,6 +203,9 @@ TEST_F(CheckDriver, DescriptionMalformed) {
     text.replace(text.find("\"Device\"/"), 9, "Device/");
     EXPECT_THAT(Broken(options), ElementsAre("description-malformed"));
     EXPECT_THAT(MessageOf(make_camera(options)), testing::HasSubstr("description 0:"));
+    // What the parser of the pages puts up with.
+    text = LampDescription() + "and a line behind it\n";
+    EXPECT_THAT(Broken(options), IsEmpty());
 }
 
 TEST_F(CheckDriver, DescriptionsWithoutEnd) {
@@ -205,6 +221,12 @@ TEST_F(CheckDriver, DescriptionWithoutItsPort) {
     std::string& text = options.descriptions.front();
     text.replace(text.find("<Port Name=\"Device\""), 19, "<Port Name=\"Camera\"");
     EXPECT_THAT(Broken(options), ElementsAre("description-port"));
+    text = LampDescription();
+    text.insert(text.find("<Port "), "<Port Name=\"Camera\"/>");  // beside the one that counts
+    EXPECT_THAT(Broken(options), IsEmpty());
+    // Nodes that hold their values themselves need none.
+    options.descriptions = {std::string(bundled_description("value_nodes"))};
+    EXPECT_THAT(Broken(options), Not(Contains("description-port")));
 }
 
 TEST_F(CheckDriver, DescriptionWithoutMarks) {
@@ -212,6 +234,9 @@ TEST_F(CheckDriver, DescriptionWithoutMarks) {
     std::string& text = options.descriptions.front();
     text.replace(text.find("ZELItemGUID>{"), 13, "ZELItemGUID>-");
     EXPECT_THAT(Broken(options), ElementsAre("description-marks"));
+    text = LampDescription();
+    text.replace(text.find("{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1000}"), 9, "{3f6a2b10");
+    EXPECT_THAT(Broken(options), IsEmpty());
 }
 
 TEST_F(CheckDriver, DescriptionThatNoPageSurvives) {
@@ -220,6 +245,24 @@ TEST_F(CheckDriver, DescriptionThatNoPageSurvives) {
     const std::string reg = "<pValue>BrightnessReg</pValue>";
     text.replace(text.find(reg), reg.size(), "<pValue>Brightness</pValue>");
     EXPECT_THAT(Broken(options), ElementsAre("description-deadly"));
+    // A circle that no page comes near.
+    text = LampDescription();
+    text.insert(text.find("<Port "), "<Integer Name=\"Round\"><pValue>Round</pValue></Integer>");
+    EXPECT_THAT(Broken(options), IsEmpty());
+}
+
+TEST_F(CheckDriver, ADeadlyDescriptionIsToldOverNamesTooAndThePagesAreAsked) {
+    camera_options options = SoundCamera();
+    std::string& text = options.descriptions.front();
+    const std::string reg = "<pValue>BrightnessReg</pValue>";
+    text.replace(text.find(reg), reg.size(), "<pValue>Brightness</pValue>");
+    const camera_ptr camera = make_camera(options);
+    for (const char* suffix : {"/Value", "/Min", "/Max", "/Inc", "/Default", "/IsLocked", "/IsImplemented"}) {
+        camera->add_fault(fail_when(path_calls(std::string("Brightness") + suffix), S_OK));
+    }
+    const driver_report report = Check(camera);
+    EXPECT_THAT(BrokenRules(report), Contains("description-deadly"));
+    EXPECT_GT(report.controls, 3U);
 }
 
 TEST_F(CheckDriver, AnExceptionOutOfTheDriver) {
@@ -233,19 +276,36 @@ TEST_F(CheckDriver, AnExceptionOutOfTheDriver) {
     EXPECT_EQ(report.findings[0].rule->name, "driver-throws");
     EXPECT_EQ(report.findings[0].message,
               "an exception leaves Get device 4 Brightness/Value: out of the driver");
+    // What stays inside the driver is a refusal like any other.
+    EXPECT_THAT(BrokenBy(fail_when(path_calls("Brightness/Inc"), E_UNEXPECTED)), IsEmpty());
+}
+
+TEST_F(CheckDriver, TheOtherInterfacesAreWatchedAsWell) {
+    const call_filter asks_control = calls_of(call_kind::camera_range);
+    fault thrown;
+    thrown.when = asks_control;
+    thrown.action = [] { throw std::runtime_error("out of the control"); };
+    EXPECT_EQ(MessageBy(thrown), "an exception leaves CameraControl GetRange 4: out of the control");
+    fault slow;
+    slow.when = asks_control;
+    slow.action = [this] { now_ += longest_call + 1; };
+    EXPECT_EQ(MessageBy(slow), "CameraControl GetRange 4 takes longer than 20 ms");
+    slow.action = [this] { now_ += longest_call; };
+    EXPECT_THAT(BrokenBy(slow), IsEmpty());
 }
 
 TEST_F(CheckDriver, ANameAnsweredWithAnotherSuccess) {
     EXPECT_THAT(BrokenBy(fail_when(path_calls("Brightness/Value"), S_FALSE)), ElementsAre("named-result"));
-    EXPECT_THAT(BrokenBy(fail_when(path_calls("LampOff/Value"), S_FALSE)), IsEmpty());
+    const call_filter writes = [](const driver_call& call) { return call.kind == call_kind::set; };
+    options_.write = true;  // a write has no answer that a page would show
+    EXPECT_THAT(BrokenBy(fail_when(writes, S_FALSE)), IsEmpty());
 }
 
 TEST_F(CheckDriver, ANameAnsweredWithoutBytes) {
     EXPECT_THAT(BrokenBy(claim_size(path_calls("Brightness/Max"), 0)), ElementsAre("named-no-bytes"));
     EXPECT_THAT(BrokenBy(claim_size(path_calls("Brightness/Max"), 7)), ElementsAre("named-no-bytes"));
     EXPECT_THAT(BrokenBy(claim_size(path_calls("Brightness/Max"), 8)), IsEmpty());
-    EXPECT_THAT(BrokenBy(claim_size(path_calls("Mode/SelectedEntry"), 0)),
-                testing::Contains("named-no-bytes"));
+    EXPECT_THAT(BrokenBy(claim_size(path_calls("Mode/SelectedEntry"), 0)), Contains("named-no-bytes"));
 }
 
 TEST_F(CheckDriver, ATextWithoutAnEnd) {
@@ -284,6 +344,7 @@ TEST_F(CheckDriver, AnAnswerThatNamesNoEntry) {
 TEST_F(CheckDriver, ARegisterAnsweredWithAnotherSuccess) {
     EXPECT_THAT(BrokenBy(fail_when(device_gets(3), S_FALSE), ByRegisters()), ElementsAre("register-result"));
     EXPECT_THAT(BrokenBy(fail_when(device_gets(3), S_FALSE)), IsEmpty());  // by name nobody reads it
+    EXPECT_THAT(BrokenBy(fail_when(device_gets(3), S_OK), ByRegisters()), IsEmpty());
 }
 
 TEST_F(CheckDriver, AVendorRecordAnsweredShort) {
@@ -295,6 +356,8 @@ TEST_F(CheckDriver, AVendorRecordAnsweredShort) {
     }
     EXPECT_THAT(BrokenBy(claim_size(property_calls(call_kind::get, wire::color_enhancement_set, 0), 4)),
                 ElementsAre("vendor-short"));
+    EXPECT_THAT(BrokenBy(claim_size(property_calls(call_kind::get, wire::color_enhancement_set, 0), 48)),
+                IsEmpty());
 }
 
 TEST_F(CheckDriver, MicrosecondsWithoutTicks) {

@@ -2,6 +2,8 @@
 
 #include "apps/check/report_text.h"
 
+#include "apps/inspect/description.h"
+#include "data_paths.h"
 #include "tests/check/checked_camera.h"
 
 #include <set>
@@ -28,7 +30,7 @@ TEST(CheckReport, TellsFindingsAsLintDoes) {
     EXPECT_THAT(text, testing::StartsWith("Lamp: error: the gate tells the device kind 4 [gate-kind]\n"
                                           "    gate-kind: Pages serve one kind of device alone. Write "
                                           "SELVANE_DEVICE_KIND into the first field of the answer.\n"
-                                          "Lamp: access by names (and registers), 1 descriptions, "));
+                                          "Lamp: access by names (and registers), 1 description, "));
     EXPECT_THAT(text, testing::EndsWith(" calls\nLamp: 1 error, 0 warnings, 0 notes\n"));
 }
 
@@ -53,6 +55,25 @@ TEST(CheckReport, CountsAFindingThatComesAgain) {
     const std::string text = report_text(report, "Lamp");
     EXPECT_THAT(text, HasSubstr("Lamp: warning: a call is slow (3 times) [slow-call]\n"));
     EXPECT_THAT(text, HasSubstr("Lamp: 0 errors, 3 warnings, 0 notes\n"));
+}
+
+TEST(CheckReport, CountsInWordsOfTheirNumber) {
+    driver_report report;
+    report.descriptions = report.controls = 1;
+    report.calls = 1;
+    EXPECT_THAT(report_text(report, "Lamp"),
+                testing::StartsWith("Lamp: access by none, 1 description, 1 control, 1 call\n"));
+    report.descriptions = report.controls = 0;
+    report.calls = 2;
+    EXPECT_THAT(report_text(report, "Lamp"),
+                testing::StartsWith("Lamp: access by none, 0 descriptions, 0 controls, 2 calls\n"));
+}
+
+TEST(CheckReport, EveryRuleStandsInItsDocument) {
+    const std::string document = selvane_inspect::read_file(SELVANE_SOURCE_DIR "/docs/driver.md");
+    for (const check_rule& rule : all_check_rules()) {
+        EXPECT_THAT(document, HasSubstr("`" + std::string(rule.name) + "`"));
+    }
 }
 
 TEST(CheckReport, FindingsMakeItFail) {

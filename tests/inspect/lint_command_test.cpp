@@ -234,7 +234,7 @@ TEST(LintRules, KeepTheirNames) {
             "float-without-min warning", "float-limit warning", "no-marks note", "mark-guid warning",
             "mark-group warning", "mark-kind warning", "mark-empty warning", "mark-twice warning",
             "mark-lost warning", "mark-range warning", "mark-steps warning", "mark-unit warning",
-            "mark-lock note", "mark-grey note", "mark-entries warning"));
+            "mark-edge warning", "mark-lock note", "mark-grey note", "mark-entries warning"));
 }
 
 std::string InATable(std::string_view text) {

@@ -2,6 +2,8 @@
 
 #include "tests/inspect/lint_fixture.h"
 
+#include <algorithm>
+
 namespace inspect_test {
 namespace {
 
@@ -228,6 +230,61 @@ TEST_F(LintMarks, ElementsThatAreGrey) {
     FindsNothing("mark-grey", unmarked("<pIsLocked>Free</pIsLocked>"));
     FindsNothing("mark-grey", unmarked(""));  // which is another finding
     FindsNothing("mark-grey", Page());
+}
+
+// An item with that many check boxes below its name; the last one bears an @ when it is beyond the edge.
+std::string ColumnOfBoxes(int rows, const std::string& name_of_last) {
+    std::string features;
+    std::string elements;
+    for (int row = 1; row <= rows; ++row) {
+        const bool last = row == rows;
+        const std::string name = last ? "Last" : "F" + std::to_string(row);
+        features += "<pFeature>" + name + "</pFeature>";
+        elements += "<Boolean Name=\"" + name + "\"><Extension>" + (last ? "@" : "") +
+                    "<ZELElementGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D2" + std::to_string(100 + row) +
+                    "}</ZELElementGUID></Extension>" +
+                    (last ? "<DisplayName>" + name_of_last + "</DisplayName>" : "") +
+                    "<pIsLocked>One</pIsLocked><Value>true</Value></Boolean>\n";
+    }
+    return "<Category Name=\"Root\"><DisplayName>Special</DisplayName><pFeature>Item</pFeature></Category>\n"
+           "<Category "
+           "Name=\"Item\"><Extension><ZELItemGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1000}</ZELItemGUID>"
+           "</Extension>" +
+           features + "</Category>\n" + elements + "<Integer Name=\"One\"><Value>1</Value></Integer>";
+}
+
+std::string WithoutPlaces(std::string elements) {
+    elements.erase(std::remove(elements.begin(), elements.end(), '@'), elements.end());
+    return elements;
+}
+
+TEST_F(LintMarks, RowsBelowThePage) {
+    const std::vector<std::string> message = {
+        "Last lies beyond the edge of the page Selvane Feature Controls"};
+    Finds("mark-edge", "warning", ColumnOfBoxes(14, "Last"), message);
+    FindsNothing("mark-edge", WithoutPlaces(ColumnOfBoxes(13, "Last")));
+    EXPECT_EQ(Lint("mark-edge", WithoutPlaces(ColumnOfBoxes(16, "Last"))).size(), 3U);
+}
+
+TEST_F(LintMarks, TextsThatAreTooWideForThePage) {
+    Finds("mark-edge", "warning", ColumnOfBoxes(1, std::string(90, 'W')),
+          {"Last lies beyond the edge of the page Selvane Feature Controls"});
+    FindsNothing("mark-edge", WithoutPlaces(ColumnOfBoxes(1, std::string(20, 'W'))));
+    std::string wide_item = WithoutPlaces(ColumnOfBoxes(1, "Last"));
+    wide_item.insert(wide_item.find("<ZELItemGUID>"), "@");
+    wide_item.insert(wide_item.find("</Extension>") + 12,
+                     "<DisplayName>" + std::string(90, 'W') + "</DisplayName>");
+    Finds("mark-edge", "warning", wide_item,
+          {"Item lies beyond the edge of the page Selvane Feature Controls"});
+}
+
+// What nobody would survive opening is another finding.
+TEST_F(LintMarks, PagesThatCannotBeOpenedHaveNoEdge) {
+    std::string page = WithoutPlaces(ColumnOfBoxes(16, "Last"));
+    const std::string value = "<Value>true</Value></Boolean>";
+    page.replace(page.rfind(value), value.size(), "<pValue>Last</pValue></Boolean>");
+    FindsNothing("mark-edge", page);
+    EXPECT_EQ(Lint("circle", page).size(), 1U);
 }
 
 TEST_F(LintMarks, EntriesThatAreNotCountedFromZero) {

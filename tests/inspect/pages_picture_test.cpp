@@ -133,9 +133,7 @@ private:
 };
 
 void ExpectSamePages(const std::string& file, access_road road) {
-    selvane_inspect::description_options options;
-    options.file = file;
-    const std::vector<drawn_page> pages = preview_pages(options, road);
+    const std::vector<drawn_page> pages = preview_pages(*selvane_inspect::description::open(file), road);
     ASSERT_EQ(pages.size(), 4U);
     RecordedPages recorded(file, road);
     std::size_t controls = 0;

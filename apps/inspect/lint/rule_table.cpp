@@ -5,6 +5,7 @@
 #include "apps/inspect/lint/lint_rule.h"
 #include "apps/inspect/lint/mark_rules.h"
 #include "apps/inspect/lint/number_rules.h"
+#include "apps/inspect/lint/page_rules.h"
 #include "apps/inspect/marked_items.h"
 
 #include <algorithm>
@@ -122,6 +123,10 @@ constexpr lint_rule rules[] = {
      "unit "
      "is left out.",
      "State a shorter Unit, or one in which the limits are smaller numbers.", check_units_without_room},
+    {"mark-edge", severity::warning,
+     "A page does not scroll: nobody sees or reaches what lies beyond its edge.",
+     "List the feature on another page, or give it a shorter DisplayName or Unit; 13 rows fit on a page.",
+     check_page_edges},
     {"mark-lock", severity::note,
      "Pages take pIsLocked for \"may be changed now\": without the link, a control over registers is always "
      "grey.",

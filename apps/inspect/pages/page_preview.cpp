@@ -6,6 +6,10 @@
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 
+#include <algorithm>
+#include <map>
+#include <utility>
+
 namespace selvane_inspect {
 namespace {
 
@@ -38,10 +42,9 @@ drawn_page draw(ZELPropUI::PageName name, IUnknown& filter,
 
 }  // namespace
 
-std::vector<drawn_page> preview_pages(const description_options& options, access_road road) {
-    const auto opened = open(options);
-    if (const auto hazard = find_page_hazard(*opened)) throw refused(*hazard);
-    const simcam::camera_ptr camera = make_camera(*opened, road);
+std::vector<drawn_page> preview_pages(description& of, access_road road) {
+    if (const auto hazard = find_page_hazard(of)) throw refused(*hazard);
+    const simcam::camera_ptr camera = make_camera(of, road);
     genicam_adapter::GenICamAdapterDevice adapter(camera->property_set());
     const auto& described = adapter.get_item_table();
     std::vector<drawn_page> pages;
@@ -49,6 +52,19 @@ std::vector<drawn_page> preview_pages(const description_options& options, access
         pages.push_back(draw(name, *camera->property_set(), described));
     }
     return pages;
+}
+
+std::vector<drawn_row> rows_of(const drawn_page& page) {
+    std::map<int, drawn_row> rows;
+    for (const drawn_control& control : page.controls) rows[control.place.top].push_back(&control);
+    std::vector<drawn_row> sorted;
+    for (auto& [top, row] : rows) {
+        std::stable_sort(row.begin(), row.end(), [](const auto* left, const auto* right) {
+            return left->place.left < right->place.left;
+        });
+        sorted.push_back(std::move(row));
+    }
+    return sorted;
 }
 
 std::string_view page_word(ZELPropUI::PageName page) noexcept {

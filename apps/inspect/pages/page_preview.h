@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/inspect/description_options.h"
+#include "apps/inspect/description.h"
 #include "apps/inspect/pages/preview_canvas.h"
 
 #include <string>
@@ -17,7 +17,12 @@ enum class access_road { registers, named };
 /// Lays out the four pages by the code of the pages themselves, over a simulated camera that has the
 /// description and its registers, and no fixed driver property. Throws `inspect_error` when the real pages
 /// would not survive it.
-[[nodiscard]] std::vector<drawn_page> preview_pages(const description_options& options, access_road road);
+[[nodiscard]] std::vector<drawn_page> preview_pages(description& of, access_road road);
+
+/// What stands at one height, from left to right.
+using drawn_row = std::vector<const drawn_control*>;
+/// The rows of a page, from the top.
+[[nodiscard]] std::vector<drawn_row> rows_of(const drawn_page& page);
 
 // A page as text, picture and data.
 [[nodiscard]] std::string page_text(const drawn_page& page);

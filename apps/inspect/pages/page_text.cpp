@@ -2,8 +2,6 @@
 #include "apps/inspect/pages/page_preview.h"
 #include "platform/text.h"
 
-#include <algorithm>
-
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -45,22 +43,13 @@ std::string control_text(const drawn_control& control) {
     return word + " " + quoted_text(control.text);
 }
 
-bool is_cut_off(const drawn_control& control) {
-    // The list of a combo drops down over everything.
-    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
-    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
-}
-
 bool tells_state(control_kind kind) {
     return kind != control_kind::edit && kind != control_kind::spin_button;
 }
 
 // "Label: control, control; Label: control". What an edit and its spin button have in common with the slider
 // before them is told there.
-std::string row_text(std::vector<const drawn_control*> row) {
-    std::stable_sort(row.begin(), row.end(), [](const auto* left, const auto* right) {
-        return left->place.left < right->place.left;
-    });
+std::string row_text(const drawn_row& row) {
     constexpr int pixels_a_blank = 10;
     std::string text(static_cast<std::size_t>(row.front()->place.left / pixels_a_blank), ' ');
     std::string_view separator;
@@ -71,7 +60,7 @@ std::string row_text(std::vector<const drawn_control*> row) {
         text += control_text(*control);
         if (is_label) text += ":";
         if (!control->enabled && tells_state(control->kind)) text += " (grey)";
-        cut_off = cut_off || is_cut_off(*control);
+        cut_off = cut_off || is_beyond_edge(*control);
         separator = is_label ? " " : ", ";
     }
     return visible_text(text) + (cut_off ? " -- beyond the edge of the page\n" : "\n");
@@ -112,17 +101,7 @@ nlohmann::ordered_json control_json(const drawn_control& control) {
 std::string page_text(const drawn_page& page) {
     std::string text = fmt::format("{} (groups {})\n", TitleOf(page.name), joined_groups(page.name));
     if (!page.offered) return text + "  nothing to show: the page does not appear\n";
-    std::vector<int> tops;
-    for (const drawn_control& control : page.controls) tops.push_back(control.place.top);
-    std::sort(tops.begin(), tops.end());
-    tops.erase(std::unique(tops.begin(), tops.end()), tops.end());
-    for (const int top : tops) {
-        std::vector<const drawn_control*> row;
-        for (const drawn_control& control : page.controls) {
-            if (control.place.top == top) row.push_back(&control);
-        }
-        text += row_text(std::move(row));
-    }
+    for (const drawn_row& row : rows_of(page)) text += row_text(row);
     return text;
 }
 

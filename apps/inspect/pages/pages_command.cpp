@@ -1,4 +1,5 @@
 #include "apps/inspect/command.h"
+#include "apps/inspect/description_options.h"
 #include "apps/inspect/marked_items.h"
 #include "apps/inspect/pages/page_preview.h"
 
@@ -37,21 +38,22 @@ std::vector<std::string> save_pictures(const std::vector<drawn_page>& pages, con
 }
 
 // Why no page appears, where nobody has marked anything; empty for other reasons.
-std::string reason_for_nothing(const std::vector<drawn_page>& drawn, const description_options& input) {
+std::string reason_for_nothing(const std::vector<drawn_page>& drawn, const description& input) {
     const bool any =
         std::any_of(drawn.begin(), drawn.end(), [](const drawn_page& page) { return page.offered; });
-    if (any || has_marks(*open(input))) return {};
-    return fmt::format("{}: {}. {}", input.file, no_marks, no_marks_remedy);
+    if (any || has_marks(input)) return {};
+    return fmt::format("{}: {}. {}", input.path(), no_marks, no_marks_remedy);
 }
 
 int pages(const pages_options& options, const channels& to) {
     const access_road road = options.road == named_road ? access_road::named : access_road::registers;
-    const std::vector<drawn_page> drawn = preview_pages(options.input, road);
+    const auto opened = open(options.input);
+    const std::vector<drawn_page> drawn = preview_pages(*opened, road);
     const std::vector<std::string> files =
         options.folder.empty() ? std::vector<std::string>() : save_pictures(drawn, options.folder);
     nlohmann::ordered_json json = {
         {"command", "pages"}, {"file", options.input.file}, {"access", options.road}};
-    const std::string reason = reason_for_nothing(drawn, options.input);
+    const std::string reason = reason_for_nothing(drawn, *opened);
     if (!reason.empty()) json["note"] = reason;
     bool first = true;
     for (const drawn_page& page : drawn) {

@@ -62,6 +62,11 @@ std::string_view control_word(control_kind kind) noexcept {
     return control_words[static_cast<std::size_t>(kind)];
 }
 
+bool is_beyond_edge(const drawn_control& control) noexcept {
+    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
+    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
+}
+
 int preview_canvas::TextWidth(std::wstring_view text) { return dialog_text_width(text); }
 
 int preview_canvas::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }

@@ -45,6 +45,9 @@ struct drawn_page {
 constexpr int page_width = 428;
 constexpr int page_height = 457;
 
+/// Whether a page cuts it off. The list of a combo drops down over everything.
+[[nodiscard]] bool is_beyond_edge(const drawn_control& control) noexcept;
+
 /// A canvas at 96 dots per inch that keeps what it is told, together with what each control would show.
 class preview_canvas final : public ZELPropUI::IPageCanvas {
 public:

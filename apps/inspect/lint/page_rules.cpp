@@ -1,0 +1,61 @@
+#include "apps/inspect/lint/page_rules.h"
+
+#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/marked_items.h"
+#include "apps/inspect/pages/page_hazards.h"
+#include "apps/inspect/pages/page_preview.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace selvane_inspect {
+namespace {
+
+// A row that holds nothing but the name of its item tells no feature.
+GenICam::INode* item_of_label(const lint_context& context, const drawn_row& row) {
+    for (GenICam::ICategory* item : categories_of(find_items(context.subject()))) {
+        if (item->get_display_name() == row.front()->text) return item;
+    }
+    return nullptr;
+}
+
+GenICam::INode* feature_of(const lint_context& context, const drawn_row& row) {
+    const drawn_control* first = nullptr;
+    for (const drawn_control* control : row) {
+        if (control->feature.empty()) continue;
+        if (first == nullptr) first = control;
+        if (!is_beyond_edge(*control)) continue;
+        first = control;
+        break;
+    }
+    return first != nullptr ? context.subject().document()->find_node(first->feature) : nullptr;
+}
+
+bool lies_beyond_edge(const drawn_row& row) {
+    return std::any_of(row.begin(), row.end(),
+                       [](const drawn_control* control) { return is_beyond_edge(*control); });
+}
+
+void tell_row(const lint_context& context, const drawn_page& page, const drawn_row& row,
+              finding_list& findings) {
+    GenICam::INode* const feature = feature_of(context, row);
+    GenICam::INode* const told = feature != nullptr ? feature : item_of_label(context, row);
+    if (told == nullptr) return;
+    findings.add(place_of_mark(context, *told, feature != nullptr ? element_mark : item_mark),
+                 fmt::format("{} lies beyond the edge of the page {}", told->get_name(), TitleOf(page.name)));
+}
+
+}  // namespace
+
+void check_page_edges(lint_context& context, finding_list& findings) {
+    description& subject = context.subject();
+    if (!context.is_loaded() || find_items(subject).empty() || find_page_hazard(subject)) return;
+    for (const drawn_page& page : preview_pages(subject, access_road::registers)) {
+        for (const drawn_row& row : rows_of(page)) {
+            if (lies_beyond_edge(row)) tell_row(context, page, row, findings);
+        }
+    }
+}
+
+}  // namespace selvane_inspect

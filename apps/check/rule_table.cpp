@@ -87,7 +87,9 @@ constexpr check_rule rules[] = {
      "A control that is enabled and whose change is refused falls back in front of the user.",
      "Take what \"/IsLocked\" says may be changed, or say that it may not."},
     {fault_kind::slow_call, "slow-call", severity::warning,
-     "Every call holds up the host's window, and after each change every control of the page is asked twice.",
+     "Every call holds up the host's window, and after each change every feature of the page is asked for "
+     "its "
+     "state and its value.",
      "Answer from what the driver knows, and talk to the camera on a thread of its own."},
 };
 

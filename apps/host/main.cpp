@@ -79,7 +79,8 @@ int work_on_camera(const host_options& options) {
     camera_to_show camera = find_camera(options);
     if (options.trace) camera.filter = make_trace_filter(*camera.filter, write_line);
     if (options.check_driver) return check_camera(options, camera);
-    const page_server server(page_server_path());
+    std::optional<page_server> server;
+    if (!options.registered) server.emplace(page_server_path());
     const std::vector<CLSID> pages = choose_pages(options, *camera.filter);
     if (!options.probe) show_pages(options, camera, pages);
     return exit_code::fine;

@@ -69,6 +69,8 @@ void add_outputs(CLI::App& app, host_options& options, raw_options& raw) {
     app.add_option("--pictures", raw.pictures, "Save a picture of each page there as PNG, and leave")
         ->type_name("DIR")
         ->excludes(probe);
+    app.add_flag("--registered", options.registered,
+                 "Show the pages that are registered, not those beside the program");
     app.add_flag("--list-cameras", options.list_cameras, "Name the ready-made cameras, and leave");
     app.add_flag("--list", options.list_devices, "Name the video capture devices, and leave");
 }
@@ -80,7 +82,8 @@ void add_check(CLI::App& app, host_options& options) {
     CLI::Option* json =
         app.add_flag("--json", options.json, "The check tells its findings as JSON")->needs(check);
     json->excludes(app.get_option("--trace"));
-    for (const char* other : {"--layout", "--probe", "--pictures"}) check->excludes(app.get_option(other));
+    for (const char* other : {"--layout", "--probe", "--pictures", "--registered"})
+        check->excludes(app.get_option(other));
 }
 
 // The library breaks some of its messages into lines.

@@ -20,6 +20,7 @@ struct host_options {
     std::string device;                  ///< name of a real device; empty for the simulated camera
     std::filesystem::path driver;        ///< DLL with a driver; empty for the simulated camera
     std::filesystem::path pictures;      ///< folder for pictures of the pages; empty for none
+    bool registered = false;             ///< the system's pages, not those beside the program
     bool check_driver = false;
     bool write = false;  ///< the check may write to the camera
     bool json = false;

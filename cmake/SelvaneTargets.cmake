@@ -6,6 +6,8 @@
 #       of tests are
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
+#   selvane_ship(<target>)
+#       a binary that users get: nothing in it is for debuggers, who have a PDB beside it where the compiler writes one
 #   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [OWN_DESKTOP] [OPTIMISED])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
 #       Its sources are compiled together, several at a time and without the optimiser. APART: sources whose names
@@ -26,6 +28,7 @@ option(SELVANE_WERROR "Treat warnings as errors" ON)
 option(SELVANE_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(SELVANE_JOIN "Compile the sources of tests, programs and everything else outside the DLL together" ON)
 option(SELVANE_JOIN_ALL "Compile the sources of the DLL together as well" OFF)
+option(SELVANE_PDB "Write symbols as PDB beside each binary that is shipped (clang and lld for Windows only)" OFF)
 set(SELVANE_SANITIZE "" CACHE STRING "Value of -fsanitize= for everything of the project")
 
 set(descriptions_default "${PROJECT_SOURCE_DIR}/../shared/descriptions")
@@ -60,8 +63,14 @@ if(WIN32)
   target_compile_options(selvane_options INTERFACE -ffunction-sections -fdata-sections)
   target_link_options(selvane_options INTERFACE -Wl,--gc-sections)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  target_compile_options(selvane_options INTERFACE -Wno-unknown-warning-option)
+endif()
+if(SELVANE_PDB)
+  target_compile_options(selvane_options INTERFACE -g -gcodeview)
+endif()
 if(EMSCRIPTEN)
-  target_compile_options(selvane_options INTERFACE -fexceptions -Wno-unknown-warning-option)
+  target_compile_options(selvane_options INTERFACE -fexceptions)
   target_link_options(selvane_options INTERFACE -fexceptions)
 endif()
 if(SELVANE_SANITIZE)
@@ -100,6 +109,14 @@ function(selvane_add_program target)
   target_link_libraries(${target} PRIVATE ${ARG_LINK} selvane_options)
 endfunction()
 
+function(selvane_ship target)
+  if(SELVANE_PDB)
+    target_link_options(${target} PRIVATE "-Wl,--pdb=${CMAKE_BINARY_DIR}/bin/${target}.pdb")
+  else()
+    target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
+  endif()
+endfunction()
+
 # A locale with a decimal comma and one with 8-bit letters, made from the system's sources of locales where they are
 # installed: descriptions must read the same under both.
 find_program(LOCALEDEF localedef)
@@ -125,6 +142,9 @@ function(selvane_add_test target)
   set_source_files_properties(${ARG_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   if(NOT ARG_OPTIMISED)
     target_compile_options(${target} PRIVATE -O0)
+  endif()
+  if(SELVANE_PDB)
+    target_compile_options(${target} PRIVATE -g0) # nobody gets them
   endif()
   target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
   set_property(GLOBAL APPEND PROPERTY SELVANE_TESTS ${target})

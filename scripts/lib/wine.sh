@@ -7,7 +7,7 @@ WINESERVER=/usr/lib/wine/wineserver
 wine_use_prefix() {
     mkdir -p "$1"
     WINEPREFIX=$(cd "$1" && pwd)
-    WINEDLLOVERRIDES=mscoree,mshtml=
+    WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=' # the last one writes into the menus of the user's desktop
     WINEDEBUG=${WINEDEBUG:--all}
     export WINEPREFIX WINEDLLOVERRIDES WINEDEBUG
 }

@@ -1,9 +1,9 @@
 # What every room's CMakeLists.txt uses to make its targets.
 #
-#   selvane_add_library(<target> [SMALL] [JOINED] SOURCES ... [PUBLIC_LINK ...] [PRIVATE_LINK ...])
+#   selvane_add_library(<target> [SMALL] [JOINED] SOURCES ... [APART ...] [PUBLIC_LINK ...] [PRIVATE_LINK ...])
 #       static library; includes start at the project's root. SMALL: its code waits for people and drivers, so that the
 #       DLL has it for size and not for speed. JOINED: no part of the DLL; its sources are compiled together, as those
-#       of tests are
+#       of tests are, but for those APART
 #   selvane_add_program(<target> SOURCES ... [LINK ...])
 #       program in build/<preset>/bin
 #   selvane_ship(<target>)
@@ -89,8 +89,9 @@ function(selvane_join target)
 endfunction()
 
 function(selvane_add_library target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "SMALL;JOINED" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK")
-  add_library(${target} STATIC ${ARG_SOURCES})
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "SMALL;JOINED" "" "SOURCES;APART;PUBLIC_LINK;PRIVATE_LINK")
+  add_library(${target} STATIC ${ARG_SOURCES} ${ARG_APART})
+  set_source_files_properties(${ARG_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   if(ARG_JOINED OR SELVANE_JOIN_ALL)
     selvane_join(${target})
   endif()

@@ -1,5 +1,4 @@
-#include "apps/inspect/command.h"
-#include "apps/inspect/description_options.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/feature_facts.h"
 
 #include <fmt/format.h>
@@ -9,11 +8,6 @@ namespace selvane_inspect {
 namespace {
 
 using GenICam::INode;
-
-struct describe_options {
-    description_options input;
-    std::vector<std::string> features;
-};
 
 std::string flag_text(const answer<bool>& flag) {
     if (!flag.value) return "unknown (" + flag.failure + ")";
@@ -142,6 +136,8 @@ nlohmann::ordered_json as_json(const description& in, feature_reader& reader, IN
     return json;
 }
 
+}  // namespace
+
 int describe(const describe_options& options, const channels& to) {
     const auto opened = open(options.input);
     evaluation_guard guard(*opened);
@@ -163,17 +159,6 @@ int describe(const describe_options& options, const channels& to) {
     }
     if (to.json) write_json(to.out, json);
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_describe(command_set& commands) {
-    CLI::App* command = nullptr;
-    describe_options& options = commands.add(
-        "describe", "Everything about features: elements, where the value comes from, what depends on it",
-        describe, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
 }
 
 }  // namespace selvane_inspect

@@ -4,8 +4,6 @@
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
 
-#include <CLI/CLI.hpp>
-
 namespace selvane_inspect {
 namespace {
 
@@ -48,15 +46,6 @@ void write_default(INode& node, evaluation_guard& guard) {
 }
 
 }  // namespace
-
-void add_file(CLI::App& command, std::string& file) {
-    command.add_option("FILE", file, "A device description")->required()->type_name("");
-}
-
-void add_description_options(CLI::App& command, description_options& options) {
-    add_file(command, options.file);
-    add_memory_options(command, options.memory);
-}
 
 std::unique_ptr<description> open(const description_options& options) {
     std::unique_ptr<description> opened = open_loaded(options.file);

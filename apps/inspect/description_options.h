@@ -15,11 +15,6 @@ struct description_options {
     memory_options memory;
 };
 
-/// Adds FILE.
-void add_file(CLI::App& command, std::string& file);
-/// Adds FILE and the options of the memory.
-void add_description_options(CLI::App& command, description_options& options);
-
 /// Loads the description and fills its registers. Throws `inspect_error`.
 [[nodiscard]] std::unique_ptr<description> open(const description_options& options);
 

@@ -1,6 +1,5 @@
-#include "apps/inspect/command.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/description.h"
-#include "apps/inspect/description_options.h"
 #include "apps/inspect/node_counts.h"
 #include "genicam/ieval.h"
 
@@ -11,13 +10,6 @@
 namespace selvane_inspect {
 namespace {
 
-struct dump_options {
-    std::string file;
-    std::string what;
-};
-
-constexpr const char* statistics = "stats";
-constexpr const char* node_list = "nodes";
 constexpr std::int32_t statistics_mode = 0;
 constexpr std::int32_t node_list_mode = 1;
 
@@ -34,7 +26,7 @@ nlohmann::ordered_json as_json(const description& opened, const std::string& wha
     json["command"] = "dump";
     json["file"] = opened.path();
     json["what"] = what;
-    if (what == node_list) {
+    if (what == dump_nodes) {
         json["nodes"] = nodes_json(*opened.document());
     } else {
         const node_counts counts = count_nodes(opened.tree());
@@ -61,30 +53,18 @@ void print_nodes(std::ostream& out, GenICam::IGenICamDoc& document) {
     });
 }
 
+}  // namespace
+
 int dump(const dump_options& options, const channels& to) {
     const auto opened = open_loaded(options.file);
     if (to.json) {
         write_json(to.out, as_json(*opened, options.what));
-    } else if (options.what == statistics) {
+    } else if (options.what == dump_statistics) {
         print_statistics(to.out, *opened->document());
     } else {
         print_nodes(to.out, *opened->document());
     }
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_dump(command_set& commands) {
-    CLI::App* command = nullptr;
-    dump_options& options = commands.add("dump", "The engine's own listings", dump, command);
-    add_file(*command, options.file);
-    command
-        ->add_option("WHAT", options.what,
-                     "stats: counts by element and class; nodes: every node with its dependents")
-        ->required()
-        ->type_name("")
-        ->check(CLI::IsMember(std::set<std::string>{statistics, node_list}));
 }
 
 }  // namespace selvane_inspect

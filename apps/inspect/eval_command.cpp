@@ -1,4 +1,4 @@
-#include "apps/inspect/command.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/feature_value.h"
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/guarded_run.h"
@@ -21,12 +21,6 @@ using GenICam::eval_value;
 using GenICam::formula_instruction;
 using GenICam::formula_program;
 using GenICam::identifier_id;
-
-struct eval_options {
-    std::string formula;
-    std::vector<std::string> variables;
-    bool explain = false;
-};
 
 struct variable {
     std::string name;
@@ -131,6 +125,8 @@ void print_steps(std::ostream& out, const explained_run& explained) {
     }
 }
 
+}  // namespace
+
 int eval(const eval_options& options, const channels& to) {
     const std::vector<variable> variables = parse_variables(options.variables);
     const GenICam::formula_tree tree = read(options.formula, variables);
@@ -145,20 +141,6 @@ int eval(const eval_options& options, const channels& to) {
     to.out << number_with_kind(explained.result.value) << '\n';
     for (const std::string& note : notes) write_line(to.out, "note: " + note);
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_eval(command_set& commands) {
-    CLI::App* command = nullptr;
-    eval_options& options = commands.add("eval", "The result of a formula", eval, command);
-    command->add_option("FORMULA", options.formula, "A formula; behind -- if it begins with two minuses")
-        ->required()
-        ->type_name("");
-    command->add_option("NAME=VALUE", options.variables, "Variables; 5 is an integer and 5.0 a float")
-        ->type_name("");
-    command->add_flag("--explain", options.explain,
-                      "Show the postfix program and the stack behind each step");
 }
 
 }  // namespace selvane_inspect

@@ -1,16 +1,10 @@
-#include "apps/inspect/command.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/value_session.h"
 
 #include <nlohmann/json.hpp>
 
 namespace selvane_inspect {
-namespace {
-
-struct get_options {
-    description_options input;
-    std::vector<std::string> features;
-    bool trace = false;
-};
+namespace {}  // namespace
 
 int get(const get_options& options, const channels& to) {
     value_session session(options.input);
@@ -32,16 +26,6 @@ int get(const get_options& options, const channels& to) {
     }
     if (to.json) write_json(to.out, json);
     return code;
-}
-
-}  // namespace
-
-void add_get(command_set& commands) {
-    CLI::App* command = nullptr;
-    get_options& options = commands.add("get", "The values of features over a register memory", get, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
-    command->add_flag("--trace", options.trace, "Show every access to the registers");
 }
 
 }  // namespace selvane_inspect

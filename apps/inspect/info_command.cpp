@@ -1,6 +1,5 @@
-#include "apps/inspect/command.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/description.h"
-#include "apps/inspect/description_options.h"
 #include "apps/inspect/node_counts.h"
 
 #include <fmt/format.h>
@@ -8,10 +7,6 @@
 
 namespace selvane_inspect {
 namespace {
-
-struct info_options {
-    std::string file;
-};
 
 constexpr std::string_view standard_words[] = {"None", "IIDC", "GEV", "CL", "U3V", "CXP", "CLHS"};
 
@@ -91,6 +86,8 @@ void print(std::ostream& out, const description& opened, const node_counts& coun
     print_counts(out, counts);
 }
 
+}  // namespace
+
 int info(const info_options& options, const channels& to) {
     const auto opened = open_loaded(options.file);
     const node_counts counts = count_nodes(opened->tree());
@@ -100,15 +97,6 @@ int info(const info_options& options, const channels& to) {
         print(to.out, *opened, counts);
     }
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_info(command_set& commands) {
-    CLI::App* command = nullptr;
-    info_options& options =
-        commands.add("info", "Header, counts by element and class, memory, load time", info, command);
-    add_file(*command, options.file);
 }
 
 }  // namespace selvane_inspect

@@ -1,5 +1,4 @@
-#include "apps/inspect/command.h"
-#include "apps/inspect/description_options.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/feature_reader.h"
 
 #include <algorithm>
@@ -16,20 +15,8 @@ using GenICam::INode;
 using GenICam::node_type;
 using GenICam::Visibility;
 
-struct list_options {
-    description_options input;
-    std::string visibility = "Invisible";
-    bool all = false;
-};
-
 constexpr Visibility visibilities[] = {Visibility::Beginner, Visibility::Expert, Visibility::Guru,
                                        Visibility::Invisible};
-
-std::set<std::string> visibility_words() {
-    std::set<std::string> words;
-    for (const Visibility visibility : visibilities) words.emplace(visibility_word(visibility));
-    return words;
-}
 
 Visibility parse_visibility(const std::string& word) {
     return *std::find_if(std::begin(visibilities), std::end(visibilities),
@@ -163,6 +150,14 @@ void print(const channels& to, const std::vector<listed_node>& lines, const std:
     for (INode* node : others) write_line(to.out, line_text({node, 1}, reader));
 }
 
+}  // namespace
+
+std::set<std::string> visibility_words() {
+    std::set<std::string> words;
+    for (const Visibility visibility : visibilities) words.emplace(visibility_word(visibility));
+    return words;
+}
+
 int list(const list_options& options, const channels& to) {
     const auto opened = open(options.input);
     INode* const root = opened->document()->find_node("Root");
@@ -182,22 +177,6 @@ int list(const list_options& options, const channels& to) {
         print(to, lines, others, reader);
     }
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_list(command_set& commands) {
-    CLI::App* command = nullptr;
-    list_options& options =
-        commands.add("list", "The features in their tree, each with its value and range", list, command);
-    add_description_options(*command, options.input);
-    command->add_flag("--all", options.all, "Also the nodes that the tree does not list");
-    command
-        ->add_option("--visibility", options.visibility, "Leave out what is meant for users above this one")
-        ->type_name("WORD")
-        ->transform(CLI::IsMember(visibility_words(), CLI::ignore_case));
-    command->footer("Access is RW, RO or WO; NI stands for not implemented, NA for not available.\n" +
-                    command->get_footer());
 }
 
 }  // namespace selvane_inspect

@@ -9,7 +9,6 @@
 #include <iterator>
 
 #include <fmt/format.h>
-#include <CLI/CLI.hpp>
 
 namespace selvane_inspect {
 namespace {
@@ -100,22 +99,6 @@ std::string as_image(const register_memory& memory, std::uint64_t address, std::
 }
 
 }  // namespace
-
-void add_memory_options(CLI::App& command, memory_options& options) {
-    command
-        .add_option(
-            "--memory", options.images,
-            "What the registers hold: an image of bytes as FILE@ADDRESS, or a FILE of lines \"address: "
-            "contents\"; may be given again")
-        ->type_name("FILE[@ADDRESS]")
-        ->allow_extra_args(false);
-    command
-        .add_option("--register", options.registers,
-                    "What a register holds, in hexadecimal; may be given again, and overrides --memory")
-        ->type_name("ADDRESS=BYTES")
-        ->allow_extra_args(false);
-    command.add_flag("--defaults", options.defaults, "Begin with the defaults that features state");
-}
 
 void fill_memory(const memory_options& options, register_memory& memory) {
     for (const std::string& image : options.images) load_image(image, memory);

@@ -9,10 +9,6 @@
 #include <string_view>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace selvane_inspect {
 
 /// What the registers hold, as the command line says. Zero where it says nothing.
@@ -21,9 +17,6 @@ struct memory_options {
     std::vector<std::string> registers;  ///< ADDRESS=BYTES
     bool defaults = false;               ///< whether features begin with the defaults that they state
 };
-
-/// Adds --memory, --register and --defaults.
-void add_memory_options(CLI::App& command, memory_options& options);
 
 /// Puts everything into the memory in the order images, registers. Throws `inspect_error`.
 void fill_memory(const memory_options& options, simcam::register_memory& memory);

@@ -12,6 +12,17 @@ class command_set;
 /// Adds one command to those that a command line may name.
 using command_adder = void (*)(command_set&);
 
+// Each adds one command.
+void add_info(command_set& commands);
+void add_list(command_set& commands);
+void add_describe(command_set& commands);
+void add_get(command_set& commands);
+void add_set(command_set& commands);
+void add_eval(command_set& commands);
+void add_lint(command_set& commands);
+void add_pages(command_set& commands);
+void add_dump(command_set& commands);
+
 /// What the program cannot see of where it runs.
 struct run_environment {
     bool show_progress = false;  ///< whether someone watches standard error

@@ -1,4 +1,4 @@
-#include "apps/inspect/command.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/value_session.h"
 
 #include <utility>
@@ -7,13 +7,6 @@
 
 namespace selvane_inspect {
 namespace {
-
-struct set_options {
-    description_options input;
-    std::vector<std::string> assignments;
-    std::string save;
-    bool trace = false;
-};
 
 struct assignment {
     std::string name;
@@ -43,6 +36,8 @@ std::string written_text(const feature_state& state) {
     return state.name + " written (it cannot be read: " + state.value.failure + ")";
 }
 
+}  // namespace
+
 // All names are looked at before anything is written; a write that is refused ends the command, and nothing
 // is saved.
 int set(const set_options& options, const channels& to) {
@@ -65,21 +60,6 @@ int set(const set_options& options, const channels& to) {
     if (!options.save.empty()) save_memory(options.save, options.input.memory, session.actual().memory());
     if (to.json) write_json(to.out, json);
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_set(command_set& commands) {
-    CLI::App* command = nullptr;
-    set_options& options =
-        commands.add("set", "Writes features over a register memory, one after the other", set, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE=VALUE", options.assignments, "What to write; 1 executes a command")
-        ->required()
-        ->type_name("");
-    command->add_flag("--trace", options.trace, "Show every access to the registers");
-    command->add_option("--save", options.save, "Save the changed registers in a form that --memory takes")
-        ->type_name("FILE[@ADDRESS]");
 }
 
 }  // namespace selvane_inspect

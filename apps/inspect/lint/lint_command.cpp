@@ -1,5 +1,4 @@
-#include "apps/inspect/command.h"
-#include "apps/inspect/description_options.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/lint/lint_context.h"
 #include "apps/inspect/lint/lint_rule.h"
 #include "apps/inspect/lint/severity_count.h"
@@ -17,15 +16,6 @@
 namespace selvane_inspect {
 namespace {
 
-struct lint_options {
-    std::vector<std::string> files;
-    memory_options memory;
-    std::vector<std::string> only;
-    std::vector<std::string> ignore;
-    std::string fail_on = "warning";
-    bool list_rules = false;
-};
-
 constexpr const char* never = "never";
 
 struct file_report {
@@ -33,12 +23,6 @@ struct file_report {
     std::vector<finding> findings;
     severity_counts counts{};
 };
-
-std::set<std::string> fail_words() {
-    std::set<std::string> words = {never};
-    for (const severity level : severities) words.emplace(severity_word(level));
-    return words;
-}
 
 void check_names(const std::vector<std::string>& names) {
     std::vector<std::string_view> known;
@@ -196,37 +180,20 @@ int lint_run::carry_out() {
     return fails(all_, options_.fail_on) ? exit_code::findings : exit_code::fine;
 }
 
+}  // namespace
+
+std::set<std::string> fail_words() {
+    std::set<std::string> words = {never};
+    for (const severity level : severities) words.emplace(severity_word(level));
+    return words;
+}
+
 int lint(const lint_options& options, const channels& to) {
     if (options.list_rules) return print_rules(to);
     if (options.files.empty()) throw wrong_use("lint needs a FILE (--help tells the options)");
     check_names(options.only);
     check_names(options.ignore);
     return lint_run(options, to).carry_out();
-}
-
-}  // namespace
-
-void add_lint(command_set& commands) {
-    CLI::App* command = nullptr;
-    lint_options& options =
-        commands.add("lint", "What is wrong with descriptions, or will be regretted", lint, command);
-    command->add_option("FILE", options.files, "Device descriptions")->type_name("");
-    add_memory_options(*command, options.memory);
-    command->add_option("--only", options.only, "Only these rules")
-        ->type_name("RULE")
-        ->delimiter(',')
-        ->allow_extra_args(false);
-    command->add_option("--ignore", options.ignore, "All but these rules")
-        ->type_name("RULE")
-        ->delimiter(',')
-        ->allow_extra_args(false);
-    command
-        ->add_option("--fail-on", options.fail_on,
-                     "The least severity that makes the exit code 1: error, warning, note or never")
-        ->type_name("SEVERITY")
-        ->capture_default_str()
-        ->check(CLI::IsMember(fail_words()));
-    command->add_flag("--rules", options.list_rules, "List the rules, and leave");
 }
 
 }  // namespace selvane_inspect

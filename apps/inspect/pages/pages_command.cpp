@@ -1,5 +1,4 @@
-#include "apps/inspect/command.h"
-#include "apps/inspect/description_options.h"
+#include "apps/inspect/commands.h"
 #include "apps/inspect/marked_items.h"
 #include "apps/inspect/pages/page_preview.h"
 
@@ -12,15 +11,6 @@
 
 namespace selvane_inspect {
 namespace {
-
-struct pages_options {
-    description_options input;
-    std::string folder;
-    std::string road = "registers";
-};
-
-constexpr const char* named_road = "named";
-constexpr const char* register_road = "registers";
 
 // The files of the pages that have something to show.
 std::vector<std::string> save_pictures(const std::vector<drawn_page>& pages, const std::string& folder) {
@@ -44,6 +34,8 @@ std::string reason_for_nothing(const std::vector<drawn_page>& drawn, const descr
     if (any || has_marks(input)) return {};
     return fmt::format("{}: {}. {}", input.path(), no_marks, no_marks_remedy);
 }
+
+}  // namespace
 
 int pages(const pages_options& options, const channels& to) {
     const access_road road = options.road == named_road ? access_road::named : access_road::registers;
@@ -71,19 +63,6 @@ int pages(const pages_options& options, const channels& to) {
     if (!reason.empty()) to.out << '\n';
     if (!reason.empty()) write_line(to.out, reason);
     return exit_code::fine;
-}
-
-}  // namespace
-
-void add_pages(command_set& commands) {
-    CLI::App* command = nullptr;
-    pages_options& options = commands.add("pages", "What the four property pages will show", pages, command);
-    add_description_options(*command, options.input);
-    command->add_option("--svg", options.folder, "Draw each page as a picture there")->type_name("DIR");
-    command->add_option("--access", options.road, "The road to the features: registers or named")
-        ->type_name("ROAD")
-        ->capture_default_str()
-        ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
 }
 
 }  // namespace selvane_inspect

@@ -8,13 +8,15 @@
 #       program in build/<preset>/bin
 #   selvane_ship(<target>)
 #       a binary that users get: nothing in it is for debuggers, who have a PDB beside it where the compiler writes one
-#   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [OWN_DESKTOP] [OPTIMISED])
+#   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [DESKTOP | OWN_DESKTOP] [OPTIMISED]
+#       [LONG])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
 #       Its sources are compiled together, several at a time and without the optimiser. APART: sources whose names
 #       outside of functions others have too, compiled alone. OPTIMISED: it computes much itself, and waiting for the
 #       optimiser is the shorter wait.
-#       Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one that takes long has a prefix
-#       of its own and runs beside them.
+#       DESKTOP: it shows windows. Such Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one
+#       that takes long, or registers something, has a prefix of its own and runs beside them.
+#       LONG: only "scripts/test --all" runs it.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
 #       Tests and benchmarks may include "data_paths.h": SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS.
 #   selvane_add_benchmark(<target> SOURCES ... LINK ...)
@@ -79,6 +81,8 @@ if(SELVANE_SANITIZE)
     -fsanitize=${SELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(selvane_options INTERFACE -fsanitize=${SELVANE_SANITIZE})
+  # For tests that repeat themselves at random: there a part of it must do.
+  target_compile_definitions(selvane_options INTERFACE SELVANE_SANITIZED)
 endif()
 
 # Most of the time of a compilation goes into headers. Sources that are compiled together read them once.
@@ -118,6 +122,11 @@ function(selvane_ship target)
   endif()
 endfunction()
 
+# Test programs are linked by lld where it is installed: the compiler's own linker takes up to half a minute for each.
+if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  find_program(SELVANE_LLD ld.lld)
+endif()
+
 # A locale with a decimal comma and one with 8-bit letters, made from the system's sources of locales where they are
 # installed: descriptions must read the same under both.
 find_program(LOCALEDEF localedef)
@@ -134,11 +143,15 @@ if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/
 endif()
 
 function(selvane_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;OWN_DESKTOP;OPTIMISED" "" "SOURCES;LINK;APART")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;DESKTOP;OWN_DESKTOP;OPTIMISED;LONG" "" "SOURCES;LINK;APART")
   if(NOT BUILD_TESTING)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
+  if(WIN32 AND SELVANE_LLD)
+    target_link_options(${target} PRIVATE "SHELL:-wrapper ${PROJECT_SOURCE_DIR}/cmake/link-with-lld"
+      -fno-use-linker-plugin)
+  endif()
   selvane_join(${target})
   set_source_files_properties(${ARG_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   if(NOT ARG_OPTIMISED)
@@ -156,13 +169,16 @@ function(selvane_add_test target)
   endif()
   if(WIN32 AND ARG_OWN_DESKTOP)
     set_tests_properties(${target} PROPERTIES ENVIRONMENT "SELVANE_WINE_PREFIX=test-${target}")
-  elseif(WIN32)
+  elseif(WIN32 AND ARG_DESKTOP)
     set_tests_properties(${target} PROPERTIES RESOURCE_LOCK desktop)
   endif()
   # A hang is a failure, not a wait: no test program comes near this.
   set_tests_properties(${target} PROPERTIES TIMEOUT 600)
   if(ARG_DATA_DESCRIPTIONS)
-    set_tests_properties(${target} PROPERTIES LABELS descriptions)
+    set_property(TEST ${target} APPEND PROPERTY LABELS descriptions)
+  endif()
+  if(ARG_LONG)
+    set_property(TEST ${target} APPEND PROPERTY LABELS long)
   endif()
 endfunction()
 

@@ -1,3 +1,4 @@
+#include "platform/ascii.h"
 #include "tests/windows/com_fakes.h"
 #include "tests/windows/page_server.h"
 
@@ -38,9 +39,7 @@ public:
         std::set<std::string> names;
         const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
         for (; entry->Name != 0; ++entry) {
-            std::string name = At<char>(entry->Name);
-            for (char& letter : name) letter = static_cast<char>(std::tolower(letter));
-            names.insert(name);
+            names.insert(platform::lower(At<char>(entry->Name)));
         }
         return names;
     }

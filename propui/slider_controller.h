@@ -1,6 +1,6 @@
 #pragma once
 
-#include "items/item_contract.h"
+#include "propui/guarded_item.h"
 #include "propui/refresh.h"
 
 #include <atomic>
@@ -9,9 +9,6 @@
 #include <string_view>
 
 namespace ZELPropUI {
-
-using ZELAdapterHelper::CZELItemDataBase;
-using ZELAdapterHelper::InterfaceKey;
 
 /// Logic between an element's value and the slider, edit and up-down control that show it. Counted; starts
 /// with one reference for whoever makes it. Every failure is a false result that changes nothing shown.
@@ -70,7 +67,7 @@ private:
     bool ReadValue(std::int32_t& value);
     bool WriteValue(std::int32_t value);
 
-    platform::com_ptr<CZELItemDataBase> item_;
+    GuardedItem item_;
     InterfaceKey key_;
     KeptAnswer<bool> available_;
     KeptAnswer<bool> read_only_;
@@ -99,20 +96,20 @@ protected:
     bool EnsureInfo(ZELAdapterHelper::AbsRangeInfo& range);
     [[nodiscard]] double ToScale(double value) const;
     [[nodiscard]] double FromScale(double scaled) const;
-    [[nodiscard]] const std::wstring& Unit() const noexcept { return unit_; }
+    [[nodiscard]] std::wstring_view Unit() const noexcept { return unit_.View(); }
     bool ReadValue(double& value);
 
 private:
     [[nodiscard]] double ValueAt(std::int32_t position, const ZELAdapterHelper::AbsRangeInfo& range) const;
     bool WriteValue(double value);
 
-    platform::com_ptr<CZELItemDataBase> item_;
+    GuardedItem item_;
     InterfaceKey key_;
     KeptAnswer<bool> available_;
     KeptAnswer<bool> read_only_;
     KeptAnswer<double> value_;
     std::int32_t scale_ = ZELAdapterHelper::scale_linear;
-    std::wstring unit_;
+    ZELAdapterHelper::SharedString unit_;
     bool range_known_ = false;
     ZELAdapterHelper::AbsRangeInfo range_;
 };

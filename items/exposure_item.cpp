@@ -1,20 +1,11 @@
 #include "items/builtin_factories.h"
-#include "items/exposure_rows.h"
+#include "items/exposure_base.h"
+#include "items/interface_keys.h"
 
 namespace ZELAdapterHelper {
 namespace {
 
 constexpr PropertyPlace float_exposure = VendorFloat(SELVANE_EXPOSURE_FLOAT);
-
-constexpr ExposureRows FloatRows(bool integer_exposure, bool float_auto) noexcept {
-    return MakeExposureRows(integer_exposure ? Vendor(SELVANE_EXPOSURE_TICKS) : camera_exposure,
-                            float_exposure, float_auto ? float_exposure : camera_exposure,
-                            VendorFloat(SELVANE_AUTO_MAX_FLOAT), 10000.0);
-}
-
-// By whether the driver has the exposure as an integer too, and then by whether its float has a mode.
-constexpr ExposureRows float_rows[2][2] = {{FloatRows(false, false), FloatRows(false, true)},
-                                           {FloatRows(true, false), FloatRows(true, true)}};
 
 // What the driver tells when the item is made.
 struct ExposureAbilities {
@@ -38,14 +29,17 @@ struct ExposureAbilities {
     bool has_auto_limit = false;
 };
 
+ExposurePlaces PlacesOf(const ExposureAbilities& abilities) noexcept {
+    return {abilities.integer_exposure ? Vendor(SELVANE_EXPOSURE_TICKS) : camera_exposure, float_exposure,
+            abilities.float_auto ? float_exposure : camera_exposure, VendorFloat(SELVANE_AUTO_MAX_FLOAT),
+            10000};
+}
+
 // Exposure over the float properties.
-class exposure_item final : public CPropertyItem {
+class exposure_item final : public CExposureBase {
 public:
     exposure_item(Device device, const ExposureAbilities& abilities)
-        : CPropertyItem(std::move(device),
-                        AllOf(float_rows[abilities.integer_exposure ? 1 : 0][abilities.float_auto ? 1 : 0]),
-                        exposure_unit),
-          abilities_(abilities) {}
+        : CExposureBase(std::move(device), PlacesOf(abilities)), abilities_(abilities) {}
 
     bool SupportsInterface(InterfaceKey key) override;
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr PropertyRow RegionEdge(InterfaceKey key, selvane_vendor_property property) noexcept {
     return PropertyRow(key, InterfaceType::Range, Vendor(property))
-        .Governed(AvailableWhileKnownOn, focus_key::region_enable);
+        .Is(Available::WhileKnownOn, focus_key::region_enable);
 }
 
 constexpr PropertyRow focus_rows[] = {

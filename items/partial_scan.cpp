@@ -14,7 +14,7 @@ constexpr std::int32_t item_binning_four = 3;
 
 constexpr PropertyRow Offset(selvane_vendor_property property) noexcept {
     return PropertyRow(property, InterfaceType::Range, Vendor(property))
-        .Governed(AvailableUnlessKnownOn, SELVANE_PARTIAL_SCAN_AUTO_CENTER);
+        .Is(Available::UnlessKnownOn, SELVANE_PARTIAL_SCAN_AUTO_CENTER);
 }
 
 constexpr PropertyRow partial_scan_rows[] = {

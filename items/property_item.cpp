@@ -18,7 +18,7 @@ const PropertyRow* CPropertyItem::Find(InterfaceKey key) const noexcept {
 
 const PropertyRow* CPropertyItem::Find(InterfaceKey key, InterfaceType type) const noexcept {
     const PropertyRow* row = Find(key);
-    return row != nullptr && row->type == type ? row : nullptr;
+    return row != nullptr && row->type == static_cast<std::uint8_t>(type) ? row : nullptr;
 }
 
 template <class Use>
@@ -65,8 +65,19 @@ bool CPropertyItem::SupportsInterface(InterfaceKey key) {
 
 HRESULT CPropertyItem::IsAvailable(InterfaceKey key, bool& available) {
     const PropertyRow* row = Find(key);
-    if (row == nullptr || row->rule == nullptr) return CZELItemDataBase::IsAvailable(key, available);
-    return row->rule(*this, row->governor, available);
+    switch (row != nullptr ? row->available : Available::Always) {
+        case Available::UnlessOn:
+            return AvailableUnlessOn(*this, row->governor, available);
+        case Available::WhileOn:
+            return AvailableWhileOn(*this, row->governor, available);
+        case Available::UnlessKnownOn:
+            return AvailableUnlessKnownOn(*this, row->governor, available);
+        case Available::WhileKnownOn:
+            return AvailableWhileKnownOn(*this, row->governor, available);
+        case Available::Always:
+            break;
+    }
+    return CZELItemDataBase::IsAvailable(key, available);
 }
 
 HRESULT CPropertyItem::IsReadOnly(InterfaceKey key, bool& read_only) {
@@ -178,7 +189,7 @@ HRESULT CPropertyItem::GetAbsUnit(InterfaceKey key, SharedString& unit, std::int
     if (unit_ == nullptr) return E_NOTIMPL;
     unit = SharedString(unit_);
     const PropertyRow* row = Find(key, InterfaceType::AbsoluteValue);
-    if (row != nullptr) scale = row->scale;
+    if (row != nullptr) scale = row->logarithmic ? scale_logarithmic : scale_linear;
     return S_OK;
 }
 

@@ -16,20 +16,20 @@ enum class PropertySource : std::uint8_t {
 
 struct PropertyPlace {
     PropertySource source;
-    std::uint32_t property;
+    std::uint16_t property;
 };
 
 constexpr PropertyPlace Vendor(selvane_vendor_property property) noexcept {
-    return {PropertySource::Integer, static_cast<std::uint32_t>(property)};
+    return {PropertySource::Integer, static_cast<std::uint16_t>(property)};
 }
 constexpr PropertyPlace VendorFloat(selvane_vendor_property property) noexcept {
-    return {PropertySource::Float, static_cast<std::uint32_t>(property)};
+    return {PropertySource::Float, static_cast<std::uint16_t>(property)};
 }
 constexpr PropertyPlace OnCamera(LONG property) noexcept {
-    return {PropertySource::CameraControl, static_cast<std::uint32_t>(property)};
+    return {PropertySource::CameraControl, static_cast<std::uint16_t>(property)};
 }
 constexpr PropertyPlace OnProcAmp(LONG property) noexcept {
-    return {PropertySource::VideoProcAmp, static_cast<std::uint32_t>(property)};
+    return {PropertySource::VideoProcAmp, static_cast<std::uint16_t>(property)};
 }
 
 /// What a device must have for a key to be supported.
@@ -42,13 +42,16 @@ enum class Need : std::uint8_t {
     Nothing,
 };
 
-/// Tells from a switch of the item whether an element that it governs is available.
-using AvailabilityRule = HRESULT (*)(CZELItemDataBase& item, InterfaceKey switch_key, bool& available);
+/// What a switch of the item says of the elements that it governs: see the functions of these names.
+enum class Available : std::uint8_t { Always, UnlessOn, WhileOn, UnlessKnownOn, WhileKnownOn };
 
 /// What a key of an item stands for. The operations of its type work on its place; the others are not there.
 struct PropertyRow {
     constexpr PropertyRow(InterfaceKey its_key, InterfaceType its_type, PropertyPlace its_place) noexcept
-        : key(its_key), type(its_type), place(its_place), needed(its_place) {}
+        : key(static_cast<std::uint16_t>(its_key)),
+          type(static_cast<std::uint8_t>(its_type)),
+          place(its_place),
+          needed(its_place) {}
 
     [[nodiscard]] constexpr PropertyRow Needs(Need what) const noexcept { return Needs(what, place); }
     [[nodiscard]] constexpr PropertyRow Needs(Need what, PropertyPlace where) const noexcept {
@@ -57,21 +60,20 @@ struct PropertyRow {
         row.needed = where;
         return row;
     }
-    [[nodiscard]] constexpr PropertyRow Governed(AvailabilityRule by_rule,
-                                                 InterfaceKey by_switch) const noexcept {
+    [[nodiscard]] constexpr PropertyRow Is(Available when, InterfaceKey switch_key) const noexcept {
         PropertyRow row = *this;
-        row.rule = by_rule;
-        row.governor = by_switch;
+        row.available = when;
+        row.governor = static_cast<std::uint16_t>(switch_key);
         return row;
     }
-    [[nodiscard]] constexpr PropertyRow Ticks(double per_unit) const noexcept {
+    [[nodiscard]] constexpr PropertyRow Ticks(std::int32_t per_unit) const noexcept {
         PropertyRow row = *this;
         row.ticks_per_unit = per_unit;
         return row;
     }
-    [[nodiscard]] constexpr PropertyRow Scale(std::int32_t shown) const noexcept {
+    [[nodiscard]] constexpr PropertyRow Logarithmic() const noexcept {
         PropertyRow row = *this;
-        row.scale = shown;
+        row.logarithmic = true;
         return row;
     }
     [[nodiscard]] constexpr PropertyRow Writes(ModeWrite how) const noexcept {
@@ -85,17 +87,17 @@ struct PropertyRow {
         return row;
     }
 
-    InterfaceKey key;
-    InterfaceType type;
-    PropertyPlace place;
-    Need need = Need::Property;
-    PropertyPlace needed;             ///< where `need` is looked for
-    AvailabilityRule rule = nullptr;  ///< null: always available
-    InterfaceKey governor = 0;
+    std::uint16_t key;
+    std::uint16_t governor = 0;
     /// Of integers that stand for physical values, and of floats that show as a range.
-    double ticks_per_unit = 0;
-    std::int32_t scale = scale_linear;
+    std::int32_t ticks_per_unit = 0;
+    std::uint8_t type;  ///< an `InterfaceType`
+    PropertyPlace place;
+    PropertyPlace needed;  ///< where `need` is looked for
+    Need need = Need::Property;
+    Available available = Available::Always;
     ModeWrite write = ModeWrite::OnChange;  ///< of controls
+    bool logarithmic = false;
     bool read_only = false;
 };
 
@@ -128,6 +130,8 @@ protected:
     /// The rows outlive the item. `unit` is the one of all absolute values; null: none is told.
     CPropertyItem(Device device, RecordSpan<PropertyRow> rows, const wchar_t* unit = nullptr)
         : device_(std::move(device)), rows_(rows), unit_(unit) {}
+
+    void UseRows(RecordSpan<PropertyRow> rows) noexcept { rows_ = rows; }
 
     [[nodiscard]] IKsPropertySet& Properties() const noexcept { return *device_.properties; }
 

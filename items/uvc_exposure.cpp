@@ -1,23 +1,22 @@
 #include "items/builtin_factories.h"
-#include "items/exposure_rows.h"
+#include "items/exposure_base.h"
 
 namespace ZELAdapterHelper {
 namespace {
 
 // The two families of properties that drivers have for exposure times. The first leaves the plain value to
 // the camera control.
-constexpr ExposureRows tick_rows = MakeExposureRows(camera_exposure, Vendor(SELVANE_EXPOSURE_TICKS),
-                                                    camera_exposure, Vendor(SELVANE_AUTO_MAX_TICKS), 10000.0);
-constexpr ExposureRows microsecond_rows =
-    MakeExposureRows(Vendor(SELVANE_EXPOSURE_MICROSECONDS), Vendor(SELVANE_EXPOSURE_MICROSECONDS),
-                     camera_exposure, Vendor(SELVANE_AUTO_MAX_MICROSECONDS), 1000000.0);
+constexpr ExposurePlaces ticks = {camera_exposure, Vendor(SELVANE_EXPOSURE_TICKS), camera_exposure,
+                                  Vendor(SELVANE_AUTO_MAX_TICKS), 10000};
+constexpr ExposurePlaces microseconds = {Vendor(SELVANE_EXPOSURE_MICROSECONDS),
+                                         Vendor(SELVANE_EXPOSURE_MICROSECONDS), camera_exposure,
+                                         Vendor(SELVANE_AUTO_MAX_MICROSECONDS), 1000000};
 
 // Exposure over the integer properties and the camera control.
-class CUVCExposure final : public CPropertyItem {
+class CUVCExposure final : public CExposureBase {
 public:
     CUVCExposure(Device device, bool use_microseconds)
-        : CPropertyItem(std::move(device), AllOf(use_microseconds ? microsecond_rows : tick_rows),
-                        exposure_unit) {}
+        : CExposureBase(std::move(device), use_microseconds ? microseconds : ticks) {}
 };
 
 }  // namespace

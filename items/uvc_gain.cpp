@@ -8,12 +8,11 @@ namespace {
 constexpr PropertyPlace amp_gain = OnProcAmp(wire::video_proc_amp_gain);
 
 constexpr PropertyRow gain_rows[] = {
-    PropertyRow(gain_key::value, InterfaceType::Range, amp_gain)
-        .Governed(AvailableUnlessOn, gain_key::automatic),
+    PropertyRow(gain_key::value, InterfaceType::Range, amp_gain).Is(Available::UnlessOn, gain_key::automatic),
     PropertyRow(gain_key::abs_value, InterfaceType::AbsoluteValue, Vendor(SELVANE_GAIN))
         .Needs(Need::Nothing)
-        .Ticks(100.0)
-        .Governed(AvailableUnlessOn, gain_key::automatic),
+        .Ticks(100)
+        .Is(Available::UnlessOn, gain_key::automatic),
     PropertyRow(gain_key::automatic, InterfaceType::Switch, amp_gain).Writes(ModeWrite::Always),
 };
 

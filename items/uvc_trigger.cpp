@@ -11,7 +11,7 @@ namespace {
 constexpr PropertyRow trigger_rows[] = {
     PropertyRow(trigger_key::software_trigger, InterfaceType::Button, Vendor(SELVANE_SOFTWARE_TRIGGER))
         .Needs(Need::ReadableProperty)
-        .Governed(AvailableWhileOn, trigger_key::enable),
+        .Is(Available::WhileOn, trigger_key::enable),
     PropertyRow(trigger_key::delay, InterfaceType::AbsoluteValue, VendorFloat(SELVANE_TRIGGER_DELAY))
         .Needs(Need::ReadableProperty),
 };

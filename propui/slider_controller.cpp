@@ -75,19 +75,24 @@ constexpr double snap_times[] = {0.0001,     0.00025,    0.0005, 0.001, 0.002, 0
 
 }  // namespace
 
-ULONG ISliderController::AddRef() { return static_cast<ULONG>(++references_); }
+ULONG ISliderController::AddRef() { return references_.add(); }
 
 ULONG ISliderController::Release() {
-    const std::int32_t left = --references_;
+    const ULONG left = references_.give_up();
     if (left == 0) delete this;
-    return static_cast<ULONG>(left);
+    return left;
 }
 
-CRangeSliderController::CRangeSliderController(CZELItemDataBase* item, InterfaceKey key)
-    : item_(item), key_(key) {}
+bool CElementSliderController::IsReadOnly() {
+    return AsksTrue(Answers(), read_only_, item_, &GuardedItem::IsReadOnly, key_);
+}
+
+bool CElementSliderController::IsAvailable() {
+    return AsksTrue(Answers(), available_, item_, &GuardedItem::IsAvailable, key_);
+}
 
 bool CRangeSliderController::EnsureRange() {
-    if (!range_known_) range_known_ = SUCCEEDED(item_.GetRange(key_, range_));
+    if (!range_known_) range_known_ = SUCCEEDED(Item().GetRange(GetKey(), range_));
     return range_known_;
 }
 
@@ -111,20 +116,12 @@ bool CRangeSliderController::GetPosition(std::int32_t& position) {
     return true;
 }
 
-bool CRangeSliderController::IsReadOnly() {
-    return AsksTrue(Answers(), read_only_, item_, &GuardedItem::IsReadOnly, key_);
-}
-
-bool CRangeSliderController::IsAvailable() {
-    return AsksTrue(Answers(), available_, item_, &GuardedItem::IsAvailable, key_);
-}
-
 bool CRangeSliderController::ReadValue(std::int32_t& value) {
-    return Read(Answers(), value_, item_, &GuardedItem::GetValue, key_, value);
+    return Read(Answers(), value_, Item(), &GuardedItem::GetValue, GetKey(), value);
 }
 
 bool CRangeSliderController::WriteValue(std::int32_t value) {
-    return Write(Answers(), item_, &GuardedItem::SetValue, key_, value);
+    return Write(Answers(), Item(), &GuardedItem::SetValue, GetKey(), value);
 }
 
 bool CRangeSliderController::SetText(std::wstring_view text) {
@@ -143,15 +140,12 @@ bool CRangeSliderController::GetText(std::wstring& text) {
     });
 }
 
-CAbsValSliderController::CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key)
-    : item_(item), key_(key) {}
-
 bool CAbsValSliderController::EnsureInfo(AbsRangeInfo& range) {
     if (!range_known_) {
-        range_known_ = SUCCEEDED(item_.GetAbsRange(key_, range_));
+        range_known_ = SUCCEEDED(Item().GetAbsRange(GetKey(), range_));
         SharedString unit;
         std::int32_t scale = scale_;
-        if (SUCCEEDED(item_.GetAbsUnit(key_, unit, scale))) {
+        if (SUCCEEDED(Item().GetAbsUnit(GetKey(), unit, scale))) {
             unit_ = unit;
             scale_ = scale;
         }
@@ -201,20 +195,12 @@ bool CAbsValSliderController::GetPosition(std::int32_t& position) {
     return true;
 }
 
-bool CAbsValSliderController::IsReadOnly() {
-    return AsksTrue(Answers(), read_only_, item_, &GuardedItem::IsReadOnly, key_);
-}
-
-bool CAbsValSliderController::IsAvailable() {
-    return AsksTrue(Answers(), available_, item_, &GuardedItem::IsAvailable, key_);
-}
-
 bool CAbsValSliderController::ReadValue(double& value) {
-    return Read(Answers(), value_, item_, &GuardedItem::GetAbsValue, key_, value);
+    return Read(Answers(), value_, Item(), &GuardedItem::GetAbsValue, GetKey(), value);
 }
 
 bool CAbsValSliderController::WriteValue(double value) {
-    return Write(Answers(), item_, &GuardedItem::SetAbsValue, key_, value);
+    return Write(Answers(), Item(), &GuardedItem::SetAbsValue, GetKey(), value);
 }
 
 bool CAbsValSliderController::SetText(std::wstring_view text) {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/reference_count.h"
 #include "propui/guarded_item.h"
 #include "propui/refresh.h"
 
-#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -44,51 +44,58 @@ protected:
     [[nodiscard]] AnswerSpan& Answers() noexcept { return answers_; }
 
 private:
-    std::atomic<std::int32_t> references_{1};
+    platform::reference_count references_{1};
     AnswerSpan answers_;
 };
 
-/// Integer elements: one position per step.
-class CRangeSliderController : public ISliderController {
+/// The controller of an element of an item.
+class CElementSliderController : public ISliderController {
 public:
-    CRangeSliderController(CZELItemDataBase* item, InterfaceKey key);
+    bool IsReadOnly() override;
+    bool IsAvailable() override;
+    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
+    InterfaceKey GetKey() const noexcept override { return key_; }
+
+protected:
+    CElementSliderController(CZELItemDataBase* item, InterfaceKey key) : item_(item), key_(key) {}
+    [[nodiscard]] const GuardedItem& Item() const noexcept { return item_; }
+
+private:
+    GuardedItem item_;
+    InterfaceKey key_;
+    KeptAnswer<bool> available_;
+    KeptAnswer<bool> read_only_;
+};
+
+/// Integer elements: one position per step.
+class CRangeSliderController : public CElementSliderController {
+public:
+    CRangeSliderController(CZELItemDataBase* item, InterfaceKey key) : CElementSliderController(item, key) {}
     bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
     bool SetPosition(std::int32_t position) override;
     bool GetPosition(std::int32_t& position) override;
-    bool IsReadOnly() override;
-    bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
-    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
-    InterfaceKey GetKey() const noexcept override { return key_; }
 
 private:
     bool EnsureRange();
     bool ReadValue(std::int32_t& value);
     bool WriteValue(std::int32_t value);
 
-    GuardedItem item_;
-    InterfaceKey key_;
-    KeptAnswer<bool> available_;
-    KeptAnswer<bool> read_only_;
     KeptAnswer<std::int32_t> value_;
     bool range_known_ = false;
     ZELAdapterHelper::RangeInfo range_;
 };
 
 /// Elements in physical units: positions 0 to 100 on a linear or logarithmic scale.
-class CAbsValSliderController : public ISliderController {
+class CAbsValSliderController : public CElementSliderController {
 public:
-    CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key);
+    CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key) : CElementSliderController(item, key) {}
     bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
     bool SetPosition(std::int32_t position) override;
     bool GetPosition(std::int32_t& position) override;
-    bool IsReadOnly() override;
-    bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
-    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
-    InterfaceKey GetKey() const noexcept override { return key_; }
     /// Last correction of a value made from a position.
     [[nodiscard]] virtual double SnapValue(double value);
 
@@ -103,10 +110,6 @@ private:
     [[nodiscard]] double ValueAt(std::int32_t position, const ZELAdapterHelper::AbsRangeInfo& range) const;
     bool WriteValue(double value);
 
-    GuardedItem item_;
-    InterfaceKey key_;
-    KeptAnswer<bool> available_;
-    KeptAnswer<bool> read_only_;
     KeptAnswer<double> value_;
     std::int32_t scale_ = ZELAdapterHelper::scale_linear;
     ZELAdapterHelper::SharedString unit_;

@@ -25,9 +25,8 @@ TEST_P(HostsTest, AWellBehavedFrame) {
     for (const CLSID& clsid : all_pages) {
         const PagePtr page = server_.MakePage(clsid);
         EXPECT_EQ(page->SetPageSite(&site), S_OK);
-        PROPPAGEINFO info{};
+        PageInfo info;
         EXPECT_EQ(page->GetPageInfo(&info), S_OK);
-        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
         EXPECT_EQ(Give(*page), S_OK);
         Open(*page);
         RunMessages();

@@ -23,6 +23,16 @@ struct PageControls {
     std::vector<HWND> labels, sliders, edits, spins, combos, switches, buttons;
 };
 
+/// What a page tells of itself. Owns the texts.
+struct PageInfo : PROPPAGEINFO {
+    PageInfo() : PROPPAGEINFO{} {}
+    PageInfo(const PageInfo&) = delete;
+    PageInfo& operator=(const PageInfo&) = delete;
+    ~PageInfo() {
+        for (wchar_t* text : {pszTitle, pszHelpFile, pszDocString}) CoTaskMemFree(text);
+    }
+};
+
 /// A camera, the DLL and a host's window. At the end the DLL must be free to go, and go, and the camera with
 /// it.
 class PageTest : public testing::Test {

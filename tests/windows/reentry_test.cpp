@@ -109,9 +109,8 @@ TEST_P(ReentryTest, ThePageMayBeShownAndMoved) {
         page_->Show(SW_HIDE);
         page_->Move(&place);
         page_->Show(SW_SHOW);
-        PROPPAGEINFO info{};
+        PageInfo info;
         EXPECT_EQ(page_->GetPageInfo(&info), S_OK);
-        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
     });
 }
 

@@ -176,6 +176,22 @@ ItemTest::~ItemTest() {
     EXPECT_EQ(driver.OutstandingReferences(), 0);
 }
 
+void ItemTest::ExpectNeedsNoProperty(ZELAdapterHelper::ItemFactory factory,
+                                     std::initializer_list<InterfaceKey> keys) {
+    CZELItemDataBase* made = nullptr;
+    factory(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
+    {
+        const Item item = Item::attach(made);
+        ASSERT_TRUE(item);
+        EXPECT_TRUE(Asked().empty());
+        for (const InterfaceKey key : keys) {
+            EXPECT_FALSE(item->SupportsInterface(key)) << key;
+        }
+    }
+    driver.has_property_set = false;
+    EXPECT_FALSE(Make(factory));
+}
+
 Item ItemTest::Make(ZELAdapterHelper::ItemFactory factory) {
     CZELItemDataBase* made = nullptr;
     factory(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());

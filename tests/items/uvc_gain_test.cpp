@@ -12,7 +12,7 @@ constexpr std::uint32_t gain = 9;  // property of the proc amp
 
 class UVCGainTest : public ItemTest {
 protected:
-    void OfferDecibels() { Vendor(241).bytes = IntRecord(1234, 0, 0, -300, 4800, 29); }
+    void OfferDecibels() { Vendor(SELVANE_GAIN).bytes = IntRecord(1234, 0, 0, -300, 4800, 29); }
     void OfferAmp(std::int32_t capabilities = 3, std::int32_t flags = 2) {
         driver.VideoProcAmp()[gain] = {16, 255, 2, 32, capabilities, 100, flags};
     }
@@ -35,12 +35,13 @@ TEST_F(UVCGainTest, ConstructionReadsThePropertyAndThenTheCapabilities) {
     ZELAdapterHelper::CZELItemDataBase* made = nullptr;
     MakeUVCGain(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
     const Item item = Item::attach(made);
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(241), GetInt(241), Control(Kind::AmpGetRange, gain)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_GAIN), GetInt(SELVANE_GAIN), Control(Kind::AmpGetRange, gain)}));
 }
 
 TEST_F(UVCGainTest, AFailedFirstReadDoesNotMatter) {
     OfferDecibels();
-    Vendor(241).get_result = driver_failure;
+    Vendor(SELVANE_GAIN).get_result = driver_failure;
     const Item item = Make(MakeUVCGain);
     ASSERT_TRUE(item);
     EXPECT_TRUE(item->SupportsInterface(1));
@@ -174,13 +175,13 @@ TEST_F(UVCGainTest, DecibelsAreHundredths) {
     const Item item = Make(MakeUVCGain);
     EXPECT_EQ(AbsValue(item, 1), 12.34);
     EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{-3.0, 48.0, 0.29}));
-    EXPECT_EQ(Asked(), Requests(2, GetInt(241)));
+    EXPECT_EQ(Asked(), Requests(2, GetInt(SELVANE_GAIN)));
     const std::pair<double, std::int32_t> writes[] = {
         {0.29, 28}, {12.34, 1234}, {-0.29, -28}, {1e300, INT32_MIN}, {std::nan(""), INT32_MIN},
     };
     for (const auto& [decibels, ticks] : writes) {
         EXPECT_EQ(item->SetAbsValue(1, decibels), S_OK);
-        EXPECT_EQ(Asked(), Requests{SetVendor(241, IntRecord(ticks, 2))}) << decibels;
+        EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_GAIN, IntRecord(ticks, 2))}) << decibels;
     }
 }
 
@@ -200,8 +201,8 @@ TEST_F(UVCGainTest, FailuresAreHandedOn) {
     OfferDecibels();
     OfferAmp();
     const Item item = Make(MakeUVCGain);
-    Vendor(241).get_result = driver_failure;
-    Vendor(241).set_result = driver_refusal;
+    Vendor(SELVANE_GAIN).get_result = driver_failure;
+    Vendor(SELVANE_GAIN).set_result = driver_refusal;
     Amp().range_result = driver_refusal;
     AbsRangeInfo abs_range{1, 2, 3};
     RangeInfo range{1, 2, 3, 4};

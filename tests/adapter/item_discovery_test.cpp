@@ -260,7 +260,7 @@ TEST_F(Discovery, AsksTheNodeInRegisterAccess) {
     ASSERT_EQ(table.size(), 1U);
     EXPECT_EQ(ElementNamesOf(table[0]), (std::vector<std::wstring>{L"Yes", L"Unknown"}));
     for (const DriverRequest& request : test_support::NotEmpty(camera_.filter.TakeRequests())) {
-        const bool asks_for_support = request.kind == DriverRequest::Kind::QuerySupported;
+        const bool asks_for_support = request.kind == DriverRequest::Kind::query_supported;
         EXPECT_TRUE(asks_for_support || request.id != 4U);
     }
 }

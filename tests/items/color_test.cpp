@@ -120,11 +120,10 @@ TEST_F(WhiteBalanceTest, SupportsWhatTheDriverHas) {
     for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U}) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
-    EXPECT_EQ(
-        Asked(),
-        (Requests{QueryVendor(SELVANE_WHITE_BALANCE_RED), QueryVendor(SELVANE_WHITE_BALANCE_BLUE),
-                  Control(Kind::AmpGetRange, white_balance), QueryVendor(SELVANE_WHITE_BALANCE_ONE_PUSH),
-                  QueryVendor(SELVANE_WHITE_BALANCE_GREEN)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_WHITE_BALANCE_RED), QueryVendor(SELVANE_WHITE_BALANCE_BLUE),
+                        Control(Kind::amp_range, white_balance), QueryVendor(SELVANE_WHITE_BALANCE_ONE_PUSH),
+                        QueryVendor(SELVANE_WHITE_BALANCE_GREEN)}));
     EXPECT_FALSE(item->SupportsInterface(5));
     EXPECT_FALSE(item->SupportsInterface(0x100000000));
     EXPECT_TRUE(Asked().empty());
@@ -172,8 +171,8 @@ TEST_F(WhiteBalanceTest, EverythingButTheSwitchGivesWayToTheAutomaticMode) {
     for (const InterfaceKey key : {0U, 1U, 3U, 4U, 5U}) {
         Amp().flags = 1;
         EXPECT_FALSE(Available(item, key)) << key;
-        EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGetRange, white_balance),
-                                     Control(Kind::AmpGet, white_balance)}));
+        EXPECT_EQ(Asked(),
+                  (Requests{Control(Kind::amp_range, white_balance), Control(Kind::amp_get, white_balance)}));
         Amp().flags = 2;
         EXPECT_TRUE(Available(item, key)) << key;
         (void)Asked();
@@ -213,14 +212,14 @@ TEST_F(WhiteBalanceTest, AutomaticModeIsWrittenWithoutReading) {
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpSet, white_balance, 0, 1),
-                                 Control(Kind::AmpSet, white_balance, 0, 1),
-                                 Control(Kind::AmpSet, white_balance, 0, 2)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_set, white_balance, 0, 1),
+                                 Control(Kind::amp_set, white_balance, 0, 1),
+                                 Control(Kind::amp_set, white_balance, 0, 2)}));
     for (const std::int32_t flags : {0, 1, 2, 3}) {
         Amp().flags = flags;
         EXPECT_EQ(Switch(item, 2), (flags & 1) != 0);
     }
-    EXPECT_EQ(Asked(), Requests(4, Control(Kind::AmpGet, white_balance)));
+    EXPECT_EQ(Asked(), Requests(4, Control(Kind::amp_get, white_balance)));
 }
 
 TEST_F(WhiteBalanceTest, OnePushWritesOne) {

@@ -30,7 +30,7 @@ TEST_F(ExposureItemTest, ConstructionReadsInOrder) {
     const Item item = Item::attach(made);
     EXPECT_EQ(Asked(),
               (Requests{QueryVendor(SELVANE_EXPOSURE_FLOAT), GetFloat(SELVANE_EXPOSURE_FLOAT),
-                        Control(Kind::CameraGetRange, exposure), QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC),
+                        Control(Kind::camera_range, exposure), QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC),
                         QueryVendor(SELVANE_EXPOSURE_TICKS)}));
 }
 
@@ -237,10 +237,10 @@ TEST_F(ExposureItemTest, AutomaticModeOfTheCameraControl) {
     const Item item = Make(MakeExposureItem);
     EXPECT_FALSE(Switch(item, 2));
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked(), Requests(2, Control(Kind::CameraGet, exposure)));
+    EXPECT_EQ(Asked(), Requests(2, Control(Kind::camera_get, exposure)));
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraSet, exposure, -5, 1)}));
+              (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_set, exposure, -5, 1)}));
     EXPECT_TRUE(Switch(item, 2));
 }
 
@@ -252,8 +252,8 @@ TEST_F(ExposureItemTest, AFloatPropertyThatCannotBeReadAtFirstLeavesTheModeToThe
     Vendor(SELVANE_EXPOSURE_FLOAT).get_result = S_OK;
     EXPECT_FALSE(Switch(item, 2));
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraGet, exposure),
-                                 Control(Kind::CameraSet, exposure, -5, 1)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_get, exposure),
+                                 Control(Kind::camera_set, exposure, -5, 1)}));
 }
 
 TEST_F(ExposureItemTest, SecondsAreTheFloatFields) {

@@ -62,12 +62,12 @@ TYPED_TEST(ExposureTest, RawValueOverTheCameraControl) {
     EXPECT_EQ(this->Range(item, 0), (RangeInfo{-13, 0, -6, 1}));
     EXPECT_EQ(this->Value(item, 0), -5);
     EXPECT_EQ(this->Asked(),
-              (Requests{Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure)}));
+              (Requests{Control(Kind::camera_range, exposure), Control(Kind::camera_get, exposure)}));
     for (const std::int32_t flags : {1, 2, 0x12}) {
         this->Camera().flags = flags;
         EXPECT_EQ(item->SetValue(0, -3), S_OK);
-        EXPECT_EQ(this->Asked(), (Requests{Control(Kind::CameraGet, exposure),
-                                           Control(Kind::CameraSet, exposure, -3, flags)}));
+        EXPECT_EQ(this->Asked(), (Requests{Control(Kind::camera_get, exposure),
+                                           Control(Kind::camera_set, exposure, -3, flags)}));
     }
 }
 

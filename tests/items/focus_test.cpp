@@ -50,7 +50,7 @@ TEST_F(FocusTest, SupportsWhatTheDriverHas) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
     EXPECT_EQ(Asked(),
-              (Requests{QueryVendor(SELVANE_FOCUS_ONE_PUSH), Control(Kind::CameraGetRange, focus),
+              (Requests{QueryVendor(SELVANE_FOCUS_ONE_PUSH), Control(Kind::camera_range, focus),
                         QueryVendor(SELVANE_FOCUS_ONE_PUSH), QueryVendor(SELVANE_FOCUS_AUTO_MIN),
                         QueryVendor(SELVANE_FOCUS_AUTO_MAX), QueryVendor(SELVANE_FOCUS_REGION_ENABLE),
                         QueryVendor(SELVANE_FOCUS_REGION_LEFT), QueryVendor(SELVANE_FOCUS_REGION_TOP),
@@ -137,8 +137,8 @@ TEST_F(FocusTest, PositionIsTheCameraControls) {
     EXPECT_EQ(Range(item, 1), (RangeInfo{10, 900, 450, 5}));
     EXPECT_EQ(Value(item, 1), 123);
     EXPECT_EQ(item->SetValue(1, 222), S_OK);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGetRange, focus), Control(Kind::CameraGet, focus),
-                                 Control(Kind::CameraSet, focus, 222, 2)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::camera_range, focus), Control(Kind::camera_get, focus),
+                                 Control(Kind::camera_set, focus, 222, 2)}));
 }
 
 TEST_F(FocusTest, RangesAreProperties) {

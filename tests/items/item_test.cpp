@@ -127,14 +127,14 @@ Bytes FloatRecord(float value, float min, float max, float default_value, std::u
 }
 
 DriverRequest Get(REFGUID set, std::uint32_t id, std::size_t size) {
-    return WithBlock(Request(Kind::Get, set, id), Bytes(size));
+    return WithBlock(Request(Kind::get, set, id), Bytes(size));
 }
 
 DriverRequest Set(REFGUID set, std::uint32_t id, const Bytes& record) {
-    return WithBlock(Request(Kind::Set, set, id), record);
+    return WithBlock(Request(Kind::set, set, id), record);
 }
 
-DriverRequest Query(REFGUID set, std::uint32_t id) { return Request(Kind::QuerySupported, set, id); }
+DriverRequest Query(REFGUID set, std::uint32_t id) { return Request(Kind::query_supported, set, id); }
 
 DriverRequest Control(Kind kind, std::uint32_t property, std::int32_t value, std::int32_t flags) {
     DriverRequest request;

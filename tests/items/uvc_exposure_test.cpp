@@ -45,8 +45,8 @@ TEST_F(UVCExposureTest, SupportsWhatTheDriverHas) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGetRange, exposure), QueryVendor(SELVANE_EXPOSURE_TICKS),
-                        Control(Kind::CameraGetRange, exposure), QueryVendor(SELVANE_AUTO_EXPOSURE_REFERENCE),
+              (Requests{Control(Kind::camera_range, exposure), QueryVendor(SELVANE_EXPOSURE_TICKS),
+                        Control(Kind::camera_range, exposure), QueryVendor(SELVANE_AUTO_EXPOSURE_REFERENCE),
                         QueryVendor(SELVANE_AUTO_MAX_TICKS), QueryVendor(SELVANE_AUTO_MAX_TICKS),
                         QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC)}));
     EXPECT_FALSE(item->SupportsInterface(7));
@@ -103,8 +103,8 @@ TEST_F(UVCExposureTest, ValuesGiveWayToTheirAutomaticModes) {
     EXPECT_FALSE(Available(item, 0));
     EXPECT_FALSE(Available(item, 1));
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure),
-                        Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure)}));
+              (Requests{Control(Kind::camera_range, exposure), Control(Kind::camera_get, exposure),
+                        Control(Kind::camera_range, exposure), Control(Kind::camera_get, exposure)}));
     EXPECT_FALSE(Available(item, 4));
     EXPECT_FALSE(Available(item, 5));
     EXPECT_EQ(Asked(),
@@ -155,7 +155,7 @@ TEST_F(UVCExposureTest, RawValueIsNotWrittenWhenTheModeCannotBeRead) {
     EXPECT_EQ(item->SetSwitch(2, true), driver_failure);
     EXPECT_EQ(item->GetValue(0, value), driver_failure);
     EXPECT_EQ(value, 77);
-    EXPECT_EQ(Asked(), Requests(3, Control(Kind::CameraGet, exposure)));
+    EXPECT_EQ(Asked(), Requests(3, Control(Kind::camera_get, exposure)));
 
     Camera().get_result = S_OK;
     Camera().set_result = driver_refusal;
@@ -188,19 +188,19 @@ TEST_F(UVCExposureTest, AutomaticModeIsWrittenOnlyWhenTheFlagsDiffer) {
     OfferCamera(3, 2);
     const Item item = Make(MakeUVCExposure);
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked(), Requests{Control(Kind::CameraGet, exposure)});
+    EXPECT_EQ(Asked(), Requests{Control(Kind::camera_get, exposure)});
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraSet, exposure, -5, 1)}));
+              (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_set, exposure, -5, 1)}));
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
-    EXPECT_EQ(Asked(), Requests{Control(Kind::CameraGet, exposure)});
+    EXPECT_EQ(Asked(), Requests{Control(Kind::camera_get, exposure)});
     // All flags count, not the one bit.
     Camera().flags = 3;
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraSet, exposure, -5, 1)}));
+              (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_set, exposure, -5, 1)}));
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked().back(), Control(Kind::CameraSet, exposure, -5, 2));
+    EXPECT_EQ(Asked().back(), Control(Kind::camera_set, exposure, -5, 2));
 }
 
 TEST_F(UVCExposureTest, AutoMaxValueIsAProperty) {

@@ -36,7 +36,7 @@ TEST_F(UVCGainTest, ConstructionReadsThePropertyAndThenTheCapabilities) {
     MakeUVCGain(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
     const Item item = Item::attach(made);
     EXPECT_EQ(Asked(),
-              (Requests{QueryVendor(SELVANE_GAIN), GetInt(SELVANE_GAIN), Control(Kind::AmpGetRange, gain)}));
+              (Requests{QueryVendor(SELVANE_GAIN), GetInt(SELVANE_GAIN), Control(Kind::amp_range, gain)}));
 }
 
 TEST_F(UVCGainTest, AFailedFirstReadDoesNotMatter) {
@@ -97,7 +97,7 @@ TEST_F(UVCGainTest, ValuesGiveWayToTheAutomaticMode) {
     const Item item = Make(MakeUVCGain);
     EXPECT_FALSE(Available(item, 0));
     EXPECT_FALSE(Available(item, 1));
-    EXPECT_EQ(Asked(), Requests(2, Control(Kind::AmpGet, gain)));
+    EXPECT_EQ(Asked(), Requests(2, Control(Kind::amp_get, gain)));
     EXPECT_TRUE(Available(item, 2));
     EXPECT_TRUE(Available(item, 3));
     EXPECT_TRUE(Asked().empty());
@@ -125,11 +125,11 @@ TEST_F(UVCGainTest, RawValueKeepsTheMode) {
     const Item item = Make(MakeUVCGain);
     EXPECT_EQ(Range(item, 0), (RangeInfo{16, 255, 32, 2}));
     EXPECT_EQ(Value(item, 0), 100);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGetRange, gain), Control(Kind::AmpGet, gain)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_range, gain), Control(Kind::amp_get, gain)}));
     for (const std::int32_t flags : {1, 2, 0x12}) {
         Amp().flags = flags;
         EXPECT_EQ(item->SetValue(0, 50), S_OK);
-        EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGet, gain), Control(Kind::AmpSet, gain, 50, flags)}));
+        EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_get, gain), Control(Kind::amp_set, gain, 50, flags)}));
     }
 }
 
@@ -140,7 +140,7 @@ TEST_F(UVCGainTest, AutomaticModeIsWrittenEachTimeWithTheValueThatWasRead) {
     for (const bool on : {false, false, true, true}) {
         EXPECT_EQ(item->SetSwitch(2, on), S_OK);
         EXPECT_EQ(Asked(),
-                  (Requests{Control(Kind::AmpGet, gain), Control(Kind::AmpSet, gain, 100, on ? 1 : 2)}));
+                  (Requests{Control(Kind::amp_get, gain), Control(Kind::amp_set, gain, 100, on ? 1 : 2)}));
         EXPECT_EQ(Switch(item, 2), on);
         (void)Asked();
     }
@@ -161,7 +161,7 @@ TEST_F(UVCGainTest, NothingIsWrittenWhenTheFlagsCannotBeRead) {
     EXPECT_EQ(item->SetSwitch(2, true), driver_failure);
     EXPECT_EQ(item->GetValue(0, value), driver_failure);
     EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
-    EXPECT_EQ(Asked(), Requests(4, Control(Kind::AmpGet, gain)));
+    EXPECT_EQ(Asked(), Requests(4, Control(Kind::amp_get, gain)));
     EXPECT_EQ(value, 77);
     EXPECT_TRUE(on);
     Amp().get_result = S_OK;

@@ -4,6 +4,7 @@
 #include "items/item_contract.h"
 #include "tests/support/not_empty.h"
 #include "tests/support/scripted_property_set.h"
+#include "wire/vendor_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

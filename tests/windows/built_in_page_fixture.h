@@ -2,6 +2,7 @@
 
 #include "tests/windows/page_fixture.h"
 #include "tests/windows/page_rows.h"
+#include "wire/vendor_set.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 #include "items/builtin_factories.h"
-#include "items/vendor_properties.h"
+#include "items/property_item.h"
 
 #include <algorithm>
 
@@ -12,51 +12,40 @@ constexpr std::int32_t smallest_offset_step = 4;
 constexpr std::int32_t driver_binning_four = 4;
 constexpr std::int32_t item_binning_four = 3;
 
+constexpr PropertyRow Offset(selvane_vendor_property property) noexcept {
+    return PropertyRow(property, InterfaceType::Range, Vendor(property))
+        .Is(Available::UnlessKnownOn, SELVANE_PARTIAL_SCAN_AUTO_CENTER);
+}
+
+constexpr PropertyRow partial_scan_rows[] = {
+    PropertyRow(SELVANE_PARTIAL_SCAN_AUTO_CENTER, InterfaceType::Switch,
+                Vendor(SELVANE_PARTIAL_SCAN_AUTO_CENTER)),
+    Offset(SELVANE_PARTIAL_SCAN_X),
+    Offset(SELVANE_PARTIAL_SCAN_Y),
+};
+
 DWORD PropertyOf(InterfaceKey key) noexcept { return static_cast<DWORD>(key); }
 
 bool IsOffset(InterfaceKey key) noexcept {
     return key == SELVANE_PARTIAL_SCAN_X || key == SELVANE_PARTIAL_SCAN_Y;
 }
 
-// Partial scan and binning: each key is the number of the property behind it.
-class partial_scan_impl final : public CZELItemDataBase {
+// Partial scan and binning: each key is the number of the property behind it, also one without a row.
+class partial_scan_impl final : public CPropertyItem {
 public:
-    explicit partial_scan_impl(platform::com_ptr<IKsPropertySet> filter) : filter_(std::move(filter)) {}
+    explicit partial_scan_impl(Device device) : CPropertyItem(std::move(device), AllOf(partial_scan_rows)) {}
 
-    bool SupportsInterface(InterfaceKey key) override { return PropertySupported(*filter_, PropertyOf(key)); }
-    HRESULT IsAvailable(InterfaceKey key, bool& available) override;
-    HRESULT GetSwitch(InterfaceKey key, bool& on) override;
-    HRESULT SetSwitch(InterfaceKey key, bool on) override;
+    bool SupportsInterface(InterfaceKey key) override {
+        return PropertySupported(Properties(), PropertyOf(key));
+    }
     HRESULT GetRange(InterfaceKey key, RangeInfo& range) override;
     HRESULT GetValue(InterfaceKey key, std::int32_t& value) override;
     HRESULT SetValue(InterfaceKey key, std::int32_t value) override;
     HRESULT GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) override;
-
-private:
-    platform::com_ptr<IKsPropertySet> filter_;
 };
 
-HRESULT partial_scan_impl::IsAvailable(InterfaceKey key, bool& available) {
-    bool centered = false;
-    if (IsOffset(key)) {
-        (void)GetSwitch(SELVANE_PARTIAL_SCAN_AUTO_CENTER, centered);
-    }
-    available = !centered;
-    return S_OK;
-}
-
-HRESULT partial_scan_impl::GetSwitch(InterfaceKey key, bool& on) {
-    return key == SELVANE_PARTIAL_SCAN_AUTO_CENTER ? GetPropertySwitch(*filter_, PropertyOf(key), on)
-                                                   : E_NOTIMPL;
-}
-
-HRESULT partial_scan_impl::SetSwitch(InterfaceKey key, bool on) {
-    return key == SELVANE_PARTIAL_SCAN_AUTO_CENTER ? SetPropertySwitch(*filter_, PropertyOf(key), on)
-                                                   : E_NOTIMPL;
-}
-
 HRESULT partial_scan_impl::GetRange(InterfaceKey key, RangeInfo& range) {
-    const HRESULT hr = GetPropertyRange(*filter_, PropertyOf(key), range);
+    const HRESULT hr = GetPropertyRange(Properties(), PropertyOf(key), range);
     if (SUCCEEDED(hr) && IsOffset(key)) {
         range.step = std::max(range.step, smallest_offset_step);
     }
@@ -64,7 +53,7 @@ HRESULT partial_scan_impl::GetRange(InterfaceKey key, RangeInfo& range) {
 }
 
 HRESULT partial_scan_impl::GetValue(InterfaceKey key, std::int32_t& value) {
-    const HRESULT hr = GetPropertyValue(*filter_, PropertyOf(key), value);
+    const HRESULT hr = GetPropertyValue(Properties(), PropertyOf(key), value);
     if (SUCCEEDED(hr) && key == SELVANE_BINNING && value == driver_binning_four) {
         value = item_binning_four;
     }
@@ -73,7 +62,7 @@ HRESULT partial_scan_impl::GetValue(InterfaceKey key, std::int32_t& value) {
 
 HRESULT partial_scan_impl::SetValue(InterfaceKey key, std::int32_t value) {
     const bool four = key == SELVANE_BINNING && value == item_binning_four;
-    return SetPropertyValue(*filter_, PropertyOf(key), four ? driver_binning_four : value);
+    return SetPropertyValue(Properties(), PropertyOf(key), four ? driver_binning_four : value);
 }
 
 HRESULT partial_scan_impl::GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) {
@@ -92,7 +81,7 @@ void MakePartialScan(CZELItemDataBase** result, IUnknown* filter, const ItemReco
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
     if (properties) {
-        *result = new partial_scan_impl(std::move(properties));
+        *result = new partial_scan_impl({std::move(properties), {}, {}});
     }
 }
 

@@ -82,27 +82,44 @@ template <class Control>
     return hr;
 }
 
+template <class Control>
+HRESULT SetControl(Control* control, LONG property, LONG value, LONG flags) {
+    return control != nullptr ? control->Set(property, value, flags) : E_NOTIMPL;
+}
+
+/// What a write keeps of value and mode, and when a mode is written.
+enum class ModeWrite : std::uint8_t {
+    Always,    ///< keeps the other one of the two
+    OnChange,  ///< the same, and a mode that is set already is not written
+    Unread,    ///< reads nothing before: a value is written as manual, a mode with the value 0
+};
+
 /// Writes with the flags that the device has now, so that the mode stays.
 template <class Control>
-HRESULT SetControlValue(Control* control, LONG property, std::int32_t value) {
+HRESULT SetControlValue(Control* control, LONG property, std::int32_t value,
+                        ModeWrite when = ModeWrite::Always) {
+    if (when == ModeWrite::Unread) {
+        return SetControl(control, property, value, control_manual);
+    }
     LONG old_value = 0;
     LONG flags = 0;
     const HRESULT hr = GetControl(control, property, old_value, flags);
     return SUCCEEDED(hr) ? control->Set(property, value, flags) : hr;
 }
 
-enum class ModeWrite { Always, OnChange };
-
 /// Changes the mode and writes the value back as it was read.
 template <class Control>
 HRESULT SetControlAutomatic(Control* control, LONG property, bool on, ModeWrite when) {
+    const LONG wanted = on ? control_automatic : control_manual;
+    if (when == ModeWrite::Unread) {
+        return SetControl(control, property, 0, wanted);
+    }
     LONG value = 0;
     LONG flags = 0;
     const HRESULT hr = GetControl(control, property, value, flags);
     if (FAILED(hr)) {
         return hr;
     }
-    const LONG wanted = on ? control_automatic : control_manual;
     if (when == ModeWrite::OnChange && wanted == flags) {
         return hr;
     }

@@ -1,13 +1,11 @@
 #include "items/unknown.h"
 
-#include <algorithm>
+#include <atomic>
 
 namespace ZELAdapterHelper {
 namespace {
 
 std::atomic<std::int32_t> live_objects{0};
-
-ULONG at_least_one(std::int32_t count) noexcept { return static_cast<ULONG>(std::max(count, 1)); }
 
 }  // namespace
 
@@ -28,7 +26,7 @@ HRESULT CUnknown::NonDelegatingQueryInterface(REFIID iid, void** out) {
     return S_OK;
 }
 
-ULONG CUnknown::NonDelegatingAddRef() { return at_least_one(++references_); }
+ULONG CUnknown::NonDelegatingAddRef() { return references_.add(); }
 
 ULONG CUnknown::NonDelegatingRelease() {
     const ULONG left = GiveUpReference();
@@ -36,12 +34,7 @@ ULONG CUnknown::NonDelegatingRelease() {
     return left;
 }
 
-ULONG CUnknown::GiveUpReference() noexcept {
-    const std::int32_t left = --references_;
-    if (left != 0) return at_least_one(left);
-    ++references_;
-    return 0;
-}
+ULONG CUnknown::GiveUpReference() noexcept { return references_.give_up(); }
 
 std::int32_t CUnknown::LiveObjects() noexcept { return live_objects; }
 

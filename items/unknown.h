@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/com.h"
+#include "platform/reference_count.h"
 
-#include <atomic>
 #include <cstdint>
 
 namespace ZELAdapterHelper {
@@ -66,7 +65,7 @@ private:
     };
 
     IUnknown* controlling_;
-    std::atomic<std::int32_t> references_{0};
+    platform::reference_count references_;
     Face face_;
 };
 

@@ -1,102 +1,107 @@
 #include "items/builtin_factories.h"
 #include "items/interface_keys.h"
-#include "items/vendor_properties.h"
+#include "items/property_item.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace ZELAdapterHelper {
 namespace {
 
-std::uint32_t WithBit(std::uint32_t flags, std::uint32_t bit, bool on) noexcept {
-    return on ? flags | bit : flags & ~bit;
+constexpr PropertyRow trigger_rows[] = {
+    PropertyRow(trigger_key::software_trigger, InterfaceType::Button, Vendor(SELVANE_SOFTWARE_TRIGGER))
+        .Needs(Need::ReadableProperty)
+        .Is(Available::WhileOn, trigger_key::enable),
+    PropertyRow(trigger_key::delay, InterfaceType::AbsoluteValue, VendorFloat(SELVANE_TRIGGER_DELAY))
+        .Needs(Need::ReadableProperty),
+};
+
+// Two states in the flags of the trigger property.
+struct FlagRow {
+    InterfaceKey key;
+    std::uint32_t bits;        // what a write replaces
+    std::uint32_t on;          // what of these stands for on,
+    std::uint32_t off;         // and what for off
+    std::uint32_t capability;  // that the device must have; 0: none
+};
+
+constexpr FlagRow flag_rows[] = {
+    {trigger_key::enable, wire::trigger_mode_bits, 0, wire::trigger_off, 0},
+    {trigger_key::polarity, wire::trigger_polarity, wire::trigger_polarity, 0, wire::trigger_polarity},
+    {trigger_key::operation, wire::trigger_operation, wire::trigger_operation, 0, wire::trigger_operation},
+};
+
+const FlagRow* FindFlag(InterfaceKey key) noexcept {
+    const auto* found = std::find_if(std::begin(flag_rows), std::end(flag_rows),
+                                     [key](const FlagRow& row) { return row.key == key; });
+    return found != std::end(flag_rows) ? found : nullptr;
 }
 
-class CUVCTrigger final : public CZELItemDataBase {
+// The operation has two states as well, and shows them as a list.
+const FlagRow* FindSwitch(InterfaceKey key) noexcept {
+    return key != trigger_key::operation ? FindFlag(key) : nullptr;
+}
+
+class CUVCTrigger final : public CPropertyItem {
 public:
-    explicit CUVCTrigger(platform::com_ptr<IKsPropertySet> filter) : filter_(std::move(filter)) {}
+    explicit CUVCTrigger(Device device) : CPropertyItem(std::move(device), AllOf(trigger_rows)) {}
 
     bool SupportsInterface(InterfaceKey key) override;
-    HRESULT IsAvailable(InterfaceKey key, bool& available) override;
     HRESULT GetSwitch(InterfaceKey key, bool& on) override;
     HRESULT SetSwitch(InterfaceKey key, bool on) override;
     HRESULT GetRange(InterfaceKey key, RangeInfo& range) override;
     HRESULT GetValue(InterfaceKey key, std::int32_t& value) override;
     HRESULT SetValue(InterfaceKey key, std::int32_t value) override;
-    HRESULT GetAbsRange(InterfaceKey key, AbsRangeInfo& range) override;
-    HRESULT GetAbsValue(InterfaceKey key, double& value) override;
-    HRESULT SetAbsValue(InterfaceKey key, double value) override;
     HRESULT GetAbsUnit(InterfaceKey key, SharedString& unit, std::int32_t& scale) override;
     HRESULT Push(InterfaceKey key) override;
     HRESULT GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) override;
 
 private:
-    [[nodiscard]] bool CanSet(std::uint32_t capability);
-    template <class Record>
-    [[nodiscard]] bool IsReadable(selvane_vendor_property property);
-
-    platform::com_ptr<IKsPropertySet> filter_;
+    HRESULT Read(const FlagRow& row, bool& on) const;
+    HRESULT Write(const FlagRow& row, bool on) const;
 };
 
-bool CUVCTrigger::CanSet(std::uint32_t capability) {
+HRESULT CUVCTrigger::Read(const FlagRow& row, bool& on) const {
     wire::integer_record record = {};
-    return PropertySupported(*filter_, SELVANE_TRIGGER) &&
-           SUCCEEDED(GetProperty(*filter_, SELVANE_TRIGGER, record)) &&
-           (record.capabilities & capability) != 0;
-}
-
-template <class Record>
-bool CUVCTrigger::IsReadable(selvane_vendor_property property) {
-    Record record = {};
-    return PropertySupported(*filter_, property) &&
-           SUCCEEDED(ReadRecord(*filter_, wire::vendor_set, property, record));
-}
-
-bool CUVCTrigger::SupportsInterface(InterfaceKey key) {
-    switch (key) {
-        case trigger_key::enable:
-            return PropertySupported(*filter_, SELVANE_TRIGGER);
-        case trigger_key::polarity:
-            return CanSet(wire::trigger_polarity);
-        case trigger_key::software_trigger:
-            return IsReadable<wire::integer_record>(SELVANE_SOFTWARE_TRIGGER);
-        case trigger_key::delay:
-            return IsReadable<wire::float_record>(SELVANE_TRIGGER_DELAY);
-        case trigger_key::operation:
-            return CanSet(wire::trigger_operation);
-        default:
-            return false;
-    }
-}
-
-HRESULT CUVCTrigger::IsAvailable(InterfaceKey key, bool& available) {
-    return key == trigger_key::software_trigger ? GetSwitch(trigger_key::enable, available)
-                                                : CZELItemDataBase::IsAvailable(key, available);
-}
-
-HRESULT CUVCTrigger::GetSwitch(InterfaceKey key, bool& on) {
-    if (key != trigger_key::enable && key != trigger_key::polarity) {
-        return E_NOTIMPL;
-    }
-    wire::integer_record record = {};
-    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
+    const HRESULT hr = GetProperty(Properties(), SELVANE_TRIGGER, record);
     if (SUCCEEDED(hr)) {
-        on = key == trigger_key::enable ? (record.flags & wire::trigger_off) == 0
-                                        : (record.flags & wire::trigger_polarity) != 0;
+        const std::uint32_t told = row.on | row.off;
+        on = (record.flags & told) == row.on;
     }
     return hr;
 }
 
-HRESULT CUVCTrigger::SetSwitch(InterfaceKey key, bool on) {
-    if (key != trigger_key::enable && key != trigger_key::polarity) {
-        return E_NOTIMPL;
-    }
+HRESULT CUVCTrigger::Write(const FlagRow& row, bool on) const {
     wire::integer_record record = {};
-    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
+    const HRESULT hr = GetProperty(Properties(), SELVANE_TRIGGER, record);
     if (FAILED(hr)) {
         return hr;
     }
-    record.flags = key == trigger_key::enable
-                       ? WithBit(record.flags & ~wire::trigger_mode_bits, wire::trigger_off, !on)
-                       : WithBit(record.flags, wire::trigger_polarity, on);
-    return SetProperty(*filter_, SELVANE_TRIGGER, record);
+    record.flags = (record.flags & ~row.bits) | (on ? row.on : row.off);
+    return SetProperty(Properties(), SELVANE_TRIGGER, record);
+}
+
+bool CUVCTrigger::SupportsInterface(InterfaceKey key) {
+    const FlagRow* row = FindFlag(key);
+    if (row == nullptr) {
+        return CPropertyItem::SupportsInterface(key);
+    }
+    if (!PropertySupported(Properties(), SELVANE_TRIGGER)) {
+        return false;
+    }
+    wire::integer_record record = {};
+    return row->capability == 0 || (SUCCEEDED(GetProperty(Properties(), SELVANE_TRIGGER, record)) &&
+                                    (record.capabilities & row->capability) != 0);
+}
+
+HRESULT CUVCTrigger::GetSwitch(InterfaceKey key, bool& on) {
+    const FlagRow* row = FindSwitch(key);
+    return row != nullptr ? Read(*row, on) : E_NOTIMPL;
+}
+
+HRESULT CUVCTrigger::SetSwitch(InterfaceKey key, bool on) {
+    const FlagRow* row = FindSwitch(key);
+    return row != nullptr ? Write(*row, on) : E_NOTIMPL;
 }
 
 HRESULT CUVCTrigger::GetRange(InterfaceKey key, RangeInfo& range) {
@@ -111,42 +116,26 @@ HRESULT CUVCTrigger::GetValue(InterfaceKey key, std::int32_t& value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    wire::integer_record record = {};
-    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
+    bool global_reset = false;
+    const HRESULT hr = Read(*FindFlag(key), global_reset);
     if (SUCCEEDED(hr)) {
-        value = (record.flags & wire::trigger_operation) != 0 ? 1 : 0;
+        value = global_reset ? 1 : 0;
     }
     return hr;
 }
 
+// A driver that fails to tell the flags is heard of before a value that is none.
 HRESULT CUVCTrigger::SetValue(InterfaceKey key, std::int32_t value) {
     if (key != trigger_key::operation) {
         return E_NOTIMPL;
     }
-    wire::integer_record record = {};
-    const HRESULT hr = GetProperty(*filter_, SELVANE_TRIGGER, record);
-    if (FAILED(hr)) {
-        return hr;
+    const FlagRow& row = *FindFlag(key);
+    if (value == 0 || value == 1) {
+        return Write(row, value == 1);
     }
-    if (value != 0 && value != 1) {
-        return E_INVALIDARG;
-    }
-    record.flags = WithBit(record.flags, wire::trigger_operation, value == 1);
-    return SetProperty(*filter_, SELVANE_TRIGGER, record);
-}
-
-HRESULT CUVCTrigger::GetAbsRange(InterfaceKey key, AbsRangeInfo& range) {
-    return key == trigger_key::delay ? GetFloatRange(*filter_, SELVANE_TRIGGER_DELAY, range) : E_NOTIMPL;
-}
-
-HRESULT CUVCTrigger::GetAbsValue(InterfaceKey key, double& value) {
-    return key == trigger_key::delay ? GetFloatValue(*filter_, SELVANE_TRIGGER_DELAY, value) : E_NOTIMPL;
-}
-
-HRESULT CUVCTrigger::SetAbsValue(InterfaceKey key, double value) {
-    return key == trigger_key::delay
-               ? SetFloatValue(*filter_, SELVANE_TRIGGER_DELAY, static_cast<float>(value))
-               : E_NOTIMPL;
+    bool global_reset = false;
+    const HRESULT hr = Read(row, global_reset);
+    return FAILED(hr) ? hr : E_INVALIDARG;
 }
 
 HRESULT CUVCTrigger::GetAbsUnit(InterfaceKey, SharedString& unit, std::int32_t& scale) {
@@ -158,7 +147,7 @@ HRESULT CUVCTrigger::GetAbsUnit(InterfaceKey, SharedString& unit, std::int32_t& 
 HRESULT CUVCTrigger::Push(InterfaceKey) {
     wire::integer_record record = {};
     record.flags = wire::software_trigger_fire;
-    return SetProperty(*filter_, SELVANE_SOFTWARE_TRIGGER, record);
+    return SetProperty(Properties(), SELVANE_SOFTWARE_TRIGGER, record);
 }
 
 HRESULT CUVCTrigger::GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) {
@@ -177,7 +166,7 @@ void MakeUVCTrigger(CZELItemDataBase** result, IUnknown* filter, const ItemRecor
     *result = nullptr;
     auto properties = platform::query<IKsPropertySet>(filter);
     if (properties) {
-        *result = new CUVCTrigger(std::move(properties));
+        *result = new CUVCTrigger({std::move(properties), {}, {}});
     }
 }
 

@@ -1,8 +1,23 @@
 #include "items/vendor_properties.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace ZELAdapterHelper {
+namespace {
+
+// The sum is rounded to 32 bits before it is cut.
+std::int32_t TicksOf(float units, double per_unit) noexcept {
+    const float rounded = units * static_cast<float>(per_unit) + 0.5F;
+    return TruncateToInt32(static_cast<double>(rounded));
+}
+
+bool IsKnownOn(CZELItemDataBase& item, InterfaceKey switch_key) {
+    bool on = false;
+    return SUCCEEDED(item.GetSwitch(switch_key, on)) && on;
+}
+
+}  // namespace
 
 bool IsSupported(IKsPropertySet& filter, REFGUID set, DWORD id) {
     constexpr DWORD get_or_set = SELVANE_SUPPORT_GET | SELVANE_SUPPORT_SET;
@@ -114,6 +129,48 @@ HRESULT SetFloatValue(IKsPropertySet& filter, DWORD id, float value) {
     return SetFloatProperty(filter, id, record);
 }
 
+HRESULT GetFloatAutomatic(IKsPropertySet& filter, DWORD id, bool& on) {
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        on = (record.flags & wire::automatic) != 0;
+    }
+    return hr;
+}
+
+HRESULT SetFloatAutomatic(IKsPropertySet& filter, DWORD id, bool on) {
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (FAILED(hr) || on == ((record.flags & wire::automatic) != 0)) {
+        return hr;
+    }
+    record.flags = on ? wire::automatic : wire::manual;
+    return SetFloatProperty(filter, id, record);
+}
+
+HRESULT GetTickRange(IKsPropertySet& filter, DWORD id, double per_unit, RangeInfo& range) {
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        range = {std::max(TicksOf(record.min, per_unit), 1), TicksOf(record.max, per_unit),
+                 TicksOf(record.default_value, per_unit), 1};
+    }
+    return hr;
+}
+
+HRESULT GetTicks(IKsPropertySet& filter, DWORD id, double per_unit, std::int32_t& value) {
+    wire::float_record record = {};
+    const HRESULT hr = GetFloatProperty(filter, id, record);
+    if (SUCCEEDED(hr)) {
+        value = std::max(TicksOf(record.value, per_unit), 1);
+    }
+    return hr;
+}
+
+HRESULT SetTicks(IKsPropertySet& filter, DWORD id, double per_unit, std::int32_t value) {
+    return SetFloatValue(filter, id, static_cast<float>(value) / static_cast<float>(per_unit));
+}
+
 std::int32_t TruncateToInt32(double value) noexcept {
     using limits = std::numeric_limits<std::int32_t>;
     const bool fits = value > limits::min() - 1.0 && value < limits::max() + 1.0;
@@ -125,6 +182,20 @@ HRESULT AvailableUnlessOn(CZELItemDataBase& item, InterfaceKey switch_key, bool&
     const HRESULT hr = item.SupportsInterface(switch_key) ? item.GetSwitch(switch_key, on) : S_OK;
     available = !on;
     return hr;
+}
+
+HRESULT AvailableWhileOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available) {
+    return item.GetSwitch(switch_key, available);
+}
+
+HRESULT AvailableUnlessKnownOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available) {
+    available = !IsKnownOn(item, switch_key);
+    return S_OK;
+}
+
+HRESULT AvailableWhileKnownOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available) {
+    available = IsKnownOn(item, switch_key);
+    return S_OK;
 }
 
 }  // namespace ZELAdapterHelper

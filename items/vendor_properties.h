@@ -52,6 +52,16 @@ HRESULT SetScaledValue(IKsPropertySet& filter, DWORD id, double per_unit, double
 [[nodiscard]] HRESULT GetFloatValue(IKsPropertySet& filter, DWORD id, double& value);
 HRESULT SetFloatValue(IKsPropertySet& filter, DWORD id, float value);
 
+/// The automatic mode of a float property. It is written only where it changes, with the value that was read.
+[[nodiscard]] HRESULT GetFloatAutomatic(IKsPropertySet& filter, DWORD id, bool& on);
+HRESULT SetFloatAutomatic(IKsPropertySet& filter, DWORD id, bool on);
+
+// Float properties in ticks, `per_unit` of them to a unit: rounded in 32 bits, the minimum and the
+// value at least 1.
+[[nodiscard]] HRESULT GetTickRange(IKsPropertySet& filter, DWORD id, double per_unit, RangeInfo& range);
+[[nodiscard]] HRESULT GetTicks(IKsPropertySet& filter, DWORD id, double per_unit, std::int32_t& value);
+HRESULT SetTicks(IKsPropertySet& filter, DWORD id, double per_unit, std::int32_t value);
+
 /// Truncates toward zero. What does not fit, and what is no number, gives the smallest integer, as the
 /// processor does.
 [[nodiscard]] std::int32_t TruncateToInt32(double value) noexcept;
@@ -59,5 +69,11 @@ HRESULT SetFloatValue(IKsPropertySet& filter, DWORD id, float value);
 /// Enabled unless an automatic mode has the say: where the item supports the switch and the switch is on, not
 /// available. A failed read of the switch is handed on with `available` true.
 [[nodiscard]] HRESULT AvailableUnlessOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available);
+/// Enabled while the switch is on; a failed read is handed on and leaves `available` alone.
+[[nodiscard]] HRESULT AvailableWhileOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available);
+// The same two with a switch that counts as off where it cannot be read. They never fail.
+[[nodiscard]] HRESULT AvailableUnlessKnownOn(CZELItemDataBase& item, InterfaceKey switch_key,
+                                             bool& available);
+[[nodiscard]] HRESULT AvailableWhileKnownOn(CZELItemDataBase& item, InterfaceKey switch_key, bool& available);
 
 }  // namespace ZELAdapterHelper

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
-
-#include <atomic>
+#include "platform/reference_count.h"
 
 namespace platform {
 
@@ -14,9 +12,9 @@ public:
     com_object(const com_object&) = delete;
     com_object& operator=(const com_object&) = delete;
 
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return references_.add(); }
     ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
+        const ULONG left = references_.give_up();
         if (left == 0) delete this;
         return left;
     }
@@ -25,7 +23,7 @@ protected:
     virtual ~com_object() = default;
 
 private:
-    std::atomic<ULONG> references_{0};
+    reference_count references_;
 };
 
 }  // namespace platform

@@ -1,5 +1,5 @@
-#include "propui/attempt.h"
 #include "propui/control_logic.h"
+#include "propui/guarded_item.h"
 #include "propui/number_text.h"
 #include "propui/page_layout.h"
 #include "propui/page_measures.h"
@@ -23,7 +23,7 @@ const InterfaceEntry* RichestInterface(const ElementRecord& element, CZELItemDat
     const InterfaceEntry* chosen = nullptr;
     for (const InterfaceEntry& entry : ZELAdapterHelper::InterfacesOf(element)) {
         if (chosen != nullptr && entry.type <= chosen->type) continue;
-        const bool supported = Succeeds([&] { return item.SupportsInterface(entry.key); });
+        const bool supported = GuardedItem(item).SupportsInterface(entry.key);
         if (supported && entry.type <= InterfaceType::AbsoluteValue) chosen = &entry;
     }
     return chosen;
@@ -33,7 +33,7 @@ const InterfaceEntry* RichestInterface(const ElementRecord& element, CZELItemDat
 SharedString UnitOf(CZELItemDataBase& item, InterfaceKey key) {
     SharedString unit;
     std::int32_t scale = ZELAdapterHelper::scale_linear;
-    const HRESULT result = Attempt([&] { return item.GetAbsUnit(key, unit, scale); });
+    const HRESULT result = GuardedItem(item).GetAbsUnit(key, unit, scale);
     return SUCCEEDED(result) ? unit : SharedString();
 }
 
@@ -73,7 +73,7 @@ bool PageLayout::CreateElementControls(const ItemRecord& record, const ElementRe
 bool PageLayout::PlaceAbsoluteValue(const ItemRecord& record, CZELItemDataBase& item, InterfaceKey key,
                                     int& x, int y, std::wstring_view label) {
     AbsRangeInfo range;
-    const HRESULT result = Attempt([&] { return item.GetAbsRange(key, range); });
+    const HRESULT result = GuardedItem(item).GetAbsRange(key, range);
     if (FAILED(result)) return false;
     const SharedString unit = UnitOf(item, key);
     const ControllerPtr controller = MakeAbsValController(record, item, key, unit.View());

@@ -1,5 +1,6 @@
 #include "propui/number_text.h"
 
+#include "platform/ascii.h"
 #include "platform/text.h"
 
 #include <fmt/format.h>
@@ -13,7 +14,6 @@ namespace {
 
 constexpr std::size_t value_characters = 20 - 1;  // behind them the terminator
 constexpr int limit_decimals = 2;
-constexpr std::wstring_view white_space = L" \t\n\v\f\r";
 constexpr std::wstring_view line_breaks = L"\n\v\f\r";
 
 // Numbers are formatted narrow, so that widening is a change of type: they are plain ASCII.
@@ -68,14 +68,8 @@ std::wstring FormatLimit(double limit, std::wstring_view unit) {
 
 std::wstring FormatInteger(std::int32_t value) { return Widen(fmt::format_int(value).str()); }
 
-std::wstring_view TrimSpace(std::wstring_view text) noexcept {
-    const std::size_t first = text.find_first_not_of(white_space);
-    if (first == std::wstring_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(white_space) - first + 1);
-}
-
 bool ParseInteger(std::wstring_view text, std::int32_t& value) {
-    const std::string digits = platform::narrow(TrimSpace(text));
+    const std::string digits = platform::narrow(platform::trimmed(text));
     std::int32_t number = 0;
     const std::from_chars_result read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (read.ec != std::errc() || fmt::format_int(number).str() != digits) return false;
@@ -84,13 +78,13 @@ bool ParseInteger(std::wstring_view text, std::int32_t& value) {
 }
 
 bool ParseFloat(std::wstring_view text, double& value) {
-    std::string number = platform::narrow(TrimSpace(text));
+    std::string number = platform::narrow(platform::trimmed(text));
     std::replace(number.begin(), number.end(), ',', '.');
     return platform::read_double(number, value) != 0;
 }
 
 bool ParseValue(std::wstring_view text, std::wstring_view unit, double& value) {
-    std::wstring_view rest = TrimSpace(text);
+    std::wstring_view rest = platform::trimmed(text);
     if (rest.size() >= unit.size() && rest.substr(rest.size() - unit.size()) == unit)
         rest.remove_suffix(unit.size());
     const std::size_t slash = rest.find(L'/');

@@ -30,9 +30,6 @@ constexpr int shown_decimals = 3;
 /// when the user leaves the edit.
 [[nodiscard]] std::wstring FormatInteger(std::int32_t value);
 
-/// The text without white space at both ends.
-[[nodiscard]] std::wstring_view TrimSpace(std::wstring_view text) noexcept;
-
 /// Reads an integer that is written as `FormatInteger` would write it, of any length, with white space
 /// around.
 [[nodiscard]] bool ParseInteger(std::wstring_view text, std::int32_t& value);

@@ -1,6 +1,6 @@
 #include "propui/page_layout.h"
 
-#include "propui/attempt.h"
+#include "propui/guarded_item.h"
 #include "propui/item_choice.h"
 #include "propui/page_measures.h"
 
@@ -34,7 +34,7 @@ ElementList VisibleElements(const ItemRecord& record, CZELItemDataBase& item) {
     ElementList visible;
     for (const ElementRecord& element : ZELAdapterHelper::ElementsOf(record)) {
         for (const InterfaceEntry& entry : ZELAdapterHelper::InterfacesOf(element)) {
-            if (!Succeeds([&] { return item.SupportsInterface(entry.key); })) continue;
+            if (!GuardedItem(item).SupportsInterface(entry.key)) continue;
             if (element.level < 1) visible.push_back(&element);
             break;
         }
@@ -53,17 +53,6 @@ bool IsLinked(const ElementRecord& element, const GUID& previous) {
            (previous == element.linked[0] || previous == element.linked[1]);
 }
 
-platform::com_ptr<CZELItemDataBase> MakeItem(const ItemRecord& record, IUnknown* filter) {
-    CZELItemDataBase* made = nullptr;
-    const HRESULT result = Attempt([&] {
-        if (record.factory != nullptr) record.factory(&made, filter, record);
-        return S_OK;
-    });
-    auto item = platform::com_ptr<CZELItemDataBase>::attach(made);
-    if (FAILED(result)) item.reset();
-    return item;
-}
-
 }  // namespace
 
 bool PageLayout::BuildPage(bool measure_only) {
@@ -71,8 +60,8 @@ bool PageLayout::BuildPage(bool measure_only) {
     bool shown = false;
     for (const ItemRecord* record : ChooseItems(sources_)) {
         if (canvas_ != nullptr && canvas_->IsGone()) break;
-        const auto item = MakeItem(*record, sources_.filter);
-        if (item && LayoutItem(measure_only, *record, *item, y)) shown = true;
+        const GuardedItem item = GuardedItem::Make(*record, sources_.filter);
+        if (item && LayoutItem(measure_only, *record, *item.get(), y)) shown = true;
     }
     return shown;
 }

@@ -1,12 +1,12 @@
 #include "propui/slider_controller.h"
 
 #include "items/vendor_properties.h"
-#include "propui/attempt.h"
 #include "propui/number_text.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 
 namespace ZELPropUI {
 namespace {
@@ -16,17 +16,15 @@ using ZELAdapterHelper::SharedString;
 using ZELAdapterHelper::TruncateToInt32;
 
 template <class Value>
-using Getter = HRESULT (CZELItemDataBase::*)(InterfaceKey, Value&);
+using Getter = HRESULT (GuardedItem::*)(InterfaceKey, Value&) const noexcept;
 
 template <class Value>
-bool Read(const AnswerSpan& span, KeptAnswer<Value>& kept, CZELItemDataBase& item, Getter<Value> getter,
+bool Read(const AnswerSpan& span, KeptAnswer<Value>& kept, const GuardedItem& item, Getter<Value> getter,
           InterfaceKey key, Value& value) {
-    return kept.Get(span, value, [&](Value& answer) {
-        return SUCCEEDED(Attempt([&] { return (item.*getter)(key, answer); }));
-    });
+    return kept.Get(span, value, [&](Value& answer) { return SUCCEEDED((item.*getter)(key, answer)); });
 }
 
-bool AsksTrue(const AnswerSpan& span, KeptAnswer<bool>& kept, CZELItemDataBase& item, Getter<bool> getter,
+bool AsksTrue(const AnswerSpan& span, KeptAnswer<bool>& kept, const GuardedItem& item, Getter<bool> getter,
               InterfaceKey key) {
     bool answer = false;
     return Read(span, kept, item, getter, key, answer) && answer;
@@ -34,12 +32,23 @@ bool AsksTrue(const AnswerSpan& span, KeptAnswer<bool>& kept, CZELItemDataBase& 
 
 // What is asked while the driver writes may be from before or after the write.
 template <class Value>
-bool Write(AnswerSpan& span, CZELItemDataBase& item, HRESULT (CZELItemDataBase::*setter)(InterfaceKey, Value),
-           InterfaceKey key, Value value) {
+bool Write(AnswerSpan& span, const GuardedItem& item,
+           HRESULT (GuardedItem::*setter)(InterfaceKey, Value) const noexcept, InterfaceKey key,
+           Value value) {
     span.Forget();
-    const HRESULT result = Attempt([&] { return (item.*setter)(key, value); });
+    const HRESULT result = (item.*setter)(key, value);
     span.Forget();
     return SUCCEEDED(result);
+}
+
+// A text takes memory, of which there may be none.
+template <class Work>
+bool WithMemory(Work work) noexcept {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 // Limits and steps come from a driver and may be anything: the arithmetic on them wraps as the machine's
@@ -66,73 +75,64 @@ constexpr double snap_times[] = {0.0001,     0.00025,    0.0005, 0.001, 0.002, 0
 
 }  // namespace
 
-ULONG ISliderController::AddRef() { return static_cast<ULONG>(++references_); }
+ULONG ISliderController::AddRef() { return references_.add(); }
 
 ULONG ISliderController::Release() {
-    const std::int32_t left = --references_;
+    const ULONG left = references_.give_up();
     if (left == 0) delete this;
-    return static_cast<ULONG>(left);
+    return left;
 }
 
-CRangeSliderController::CRangeSliderController(CZELItemDataBase* item, InterfaceKey key)
-    : item_(item), key_(key) {}
+bool CElementSliderController::IsReadOnly() {
+    return AsksTrue(Answers(), read_only_, item_, &GuardedItem::IsReadOnly, key_);
+}
+
+bool CElementSliderController::IsAvailable() {
+    return AsksTrue(Answers(), available_, item_, &GuardedItem::IsAvailable, key_);
+}
 
 bool CRangeSliderController::EnsureRange() {
-    if (!range_known_) range_known_ = SUCCEEDED(item_->GetRange(key_, range_));
+    if (!range_known_) range_known_ = SUCCEEDED(Item().GetRange(GetKey(), range_));
     return range_known_;
 }
 
 bool CRangeSliderController::GetPositionRange(std::int32_t& low, std::int32_t& high) {
-    return Succeeds([&] {
-        if (!EnsureRange()) return false;
-        low = 0;
-        if (range_.step != 0) high = Steps(range_.min, range_.max, range_.step);
-        return true;
-    });
+    if (!EnsureRange()) return false;
+    low = 0;
+    if (range_.step != 0) high = Steps(range_.min, range_.max, range_.step);
+    return true;
 }
 
 bool CRangeSliderController::SetPosition(std::int32_t position) {
-    return Succeeds([&] {
-        if (!EnsureRange()) return false;
-        const std::int64_t offset = std::int64_t{range_.step} * position;
-        return WriteValue(Wrap(offset + range_.min));
-    });
+    if (!EnsureRange()) return false;
+    const std::int64_t offset = std::int64_t{range_.step} * position;
+    return WriteValue(Wrap(offset + range_.min));
 }
 
 bool CRangeSliderController::GetPosition(std::int32_t& position) {
-    return Succeeds([&] {
-        std::int32_t value = 0;
-        if (!EnsureRange() || !ReadValue(value) || range_.step < 1) return false;
-        position = Steps(range_.min, value, range_.step);
-        return true;
-    });
-}
-
-bool CRangeSliderController::IsReadOnly() {
-    return AsksTrue(Answers(), read_only_, *item_, &CZELItemDataBase::IsReadOnly, key_);
-}
-
-bool CRangeSliderController::IsAvailable() {
-    return AsksTrue(Answers(), available_, *item_, &CZELItemDataBase::IsAvailable, key_);
+    std::int32_t value = 0;
+    if (!EnsureRange() || !ReadValue(value) || range_.step < 1) return false;
+    position = Steps(range_.min, value, range_.step);
+    return true;
 }
 
 bool CRangeSliderController::ReadValue(std::int32_t& value) {
-    return Read(Answers(), value_, *item_, &CZELItemDataBase::GetValue, key_, value);
+    return Read(Answers(), value_, Item(), &GuardedItem::GetValue, GetKey(), value);
 }
 
 bool CRangeSliderController::WriteValue(std::int32_t value) {
-    return Write(Answers(), *item_, &CZELItemDataBase::SetValue, key_, value);
+    return Write(Answers(), Item(), &GuardedItem::SetValue, GetKey(), value);
 }
 
 bool CRangeSliderController::SetText(std::wstring_view text) {
-    return Succeeds([&] {
+    return WithMemory([&] {
         std::int32_t value = 0;
         return ParseInteger(text, value) && WriteValue(value);
     });
 }
 
 bool CRangeSliderController::GetText(std::wstring& text) {
-    return Succeeds([&] {
+    return WithMemory([&] {
         std::int32_t value = 0;
         if (!ReadValue(value)) return false;
         text = FormatInteger(value);
@@ -140,16 +140,13 @@ bool CRangeSliderController::GetText(std::wstring& text) {
     });
 }
 
-CAbsValSliderController::CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key)
-    : item_(item), key_(key) {}
-
 bool CAbsValSliderController::EnsureInfo(AbsRangeInfo& range) {
     if (!range_known_) {
-        range_known_ = SUCCEEDED(item_->GetAbsRange(key_, range_));
+        range_known_ = SUCCEEDED(Item().GetAbsRange(GetKey(), range_));
         SharedString unit;
         std::int32_t scale = scale_;
-        if (SUCCEEDED(item_->GetAbsUnit(key_, unit, scale))) {
-            unit_ = unit.View();
+        if (SUCCEEDED(Item().GetAbsUnit(GetKey(), unit, scale))) {
+            unit_ = unit;
             scale_ = scale;
         }
     }
@@ -180,57 +177,44 @@ double CAbsValSliderController::ValueAt(std::int32_t position, const AbsRangeInf
 }
 
 bool CAbsValSliderController::SetPosition(std::int32_t position) {
-    return Succeeds([&] {
-        AbsRangeInfo range;
-        if (!EnsureInfo(range)) return false;
-        double value = ValueAt(position, range);
-        // The order of the arguments decides what a NaN ends as, and the order of the calls what crossed
-        // limits give.
-        value = std::max(range.min, std::min(range.max, value));
-        return WriteValue(SnapValue(value));
-    });
+    AbsRangeInfo range;
+    if (!EnsureInfo(range)) return false;
+    double value = ValueAt(position, range);
+    // The order of the arguments decides what a NaN ends as, and the order of the calls what crossed
+    // limits give.
+    value = std::max(range.min, std::min(range.max, value));
+    return WriteValue(SnapValue(value));
 }
 
 bool CAbsValSliderController::GetPosition(std::int32_t& position) {
-    return Succeeds([&] {
-        double value = 0;
-        AbsRangeInfo range;
-        if (!ReadValue(value) || !EnsureInfo(range)) return false;
-        const double low = ToScale(range.min);
-        position =
-            TruncateToInt32((ToScale(value) - low) * (last_position / (ToScale(range.max) - low)) + 0.5);
-        return true;
-    });
-}
-
-bool CAbsValSliderController::IsReadOnly() {
-    return AsksTrue(Answers(), read_only_, *item_, &CZELItemDataBase::IsReadOnly, key_);
-}
-
-bool CAbsValSliderController::IsAvailable() {
-    return AsksTrue(Answers(), available_, *item_, &CZELItemDataBase::IsAvailable, key_);
+    double value = 0;
+    AbsRangeInfo range;
+    if (!ReadValue(value) || !EnsureInfo(range)) return false;
+    const double low = ToScale(range.min);
+    position = TruncateToInt32((ToScale(value) - low) * (last_position / (ToScale(range.max) - low)) + 0.5);
+    return true;
 }
 
 bool CAbsValSliderController::ReadValue(double& value) {
-    return Read(Answers(), value_, *item_, &CZELItemDataBase::GetAbsValue, key_, value);
+    return Read(Answers(), value_, Item(), &GuardedItem::GetAbsValue, GetKey(), value);
 }
 
 bool CAbsValSliderController::WriteValue(double value) {
-    return Write(Answers(), *item_, &CZELItemDataBase::SetAbsValue, key_, value);
+    return Write(Answers(), Item(), &GuardedItem::SetAbsValue, GetKey(), value);
 }
 
 bool CAbsValSliderController::SetText(std::wstring_view text) {
-    return Succeeds([&] {
+    return WithMemory([&] {
         double value = 0;
-        return ParseValue(text, unit_, value) && WriteValue(value);
+        return ParseValue(text, Unit(), value) && WriteValue(value);
     });
 }
 
 bool CAbsValSliderController::GetText(std::wstring& text) {
-    return Succeeds([&] {
+    return WithMemory([&] {
         double value = 0;
         if (!ReadValue(value)) return false;
-        text = FormatValue(value, shown_decimals, unit_);
+        text = FormatValue(value, shown_decimals, Unit());
         return true;
     });
 }
@@ -238,7 +222,7 @@ bool CAbsValSliderController::GetText(std::wstring& text) {
 double CAbsValSliderController::SnapValue(double value) { return value; }
 
 bool CAbsValExposureSliderController::GetText(std::wstring& text) {
-    return Succeeds([&] {
+    return WithMemory([&] {
         double value = 0;
         if (!ReadValue(value)) return false;
         const std::int32_t denominator = TruncateToInt32(1.0 / value + 0.5);

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "items/item_contract.h"
+#include "platform/reference_count.h"
+#include "propui/guarded_item.h"
 #include "propui/refresh.h"
 
-#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace ZELPropUI {
-
-using ZELAdapterHelper::CZELItemDataBase;
-using ZELAdapterHelper::InterfaceKey;
 
 /// Logic between an element's value and the slider, edit and up-down control that show it. Counted; starts
 /// with one reference for whoever makes it. Every failure is a false result that changes nothing shown.
@@ -47,51 +44,58 @@ protected:
     [[nodiscard]] AnswerSpan& Answers() noexcept { return answers_; }
 
 private:
-    std::atomic<std::int32_t> references_{1};
+    platform::reference_count references_{1};
     AnswerSpan answers_;
 };
 
-/// Integer elements: one position per step.
-class CRangeSliderController : public ISliderController {
+/// The controller of an element of an item.
+class CElementSliderController : public ISliderController {
 public:
-    CRangeSliderController(CZELItemDataBase* item, InterfaceKey key);
+    bool IsReadOnly() override;
+    bool IsAvailable() override;
+    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
+    InterfaceKey GetKey() const noexcept override { return key_; }
+
+protected:
+    CElementSliderController(CZELItemDataBase* item, InterfaceKey key) : item_(item), key_(key) {}
+    [[nodiscard]] const GuardedItem& Item() const noexcept { return item_; }
+
+private:
+    GuardedItem item_;
+    InterfaceKey key_;
+    KeptAnswer<bool> available_;
+    KeptAnswer<bool> read_only_;
+};
+
+/// Integer elements: one position per step.
+class CRangeSliderController : public CElementSliderController {
+public:
+    CRangeSliderController(CZELItemDataBase* item, InterfaceKey key) : CElementSliderController(item, key) {}
     bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
     bool SetPosition(std::int32_t position) override;
     bool GetPosition(std::int32_t& position) override;
-    bool IsReadOnly() override;
-    bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
-    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
-    InterfaceKey GetKey() const noexcept override { return key_; }
 
 private:
     bool EnsureRange();
     bool ReadValue(std::int32_t& value);
     bool WriteValue(std::int32_t value);
 
-    platform::com_ptr<CZELItemDataBase> item_;
-    InterfaceKey key_;
-    KeptAnswer<bool> available_;
-    KeptAnswer<bool> read_only_;
     KeptAnswer<std::int32_t> value_;
     bool range_known_ = false;
     ZELAdapterHelper::RangeInfo range_;
 };
 
 /// Elements in physical units: positions 0 to 100 on a linear or logarithmic scale.
-class CAbsValSliderController : public ISliderController {
+class CAbsValSliderController : public CElementSliderController {
 public:
-    CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key);
+    CAbsValSliderController(CZELItemDataBase* item, InterfaceKey key) : CElementSliderController(item, key) {}
     bool GetPositionRange(std::int32_t& low, std::int32_t& high) override;
     bool SetPosition(std::int32_t position) override;
     bool GetPosition(std::int32_t& position) override;
-    bool IsReadOnly() override;
-    bool IsAvailable() override;
     bool SetText(std::wstring_view text) override;
     bool GetText(std::wstring& text) override;
-    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
-    InterfaceKey GetKey() const noexcept override { return key_; }
     /// Last correction of a value made from a position.
     [[nodiscard]] virtual double SnapValue(double value);
 
@@ -99,20 +103,16 @@ protected:
     bool EnsureInfo(ZELAdapterHelper::AbsRangeInfo& range);
     [[nodiscard]] double ToScale(double value) const;
     [[nodiscard]] double FromScale(double scaled) const;
-    [[nodiscard]] const std::wstring& Unit() const noexcept { return unit_; }
+    [[nodiscard]] std::wstring_view Unit() const noexcept { return unit_.View(); }
     bool ReadValue(double& value);
 
 private:
     [[nodiscard]] double ValueAt(std::int32_t position, const ZELAdapterHelper::AbsRangeInfo& range) const;
     bool WriteValue(double value);
 
-    platform::com_ptr<CZELItemDataBase> item_;
-    InterfaceKey key_;
-    KeptAnswer<bool> available_;
-    KeptAnswer<bool> read_only_;
     KeptAnswer<double> value_;
     std::int32_t scale_ = ZELAdapterHelper::scale_linear;
-    std::wstring unit_;
+    ZELAdapterHelper::SharedString unit_;
     bool range_known_ = false;
     ZELAdapterHelper::AbsRangeInfo range_;
 };

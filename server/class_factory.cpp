@@ -21,15 +21,15 @@ HRESULT CClassFactory::QueryInterface(REFIID iid, void** out) {
     return S_OK;
 }
 
-ULONG CClassFactory::AddRef() { return static_cast<ULONG>(++references_); }
+ULONG CClassFactory::AddRef() { return references_.add(); }
 
 ULONG CClassFactory::Release() {
-    const std::int32_t left = --references_;
+    const ULONG left = references_.give_up();
     if (left == 0) {
         --ServerCounters().live_factories;
         delete this;
     }
-    return static_cast<ULONG>(left);
+    return left;
 }
 
 HRESULT CClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {

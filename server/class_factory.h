@@ -1,11 +1,9 @@
 #pragma once
 
+#include "platform/reference_count.h"
 #include "server/page_table.h"
 
 #include <unknwn.h>
-
-#include <atomic>
-#include <cstdint>
 
 namespace selvane_server {
 
@@ -27,7 +25,7 @@ public:
 private:
     ~CClassFactory() = default;
 
-    std::atomic<std::int32_t> references_{0};
+    platform::reference_count references_;
     PageRecord page_;
 };
 

@@ -1,6 +1,7 @@
 #include "server/registration.h"
 
 #include "platform/text.h"
+#include "platform/windows/owned.h"
 #include "propui/windows/framework/com_edge.h"
 #include "propui/windows/framework/module.h"
 
@@ -9,28 +10,13 @@
 namespace selvane_server {
 namespace {
 
+using platform::registry_key;
 using ZELPropUI::Framework::AtComEdge;
 
 constexpr DWORD module_path_size = 520;
 constexpr DWORD key_name_size = 260;
 constexpr REGSAM all_access = 0xF003F;
 static_assert(all_access == KEY_ALL_ACCESS);
-
-class RegistryKey {
-public:
-    RegistryKey() = default;
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-    ~RegistryKey() {
-        if (key_ != nullptr) RegCloseKey(key_);
-    }
-
-    [[nodiscard]] HKEY Get() const noexcept { return key_; }
-    [[nodiscard]] HKEY* Put() noexcept { return &key_; }
-
-private:
-    HKEY key_ = nullptr;
-};
 
 DWORD SizeInBytes(const std::wstring& text) noexcept {
     return static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
@@ -52,26 +38,26 @@ std::wstring MediaSetKeyName(const GUID& media_set) {
 }
 
 LSTATUS WriteClassKey(const PageRecord& page, const std::wstring& module_path) {
-    RegistryKey class_key;
-    LSTATUS status = RegCreateKeyW(HKEY_CLASSES_ROOT, ClassKeyName(page.clsid).c_str(), class_key.Put());
+    registry_key class_key;
+    LSTATUS status = RegCreateKeyW(HKEY_CLASSES_ROOT, ClassKeyName(page.clsid).c_str(), class_key.put());
     if (status != ERROR_SUCCESS) return status;
-    status = SetDefaultValue(class_key.Get(), page.name);
+    status = SetDefaultValue(class_key.get(), page.name);
     if (status != ERROR_SUCCESS) return status;
-    RegistryKey server_key;
-    status = RegCreateKeyW(class_key.Get(), L"InprocServer32", server_key.Put());
+    registry_key server_key;
+    status = RegCreateKeyW(class_key.get(), L"InprocServer32", server_key.put());
     if (status != ERROR_SUCCESS) return status;
-    status = SetDefaultValue(server_key.Get(), module_path);
+    status = SetDefaultValue(server_key.get(), module_path);
     if (status != ERROR_SUCCESS) return status;
-    return SetNamedValue(server_key.Get(), L"ThreadingModel", L"Both");
+    return SetNamedValue(server_key.get(), L"ThreadingModel", L"Both");
 }
 
 LSTATUS WriteMediaSetKey(const GUID& media_set, const GUID& clsid, const wchar_t* name) {
     const std::wstring path =
         MediaSetKeyName(media_set) + L"\\PropertyPages\\" + platform::format_guid(clsid);
-    RegistryKey key;
+    registry_key key;
     const LSTATUS status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr,
-                                           REG_OPTION_NON_VOLATILE, all_access, nullptr, key.Put(), nullptr);
-    return status != ERROR_SUCCESS ? status : SetDefaultValue(key.Get(), name);
+                                           REG_OPTION_NON_VOLATILE, all_access, nullptr, key.put(), nullptr);
+    return status != ERROR_SUCCESS ? status : SetDefaultValue(key.get(), name);
 }
 
 std::wstring FirstSubkey(HKEY key) {
@@ -93,12 +79,12 @@ std::wstring ModulePath() {
 HRESULT DeleteKeyTree(HKEY parent, const std::wstring& name) {
     if (name.empty()) return E_FAIL;
     {
-        RegistryKey key;
-        if (RegOpenKeyExW(parent, name.c_str(), 0, MAXIMUM_ALLOWED, key.Put()) != ERROR_SUCCESS) return S_OK;
+        registry_key key;
+        if (RegOpenKeyExW(parent, name.c_str(), 0, MAXIMUM_ALLOWED, key.put()) != ERROR_SUCCESS) return S_OK;
         std::wstring before;
-        for (std::wstring subkey = FirstSubkey(key.Get()); !subkey.empty(); subkey = FirstSubkey(key.Get())) {
+        for (std::wstring subkey = FirstSubkey(key.get()); !subkey.empty(); subkey = FirstSubkey(key.get())) {
             if (subkey == before) break;  // it withstood
-            std::ignore = DeleteKeyTree(key.Get(), subkey);
+            std::ignore = DeleteKeyTree(key.get(), subkey);
             before = std::move(subkey);
         }
     }

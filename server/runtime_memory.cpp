@@ -6,6 +6,21 @@
 
 #include <cstdlib>
 
+// The run-time library keeps what it knows of a thread's exceptions in storage that it makes at the first of
+// them and gives back when the thread ends. Here the thread is the host's and the library is part of the
+// module: the storage and the handles around it outlive the module, and the next load makes new ones. Each
+// life of the module with an exception would leave four handles and sixteen blocks of memory with the host;
+// the test of a hundred cameras that cannot be reached counts them. The library has no call that ends its
+// storage early, and a library beside the module, which could stay loaded, is a file that hosts do not have.
+// But it reaches the state of a thread through two functions alone, which the ABI for exceptions names and
+// whose contents it fixes. Both are defined here over storage of the system that ends with the thread or with
+// the module, whichever is first. The linker takes them for the library's, as it has them already. That is
+// known of this one library.
+#if !defined(__MINGW32__) || !defined(__GLIBCXX__) || _GLIBCXX_RELEASE != 12 || \
+    defined(__USING_SJLJ_EXCEPTIONS__) || defined(__ARM_EABI_UNWINDER__)
+#error "See whether this run-time library still reaches the state of exceptions through these two functions."
+#endif
+
 namespace __gnu_cxx {
 void __freeres();  // of the run-time library, in none of its headers
 }
@@ -36,8 +51,6 @@ void ReleaseRuntimeMemory() noexcept {
 
 }  // namespace selvane_server
 
-// The state of exceptions of a thread. These take the place of the run-time library's own two functions: its
-// way to thread storage leaves memory and handles behind in each thread that outlives the module.
 namespace __cxxabiv1 {
 
 extern "C" __cxa_eh_globals* __cxa_get_globals_fast() noexcept {

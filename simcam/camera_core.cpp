@@ -42,6 +42,22 @@ camera_core::camera_core(camera_options wanted)
     if (options.start_from_defaults) features.write_defaults();
 }
 
+driver_call camera_core::open_call(call_kind kind, DWORD id) {
+    driver_call call;
+    call.number = book.open();
+    call.kind = kind;
+    call.id = id;
+    return call;
+}
+
+// Whether the instance is one that the property takes.
+bool camera_core::read_blocks(driver_call& call, const block& instance, const block& data) {
+    call.instance = copy_of(instance.memory, instance.size);
+    call.one_buffer = instance.memory == data.memory;
+    if (book.is_watched()) call.data = copy_of(data.memory, data.size);
+    return read_instance(call);
+}
+
 void camera_core::close(driver_call& call, bool watched, bool threw) {
     if (!watched || !book.is_read()) return;
     const bool named = is_device_property(call, SELVANE_NAMED_ACCESS) && !call.path.empty();
@@ -77,11 +93,8 @@ HRESULT camera_core::answer(driver_call& call, bool watched, Work work) {
 HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
     if (support == nullptr) return E_POINTER;
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = call_kind::query_supported;
+    driver_call call = open_call(call_kind::query_supported, id);
     call.set = set;
-    call.id = id;
     DWORD word = 0;
     const auto work = [&] {
         if (set == wire::gate_set && options.gate_set) {
@@ -114,16 +127,10 @@ HRESULT camera_core::get(REFGUID set, DWORD id, void* instance, DWORD instance_s
                          DWORD data_size, DWORD* returned) {
     if (returned == nullptr || (data == nullptr && data_size != 0)) return E_POINTER;
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = call_kind::get;
+    driver_call call = open_call(call_kind::get, id);
     call.set = set;
-    call.id = id;
-    call.instance = copy_of(instance, instance_size);
-    call.one_buffer = instance == data;
-    const bool understood = read_instance(call);
     const bool watched = book.is_watched();
-    if (watched) call.data = copy_of(data, data_size);
+    const bool understood = read_blocks(call, {instance, instance_size}, {data, data_size});
     DWORD written = 0;
     const auto work = [&] {
         return understood ? get_property(call, data, data_size, written) : E_INVALIDARG;
@@ -194,16 +201,10 @@ HRESULT camera_core::set(REFGUID set, DWORD id, void* instance, DWORD instance_s
                          DWORD data_size) {
     if (data == nullptr && data_size != 0) return E_POINTER;
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = call_kind::set;
+    driver_call call = open_call(call_kind::set, id);
     call.set = set;
-    call.id = id;
-    call.instance = copy_of(instance, instance_size);
-    call.one_buffer = instance == data;
-    const bool understood = read_instance(call);
     const bool watched = book.is_watched();
-    if (watched) call.data = copy_of(data, data_size);
+    const bool understood = read_blocks(call, {instance, instance_size}, {data, data_size});
     return answer(call, watched,
                   [&] { return understood ? set_property(call, data, data_size) : E_INVALIDARG; });
 }
@@ -235,10 +236,7 @@ vendor_driver::control_map& camera_core::controls_of(call_kind kind) noexcept {
 HRESULT camera_core::control_range(call_kind kind, LONG property, const range_places& out) {
     if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = kind;
-    call.id = static_cast<DWORD>(property);
+    driver_call call = open_call(kind, static_cast<DWORD>(property));
     return answer(call, book.is_watched(), [&] {
         const vendor_driver::control_map& controls = controls_of(kind);
         const auto found = controls.find(property);
@@ -254,10 +252,7 @@ HRESULT camera_core::control_range(call_kind kind, LONG property, const range_pl
 HRESULT camera_core::control_get(call_kind kind, LONG property, LONG* value, LONG* flags) {
     if (value == nullptr || flags == nullptr) return E_POINTER;
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = kind;
-    call.id = static_cast<DWORD>(property);
+    driver_call call = open_call(kind, static_cast<DWORD>(property));
     return answer(call, book.is_watched(), [&] {
         const vendor_driver::control_map& controls = controls_of(kind);
         const auto found = controls.find(property);
@@ -271,10 +266,7 @@ HRESULT camera_core::control_get(call_kind kind, LONG property, LONG* value, LON
 
 HRESULT camera_core::control_set(call_kind kind, LONG property, LONG value, LONG flags) {
     const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call;
-    call.number = book.open();
-    call.kind = kind;
-    call.id = static_cast<DWORD>(property);
+    driver_call call = open_call(kind, static_cast<DWORD>(property));
     call.numbers = {value, flags};
     return answer(call, book.is_watched(),
                   [&] { return vendor_.set_control(controls_of(kind), property, value, flags); });

@@ -36,6 +36,13 @@ public:
     mutable platform::recursive_lock mutex;
 
 private:
+    struct block {
+        const void* memory;
+        DWORD size;
+    };
+
+    [[nodiscard]] driver_call open_call(call_kind kind, DWORD id);
+    [[nodiscard]] bool read_blocks(driver_call& call, const block& instance, const block& data);
     template <class Work, class Finish>
     HRESULT answer(driver_call& call, bool watched, Work work, Finish finish);
     template <class Work>

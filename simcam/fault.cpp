@@ -27,12 +27,16 @@ fault lost_after(std::uint64_t n) {
     return made;
 }
 
-fault throw_at(std::uint64_t n) {
+fault act_at(std::uint64_t n, std::function<void()> action) {
     fault made;
     made.first = n;
     made.count = 1;
-    made.action = [] { throw std::runtime_error("the driver throws"); };
+    made.action = std::move(action);
     return made;
+}
+
+fault throw_at(std::uint64_t n) {
+    return act_at(n, [] { throw std::runtime_error("the driver throws"); });
 }
 
 fault claim_size(call_filter when, DWORD returned) {

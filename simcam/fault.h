@@ -30,6 +30,8 @@ struct fault {
 [[nodiscard]] fault fail_when(call_filter when, HRESULT result);
 /// The camera is gone after `n` more calls: every later one answers `camera_lost`.
 [[nodiscard]] fault lost_after(std::uint64_t n);
+/// Runs in the midst of the n-th call from now.
+[[nodiscard]] fault act_at(std::uint64_t n, std::function<void()> action);
 /// The n-th call from now leaves with a std::runtime_error.
 [[nodiscard]] fault throw_at(std::uint64_t n);
 [[nodiscard]] fault claim_size(call_filter when, DWORD returned);

@@ -1,6 +1,7 @@
 #include "simcam/register_memory.h"
 
 #include "genicam/core/error.h"
+#include "platform/ascii.h"
 
 #include <algorithm>
 #include <charconv>
@@ -36,9 +37,7 @@ std::string_view without_comment(std::string_view line) noexcept {
 
 std::string_view trimmed(std::string_view text) noexcept {
     constexpr std::string_view blanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    return platform::trimmed(text, blanks);
 }
 
 template <class Unsigned>

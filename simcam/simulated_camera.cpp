@@ -1,5 +1,6 @@
 #include "simcam/simulated_camera.h"
 
+#include "platform/reference_count.h"
 #include "simcam/camera_core.h"
 #include "simcam/driver_faces.h"
 
@@ -20,7 +21,7 @@ class simulated_camera::parts {
 public:
     parts(simulated_camera& camera, camera_options options) : core(std::move(options)), faces(camera, core) {}
 
-    std::atomic<std::int32_t> references{0};
+    platform::reference_count references;
     camera_core core;
     driver_faces<camera_core> faces;
 };
@@ -45,15 +46,15 @@ HRESULT simulated_camera::QueryInterface(REFIID iid, void** out) {
     return S_OK;
 }
 
-ULONG simulated_camera::AddRef() { return static_cast<ULONG>(++parts_->references); }
+ULONG simulated_camera::AddRef() { return parts_->references.add(); }
 
 ULONG simulated_camera::Release() {
-    const std::int32_t left = --parts_->references;
+    const ULONG left = parts_->references.give_up();
     if (left == 0) delete this;
-    return static_cast<ULONG>(left);
+    return left;
 }
 
-std::int32_t simulated_camera::references() const noexcept { return parts_->references; }
+std::int32_t simulated_camera::references() const noexcept { return parts_->references.value(); }
 std::int32_t simulated_camera::live_cameras() noexcept { return cameras; }
 
 IKsPropertySet* simulated_camera::property_set() noexcept { return parts_->faces.property_set(); }

@@ -2,7 +2,7 @@
 
 #include "adapter/interface_key.h"
 #include "platform/visible_text.h"
-#include "propui/attempt.h"
+#include "propui/guarded_item.h"
 #include "simcam/call_text.h"
 
 #include <string>
@@ -15,8 +15,8 @@ namespace selvane_check {
 using genicam_adapter::node_as;
 using genicam_adapter::node_of;
 using ZELAdapterHelper::SharedString;
-using ZELPropUI::Attempt;
 using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::GuardedItem;
 using ZELPropUI::InterfaceKey;
 using ZELPropUI::ISliderController;
 using ZELPropUI::PageRect;
@@ -25,7 +25,7 @@ namespace {
 
 bool is_available(CZELItemDataBase& item, InterfaceKey key) {
     bool available = false;
-    return SUCCEEDED(Attempt([&] { return item.IsAvailable(key, available); })) && available;
+    return SUCCEEDED(GuardedItem(item).IsAvailable(key, available)) && available;
 }
 
 }  // namespace
@@ -49,12 +49,12 @@ void asking_canvas::write_back(CZELItemDataBase& item, InterfaceKey key) {
     if (!may_write(item, key)) return;
     if (node_as<GenICam::IFloat>(key) != nullptr) {
         double value = 0;
-        if (FAILED(Attempt([&] { return item.GetAbsValue(key, value); }))) return;
-        judge_write(key, Attempt([&] { return item.SetAbsValue(key, value); }));
+        if (FAILED(GuardedItem(item).GetAbsValue(key, value))) return;
+        judge_write(key, GuardedItem(item).SetAbsValue(key, value));
     } else {
         std::int32_t value = 0;
-        if (FAILED(Attempt([&] { return item.GetValue(key, value); }))) return;
-        judge_write(key, Attempt([&] { return item.SetValue(key, value); }));
+        if (FAILED(GuardedItem(item).GetValue(key, value))) return;
+        judge_write(key, GuardedItem(item).SetValue(key, value));
     }
 }
 
@@ -91,10 +91,10 @@ void asking_canvas::judge_entry(InterfaceKey key, bool selected) {
 void asking_canvas::AddCombo(const PageRect&, CZELItemDataBase& item, InterfaceKey key) {
     ++controls_;
     std::vector<SharedString> strings;
-    static_cast<void>(Attempt([&] { return item.GetMapStrings(key, strings); }));
+    static_cast<void>(GuardedItem(item).GetMapStrings(key, strings));
     static_cast<void>(is_available(item, key));
     std::int32_t place = -1;
-    const bool selected = SUCCEEDED(Attempt([&] { return item.GetValue(key, place); }));
+    const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, place));
     if (described_ == nullptr) return;
     judge_entry(key, selected);
     // Over registers a box is read by values and written by places.
@@ -105,8 +105,8 @@ void asking_canvas::AddSwitch(const PageRect&, CZELItemDataBase& item, Interface
     ++controls_;
     bool on = false;
     static_cast<void>(is_available(item, key));
-    if (FAILED(Attempt([&] { return item.GetSwitch(key, on); })) || !may_write(item, key)) return;
-    judge_write(key, Attempt([&] { return item.SetSwitch(key, on); }));
+    if (FAILED(GuardedItem(item).GetSwitch(key, on)) || !may_write(item, key)) return;
+    judge_write(key, GuardedItem(item).SetSwitch(key, on));
 }
 
 void asking_canvas::AddButton(const PageRect&, CZELItemDataBase& item, InterfaceKey key, std::wstring_view) {

@@ -165,10 +165,10 @@ private:
     const source_ptr source_;
 
 public:
-    const kernel_handle ending;
+    const platform::kernel_handle ending;
 
 private:
-    const kernel_handle changed_;
+    const platform::kernel_handle changed_;
 
     plain_lock lock_;  // of the next four, which both sides use
     bool running_ = false;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "apps/device/camera_source.h"
-#include "apps/device/locks.h"
 #include "platform/com_ptr.h"
+#include "platform/windows/owned.h"
 #include "simcam/picture_painter.h"
 
 #include <strmif.h>
@@ -46,7 +46,7 @@ private:
     void wait_for_thread();
 
     std::shared_ptr<job> job_;
-    kernel_handle thread_;
+    platform::kernel_handle thread_;
     DWORD thread_id_ = 0;
 };
 

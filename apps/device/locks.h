@@ -17,21 +17,4 @@ private:
     SRWLOCK lock_ = SRWLOCK_INIT;
 };
 
-/// Closes a handle of the kernel.
-class kernel_handle {
-public:
-    explicit kernel_handle(HANDLE handle = nullptr) noexcept : handle_(handle) {}
-    kernel_handle(const kernel_handle&) = delete;
-    kernel_handle& operator=(const kernel_handle&) = delete;
-    ~kernel_handle() { reset(); }
-    void reset(HANDLE handle = nullptr) noexcept {
-        if (handle_ != nullptr) CloseHandle(handle_);
-        handle_ = handle;
-    }
-    [[nodiscard]] HANDLE get() const noexcept { return handle_; }
-
-private:
-    HANDLE handle_;
-};
-
 }  // namespace selvane_camera

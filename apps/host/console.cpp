@@ -2,12 +2,7 @@
 
 #include "platform/text.h"
 #include "platform/visible_text.h"
-
-#include <windows.h>
-
-#include <shellapi.h>
-
-#include <memory>
+#include "platform/windows/owned.h"
 
 namespace selvane_host {
 namespace {
@@ -24,10 +19,6 @@ void write_to(DWORD stream, std::string_view text) {
     }
 }
 
-struct local_free {
-    void operator()(void* memory) const noexcept { LocalFree(memory); }
-};
-
 }  // namespace
 
 void write_output(std::string_view text) { write_to(STD_OUTPUT_HANDLE, text); }
@@ -38,21 +29,12 @@ void write_error(std::string_view line) {
     write_to(STD_ERROR_HANDLE, "selvane_host: " + platform::visible_text(line) + "\n");
 }
 
-std::vector<std::string> command_line() {
-    int count = 0;
-    const std::unique_ptr<wchar_t*, local_free> words(CommandLineToArgvW(GetCommandLineW(), &count));
-    std::vector<std::string> arguments;
-    for (int at = 1; words && at < count; ++at) arguments.push_back(platform::narrow(words.get()[at]));
-    return arguments;
-}
-
 std::string system_message(unsigned long code) {
-    wchar_t* text = nullptr;
+    platform::local_memory<wchar_t> text;
     const DWORD length = FormatMessageW(
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-        code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    const std::unique_ptr<wchar_t, local_free> owner(text);
-    std::string message = platform::narrow(std::wstring_view(text, length));
+        code, 0, reinterpret_cast<wchar_t*>(text.put()), 0, nullptr);
+    std::string message = platform::narrow(std::wstring_view(text.get(), length));
     while (!message.empty() && (message.back() == '\n' || message.back() == '\r' || message.back() == ' ')) {
         message.pop_back();
     }

@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace selvane_host {
 
@@ -12,9 +11,6 @@ void write_output(std::string_view text);
 void write_line(std::string_view line);
 /// Such a line on standard error behind the program's name.
 void write_error(std::string_view line);
-
-/// The program's arguments without its name, in UTF-8.
-[[nodiscard]] std::vector<std::string> command_line();
 
 /// The system's words for one of its error codes, without a line end.
 [[nodiscard]] std::string system_message(unsigned long code);

@@ -4,11 +4,11 @@
 #include "apps/host/host_error.h"
 #include "platform/text.h"
 #include "platform/visible_text.h"
+#include "platform/windows/owned.h"
 
 #include <strmif.h>
 #include <uuids.h>
 
-#include <memory>
 #include <vector>
 
 namespace selvane_host {
@@ -82,11 +82,10 @@ com_ptr<IUnknown> open_device(const std::string& name) {
 
 std::string vendor_information(IUnknown& filter) {
     com_ptr<IBaseFilter> asked;
-    LPWSTR text = nullptr;
+    platform::task_memory<wchar_t> text;
     if (FAILED(filter.QueryInterface(IID_IBaseFilter, asked.put_void()))) return {};
-    if (FAILED(asked->QueryVendorInfo(&text)) || text == nullptr) return {};
-    const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> given(text, &CoTaskMemFree);
-    return platform::narrow(given.get());
+    if (FAILED(asked->QueryVendorInfo(text.put())) || !text) return {};
+    return platform::narrow(text.get());
 }
 
 }  // namespace selvane_host

@@ -11,6 +11,7 @@
 #include "apps/host/page_server.h"
 #include "apps/host/picture_walk.h"
 #include "apps/host/trace_filter.h"
+#include "platform/console.h"
 
 #include <exception>
 #include <optional>
@@ -102,11 +103,11 @@ int run(const host_options& options) {
 
 }  // namespace
 
-int main() {
+int main(int count, char** words) {
     // A DLL that cannot be loaded is reported on standard error, not in a box.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     try {
-        return run(parse_options(command_line()));
+        return run(parse_options(platform::program_arguments(count, words)));
     } catch (const host_error& failure) {
         write_error(failure.what());
         return failure.code();

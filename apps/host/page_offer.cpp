@@ -4,6 +4,7 @@
 #include "apps/host/host_error.h"
 #include "platform/com_ptr.h"
 #include "platform/text.h"
+#include "platform/windows/owned.h"
 #include "wire/page_classes.h"
 
 #include <fmt/format.h>
@@ -31,11 +32,10 @@ std::string title_of(IPropertyPage& page) {
     PROPPAGEINFO info{};
     info.cb = sizeof(info);
     if (FAILED(page.GetPageInfo(&info))) return "page without information";
-    const std::string title = platform::narrow(info.pszTitle != nullptr ? info.pszTitle : L"");
-    CoTaskMemFree(info.pszTitle);
-    CoTaskMemFree(info.pszDocString);
-    CoTaskMemFree(info.pszHelpFile);
-    return title;
+    const platform::task_memory<wchar_t> title(info.pszTitle);
+    const platform::task_memory<wchar_t> about(info.pszDocString);
+    const platform::task_memory<wchar_t> help(info.pszHelpFile);
+    return platform::narrow(title ? title.get() : L"");
 }
 
 // A page throws where the camera's driver cannot be worked with at all.

@@ -6,6 +6,7 @@
 #include "formula/formula_operation.h"
 #include "formula/formula_parser.h"
 #include "genicam/core/number_parser.h"
+#include "platform/ascii.h"
 
 #include <algorithm>
 #include <string>
@@ -96,7 +97,7 @@ std::string stack_text(const std::vector<eval_value>& stack) {
 }
 
 void check(const guarded_result& result, const std::string& formula) {
-    const bool is_blank = formula.find_first_not_of(" \t\n\v\f\r") == std::string::npos;
+    const bool is_blank = platform::trimmed(std::string_view(formula)).empty();
     const std::string title = is_blank ? "an empty formula" : formula;
     if (result.ends_process) throw refused(title + ": divides integers without a result, such as by zero");
     if (!result.failure.empty()) throw refused(title + ": " + std::string(result.failure));

@@ -1,5 +1,7 @@
 #include "apps/inspect/similar_name.h"
 
+#include "platform/ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
@@ -7,7 +9,7 @@
 namespace selvane_inspect {
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+using platform::lower;
 
 // How many characters are to be added, dropped, changed or swapped with their neighbour; capitals count as
 // nothing.

@@ -1,5 +1,6 @@
 #include "apps/inspect/text_encoding.h"
 
+#include "platform/ascii.h"
 #include "platform/utf8.h"
 
 #include <algorithm>
@@ -31,14 +32,6 @@ constexpr file_start file_starts[] = {
     {"<\x00"sv, encoding::utf16_le},
 };
 
-std::string lower(std::string_view text) {
-    std::string lowered(text);
-    for (char& c : lowered) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return lowered;
-}
-
 // Of all encodings that a declaration can name, the parser knows one besides UTF-8.
 bool declares_latin1(std::string_view bytes) {
     if (bytes.substr(0, 4) != "<?xm") return false;
@@ -49,7 +42,7 @@ bool declares_latin1(std::string_view bytes) {
     if (at == std::string_view::npos) return false;
     const std::size_t end = declaration.find(declaration[at], at + 1);
     if (end == std::string_view::npos) return false;
-    const std::string name = lower(declaration.substr(at + 1, end - at - 1));
+    const std::string name = platform::lower(declaration.substr(at + 1, end - at - 1));
     return name == "latin1" || name == "iso-8859-1";
 }
 

@@ -1,26 +1,15 @@
 #include "platform/console.h"
 
 #include "platform/text.h"
-
-#include <windows.h>
+#include "platform/windows/owned.h"
 
 #include <shellapi.h>
 
-#include <memory>
-
 namespace platform {
-namespace {
-
-struct local_free {
-    void operator()(void* memory) const noexcept { LocalFree(memory); }
-};
-
-}  // namespace
-
 // The words that the C library hands over are in the system's code page.
 std::vector<std::string> program_arguments(int, const char* const*) {
     int count = 0;
-    const std::unique_ptr<wchar_t*, local_free> words(CommandLineToArgvW(GetCommandLineW(), &count));
+    const local_memory<wchar_t*> words(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> arguments;
     for (int at = 1; words && at < count; ++at) arguments.push_back(narrow(words.get()[at]));
     return arguments;

@@ -15,7 +15,7 @@ using wire::gate_set;
 
 DriverRequest GateGet() {
     DriverRequest request;
-    request.kind = DriverRequest::Kind::Get;
+    request.kind = DriverRequest::Kind::get;
     request.set = wire::gate_set;
     request.instance = Bytes(144);
     request.data = Bytes(144);

@@ -152,7 +152,7 @@ TEST_P(FaultSweep, SurvivesAFailureOfAnyCall) {
             const std::uint32_t only_road = GetParam() == Road::Named       ? 4
                                             : GetParam() == Road::Registers ? 3
                                                                             : 0;
-            const bool was_the_only_road = request.kind == DriverRequest::Kind::QuerySupported &&
+            const bool was_the_only_road = request.kind == DriverRequest::Kind::query_supported &&
                                            only_road != 0 && request.id == only_road;
             EXPECT_EQ(life.exception, was_the_only_road ? "Failed to access GenICam data" : "");
             const WalkStep* const step = StepOfCall(life, n - 1);

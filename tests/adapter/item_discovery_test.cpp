@@ -5,6 +5,7 @@
 #include "adapter/propdata_portbased.h"
 #include "platform/text.h"
 #include "tests/adapter/scripted_camera.h"
+#include "tests/support/not_empty.h"
 #include "wire/device_set.h"
 
 #include <gtest/gtest.h>
@@ -258,8 +259,8 @@ TEST_F(Discovery, AsksTheNodeInRegisterAccess) {
     const auto& table = TableOf(implementation_nodes);
     ASSERT_EQ(table.size(), 1U);
     EXPECT_EQ(ElementNamesOf(table[0]), (std::vector<std::wstring>{L"Yes", L"Unknown"}));
-    for (const DriverRequest& request : camera_.filter.TakeRequests()) {
-        const bool asks_for_support = request.kind == DriverRequest::Kind::QuerySupported;
+    for (const DriverRequest& request : test_support::NotEmpty(camera_.filter.TakeRequests())) {
+        const bool asks_for_support = request.kind == DriverRequest::Kind::query_supported;
         EXPECT_TRUE(asks_for_support || request.id != 4U);
     }
 }

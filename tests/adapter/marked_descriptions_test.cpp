@@ -3,6 +3,7 @@
 
 #include "data_paths.h"
 #include "items/unknown.h"
+#include "platform/ascii.h"
 #include "platform/text.h"
 #include "tests/adapter/item_walk.h"
 
@@ -37,11 +38,7 @@ std::string ReadFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::string Trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(" \r");
-    if (first == std::string::npos) return "";
-    return text.substr(first, text.find_last_not_of(" \r") - first + 1);
-}
+std::string Trimmed(std::string_view text) { return std::string(platform::trimmed(text)); }
 
 // GROUP | ITEM NAME | ITEM GUID or - | FEATURE[=ELEMENT GUID] ...
 MarkedItem ParseMark(const std::string& line) {

@@ -53,7 +53,7 @@ std::string MarkWithDefault(const std::string& default_element) {
 std::vector<std::uint64_t> RegistersRead(OneItem& item) {
     std::vector<std::uint64_t> addresses;
     for (const DriverRequest& request : item.Requests()) {
-        EXPECT_EQ(request.kind, DriverRequest::Kind::Get);
+        EXPECT_EQ(request.kind, DriverRequest::Kind::get);
         EXPECT_EQ(request.id, 3U);
         std::uint64_t address = 0;
         EXPECT_EQ(request.instance.size(), sizeof(address));

@@ -54,36 +54,36 @@ Bytes BytesOfText(std::string_view text) { return Bytes(text.begin(), text.end()
 
 DriverRequest Supported(REFGUID set, std::uint32_t id) {
     DriverRequest request;
-    request.kind = Kind::QuerySupported;
+    request.kind = Kind::query_supported;
     request.set = set;
     request.id = id;
     return request;
 }
 
 DriverRequest SizeGet(std::uint32_t first_field, std::uint32_t index) {
-    return Request(Kind::Get, size_property, BytesOf(std::array<std::uint32_t, 2>{first_field, index}),
+    return Request(Kind::get, size_property, BytesOf(std::array<std::uint32_t, 2>{first_field, index}),
                    Bytes(4));
 }
 
 DriverRequest DataGet(std::uint32_t first_field, std::uint32_t index, std::size_t size) {
-    return Request(Kind::Get, data_property, BytesOf(std::array<std::uint32_t, 2>{first_field, index}),
+    return Request(Kind::get, data_property, BytesOf(std::array<std::uint32_t, 2>{first_field, index}),
                    Bytes(size));
 }
 
 DriverRequest RegisterGet(std::uint64_t address, const Bytes& offered) {
-    return Request(Kind::Get, register_property, BytesOf(address), offered);
+    return Request(Kind::get, register_property, BytesOf(address), offered);
 }
 
 DriverRequest RegisterSet(std::uint64_t address, const Bytes& data) {
-    return Request(Kind::Set, register_property, BytesOf(address), data);
+    return Request(Kind::set, register_property, BytesOf(address), data);
 }
 
 DriverRequest NamedGet(std::string_view path, const Bytes& offered) {
-    return Request(Kind::Get, named_property, PathRequest(path), offered);
+    return Request(Kind::get, named_property, PathRequest(path), offered);
 }
 
 DriverRequest NamedSet(std::string_view path, const Bytes& data) {
-    return Request(Kind::Set, named_property, PathRequest(path), data);
+    return Request(Kind::set, named_property, PathRequest(path), data);
 }
 
 Bytes PathRequest(std::string_view path) {

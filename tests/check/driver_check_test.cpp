@@ -362,9 +362,9 @@ TEST_F(CheckDriver, AVendorRecordAnsweredShort) {
 
 TEST_F(CheckDriver, MicrosecondsWithoutTicks) {
     camera_options options = SoundCamera();
-    options.vendor.remove(109);
+    options.vendor.remove(SELVANE_EXPOSURE_TICKS);
     EXPECT_THAT(Broken(options), ElementsAre("exposure-ticks"));
-    options.vendor.remove(239);
+    options.vendor.remove(SELVANE_EXPOSURE_MICROSECONDS);
     EXPECT_THAT(Broken(options), IsEmpty());
 }
 
@@ -372,7 +372,10 @@ TEST_F(CheckDriver, FocusWithoutItsInterface) {
     camera_options options = SoundCamera();
     options.camera_control = false;
     EXPECT_THAT(Broken(options), ElementsAre("focus-control"));
-    for (const DWORD id : {124U, 244U, 245U, 247U, 248U, 249U, 250U, 251U}) options.vendor.remove(id);
+    for (const DWORD id : {SELVANE_FOCUS_ONE_PUSH, SELVANE_FOCUS_AUTO_MIN, SELVANE_FOCUS_AUTO_MAX,
+                           SELVANE_FOCUS_REGION_TOP, SELVANE_FOCUS_REGION_LEFT, SELVANE_FOCUS_REGION_BOTTOM,
+                           SELVANE_FOCUS_REGION_RIGHT, SELVANE_FOCUS_REGION_ENABLE})
+        options.vendor.remove(id);
     EXPECT_THAT(Broken(options), IsEmpty());
 }
 

@@ -1,5 +1,6 @@
 // Frames on their way to another filter.
 
+#include "platform/windows/owned.h"
 #include "tests/device/device_fixture.h"
 #include "tests/windows/process_footprint.h"
 
@@ -127,7 +128,7 @@ TEST_F(Stream, FollowsTheFrameRateOfTheCamera) {
 
 // A renderer that waits, until it is flushed, as one does that is paused.
 TEST_F(Stream, EndsWhileTheOtherSideHoldsItUp) {
-    const kernel_handle flushed(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    const platform::kernel_handle flushed(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     sink.on_frame = [&](IMediaSample&) {
         WaitForSingleObject(flushed.get(), INFINITE);
         return VFW_E_WRONG_STATE;

@@ -1,25 +1,12 @@
 #pragma once
 
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <limits>
 #include <string>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace formula_test {
 
-using namespace GenICam;
-using test_support::ChangeCounter;
-using test_support::code;
-using test_support::TestDocument;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
+using namespace node_test;
 
 inline std::string integer(const std::string& name, const std::string& value) {
     return "<Integer Name='" + name + "'><Value>" + value + "</Value></Integer>";

@@ -1,6 +1,7 @@
 // How a formula asks for its variables: whoever answers cannot tell in which way it is computed.
 
 #include "tests/formula/formula_test_support.h"
+#include "tests/support/not_empty.h"
 
 #include <stdexcept>
 #include <utility>
@@ -63,7 +64,7 @@ std::optional<eval_value> answer(double number) { return eval_value::of(number);
 void expect_interview(const char* text, const std::vector<std::optional<eval_value>>& answers,
                       const char* value, const char* asked) {
     std::size_t way = 0;
-    for (const formula_program& program : all_ways(text)) {
+    for (const formula_program& program : test_support::NotEmpty(all_ways(text))) {
         const outcome_of_interview outcome = hold(program, answers);
         EXPECT_EQ(outcome.value, value) << text << ", way " << way;
         EXPECT_EQ(outcome.asked, asked) << text << ", way " << way;
@@ -94,7 +95,7 @@ TEST(FormulaQuestions, StandInTheOrderOfTheProgram) {
                                                                         {"a+SIN(a)+(a&a)", "aaaa"},
                                                                         {"a?a:a", "aaa"},
                                                                         {"a=1?0:a=2?c:a=3?b:c", "aacabc"}}) {
-            for (const formula_program& program : all_ways(text)) {
+            for (const formula_program& program : test_support::NotEmpty(all_ways(text))) {
                 EXPECT_EQ(hold(program, answers).asked, asked) << text;
             }
         }
@@ -139,7 +140,7 @@ TEST(FormulaQuestions, OfLargeFormulas) {
                                                           answer(std::int64_t{1}));
         std::vector<std::optional<eval_value>> different = same;
         different.back() = answer(0.5);
-        for (const formula_program& program : all_ways(text)) {
+        for (const formula_program& program : test_support::NotEmpty(all_ways(text))) {
             EXPECT_EQ(hold(program, same).value, std::to_string(count));
             EXPECT_EQ(hold(program, same).asked.size(), same.size());
             EXPECT_EQ(hold(program, different).value, std::to_string(count - 1) + ".5f");
@@ -149,7 +150,7 @@ TEST(FormulaQuestions, OfLargeFormulas) {
 }
 
 TEST(FormulaQuestions, MayEndInAnException) {
-    for (const formula_program& program : all_ways("a+b")) {
+    for (const formula_program& program : test_support::NotEmpty(all_ways("a+b"))) {
         const auto refuse = [](identifier_id id) -> std::optional<eval_value> {
             if (id == 'b') throw std::runtime_error("no");
             return eval_value::of(1.0);
@@ -159,7 +160,7 @@ TEST(FormulaQuestions, MayEndInAnException) {
 }
 
 TEST(FormulaProgram, CanBeCopied) {
-    for (const formula_program& program : all_ways("a*2+1")) {
+    for (const formula_program& program : test_support::NotEmpty(all_ways("a*2+1"))) {
         const formula_program copy = program;  // NOLINT(performance-unnecessary-copy-initialization)
         EXPECT_EQ(hold(copy, {answer(std::int64_t{3})}).value, "7");
         EXPECT_EQ(hold(program, {answer(3.5)}).value, "8f");

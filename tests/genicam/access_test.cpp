@@ -1,17 +1,9 @@
 // Who may read and write: implemented, available, locked, access modes.
 
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::code;
-using test_support::TestDocument;
-using testing::ElementsAre;
 
 // A node with links, and what they can point at; `broken` cannot be read.
 TestDocument linked(const std::string& children, const std::string& more = "") {
@@ -211,3 +203,4 @@ TEST(CommonLinks, FlagsTravelToTheTarget) {
 }
 
 }  // namespace
+}  // namespace node_test

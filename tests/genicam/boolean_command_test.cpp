@@ -1,17 +1,7 @@
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::ChangeCounter;
-using test_support::code;
-using test_support::TestDocument;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(BooleanValue, Words) {
     const struct {
@@ -275,3 +265,4 @@ TEST(CommandAccess, IsChecked) {
 }
 
 }  // namespace
+}  // namespace node_test

@@ -1,14 +1,7 @@
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::TestDocument;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(Category, ListsFeaturesInDocumentOrder) {
     TestDocument doc(
@@ -40,3 +33,4 @@ TEST(Category, MayListItselfAndOthersInACircle) {
 }
 
 }  // namespace
+}  // namespace node_test

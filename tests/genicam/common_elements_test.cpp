@@ -1,15 +1,10 @@
 // What every node tells of itself from the description.
 
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
 
-using namespace GenICam;
-using test_support::TestDocument;
-using testing::ElementsAre;
 using testing::Pair;
 
 TestDocument with_children(const std::string& children, const std::string& attributes = "Name='n'") {
@@ -185,3 +180,4 @@ TEST(CommonElements, NodeTypesHaveTheirNumbers) {
 }
 
 }  // namespace
+}  // namespace node_test

@@ -1,21 +1,11 @@
 #include "genicam/nodes/enumeration_nodes.h"
 
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
 #include <cmath>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::ChangeCounter;
-using test_support::code;
-using test_support::TestDocument;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* entries =
     "<EnumEntry Name='One'><Value>1</Value></EnumEntry><EnumEntry Name='Two'><Value>2</Value></EnumEntry>"
@@ -209,3 +199,4 @@ TEST(EnumEntry, HasItsOwnCommonLinks) {
 }
 
 }  // namespace
+}  // namespace node_test

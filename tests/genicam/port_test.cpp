@@ -1,21 +1,20 @@
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
 #include <array>
 #include <limits>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
 
-using namespace GenICam;
-using test_support::code;
 using test_support::ReadOf;
-using test_support::TestDocument;
 using test_support::WriteOf;
-using testing::ElementsAre;
-using testing::IsEmpty;
+
+void expect_unbound(IPort& port) {
+    EXPECT_FALSE(port.is_bound());
+    std::uint8_t byte = 0;
+    EXPECT_EQ(port.read(0, &byte, 1, 0), code(invalid_parameter));
+    EXPECT_EQ(port.write(0, &byte, 1, 0), code(invalid_parameter));
+}
 
 TEST(DevicePort, ForwardsToItsDevice) {
     TestDocument doc("");
@@ -34,10 +33,7 @@ TEST(DevicePort, ForwardsToItsDevice) {
 TEST(DevicePort, Unbound) {
     TestDocument doc("<Port Name='other'/>");
     IPort& port = doc.Port("other");
-    EXPECT_FALSE(port.is_bound());
-    std::uint8_t byte = 0;
-    EXPECT_EQ(port.read(0, &byte, 1, 0), code(invalid_parameter));
-    EXPECT_EQ(port.write(0, &byte, 1, 0), code(invalid_parameter));
+    expect_unbound(port);
     EXPECT_THAT(
         doc.log.Take(),
         ElementsAre("GenICam::port_device_type::read, IPort (\"other\"). Failed due to no bind called.\n",
@@ -106,7 +102,7 @@ TEST_F(ChunkPort, RefusesWhatLiesOutside) {
         {0x111, 0, invalid_address},
         {0xFF, 1, invalid_address},
         {0x100, 17, index_out_of_range},
-        {0x108, std::numeric_limits<std::int64_t>::max(), index_out_of_range},
+        {0x108, highest, index_out_of_range},
         {0xFFFFFFFFFFFFFFFF, 1, invalid_address},
         {0x104, -1, index_out_of_range},
     };
@@ -134,7 +130,6 @@ TEST_F(ChunkPort, RefusesWhatLiesOutside) {
 }
 
 TEST_F(ChunkPort, ABlockOfNegativeLengthHoldsNothing) {
-    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
     for (const std::int64_t size : {std::int64_t{-1}, std::int64_t{-16}, lowest}) {
         for (const std::uint64_t base : {std::uint64_t{0}, std::uint64_t{0x100}}) {
             EXPECT_FALSE(port.bind(base, block.data(), size));
@@ -155,10 +150,7 @@ TEST_F(ChunkPort, ABlockOfNegativeLengthHoldsNothing) {
 }
 
 TEST_F(ChunkPort, Unbound) {
-    EXPECT_FALSE(port.is_bound());
-    std::uint8_t byte = 0;
-    EXPECT_EQ(port.read(0, &byte, 1, 0), code(invalid_parameter));
-    EXPECT_EQ(port.write(0, &byte, 1, 0), code(invalid_parameter));
+    expect_unbound(port);
     EXPECT_THAT(
         doc.log.Take(),
         ElementsAre("GenICam::port_chunk_type::read, IPort (\"chunk\"). Failed due to no bind called.\n",
@@ -223,3 +215,4 @@ TEST(ChunkId, TextsAndLinks) {
 }
 
 }  // namespace
+}  // namespace node_test

@@ -1,17 +1,9 @@
 #include "genicam/core/value_links.h"
 
-#include "tests/support/error_code.h"
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::code;
-using test_support::TestDocument;
-using testing::ElementsAre;
 
 TestDocument with_min(const std::string& children) {
     return TestDocument("<Integer Name='n'><Value>5</Value>" + children +
@@ -25,16 +17,16 @@ TEST(Pairs, NumberLinkBothOrNeither) {
         std::int64_t min;
         const char* message;
     } rows[] = {
-        {"", std::numeric_limits<std::int64_t>::min(), nullptr},
-        {"<Min/>", std::numeric_limits<std::int64_t>::min(), nullptr},
+        {"", lowest, nullptr},
+        {"<Min/>", lowest, nullptr},
         {"<Min>2</Min>", 2, nullptr},
         {"<Min>2</Min><pMin/>", 2, nullptr},
         {"<pMin>limit</pMin>", 3, nullptr},
         {"<Min>2</Min><pMin>limit</pMin>", 3,
          "GenICam::resolve_link_or_value_, Integer \"n\". Node contains both \"Min\" and \"pMin\" nodes.\n"},
-        {"<Min>x</Min>", std::numeric_limits<std::int64_t>::min(),
+        {"<Min>x</Min>", lowest,
          "GenICam::resolve_link_or_value_, Integer \"n\". Failed to parse content of \"Min\" node.\n"},
-        {"<pMin>gone</pMin>", std::numeric_limits<std::int64_t>::min(),
+        {"<pMin>gone</pMin>", lowest,
          "GenICam::resolve_link_or_value_, Integer \"n\". Failed to resolve node in \"Min\" .\n"},
     };
     for (const auto& row : rows) {
@@ -50,7 +42,7 @@ TEST(Pairs, NumberLinkBothOrNeither) {
 
 TEST(Pairs, AnUnresolvedLinkBeatsTheNumber) {
     TestDocument doc = with_min("<Min>2</Min><pMin>gone</pMin>");
-    EXPECT_EQ(doc.Integer("n").get_min(0).value(), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(doc.Integer("n").get_min(0).value(), lowest);
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre("GenICam::resolve_link_or_value_, Integer \"n\". Node contains both \"Min\" and \"pMin\" "
@@ -247,3 +239,4 @@ TEST(RangeEvaluation, ConvertsBetweenTheKinds) {
 }
 
 }  // namespace
+}  // namespace node_test

@@ -1,16 +1,9 @@
 // Elements whose text is one of a few words, or a number with a default.
 
-#include "tests/support/test_document.h"
+#include "tests/support/node_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+namespace node_test {
 namespace {
-
-using namespace GenICam;
-using test_support::TestDocument;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TestDocument integer_with(const std::string& children) {
     return TestDocument("<Integer Name='n'><Value>1</Value>" + children + "</Integer>");
@@ -129,3 +122,4 @@ TEST(WordElements, Units) {
 }
 
 }  // namespace
+}  // namespace node_test

@@ -38,26 +38,26 @@ void read_common(INode& node, std::uint32_t flags) {
     static_cast<void>(node.get_alias());
 }
 
-void read_integer(IInteger& node, std::uint32_t flags) {
-    ask(node.get_val(flags));
-    ask(node.get_val(flags | access_flags::cache_only));
+template <class Number>
+void read_limits(Number& node, std::uint32_t flags) {
     ask(node.get_min(flags));
     ask(node.get_max(flags));
     ask(node.get_inc(flags));
     ask(node.get_default(flags));
     static_cast<void>(node.get_representation());
     static_cast<void>(node.get_unit());
+}
+
+void read_integer(IInteger& node, std::uint32_t flags) {
+    ask(node.get_val(flags));
+    ask(node.get_val(flags | access_flags::cache_only));
+    read_limits(node, flags);
     static_cast<void>(node.get_selected());
 }
 
 void read_float(IFloat& node, std::uint32_t flags) {
     ask(node.get_val(flags));
-    ask(node.get_min(flags));
-    ask(node.get_max(flags));
-    ask(node.get_inc(flags));
-    ask(node.get_default(flags));
-    static_cast<void>(node.get_representation());
-    static_cast<void>(node.get_unit());
+    read_limits(node, flags);
     static_cast<void>(node.get_display_notation());
     static_cast<void>(node.get_display_precision());
 }

@@ -6,6 +6,7 @@
 #include "apps/host/host_error.h"
 #include "apps/host/page_offer.h"
 #include "apps/host/page_server.h"
+#include "platform/com_object.h"
 #include "platform/text.h"
 #include "simcam/simulated_camera.h"
 
@@ -13,8 +14,6 @@
 #include <gtest/gtest.h>
 #include <strmif.h>
 #include <uuids.h>
-
-#include <atomic>
 
 namespace {
 
@@ -27,7 +26,7 @@ constexpr CLSID test_filter = {0x6E6B2A11, 0x7B55, 0x4D0B, {0x9C, 0x53, 0x2C, 0x
 constexpr const wchar_t* test_name = L"Selvane t\u00E9st device";
 
 // A capture filter that streams nothing.
-class CaptureFilter final : public IBaseFilter {
+class CaptureFilter final : public platform::com_object<IBaseFilter> {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         const bool filter =
@@ -36,12 +35,6 @@ public:
         *out = static_cast<IBaseFilter*>(this);
         AddRef();
         return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
     }
     HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override {
         *clsid = test_filter;
@@ -63,8 +56,6 @@ public:
     HRESULT STDMETHODCALLTYPE QueryVendorInfo(LPWSTR*) override { return E_NOTIMPL; }
 
 private:
-    ~CaptureFilter() = default;
-    std::atomic<ULONG> references_{0};
     simcam::camera_ptr camera_ = simcam::make_camera("builtin");
 };
 

@@ -117,13 +117,30 @@ TEST(FormulaOutline, FindsRoundsWithOneArgument) {
     EXPECT_EQ(Outline("1 + ROUND(A)").short_rounds.front().offset, 4U);
 }
 
-TEST(FormulaOutline, SurvivesAnyText) {
-    for (const char* odd :
-         {"", ")", "((((", "))))", ",", "?:", ":?", "1 2 3", "**", "a ? : b", "(1", "$", "1 $ 2", "SIN("}) {
-        static_cast<void>(Outline(odd));
+// How many remarks there are, each with words and at a place of the text.
+std::size_t RemarksWithin(const std::string& formula) {
+    const formula_outline outline = Outline(formula);
+    std::size_t count = 0;
+    for (const auto* remarks : {&outline.breaks, &outline.surprises, &outline.short_rounds}) {
+        for (const formula_remark& remark : *remarks) {
+            EXPECT_LE(remark.offset, formula.size()) << formula << ": " << remark.text;
+            EXPECT_FALSE(remark.text.empty()) << formula;
+            ++count;
+        }
     }
-    static_cast<void>(Outline(std::string(100000, '(')));
-    static_cast<void>(Outline(std::string(100000, '-') + "1"));
+    return count;
+}
+
+TEST(FormulaOutline, FindsThePlacesOfItsRemarksInAnyText) {
+    for (const char* odd : {"", ")", "((((", "))))", ",", "?:", ":?", "**", "a ? : b", "(1", "$", "SIN("}) {
+        EXPECT_EQ(RemarksWithin(odd), 0U) << odd;
+    }
+    for (const char* odd : {"1 2 3", "1 $ 2"}) EXPECT_EQ(RemarksWithin(odd), 1U) << odd;
+}
+
+TEST(FormulaOutline, HasNothingToTellOfWhatNestsTooDeep) {
+    EXPECT_EQ(RemarksWithin(std::string(100000, '(')), 0U);
+    EXPECT_EQ(RemarksWithin(std::string(100000, '-') + "1"), 0U);
 }
 
 TEST(FormulaNotes, TellOfFormulasThatAreTaken) {

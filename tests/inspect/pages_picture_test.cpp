@@ -197,7 +197,7 @@ TEST(PagePictures, AreAsLargeAsAPageOrAsWhatStandsOnIt) {
 TEST(PagePictures, KeepTextsWholeWhateverIsInThem) {
     const std::string svg =
         Picture(Control(selvane_inspect::control_kind::label, "<a> & \"b\"\x01\xC2\xB5s"));
-    EXPECT_THAT(svg, HasSubstr(">&lt;a&gt; &amp; &quot;b&quot;\xC2\xB5s</text>"));
+    EXPECT_THAT(svg, HasSubstr(">&lt;a&gt; &amp; \"b\"\xC2\xB5s</text>"));
     pugi::xml_document document;
     EXPECT_TRUE(document.load_string(svg.c_str()));
 }

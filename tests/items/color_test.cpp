@@ -95,13 +95,14 @@ protected:
         InterfaceKey key;
         std::uint32_t id;
     };
-    static constexpr Gain gains[] = {{0, 102}, {1, 101}, {4, 206}};
+    static constexpr Gain gains[] = {
+        {0, SELVANE_WHITE_BALANCE_RED}, {1, SELVANE_WHITE_BALANCE_BLUE}, {4, SELVANE_WHITE_BALANCE_GREEN}};
 
     void OfferAll(std::int32_t flags = 2) {
-        Vendor(102).bytes = IntRecord(64, 0, 0, 0, 255, 32);
-        Vendor(101).bytes = IntRecord(65, 0, 0, 1, 254, 33);
-        Vendor(206).bytes = IntRecord(66, 0, 0, 2, 253, 34);
-        Vendor(107).bytes = IntRecord(0);
+        Vendor(SELVANE_WHITE_BALANCE_RED).bytes = IntRecord(64, 0, 0, 0, 255, 32);
+        Vendor(SELVANE_WHITE_BALANCE_BLUE).bytes = IntRecord(65, 0, 0, 1, 254, 33);
+        Vendor(SELVANE_WHITE_BALANCE_GREEN).bytes = IntRecord(66, 0, 0, 2, 253, 34);
+        Vendor(SELVANE_WHITE_BALANCE_ONE_PUSH).bytes = IntRecord(0);
         driver.VideoProcAmp()[white_balance] = {2800, 6500, 1, 4600, 3, 5000, flags};
     }
     ScriptedControl& Amp() { return driver.VideoProcAmp()[white_balance]; }
@@ -110,18 +111,7 @@ protected:
 TEST_F(WhiteBalanceTest, NeedsBothInterfacesAndNoProperty) {
     EXPECT_FALSE(Make(MakeUVCWhiteBalance));
     driver.VideoProcAmp();
-    ZELAdapterHelper::CZELItemDataBase* made = nullptr;
-    MakeUVCWhiteBalance(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
-    {
-        const Item item = Item::attach(made);
-        ASSERT_TRUE(item);
-        EXPECT_TRUE(Asked().empty());
-        for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U}) {
-            EXPECT_FALSE(item->SupportsInterface(key)) << key;
-        }
-    }
-    driver.has_property_set = false;
-    EXPECT_FALSE(Make(MakeUVCWhiteBalance));
+    ExpectNeedsNoProperty(MakeUVCWhiteBalance, {0, 1, 2, 3, 4, 5});
 }
 
 TEST_F(WhiteBalanceTest, SupportsWhatTheDriverHas) {
@@ -131,8 +121,9 @@ TEST_F(WhiteBalanceTest, SupportsWhatTheDriverHas) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
     EXPECT_EQ(Asked(),
-              (Requests{QueryVendor(102), QueryVendor(101), Control(Kind::AmpGetRange, white_balance),
-                        QueryVendor(107), QueryVendor(206)}));
+              (Requests{QueryVendor(SELVANE_WHITE_BALANCE_RED), QueryVendor(SELVANE_WHITE_BALANCE_BLUE),
+                        Control(Kind::amp_range, white_balance), QueryVendor(SELVANE_WHITE_BALANCE_ONE_PUSH),
+                        QueryVendor(SELVANE_WHITE_BALANCE_GREEN)}));
     EXPECT_FALSE(item->SupportsInterface(5));
     EXPECT_FALSE(item->SupportsInterface(0x100000000));
     EXPECT_TRUE(Asked().empty());
@@ -140,7 +131,7 @@ TEST_F(WhiteBalanceTest, SupportsWhatTheDriverHas) {
 
 TEST_F(WhiteBalanceTest, ACameraWithoutGreenLacksThatAlone) {
     OfferAll();
-    driver.RemoveProperty(VendorSet(), 206);
+    driver.RemoveProperty(VendorSet(), SELVANE_WHITE_BALANCE_GREEN);
     const Item item = Make(MakeUVCWhiteBalance);
     EXPECT_FALSE(item->SupportsInterface(4));
     for (const InterfaceKey key : {0U, 1U, 2U, 3U}) {
@@ -180,8 +171,8 @@ TEST_F(WhiteBalanceTest, EverythingButTheSwitchGivesWayToTheAutomaticMode) {
     for (const InterfaceKey key : {0U, 1U, 3U, 4U, 5U}) {
         Amp().flags = 1;
         EXPECT_FALSE(Available(item, key)) << key;
-        EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGetRange, white_balance),
-                                     Control(Kind::AmpGet, white_balance)}));
+        EXPECT_EQ(Asked(),
+                  (Requests{Control(Kind::amp_range, white_balance), Control(Kind::amp_get, white_balance)}));
         Amp().flags = 2;
         EXPECT_TRUE(Available(item, key)) << key;
         (void)Asked();
@@ -221,29 +212,29 @@ TEST_F(WhiteBalanceTest, AutomaticModeIsWrittenWithoutReading) {
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpSet, white_balance, 0, 1),
-                                 Control(Kind::AmpSet, white_balance, 0, 1),
-                                 Control(Kind::AmpSet, white_balance, 0, 2)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_set, white_balance, 0, 1),
+                                 Control(Kind::amp_set, white_balance, 0, 1),
+                                 Control(Kind::amp_set, white_balance, 0, 2)}));
     for (const std::int32_t flags : {0, 1, 2, 3}) {
         Amp().flags = flags;
         EXPECT_EQ(Switch(item, 2), (flags & 1) != 0);
     }
-    EXPECT_EQ(Asked(), Requests(4, Control(Kind::AmpGet, white_balance)));
+    EXPECT_EQ(Asked(), Requests(4, Control(Kind::amp_get, white_balance)));
 }
 
 TEST_F(WhiteBalanceTest, OnePushWritesOne) {
     OfferAll();
     const Item item = Make(MakeUVCWhiteBalance);
     EXPECT_EQ(item->Push(3), S_OK);
-    EXPECT_EQ(Asked(), Requests{SetVendor(107, IntRecord(1, 2))});
+    EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_WHITE_BALANCE_ONE_PUSH, IntRecord(1, 2))});
 }
 
 TEST_F(WhiteBalanceTest, FailuresAreHandedOn) {
     OfferAll();
     const Item item = Make(MakeUVCWhiteBalance);
-    Vendor(102).get_result = driver_failure;
-    Vendor(102).set_result = driver_refusal;
-    Vendor(107).set_result = driver_refusal;
+    Vendor(SELVANE_WHITE_BALANCE_RED).get_result = driver_failure;
+    Vendor(SELVANE_WHITE_BALANCE_RED).set_result = driver_refusal;
+    Vendor(SELVANE_WHITE_BALANCE_ONE_PUSH).set_result = driver_refusal;
     Amp().get_result = driver_failure;
     Amp().set_result = driver_refusal;
     RangeInfo range{1, 2, 3, 4};

@@ -14,15 +14,17 @@ protected:
         InterfaceKey key;
         std::uint32_t id;
     };
-    static constexpr KeyAndProperty ranges[] = {{3, 244}, {4, 245}, {6, 248}, {7, 247}, {8, 249}, {9, 250}};
+    static constexpr KeyAndProperty ranges[] = {
+        {3, SELVANE_FOCUS_AUTO_MIN},   {4, SELVANE_FOCUS_AUTO_MAX},      {6, SELVANE_FOCUS_REGION_LEFT},
+        {7, SELVANE_FOCUS_REGION_TOP}, {8, SELVANE_FOCUS_REGION_BOTTOM}, {9, SELVANE_FOCUS_REGION_RIGHT}};
 
     void OfferAll() {
         for (const KeyAndProperty& range : ranges) {
             const auto id = static_cast<std::int32_t>(range.id);
             Vendor(range.id).bytes = IntRecord(id, 0, 0, -id, 10 * id, 5 * id);
         }
-        Vendor(124).bytes = IntRecord(0);
-        Vendor(251).bytes = IntRecord(0);
+        Vendor(SELVANE_FOCUS_ONE_PUSH).bytes = IntRecord(0);
+        Vendor(SELVANE_FOCUS_REGION_ENABLE).bytes = IntRecord(0);
         driver.CameraControl()[focus] = {10, 900, 5, 450, 3, 123, 1};
     }
     ScriptedControl& Camera() { return driver.CameraControl()[focus]; }
@@ -30,13 +32,13 @@ protected:
 
 TEST_F(FocusTest, NeedsBothInterfacesAndTheOnePushProperty) {
     EXPECT_FALSE(Make(MakeFocusItem));
-    Vendor(124);
+    Vendor(SELVANE_FOCUS_ONE_PUSH);
     EXPECT_FALSE(Make(MakeFocusItem)) << "the property exists, the camera control does not";
     driver.CameraControl();
     EXPECT_TRUE(Make(MakeFocusItem));
-    driver.RemoveProperty(VendorSet(), 124);
+    driver.RemoveProperty(VendorSet(), SELVANE_FOCUS_ONE_PUSH);
     EXPECT_FALSE(Make(MakeFocusItem));
-    Vendor(124);
+    Vendor(SELVANE_FOCUS_ONE_PUSH);
     driver.has_property_set = false;
     EXPECT_FALSE(Make(MakeFocusItem));
 }
@@ -47,9 +49,12 @@ TEST_F(FocusTest, SupportsWhatTheDriverHas) {
     for (InterfaceKey key = 0; key <= 9; ++key) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(124), Control(Kind::CameraGetRange, focus), QueryVendor(124),
-                                 QueryVendor(244), QueryVendor(245), QueryVendor(251), QueryVendor(248),
-                                 QueryVendor(247), QueryVendor(249), QueryVendor(250)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_FOCUS_ONE_PUSH), Control(Kind::camera_range, focus),
+                        QueryVendor(SELVANE_FOCUS_ONE_PUSH), QueryVendor(SELVANE_FOCUS_AUTO_MIN),
+                        QueryVendor(SELVANE_FOCUS_AUTO_MAX), QueryVendor(SELVANE_FOCUS_REGION_ENABLE),
+                        QueryVendor(SELVANE_FOCUS_REGION_LEFT), QueryVendor(SELVANE_FOCUS_REGION_TOP),
+                        QueryVendor(SELVANE_FOCUS_REGION_BOTTOM), QueryVendor(SELVANE_FOCUS_REGION_RIGHT)}));
     EXPECT_FALSE(item->SupportsInterface(10));
     EXPECT_FALSE(item->SupportsInterface(0x100000000));
     EXPECT_TRUE(Asked().empty());
@@ -58,7 +63,10 @@ TEST_F(FocusTest, SupportsWhatTheDriverHas) {
     EXPECT_TRUE(item->SupportsInterface(1)) << "any answer of the range is enough";
     Camera().range_result = driver_failure;
     EXPECT_FALSE(item->SupportsInterface(1));
-    for (const std::uint32_t id : {124U, 244U, 245U, 247U, 248U, 249U, 250U, 251U}) {
+    for (const std::uint32_t id :
+         {SELVANE_FOCUS_ONE_PUSH, SELVANE_FOCUS_AUTO_MIN, SELVANE_FOCUS_AUTO_MAX, SELVANE_FOCUS_REGION_TOP,
+          SELVANE_FOCUS_REGION_LEFT, SELVANE_FOCUS_REGION_BOTTOM, SELVANE_FOCUS_REGION_RIGHT,
+          SELVANE_FOCUS_REGION_ENABLE}) {
         Vendor(id).support = 0;
     }
     for (InterfaceKey key = 0; key <= 9; ++key) {
@@ -88,13 +96,13 @@ TEST_F(FocusTest, TheRegionIsAvailableWhileItIsEnabled) {
     const Item item = Make(MakeFocusItem);
     for (const InterfaceKey key : {6U, 7U, 8U, 9U}) {
         for (const std::int32_t enabled : {0, 1, -1}) {
-            Vendor(251).bytes = IntRecord(enabled);
+            Vendor(SELVANE_FOCUS_REGION_ENABLE).bytes = IntRecord(enabled);
             EXPECT_EQ(Available(item, key), enabled != 0) << key;
-            EXPECT_EQ(Asked(), Requests{GetInt(251)});
+            EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_FOCUS_REGION_ENABLE)});
         }
-        Vendor(251).get_result = driver_failure;
+        Vendor(SELVANE_FOCUS_REGION_ENABLE).get_result = driver_failure;
         EXPECT_FALSE(Available(item, key));
-        Vendor(251).get_result = S_OK;
+        Vendor(SELVANE_FOCUS_REGION_ENABLE).get_result = S_OK;
         (void)Asked();
     }
     for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U, 10U}) {
@@ -129,8 +137,8 @@ TEST_F(FocusTest, PositionIsTheCameraControls) {
     EXPECT_EQ(Range(item, 1), (RangeInfo{10, 900, 450, 5}));
     EXPECT_EQ(Value(item, 1), 123);
     EXPECT_EQ(item->SetValue(1, 222), S_OK);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGetRange, focus), Control(Kind::CameraGet, focus),
-                                 Control(Kind::CameraSet, focus, 222, 2)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::camera_range, focus), Control(Kind::camera_get, focus),
+                                 Control(Kind::camera_set, focus, 222, 2)}));
 }
 
 TEST_F(FocusTest, RangesAreProperties) {
@@ -149,15 +157,16 @@ TEST_F(FocusTest, SwitchesAreProperties) {
     OfferAll();
     const Item item = Make(MakeFocusItem);
     for (const std::int32_t value : {0, 1, -1}) {
-        Vendor(124).bytes = IntRecord(value);
-        Vendor(251).bytes = IntRecord(value == 0 ? 1 : 0);
+        Vendor(SELVANE_FOCUS_ONE_PUSH).bytes = IntRecord(value);
+        Vendor(SELVANE_FOCUS_REGION_ENABLE).bytes = IntRecord(value == 0 ? 1 : 0);
         EXPECT_EQ(Switch(item, 2), value != 0);
         EXPECT_EQ(Switch(item, 5), value == 0);
-        EXPECT_EQ(Asked(), (Requests{GetInt(124), GetInt(251)}));
+        EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_FOCUS_ONE_PUSH), GetInt(SELVANE_FOCUS_REGION_ENABLE)}));
     }
     EXPECT_EQ(item->SetSwitch(5, true), S_OK);
     EXPECT_EQ(item->SetSwitch(5, false), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(251, IntRecord(1, 2)), SetVendor(251, IntRecord(0, 2))}));
+    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_FOCUS_REGION_ENABLE, IntRecord(1, 2)),
+                                 SetVendor(SELVANE_FOCUS_REGION_ENABLE, IntRecord(0, 2))}));
 }
 
 TEST_F(FocusTest, TheRegionIsOffByDefault) {
@@ -174,16 +183,16 @@ TEST_F(FocusTest, PushStartsOnePushWhateverItsKey) {
     const Item item = Make(MakeFocusItem);
     for (const InterfaceKey key : {0U, 5U, 99U}) {
         EXPECT_EQ(item->Push(key), S_OK);
-        EXPECT_EQ(Asked(), Requests{SetVendor(124, IntRecord(1, 2))});
+        EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_FOCUS_ONE_PUSH, IntRecord(1, 2))});
     }
 }
 
 TEST_F(FocusTest, FailuresAreHandedOn) {
     OfferAll();
     const Item item = Make(MakeFocusItem);
-    Vendor(124).get_result = driver_failure;
-    Vendor(124).set_result = driver_refusal;
-    Vendor(247).get_result = driver_failure;
+    Vendor(SELVANE_FOCUS_ONE_PUSH).get_result = driver_failure;
+    Vendor(SELVANE_FOCUS_ONE_PUSH).set_result = driver_refusal;
+    Vendor(SELVANE_FOCUS_REGION_TOP).get_result = driver_failure;
     Camera().get_result = driver_failure;
     Camera().set_result = driver_refusal;
     Camera().range_result = driver_refusal;

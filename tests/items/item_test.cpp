@@ -127,14 +127,14 @@ Bytes FloatRecord(float value, float min, float max, float default_value, std::u
 }
 
 DriverRequest Get(REFGUID set, std::uint32_t id, std::size_t size) {
-    return WithBlock(Request(Kind::Get, set, id), Bytes(size));
+    return WithBlock(Request(Kind::get, set, id), Bytes(size));
 }
 
 DriverRequest Set(REFGUID set, std::uint32_t id, const Bytes& record) {
-    return WithBlock(Request(Kind::Set, set, id), record);
+    return WithBlock(Request(Kind::set, set, id), record);
 }
 
-DriverRequest Query(REFGUID set, std::uint32_t id) { return Request(Kind::QuerySupported, set, id); }
+DriverRequest Query(REFGUID set, std::uint32_t id) { return Request(Kind::query_supported, set, id); }
 
 DriverRequest Control(Kind kind, std::uint32_t property, std::int32_t value, std::int32_t flags) {
     DriverRequest request;
@@ -174,6 +174,22 @@ ItemTest::ItemTest() : live_objects_before_(ZELAdapterHelper::CUnknown::LiveObje
 ItemTest::~ItemTest() {
     EXPECT_EQ(ZELAdapterHelper::CUnknown::LiveObjects(), live_objects_before_);
     EXPECT_EQ(driver.OutstandingReferences(), 0);
+}
+
+void ItemTest::ExpectNeedsNoProperty(ZELAdapterHelper::ItemFactory factory,
+                                     std::initializer_list<InterfaceKey> keys) {
+    CZELItemDataBase* made = nullptr;
+    factory(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
+    {
+        const Item item = Item::attach(made);
+        ASSERT_TRUE(item);
+        EXPECT_TRUE(Asked().empty());
+        for (const InterfaceKey key : keys) {
+            EXPECT_FALSE(item->SupportsInterface(key)) << key;
+        }
+    }
+    driver.has_property_set = false;
+    EXPECT_FALSE(Make(factory));
 }
 
 Item ItemTest::Make(ZELAdapterHelper::ItemFactory factory) {

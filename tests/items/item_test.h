@@ -2,7 +2,9 @@
 
 #include "items/builtin_factories.h"
 #include "items/item_contract.h"
+#include "tests/support/not_empty.h"
 #include "tests/support/scripted_property_set.h"
+#include "wire/vendor_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +16,7 @@ namespace item_tests {
 
 using test_support::Bytes;
 using test_support::DriverRequest;
+using test_support::NotEmpty;
 using test_support::ScriptedControl;
 using test_support::ScriptedFilter;
 using test_support::ScriptedProperty;
@@ -102,6 +105,10 @@ protected:
 
     /// The item, null where the factory declines; the requests of the making are dropped.
     Item Make(ZELAdapterHelper::ItemFactory factory);
+    /// It makes its item wherever the filter has the property set, and asks for nothing then; none of the
+    /// keys is supported.
+    void ExpectNeedsNoProperty(ZELAdapterHelper::ItemFactory factory,
+                               std::initializer_list<InterfaceKey> keys);
     ScriptedProperty& Vendor(std::uint32_t id) { return driver.Property(VendorSet(), id); }
 
     // Operations with their results checked, for values that must come.

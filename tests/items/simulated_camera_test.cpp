@@ -299,11 +299,11 @@ TEST_F(SimulatedCameraTest, CenteringTakesTheOffsetsAway) {
 TEST_F(SimulatedCameraTest, PinsAreReadAndWrittenByTheirButtons) {
     Open("builtin");
     const Item gpio = Make(gpio_row);
-    Camera().vendor()->gpio[122].input = 2;
+    Camera().vendor()->gpio[SELVANE_GPIO].input = 2;
     EXPECT_EQ(gpio->SetValue(2, 3), S_OK);
-    EXPECT_EQ(Camera().vendor()->gpio[122].output, 0);
+    EXPECT_EQ(Camera().vendor()->gpio[SELVANE_GPIO].output, 0);
     EXPECT_EQ(gpio->Push(3), S_OK);
-    EXPECT_EQ(Camera().vendor()->gpio[122].output, 3);
+    EXPECT_EQ(Camera().vendor()->gpio[SELVANE_GPIO].output, 3);
     EXPECT_EQ(Value(gpio, 0), 0);
     EXPECT_EQ(gpio->Push(1), S_OK);
     EXPECT_EQ(Value(gpio, 0), 2);
@@ -314,7 +314,7 @@ TEST_F(SimulatedCameraTest, StrobeModesReachTheCamera) {
     Open("builtin");
     const Item strobe = Make(strobe_row);
     const simcam::held_model model = Camera().vendor();
-    const simcam::strobe_property& device = model->strobe[125];
+    const simcam::strobe_property& device = model->strobe[SELVANE_STROBE];
     EXPECT_EQ(Value(strobe, 1), 1);
     EXPECT_EQ(strobe->SetSwitch(0, true), S_OK);
     EXPECT_EQ(device.enable, 1);

@@ -1,5 +1,6 @@
 #include "items/builtin_factories.h"
 #include "tests/items/item_test.h"
+#include "tests/support/not_empty.h"
 
 namespace item_tests {
 namespace {
@@ -235,7 +236,7 @@ TEST(StaticTableTest, HoldsTheElevenItemsInOrder) {
 }
 
 TEST(StaticTableTest, ElementIdsAreUniqueWithinAnItem) {
-    for (const ItemRecord& item : StaticItemTable()) {
+    for (const ItemRecord& item : NotEmpty(StaticItemTable())) {
         for (const ElementRecord& one : ElementsOf(item)) {
             for (const ElementRecord& other : ElementsOf(item)) {
                 EXPECT_TRUE(&one == &other || one.id != other.id);
@@ -246,7 +247,7 @@ TEST(StaticTableTest, ElementIdsAreUniqueWithinAnItem) {
 
 TEST(StaticTableTest, OnlyBinningAndOnePushRunningAreHidden) {
     std::vector<std::wstring> hidden;
-    for (const ItemRecord& item : StaticItemTable()) {
+    for (const ItemRecord& item : NotEmpty(StaticItemTable())) {
         for (const ElementRecord& element : ElementsOf(item)) {
             if (element.level >= 1) {
                 hidden.push_back(std::wstring(item.name) + L"/" + element.name);

@@ -1,4 +1,4 @@
-#include "tests/items/item_test.h"
+#include "tests/items/exposure_fixture.h"
 
 #include <cmath>
 
@@ -8,32 +8,12 @@ namespace {
 using Kind = DriverRequest::Kind;
 using ZELAdapterHelper::MakeUVCExposure;
 
-constexpr std::uint32_t exposure = 4;  // property of the camera control
-
-class UVCExposureTest : public ItemTest {
-protected:
-    // The oldest kind of driver: ticks of 1/10000 s.
-    void OfferTicks() {
-        Vendor(109).bytes = IntRecord(50, 0, 0, 1, 10000, 333);
-        Vendor(106).bytes = IntRecord(128, 0, 0, 0, 255, 100);
-        Vendor(201).bytes = IntRecord(5000, 0, 0, 10, 20000, 3333);
-        Vendor(202).bytes = IntRecord(0);
-    }
-    void OfferMicroseconds() {
-        OfferTicks();
-        Vendor(239).bytes = IntRecord(5000, 0, 0, 100, 30000000, 33333);
-        Vendor(240).bytes = IntRecord(500000, 0, 0, 1000, 2000000, 333333);
-    }
-    void OfferCamera(std::int32_t flags = 2) {
-        driver.CameraControl()[exposure] = {-13, 0, 1, -6, 3, -5, flags};
-    }
-    ScriptedControl& Camera() { return driver.CameraControl()[exposure]; }
-};
+using UVCExposureTest = ExposureFixture;
 
 TEST_F(UVCExposureTest, NeedsThePropertySetAndTheTickProperty) {
     EXPECT_FALSE(Make(MakeUVCExposure));
     OfferMicroseconds();
-    driver.RemoveProperty(VendorSet(), 109);
+    driver.RemoveProperty(VendorSet(), SELVANE_EXPOSURE_TICKS);
     EXPECT_FALSE(Make(MakeUVCExposure)) << "239 alone is not enough";
     OfferTicks();
     EXPECT_TRUE(Make(MakeUVCExposure));
@@ -46,7 +26,8 @@ TEST_F(UVCExposureTest, FactoryAsksForBothTimeProperties) {
     ZELAdapterHelper::CZELItemDataBase* made = nullptr;
     MakeUVCExposure(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
     const Item item = Item::attach(made);
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(109), QueryVendor(239)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_EXPOSURE_TICKS), QueryVendor(SELVANE_EXPOSURE_MICROSECONDS)}));
 }
 
 TEST_F(UVCExposureTest, FactoryTakesANullFilterAndClearsItsResult) {
@@ -56,32 +37,18 @@ TEST_F(UVCExposureTest, FactoryTakesANullFilterAndClearsItsResult) {
     EXPECT_EQ(made, nullptr);
 }
 
-TEST_F(UVCExposureTest, EachKeyHasItsOperations) {
-    OfferMicroseconds();
-    OfferCamera();
-    const Item item = Make(MakeUVCExposure);
-    ExpectOnly(*item, 0, op_range | op_abs_unit);
-    ExpectOnly(*item, 1, op_abs | op_abs_unit);
-    ExpectOnly(*item, 2, op_switch | op_abs_unit);
-    ExpectOnly(*item, 3, op_range | op_abs_unit);
-    ExpectOnly(*item, 4, op_range | op_abs_unit);
-    ExpectOnly(*item, 5, op_abs | op_abs_unit);
-    ExpectOnly(*item, 6, op_switch | op_abs_unit);
-    ExpectOnly(*item, 7, op_abs_unit);
-    ExpectOnly(*item, 0x100000000, op_abs_unit);
-    EXPECT_TRUE(Asked().empty());
-}
-
 TEST_F(UVCExposureTest, SupportsWhatTheDriverHas) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     const Item item = Make(MakeUVCExposure);
     for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U, 6U}) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGetRange, exposure), QueryVendor(109),
-                                 Control(Kind::CameraGetRange, exposure), QueryVendor(106), QueryVendor(201),
-                                 QueryVendor(201), QueryVendor(202)}));
+    EXPECT_EQ(Asked(),
+              (Requests{Control(Kind::camera_range, exposure), QueryVendor(SELVANE_EXPOSURE_TICKS),
+                        Control(Kind::camera_range, exposure), QueryVendor(SELVANE_AUTO_EXPOSURE_REFERENCE),
+                        QueryVendor(SELVANE_AUTO_MAX_TICKS), QueryVendor(SELVANE_AUTO_MAX_TICKS),
+                        QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC)}));
     EXPECT_FALSE(item->SupportsInterface(7));
     EXPECT_FALSE(item->SupportsInterface(0x100000000));
     EXPECT_TRUE(Asked().empty());
@@ -93,15 +60,17 @@ TEST_F(UVCExposureTest, SupportsMicrosecondPropertiesWhereTheyReplaceTicks) {
     EXPECT_TRUE(item->SupportsInterface(1));
     EXPECT_TRUE(item->SupportsInterface(4));
     EXPECT_TRUE(item->SupportsInterface(5));
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(239), QueryVendor(240), QueryVendor(240)}));
-    driver.RemoveProperty(VendorSet(), 240);
+    EXPECT_EQ(Asked(), (Requests{QueryVendor(SELVANE_EXPOSURE_MICROSECONDS),
+                                 QueryVendor(SELVANE_AUTO_MAX_MICROSECONDS),
+                                 QueryVendor(SELVANE_AUTO_MAX_MICROSECONDS)}));
+    driver.RemoveProperty(VendorSet(), SELVANE_AUTO_MAX_MICROSECONDS);
     EXPECT_FALSE(item->SupportsInterface(4)) << "201 does not stand in for 240";
     EXPECT_FALSE(item->SupportsInterface(5));
 }
 
 TEST_F(UVCExposureTest, CameraKeysFollowTheCapabilities) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     const Item item = Make(MakeUVCExposure);
     for (const std::int32_t capabilities : {0, 1, 2, 3, 4}) {
         Camera().capabilities = capabilities;
@@ -128,24 +97,26 @@ TEST_F(UVCExposureTest, WithoutCameraControlItsKeysAreNotSupported) {
 
 TEST_F(UVCExposureTest, ValuesGiveWayToTheirAutomaticModes) {
     OfferTicks();
-    OfferCamera(1);
-    Vendor(202).bytes = IntRecord(1);
+    OfferCamera(3, 1);
+    Vendor(SELVANE_AUTO_MAX_AUTOMATIC).bytes = IntRecord(1);
     const Item item = Make(MakeUVCExposure);
     EXPECT_FALSE(Available(item, 0));
     EXPECT_FALSE(Available(item, 1));
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure),
-                        Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure)}));
+              (Requests{Control(Kind::camera_range, exposure), Control(Kind::camera_get, exposure),
+                        Control(Kind::camera_range, exposure), Control(Kind::camera_get, exposure)}));
     EXPECT_FALSE(Available(item, 4));
     EXPECT_FALSE(Available(item, 5));
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(202), GetInt(202), QueryVendor(202), GetInt(202)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC), GetInt(SELVANE_AUTO_MAX_AUTOMATIC),
+                        QueryVendor(SELVANE_AUTO_MAX_AUTOMATIC), GetInt(SELVANE_AUTO_MAX_AUTOMATIC)}));
     for (const InterfaceKey key : {2U, 3U, 6U, 7U}) {
         EXPECT_TRUE(Available(item, key)) << key;
     }
     EXPECT_TRUE(Asked().empty());
 
     Camera().flags = 2;
-    Vendor(202).bytes = IntRecord(0);
+    Vendor(SELVANE_AUTO_MAX_AUTOMATIC).bytes = IntRecord(0);
     for (const InterfaceKey key : {0U, 1U, 4U, 5U}) {
         EXPECT_TRUE(Available(item, key)) << key;
     }
@@ -153,9 +124,9 @@ TEST_F(UVCExposureTest, ValuesGiveWayToTheirAutomaticModes) {
 
 TEST_F(UVCExposureTest, ValuesAreAvailableWhereNoAutomaticModeExists) {
     OfferTicks();
-    OfferCamera(1);
+    OfferCamera(3, 1);
     Camera().capabilities = 2;
-    driver.RemoveProperty(VendorSet(), 202);
+    driver.RemoveProperty(VendorSet(), SELVANE_AUTO_MAX_AUTOMATIC);
     const Item item = Make(MakeUVCExposure);
     for (const InterfaceKey key : {0U, 1U, 4U, 5U}) {
         EXPECT_TRUE(Available(item, key)) << key;
@@ -164,9 +135,9 @@ TEST_F(UVCExposureTest, ValuesAreAvailableWhereNoAutomaticModeExists) {
 
 TEST_F(UVCExposureTest, AvailabilityHandsOnAFailedReadOfTheSwitch) {
     OfferTicks();
-    OfferCamera(1);
+    OfferCamera(3, 1);
     Camera().get_result = driver_failure;
-    Vendor(202).get_result = driver_refusal;
+    Vendor(SELVANE_AUTO_MAX_AUTOMATIC).get_result = driver_refusal;
     const Item item = Make(MakeUVCExposure);
     bool available = false;
     EXPECT_EQ(item->IsAvailable(0, available), driver_failure);
@@ -174,25 +145,9 @@ TEST_F(UVCExposureTest, AvailabilityHandsOnAFailedReadOfTheSwitch) {
     EXPECT_EQ(item->IsAvailable(5, available), driver_refusal);
 }
 
-TEST_F(UVCExposureTest, RawValueOverTheCameraControl) {
-    OfferTicks();
-    OfferCamera(1);
-    const Item item = Make(MakeUVCExposure);
-    EXPECT_EQ(Range(item, 0), (RangeInfo{-13, 0, -6, 1}));
-    EXPECT_EQ(Value(item, 0), -5);
-    EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGetRange, exposure), Control(Kind::CameraGet, exposure)}));
-    for (const std::int32_t flags : {1, 2, 0x12}) {
-        Camera().flags = flags;
-        EXPECT_EQ(item->SetValue(0, -3), S_OK);
-        EXPECT_EQ(Asked(), (Requests{Control(Kind::CameraGet, exposure),
-                                     Control(Kind::CameraSet, exposure, -3, flags)}));
-    }
-}
-
 TEST_F(UVCExposureTest, RawValueIsNotWrittenWhenTheModeCannotBeRead) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     Camera().get_result = driver_failure;
     const Item item = Make(MakeUVCExposure);
     std::int32_t value = 77;
@@ -200,7 +155,7 @@ TEST_F(UVCExposureTest, RawValueIsNotWrittenWhenTheModeCannotBeRead) {
     EXPECT_EQ(item->SetSwitch(2, true), driver_failure);
     EXPECT_EQ(item->GetValue(0, value), driver_failure);
     EXPECT_EQ(value, 77);
-    EXPECT_EQ(Asked(), Requests(3, Control(Kind::CameraGet, exposure)));
+    EXPECT_EQ(Asked(), Requests(3, Control(Kind::camera_get, exposure)));
 
     Camera().get_result = S_OK;
     Camera().set_result = driver_refusal;
@@ -209,17 +164,18 @@ TEST_F(UVCExposureTest, RawValueIsNotWrittenWhenTheModeCannotBeRead) {
 
 TEST_F(UVCExposureTest, RawValueInMicrosecondsLeavesTheCameraControlAlone) {
     OfferMicroseconds();
-    OfferCamera();
+    OfferCamera(3);
     const Item item = Make(MakeUVCExposure);
     EXPECT_EQ(Range(item, 0), (RangeInfo{100, 30000000, 33333, 1}));
     EXPECT_EQ(Value(item, 0), 5000);
     EXPECT_EQ(item->SetValue(0, 1234), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(239), GetInt(239), SetVendor(239, IntRecord(1234, 2))}));
+    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_EXPOSURE_MICROSECONDS), GetInt(SELVANE_EXPOSURE_MICROSECONDS),
+                                 SetVendor(SELVANE_EXPOSURE_MICROSECONDS, IntRecord(1234, 2))}));
 }
 
 TEST_F(UVCExposureTest, AutomaticModeIsBitZeroOfTheFlags) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     const Item item = Make(MakeUVCExposure);
     for (const std::int32_t flags : {0, 1, 2, 3, 4, 5}) {
         Camera().flags = flags;
@@ -229,31 +185,22 @@ TEST_F(UVCExposureTest, AutomaticModeIsBitZeroOfTheFlags) {
 
 TEST_F(UVCExposureTest, AutomaticModeIsWrittenOnlyWhenTheFlagsDiffer) {
     OfferTicks();
-    OfferCamera(2);
+    OfferCamera(3, 2);
     const Item item = Make(MakeUVCExposure);
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked(), Requests{Control(Kind::CameraGet, exposure)});
+    EXPECT_EQ(Asked(), Requests{Control(Kind::camera_get, exposure)});
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraSet, exposure, -5, 1)}));
+              (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_set, exposure, -5, 1)}));
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
-    EXPECT_EQ(Asked(), Requests{Control(Kind::CameraGet, exposure)});
+    EXPECT_EQ(Asked(), Requests{Control(Kind::camera_get, exposure)});
     // All flags count, not the one bit.
     Camera().flags = 3;
     EXPECT_EQ(item->SetSwitch(2, true), S_OK);
     EXPECT_EQ(Asked(),
-              (Requests{Control(Kind::CameraGet, exposure), Control(Kind::CameraSet, exposure, -5, 1)}));
+              (Requests{Control(Kind::camera_get, exposure), Control(Kind::camera_set, exposure, -5, 1)}));
     EXPECT_EQ(item->SetSwitch(2, false), S_OK);
-    EXPECT_EQ(Asked().back(), Control(Kind::CameraSet, exposure, -5, 2));
-}
-
-TEST_F(UVCExposureTest, AutoReferenceIsAProperty) {
-    OfferTicks();
-    const Item item = Make(MakeUVCExposure);
-    EXPECT_EQ(Range(item, 3), (RangeInfo{0, 255, 100, 1}));
-    EXPECT_EQ(Value(item, 3), 128);
-    EXPECT_EQ(item->SetValue(3, 90), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(106), GetInt(106), SetVendor(106, IntRecord(90, 2))}));
+    EXPECT_EQ(Asked().back(), Control(Kind::camera_set, exposure, -5, 2));
 }
 
 TEST_F(UVCExposureTest, AutoMaxValueIsAProperty) {
@@ -262,27 +209,16 @@ TEST_F(UVCExposureTest, AutoMaxValueIsAProperty) {
     EXPECT_EQ(Range(item, 4), (RangeInfo{10, 20000, 3333, 1}));
     EXPECT_EQ(Value(item, 4), 5000);
     EXPECT_EQ(item->SetValue(4, 7000), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(201), GetInt(201), SetVendor(201, IntRecord(7000, 2))}));
+    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_AUTO_MAX_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS),
+                                 SetVendor(SELVANE_AUTO_MAX_TICKS, IntRecord(7000, 2))}));
 
     OfferMicroseconds();
     const Item newer = Make(MakeUVCExposure);
     EXPECT_EQ(Range(newer, 4), (RangeInfo{1000, 2000000, 333333, 1}));
     EXPECT_EQ(Value(newer, 4), 500000);
     EXPECT_EQ(newer->SetValue(4, 7000), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(240), GetInt(240), SetVendor(240, IntRecord(7000, 2))}));
-}
-
-TEST_F(UVCExposureTest, SecondAutoSwitchIsAProperty) {
-    OfferTicks();
-    const Item item = Make(MakeUVCExposure);
-    for (const std::int32_t value : {0, 1, -1, 4}) {
-        Vendor(202).bytes = IntRecord(value);
-        EXPECT_EQ(Switch(item, 6), value != 0);
-    }
-    (void)Asked();
-    EXPECT_EQ(item->SetSwitch(6, true), S_OK);
-    EXPECT_EQ(item->SetSwitch(6, false), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(202, IntRecord(1, 2)), SetVendor(202, IntRecord(0, 2))}));
+    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_AUTO_MAX_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS),
+                                 SetVendor(SELVANE_AUTO_MAX_MICROSECONDS, IntRecord(7000, 2))}));
 }
 
 TEST_F(UVCExposureTest, SecondsInTicks) {
@@ -290,13 +226,15 @@ TEST_F(UVCExposureTest, SecondsInTicks) {
     const Item item = Make(MakeUVCExposure);
     EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{1 / 10000.0, 1.0, 333 / 10000.0}));
     EXPECT_EQ(AbsRange(item, 5), (AbsRangeInfo{10 / 10000.0, 2.0, 3333 / 10000.0}));
-    Vendor(109).bytes = IntRecord(10000);
+    Vendor(SELVANE_EXPOSURE_TICKS).bytes = IntRecord(10000);
     EXPECT_EQ(AbsValue(item, 1), 1.0);
     EXPECT_EQ(AbsValue(item, 5), 0.5);
-    EXPECT_EQ(Asked(), (Requests{GetInt(109), GetInt(201), GetInt(109), GetInt(201)}));
+    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_EXPOSURE_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS),
+                                 GetInt(SELVANE_EXPOSURE_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS)}));
     EXPECT_EQ(item->SetAbsValue(1, 0.5), S_OK);
     EXPECT_EQ(item->SetAbsValue(5, 0.25), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(109, IntRecord(5000, 2)), SetVendor(201, IntRecord(2500, 2))}));
+    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_EXPOSURE_TICKS, IntRecord(5000, 2)),
+                                 SetVendor(SELVANE_AUTO_MAX_TICKS, IntRecord(2500, 2))}));
 }
 
 TEST_F(UVCExposureTest, SecondsInMicroseconds) {
@@ -304,14 +242,16 @@ TEST_F(UVCExposureTest, SecondsInMicroseconds) {
     const Item item = Make(MakeUVCExposure);
     EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{100 / 1000000.0, 30.0, 33333 / 1000000.0}));
     EXPECT_EQ(AbsRange(item, 5), (AbsRangeInfo{1000 / 1000000.0, 2.0, 333333 / 1000000.0}));
-    Vendor(239).bytes = IntRecord(1000000);
+    Vendor(SELVANE_EXPOSURE_MICROSECONDS).bytes = IntRecord(1000000);
     EXPECT_EQ(AbsValue(item, 1), 1.0);
     EXPECT_EQ(AbsValue(item, 5), 0.5);
-    EXPECT_EQ(Asked(), (Requests{GetInt(239), GetInt(240), GetInt(239), GetInt(240)}));
+    EXPECT_EQ(Asked(),
+              (Requests{GetInt(SELVANE_EXPOSURE_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS),
+                        GetInt(SELVANE_EXPOSURE_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS)}));
     EXPECT_EQ(item->SetAbsValue(1, 0.5), S_OK);
     EXPECT_EQ(item->SetAbsValue(5, 0.25), S_OK);
-    EXPECT_EQ(Asked(),
-              (Requests{SetVendor(239, IntRecord(500000, 2)), SetVendor(240, IntRecord(250000, 2))}));
+    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_EXPOSURE_MICROSECONDS, IntRecord(500000, 2)),
+                                 SetVendor(SELVANE_AUTO_MAX_MICROSECONDS, IntRecord(250000, 2))}));
 }
 
 TEST_F(UVCExposureTest, SecondsAreCutToTicks) {
@@ -328,33 +268,20 @@ TEST_F(UVCExposureTest, SecondsAreCutToTicks) {
     };
     for (const auto& [seconds, ticks] : writes) {
         EXPECT_EQ(item->SetAbsValue(1, seconds), S_OK);
-        EXPECT_EQ(Asked(), Requests{SetVendor(109, IntRecord(ticks, 2))}) << seconds;
+        EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_EXPOSURE_TICKS, IntRecord(ticks, 2))}) << seconds;
     }
-}
-
-TEST_F(UVCExposureTest, UnitIsSecondsAndTheScaleOfTheTimesLogarithmic) {
-    OfferTicks();
-    const Item item = Make(MakeUVCExposure);
-    for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
-        SharedString unit;
-        std::int32_t scale = 77;
-        EXPECT_EQ(item->GetAbsUnit(key, unit, scale), S_OK);
-        EXPECT_EQ(unit.View(), L"sec");
-        EXPECT_EQ(scale, key == 1 || key == 5 ? 1 : 77) << key;
-    }
-    EXPECT_TRUE(Asked().empty());
 }
 
 TEST_F(UVCExposureTest, FailuresAreHandedOn) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     const Item item = Make(MakeUVCExposure);
     Camera().get_result = driver_failure;
     Camera().range_result = driver_refusal;
     Camera().set_result = driver_refusal;
-    Vendor(109).get_result = driver_failure;
-    Vendor(109).set_result = driver_refusal;
-    Vendor(202).get_result = driver_failure;
+    Vendor(SELVANE_EXPOSURE_TICKS).get_result = driver_failure;
+    Vendor(SELVANE_EXPOSURE_TICKS).set_result = driver_refusal;
+    Vendor(SELVANE_AUTO_MAX_AUTOMATIC).get_result = driver_failure;
     bool on = true;
     RangeInfo range{1, 2, 3, 4};
     AbsRangeInfo abs_range{1, 2, 3};
@@ -373,7 +300,7 @@ TEST_F(UVCExposureTest, FailuresAreHandedOn) {
 
 TEST_F(UVCExposureTest, HoldsTheFilterWhileItLives) {
     OfferTicks();
-    OfferCamera();
+    OfferCamera(3);
     {
         const Item item = Make(MakeUVCExposure);
         EXPECT_EQ(driver.OutstandingReferences(), 2);

@@ -12,7 +12,7 @@ constexpr std::uint32_t gain = 9;  // property of the proc amp
 
 class UVCGainTest : public ItemTest {
 protected:
-    void OfferDecibels() { Vendor(241).bytes = IntRecord(1234, 0, 0, -300, 4800, 29); }
+    void OfferDecibels() { Vendor(SELVANE_GAIN).bytes = IntRecord(1234, 0, 0, -300, 4800, 29); }
     void OfferAmp(std::int32_t capabilities = 3, std::int32_t flags = 2) {
         driver.VideoProcAmp()[gain] = {16, 255, 2, 32, capabilities, 100, flags};
     }
@@ -35,12 +35,13 @@ TEST_F(UVCGainTest, ConstructionReadsThePropertyAndThenTheCapabilities) {
     ZELAdapterHelper::CZELItemDataBase* made = nullptr;
     MakeUVCGain(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
     const Item item = Item::attach(made);
-    EXPECT_EQ(Asked(), (Requests{QueryVendor(241), GetInt(241), Control(Kind::AmpGetRange, gain)}));
+    EXPECT_EQ(Asked(),
+              (Requests{QueryVendor(SELVANE_GAIN), GetInt(SELVANE_GAIN), Control(Kind::amp_range, gain)}));
 }
 
 TEST_F(UVCGainTest, AFailedFirstReadDoesNotMatter) {
     OfferDecibels();
-    Vendor(241).get_result = driver_failure;
+    Vendor(SELVANE_GAIN).get_result = driver_failure;
     const Item item = Make(MakeUVCGain);
     ASSERT_TRUE(item);
     EXPECT_TRUE(item->SupportsInterface(1));
@@ -96,7 +97,7 @@ TEST_F(UVCGainTest, ValuesGiveWayToTheAutomaticMode) {
     const Item item = Make(MakeUVCGain);
     EXPECT_FALSE(Available(item, 0));
     EXPECT_FALSE(Available(item, 1));
-    EXPECT_EQ(Asked(), Requests(2, Control(Kind::AmpGet, gain)));
+    EXPECT_EQ(Asked(), Requests(2, Control(Kind::amp_get, gain)));
     EXPECT_TRUE(Available(item, 2));
     EXPECT_TRUE(Available(item, 3));
     EXPECT_TRUE(Asked().empty());
@@ -124,11 +125,11 @@ TEST_F(UVCGainTest, RawValueKeepsTheMode) {
     const Item item = Make(MakeUVCGain);
     EXPECT_EQ(Range(item, 0), (RangeInfo{16, 255, 32, 2}));
     EXPECT_EQ(Value(item, 0), 100);
-    EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGetRange, gain), Control(Kind::AmpGet, gain)}));
+    EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_range, gain), Control(Kind::amp_get, gain)}));
     for (const std::int32_t flags : {1, 2, 0x12}) {
         Amp().flags = flags;
         EXPECT_EQ(item->SetValue(0, 50), S_OK);
-        EXPECT_EQ(Asked(), (Requests{Control(Kind::AmpGet, gain), Control(Kind::AmpSet, gain, 50, flags)}));
+        EXPECT_EQ(Asked(), (Requests{Control(Kind::amp_get, gain), Control(Kind::amp_set, gain, 50, flags)}));
     }
 }
 
@@ -139,7 +140,7 @@ TEST_F(UVCGainTest, AutomaticModeIsWrittenEachTimeWithTheValueThatWasRead) {
     for (const bool on : {false, false, true, true}) {
         EXPECT_EQ(item->SetSwitch(2, on), S_OK);
         EXPECT_EQ(Asked(),
-                  (Requests{Control(Kind::AmpGet, gain), Control(Kind::AmpSet, gain, 100, on ? 1 : 2)}));
+                  (Requests{Control(Kind::amp_get, gain), Control(Kind::amp_set, gain, 100, on ? 1 : 2)}));
         EXPECT_EQ(Switch(item, 2), on);
         (void)Asked();
     }
@@ -160,7 +161,7 @@ TEST_F(UVCGainTest, NothingIsWrittenWhenTheFlagsCannotBeRead) {
     EXPECT_EQ(item->SetSwitch(2, true), driver_failure);
     EXPECT_EQ(item->GetValue(0, value), driver_failure);
     EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
-    EXPECT_EQ(Asked(), Requests(4, Control(Kind::AmpGet, gain)));
+    EXPECT_EQ(Asked(), Requests(4, Control(Kind::amp_get, gain)));
     EXPECT_EQ(value, 77);
     EXPECT_TRUE(on);
     Amp().get_result = S_OK;
@@ -174,13 +175,13 @@ TEST_F(UVCGainTest, DecibelsAreHundredths) {
     const Item item = Make(MakeUVCGain);
     EXPECT_EQ(AbsValue(item, 1), 12.34);
     EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{-3.0, 48.0, 0.29}));
-    EXPECT_EQ(Asked(), Requests(2, GetInt(241)));
+    EXPECT_EQ(Asked(), Requests(2, GetInt(SELVANE_GAIN)));
     const std::pair<double, std::int32_t> writes[] = {
         {0.29, 28}, {12.34, 1234}, {-0.29, -28}, {1e300, INT32_MIN}, {std::nan(""), INT32_MIN},
     };
     for (const auto& [decibels, ticks] : writes) {
         EXPECT_EQ(item->SetAbsValue(1, decibels), S_OK);
-        EXPECT_EQ(Asked(), Requests{SetVendor(241, IntRecord(ticks, 2))}) << decibels;
+        EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_GAIN, IntRecord(ticks, 2))}) << decibels;
     }
 }
 
@@ -200,8 +201,8 @@ TEST_F(UVCGainTest, FailuresAreHandedOn) {
     OfferDecibels();
     OfferAmp();
     const Item item = Make(MakeUVCGain);
-    Vendor(241).get_result = driver_failure;
-    Vendor(241).set_result = driver_refusal;
+    Vendor(SELVANE_GAIN).get_result = driver_failure;
+    Vendor(SELVANE_GAIN).set_result = driver_refusal;
     Amp().range_result = driver_refusal;
     AbsRangeInfo abs_range{1, 2, 3};
     RangeInfo range{1, 2, 3, 4};

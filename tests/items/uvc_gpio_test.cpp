@@ -13,10 +13,12 @@ class UVCGPIOTest : public ItemTest {
 protected:
     void Offer(std::int32_t input, std::int32_t output, std::int32_t max_input = 3,
                std::int32_t max_output = 7) {
-        Vendor(122).bytes = gpio_record(input, output, max_input, max_output);
+        Vendor(SELVANE_GPIO).bytes = gpio_record(input, output, max_input, max_output);
     }
-    static DriverRequest Read() { return Get(VendorSet(), 122, 40); }
-    static DriverRequest Write(std::int32_t output) { return SetVendor(122, gpio_record(0, output, 0, 0)); }
+    static DriverRequest Read() { return Get(VendorSet(), SELVANE_GPIO, 40); }
+    static DriverRequest Write(std::int32_t output) {
+        return SetVendor(SELVANE_GPIO, gpio_record(0, output, 0, 0));
+    }
 };
 
 TEST_F(UVCGPIOTest, NeedsItsProperty) {
@@ -43,7 +45,7 @@ TEST_F(UVCGPIOTest, SupportsTheDirectionsThatHavePins) {
             (void)Asked();
         }
     }
-    Vendor(122).get_result = driver_failure;
+    Vendor(SELVANE_GPIO).get_result = driver_failure;
     for (const InterfaceKey key : {0U, 1U, 2U, 3U}) {
         EXPECT_FALSE(item->SupportsInterface(key));
     }
@@ -79,7 +81,7 @@ TEST_F(UVCGPIOTest, RangesAreThoseOfTheDirections) {
     EXPECT_EQ(Range(item, 0), (RangeInfo{0, 3, 0, 1}));
     EXPECT_EQ(Range(item, 2), (RangeInfo{0, 7, 0, 1}));
     EXPECT_EQ(Asked(), Requests(2, Read()));
-    Vendor(122).get_result = driver_failure;
+    Vendor(SELVANE_GPIO).get_result = driver_failure;
     RangeInfo range{1, 2, 3, 4};
     EXPECT_EQ(item->GetRange(0, range), driver_failure);
     EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
@@ -126,13 +128,13 @@ TEST_F(UVCGPIOTest, KeptValuesOutliveFailures) {
     EXPECT_EQ(item->Push(1), S_OK);
     EXPECT_EQ(item->SetValue(2, 4), S_OK);
     Offer(3, 6);
-    Vendor(122).get_result = driver_failure;
-    Vendor(122).set_result = driver_refusal;
+    Vendor(SELVANE_GPIO).get_result = driver_failure;
+    Vendor(SELVANE_GPIO).set_result = driver_refusal;
     EXPECT_EQ(item->Push(1), driver_failure);
     EXPECT_EQ(item->Push(3), driver_refusal);
     EXPECT_EQ(Value(item, 0), 2);
     EXPECT_EQ(Value(item, 2), 4);
-    Vendor(122).set_result = S_OK;
+    Vendor(SELVANE_GPIO).set_result = S_OK;
     (void)Asked();
     EXPECT_EQ(item->Push(3), S_OK);
     EXPECT_EQ(Asked(), Requests{Write(4)});

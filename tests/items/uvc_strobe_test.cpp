@@ -65,11 +65,11 @@ Strobe Restricted(Strobe strobe, std::uint32_t restrictions) {
 class UVCStrobeTest : public ItemTest {
 protected:
     Item MakeWith(const Strobe& strobe) {
-        Vendor(125).bytes = strobe;
+        Vendor(SELVANE_STROBE).bytes = strobe;
         return Make(MakeUVCStrobe);
     }
-    static DriverRequest Read() { return Get(VendorSet(), 125, 88); }
-    static DriverRequest Write(const Bytes& record) { return SetVendor(125, record); }
+    static DriverRequest Read() { return Get(VendorSet(), SELVANE_STROBE, 88); }
+    static DriverRequest Write(const Bytes& record) { return SetVendor(SELVANE_STROBE, record); }
     static std::vector<std::wstring> ModeTexts(const Item& item) {
         std::vector<SharedString> strings;
         EXPECT_EQ(item->GetMapStrings(mode, strings), S_OK);
@@ -113,7 +113,7 @@ TEST_F(UVCStrobeTest, RestrictionsTakeAwayInterfaces) {
 
 TEST_F(UVCStrobeTest, WithoutARecordNothingIsSupportedOrAvailable) {
     const Item item = MakeWith({});
-    Vendor(125).get_result = driver_failure;
+    Vendor(SELVANE_STROBE).get_result = driver_failure;
     for (const InterfaceKey key : {enable, mode, polarity, duration, delay}) {
         bool available = true;
         EXPECT_FALSE(item->SupportsInterface(key));
@@ -121,7 +121,7 @@ TEST_F(UVCStrobeTest, WithoutARecordNothingIsSupportedOrAvailable) {
         EXPECT_FALSE(available);
     }
     EXPECT_EQ(Asked(), Requests(10, Read())) << "a failed read leaves the record to be read again";
-    Vendor(125).get_result = S_OK;
+    Vendor(SELVANE_STROBE).get_result = S_OK;
     EXPECT_TRUE(item->SupportsInterface(enable));
 }
 
@@ -189,7 +189,7 @@ TEST_F(UVCStrobeTest, TheRecordIsReadOnce) {
     EXPECT_TRUE(Switch(item, enable));
     Strobe other = ExposureMode(500);
     other.enable = 0;
-    Vendor(125).bytes = other;
+    Vendor(SELVANE_STROBE).bytes = other;
     EXPECT_TRUE(Switch(item, enable));
     EXPECT_EQ(Value(item, duration), 300);
     EXPECT_EQ(Value(item, mode), 1);
@@ -244,7 +244,7 @@ TEST_F(UVCStrobeTest, TextsAreAppended) {
 TEST_F(UVCStrobeTest, ModesAreCollectedOnce) {
     const Item item = MakeWith(Restricted(ExposureMode(), 4));
     EXPECT_EQ(ModeTexts(item).size(), 1U);
-    Vendor(125).bytes = FixedMode();
+    Vendor(SELVANE_STROBE).bytes = FixedMode();
     EXPECT_EQ(item->Refresh(0), S_OK);
     EXPECT_EQ(ModeTexts(item).size(), 1U);
     EXPECT_EQ(ModeTexts(MakeWith(FixedMode())).size(), 3U);
@@ -364,7 +364,7 @@ TEST_F(UVCStrobeTest, TheOnlyModeOfARestrictedStrobeCanBeSelected) {
 
 TEST_F(UVCStrobeTest, AfterARefusedWriteTheNextReadGoesToTheDriver) {
     const Item item = MakeWith(FixedMode());
-    Vendor(125).set_result = driver_refusal;
+    Vendor(SELVANE_STROBE).set_result = driver_refusal;
     EXPECT_EQ(item->SetValue(duration, 500), driver_refusal);
     (void)Asked();
     EXPECT_EQ(Value(item, duration), 300);
@@ -372,12 +372,12 @@ TEST_F(UVCStrobeTest, AfterARefusedWriteTheNextReadGoesToTheDriver) {
     EXPECT_EQ(Asked(), Requests{Read()});
 
     EXPECT_EQ(item->SetSwitch(enable, false), driver_refusal);
-    Vendor(125).get_result = driver_failure;
+    Vendor(SELVANE_STROBE).get_result = driver_failure;
     bool on = true;
     EXPECT_EQ(item->GetSwitch(enable, on), driver_failure);
     EXPECT_TRUE(on);
-    Vendor(125).get_result = S_OK;
-    Vendor(125).set_result = S_OK;
+    Vendor(SELVANE_STROBE).get_result = S_OK;
+    Vendor(SELVANE_STROBE).set_result = S_OK;
     EXPECT_TRUE(Switch(item, enable));
     EXPECT_EQ(item->SetValue(duration, 600), S_OK);
     EXPECT_EQ(Value(item, duration), 600);
@@ -386,19 +386,19 @@ TEST_F(UVCStrobeTest, AfterARefusedWriteTheNextReadGoesToTheDriver) {
 TEST_F(UVCStrobeTest, AfterARefusedModeTheItemHasThatOfTheDevice) {
     const Item item = MakeWith(FixedMode());
     for (const std::int32_t refused : {0, 2}) {
-        Vendor(125).set_result = driver_refusal;
+        Vendor(SELVANE_STROBE).set_result = driver_refusal;
         EXPECT_EQ(item->SetValue(mode, refused), driver_refusal);
         EXPECT_EQ(Value(item, mode), 1);
         EXPECT_TRUE(Available(item, duration));
         EXPECT_TRUE(Available(item, delay));
         (void)Asked();
 
-        Vendor(125).set_result = S_OK;
+        Vendor(SELVANE_STROBE).set_result = S_OK;
         Strobe expected = FixedMode();
         expected.delay = 50 + refused;
         EXPECT_EQ(item->SetValue(delay, expected.delay), S_OK);
         EXPECT_EQ(Asked(), Requests{Write(expected)}) << "later writes carry the device's mode";
-        Vendor(125).bytes = FixedMode();
+        Vendor(SELVANE_STROBE).bytes = FixedMode();
     }
 }
 
@@ -406,10 +406,10 @@ TEST_F(UVCStrobeTest, ARefusedWriteOfAnyKindTellsTheModeAnew) {
     const auto refuse = [&](const auto& write) {
         const Item item = MakeWith(FixedMode());
         EXPECT_EQ(Value(item, mode), 1);
-        Vendor(125).set_result = driver_refusal;
+        Vendor(SELVANE_STROBE).set_result = driver_refusal;
         EXPECT_EQ(write(item), driver_refusal);
-        Vendor(125).set_result = S_OK;
-        Vendor(125).bytes = ExposureMode();
+        Vendor(SELVANE_STROBE).set_result = S_OK;
+        Vendor(SELVANE_STROBE).bytes = ExposureMode();
         EXPECT_EQ(Value(item, mode), 2) << "the device was changed meanwhile";
         EXPECT_FALSE(Available(item, duration));
     };
@@ -422,7 +422,7 @@ TEST_F(UVCStrobeTest, ARefusedWriteOfAnyKindTellsTheModeAnew) {
 
 TEST_F(UVCStrobeTest, NothingIsWrittenWithoutARecord) {
     const Item item = MakeWith(FixedMode());
-    Vendor(125).get_result = driver_failure;
+    Vendor(SELVANE_STROBE).get_result = driver_failure;
     RangeInfo range{1, 2, 3, 4};
     std::int32_t value = 5;
     std::vector<SharedString> strings;
@@ -437,7 +437,7 @@ TEST_F(UVCStrobeTest, NothingIsWrittenWithoutARecord) {
     EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
     EXPECT_EQ(value, 5);
     EXPECT_TRUE(strings.empty());
-    Vendor(125).get_result = S_OK;
+    Vendor(SELVANE_STROBE).get_result = S_OK;
     EXPECT_EQ(Value(item, mode), 1) << "the mode that could not be set left no trace";
 }
 

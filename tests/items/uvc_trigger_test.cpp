@@ -12,31 +12,20 @@ constexpr std::uint32_t operation = 1U << 25;
 class UVCTriggerTest : public ItemTest {
 protected:
     void OfferAll(std::uint32_t flags = off, std::uint32_t capabilities = polarity | operation) {
-        Vendor(115).bytes = IntRecord(11, flags, capabilities, 12, 13, 14);
-        Vendor(115).Put(0, std::uint8_t{0xAB});
-        Vendor(213).bytes = IntRecord(0);
-        Vendor(238).bytes = FloatRecord(12.5F, 3.1F, 1000000.0F, 0.5F);
+        Vendor(SELVANE_TRIGGER).bytes = IntRecord(11, flags, capabilities, 12, 13, 14);
+        Vendor(SELVANE_TRIGGER).Put(0, std::uint8_t{0xAB});
+        Vendor(SELVANE_SOFTWARE_TRIGGER).bytes = IntRecord(0);
+        Vendor(SELVANE_TRIGGER_DELAY).bytes = FloatRecord(12.5F, 3.1F, 1000000.0F, 0.5F);
     }
     // The record of the driver with other flags.
     Bytes WithFlags(std::uint32_t flags) {
-        ScriptedProperty copy = Vendor(115);
+        ScriptedProperty copy = Vendor(SELVANE_TRIGGER);
         return copy.Put(28, flags).bytes;
     }
 };
 
 TEST_F(UVCTriggerTest, NeedsNothingButThePropertySet) {
-    ZELAdapterHelper::CZELItemDataBase* made = nullptr;
-    MakeUVCTrigger(&made, &driver, *ZELAdapterHelper::StaticItemTable().begin());
-    {
-        const Item item = Item::attach(made);
-        ASSERT_TRUE(item);
-        EXPECT_TRUE(Asked().empty());
-        for (const InterfaceKey key : {0U, 1U, 2U, 3U, 4U, 5U}) {
-            EXPECT_FALSE(item->SupportsInterface(key)) << key;
-        }
-    }
-    driver.has_property_set = false;
-    EXPECT_FALSE(Make(MakeUVCTrigger));
+    ExpectNeedsNoProperty(MakeUVCTrigger, {0, 1, 2, 3, 4, 5});
 }
 
 TEST_F(UVCTriggerTest, SupportsWhatTheDriverHas) {
@@ -46,8 +35,10 @@ TEST_F(UVCTriggerTest, SupportsWhatTheDriverHas) {
         EXPECT_TRUE(item->SupportsInterface(key)) << key;
     }
     EXPECT_EQ(Asked(),
-              (Requests{QueryVendor(115), QueryVendor(115), GetInt(115), QueryVendor(213), GetInt(213),
-                        QueryVendor(238), GetFloat(238), QueryVendor(115), GetInt(115)}));
+              (Requests{QueryVendor(SELVANE_TRIGGER), QueryVendor(SELVANE_TRIGGER), GetInt(SELVANE_TRIGGER),
+                        QueryVendor(SELVANE_SOFTWARE_TRIGGER), GetInt(SELVANE_SOFTWARE_TRIGGER),
+                        QueryVendor(SELVANE_TRIGGER_DELAY), GetFloat(SELVANE_TRIGGER_DELAY),
+                        QueryVendor(SELVANE_TRIGGER), GetInt(SELVANE_TRIGGER)}));
     EXPECT_FALSE(item->SupportsInterface(2));
     EXPECT_FALSE(item->SupportsInterface(6));
     EXPECT_FALSE(item->SupportsInterface(0x100000000));
@@ -68,7 +59,7 @@ TEST_F(UVCTriggerTest, PolarityAndOperationNeedTheirCapability) {
 TEST_F(UVCTriggerTest, SupportNeedsReadablePropertiesExceptForEnable) {
     OfferAll();
     const Item item = Make(MakeUVCTrigger);
-    for (const std::uint32_t id : {115U, 213U, 238U}) {
+    for (const std::uint32_t id : {SELVANE_TRIGGER, SELVANE_SOFTWARE_TRIGGER, SELVANE_TRIGGER_DELAY}) {
         Vendor(id).get_result = driver_failure;
     }
     EXPECT_TRUE(item->SupportsInterface(0));
@@ -76,7 +67,7 @@ TEST_F(UVCTriggerTest, SupportNeedsReadablePropertiesExceptForEnable) {
         EXPECT_FALSE(item->SupportsInterface(key)) << key;
     }
     OfferAll();
-    for (const std::uint32_t id : {115U, 213U, 238U}) {
+    for (const std::uint32_t id : {SELVANE_TRIGGER, SELVANE_SOFTWARE_TRIGGER, SELVANE_TRIGGER_DELAY}) {
         Vendor(id).get_result = S_OK;
         Vendor(id).support = 0;
     }
@@ -104,7 +95,7 @@ TEST_F(UVCTriggerTest, SoftwareTriggerIsAvailableWhileTheTriggerIsOn) {
     OfferAll(off);
     const Item item = Make(MakeUVCTrigger);
     EXPECT_FALSE(Available(item, 3));
-    EXPECT_EQ(Asked(), Requests{GetInt(115)});
+    EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_TRIGGER)});
     OfferAll(0);
     EXPECT_TRUE(Available(item, 3));
     (void)Asked();
@@ -112,7 +103,7 @@ TEST_F(UVCTriggerTest, SoftwareTriggerIsAvailableWhileTheTriggerIsOn) {
         EXPECT_TRUE(Available(item, key)) << key;
     }
     EXPECT_TRUE(Asked().empty());
-    Vendor(115).get_result = driver_failure;
+    Vendor(SELVANE_TRIGGER).get_result = driver_failure;
     bool available = false;
     EXPECT_EQ(item->IsAvailable(3, available), driver_failure);
     EXPECT_FALSE(available);
@@ -125,7 +116,7 @@ TEST_F(UVCTriggerTest, SwitchesAreBitsOfTheFlags) {
         OfferAll(flags);
         EXPECT_EQ(Switch(item, 0), (flags & off) == 0) << flags;
         EXPECT_EQ(Switch(item, 1), (flags & polarity) != 0) << flags;
-        EXPECT_EQ(Asked(), Requests(2, GetInt(115)));
+        EXPECT_EQ(Asked(), Requests(2, GetInt(SELVANE_TRIGGER)));
     }
 }
 
@@ -137,7 +128,8 @@ TEST_F(UVCTriggerTest, EnableRewritesTheThreeLowBits) {
             OfferAll(flags);
             const Bytes expected = WithFlags((flags & ~7U) | (on ? 0 : off));
             EXPECT_EQ(item->SetSwitch(0, on), S_OK);
-            EXPECT_EQ(Asked(), (Requests{GetInt(115), SetVendor(115, expected)})) << flags << on;
+            EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_TRIGGER), SetVendor(SELVANE_TRIGGER, expected)}))
+                << flags << on;
         }
     }
 }
@@ -150,7 +142,8 @@ TEST_F(UVCTriggerTest, PolarityKeepsEverythingElse) {
             OfferAll(flags);
             const Bytes expected = WithFlags(on ? flags | polarity : flags & ~polarity);
             EXPECT_EQ(item->SetSwitch(1, on), S_OK);
-            EXPECT_EQ(Asked(), (Requests{GetInt(115), SetVendor(115, expected)})) << flags << on;
+            EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_TRIGGER), SetVendor(SELVANE_TRIGGER, expected)}))
+                << flags << on;
         }
     }
 }
@@ -163,12 +156,13 @@ TEST_F(UVCTriggerTest, OperationIsABitOfTheFlags) {
     for (const std::uint32_t flags : {0U, 7U, operation, 0xFFFFFFFFU}) {
         OfferAll(flags);
         EXPECT_EQ(Value(item, 5), (flags & operation) != 0 ? 1 : 0);
-        EXPECT_EQ(Asked(), Requests{GetInt(115)});
+        EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_TRIGGER)});
         for (const std::int32_t value : {1, 0}) {
             OfferAll(flags);
             const Bytes expected = WithFlags(value == 1 ? flags | operation : flags & ~operation);
             EXPECT_EQ(item->SetValue(5, value), S_OK);
-            EXPECT_EQ(Asked(), (Requests{GetInt(115), SetVendor(115, expected)})) << flags << value;
+            EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_TRIGGER), SetVendor(SELVANE_TRIGGER, expected)}))
+                << flags << value;
         }
     }
 }
@@ -178,7 +172,7 @@ TEST_F(UVCTriggerTest, UnknownOperationIsRefusedAndNotWritten) {
     const Item item = Make(MakeUVCTrigger);
     for (const std::int32_t value : {2, -1, INT32_MAX}) {
         EXPECT_EQ(item->SetValue(5, value), E_INVALIDARG);
-        EXPECT_EQ(Asked(), Requests{GetInt(115)});
+        EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_TRIGGER)});
     }
 }
 
@@ -194,9 +188,9 @@ TEST_F(UVCTriggerTest, PushFiresWhateverItsKey) {
     const Item item = Make(MakeUVCTrigger);
     for (const InterfaceKey key : {3U, 0U, 99U}) {
         EXPECT_EQ(item->Push(key), S_OK);
-        EXPECT_EQ(Asked(), Requests{SetVendor(213, IntRecord(0, 8))});
+        EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_SOFTWARE_TRIGGER, IntRecord(0, 8))});
     }
-    Vendor(213).set_result = driver_refusal;
+    Vendor(SELVANE_SOFTWARE_TRIGGER).set_result = driver_refusal;
     EXPECT_EQ(item->Push(3), driver_refusal);
 }
 
@@ -206,8 +200,8 @@ TEST_F(UVCTriggerTest, DelayIsAFloatProperty) {
     EXPECT_EQ(AbsRange(item, 4), (AbsRangeInfo{static_cast<double>(3.1F), 1000000.0, 0.5}));
     EXPECT_EQ(AbsValue(item, 4), 12.5);
     EXPECT_EQ(item->SetAbsValue(4, 0.1), S_OK);
-    EXPECT_EQ(Asked(),
-              (Requests{GetFloat(238), GetFloat(238), SetVendor(238, FloatRecord(0.1F, 0, 0, 0, 2))}));
+    EXPECT_EQ(Asked(), (Requests{GetFloat(SELVANE_TRIGGER_DELAY), GetFloat(SELVANE_TRIGGER_DELAY),
+                                 SetVendor(SELVANE_TRIGGER_DELAY, FloatRecord(0.1F, 0, 0, 0, 2))}));
 }
 
 TEST_F(UVCTriggerTest, UnitIsMicrosecondsOnALinearScaleForEveryKey) {
@@ -224,8 +218,8 @@ TEST_F(UVCTriggerTest, UnitIsMicrosecondsOnALinearScaleForEveryKey) {
 TEST_F(UVCTriggerTest, NothingIsWrittenWhenTheRecordCannotBeRead) {
     OfferAll();
     const Item item = Make(MakeUVCTrigger);
-    Vendor(115).get_result = driver_failure;
-    Vendor(238).get_result = driver_failure;
+    Vendor(SELVANE_TRIGGER).get_result = driver_failure;
+    Vendor(SELVANE_TRIGGER_DELAY).get_result = driver_failure;
     bool on = true;
     std::int32_t value = 5;
     AbsRangeInfo range{1, 2, 3};
@@ -236,15 +230,15 @@ TEST_F(UVCTriggerTest, NothingIsWrittenWhenTheRecordCannotBeRead) {
     EXPECT_EQ(item->GetSwitch(0, on), driver_failure);
     EXPECT_EQ(item->GetSwitch(1, on), driver_failure);
     EXPECT_EQ(item->GetValue(5, value), driver_failure);
-    EXPECT_EQ(Asked(), Requests(6, GetInt(115)));
+    EXPECT_EQ(Asked(), Requests(6, GetInt(SELVANE_TRIGGER)));
     EXPECT_EQ(item->GetAbsRange(4, range), driver_failure);
     EXPECT_EQ(item->GetAbsValue(4, delay), driver_failure);
     EXPECT_TRUE(on);
     EXPECT_EQ(value, 5);
     EXPECT_EQ(range, (AbsRangeInfo{1, 2, 3}));
     EXPECT_EQ(delay, 6);
-    Vendor(115).get_result = S_OK;
-    Vendor(115).set_result = driver_refusal;
+    Vendor(SELVANE_TRIGGER).get_result = S_OK;
+    Vendor(SELVANE_TRIGGER).set_result = driver_refusal;
     EXPECT_EQ(item->SetSwitch(0, true), driver_refusal);
 }
 

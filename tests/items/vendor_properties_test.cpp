@@ -14,22 +14,22 @@ class VendorPropertiesTest : public ItemTest {};
 
 TEST_F(VendorPropertiesTest, SupportNeedsSuccessAndOneOfTheTwoBits) {
     for (const std::uint32_t support : {0U, 1U, 2U, 3U, 4U, 5U, 0xFFFFFFFCU}) {
-        Vendor(109).support = support;
-        EXPECT_EQ(PropertySupported(driver, 109), (support & 3) != 0) << support;
+        Vendor(SELVANE_EXPOSURE_TICKS).support = support;
+        EXPECT_EQ(PropertySupported(driver, SELVANE_EXPOSURE_TICKS), (support & 3) != 0) << support;
     }
-    Vendor(109).support = 3;
-    Vendor(109).support_result = driver_failure;
-    EXPECT_FALSE(PropertySupported(driver, 109));
+    Vendor(SELVANE_EXPOSURE_TICKS).support = 3;
+    Vendor(SELVANE_EXPOSURE_TICKS).support_result = driver_failure;
+    EXPECT_FALSE(PropertySupported(driver, SELVANE_EXPOSURE_TICKS));
     EXPECT_FALSE(PropertySupported(driver, 110));
     EXPECT_EQ(Asked().back(), QueryVendor(110));
 }
 
 TEST_F(VendorPropertiesTest, GetPropertyHandsOverAZeroRecordAsInstanceAndData) {
-    Vendor(106).bytes = IntRecord(-5, 6, 7, -8, 9, 10);
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).bytes = IntRecord(-5, 6, 7, -8, 9, 10);
     wire::integer_record record;
     std::fill_n(reinterpret_cast<std::uint8_t*>(&record), sizeof(record), std::uint8_t{0xCC});
-    EXPECT_EQ(GetProperty(driver, 106, record), S_OK);
-    EXPECT_EQ(Asked(), Requests{GetInt(106)});
+    EXPECT_EQ(GetProperty(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, record), S_OK);
+    EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_AUTO_EXPOSURE_REFERENCE)});
     EXPECT_EQ(record.value, -5);
     EXPECT_EQ(record.flags, 6U);
     EXPECT_EQ(record.capabilities, 7U);
@@ -39,11 +39,11 @@ TEST_F(VendorPropertiesTest, GetPropertyHandsOverAZeroRecordAsInstanceAndData) {
 }
 
 TEST_F(VendorPropertiesTest, GetFloatPropertyHandsOverAZeroRecordAsInstanceAndData) {
-    Vendor(200).bytes = FloatRecord(0.5F, 0.25F, 4.0F, 1.0F, 3, 5);
+    Vendor(SELVANE_EXPOSURE_FLOAT).bytes = FloatRecord(0.5F, 0.25F, 4.0F, 1.0F, 3, 5);
     wire::float_record record;
     std::fill_n(reinterpret_cast<std::uint8_t*>(&record), sizeof(record), std::uint8_t{0xCC});
-    EXPECT_EQ(GetFloatProperty(driver, 200, record), S_OK);
-    EXPECT_EQ(Asked(), Requests{GetFloat(200)});
+    EXPECT_EQ(GetFloatProperty(driver, SELVANE_EXPOSURE_FLOAT, record), S_OK);
+    EXPECT_EQ(Asked(), Requests{GetFloat(SELVANE_EXPOSURE_FLOAT)});
     EXPECT_EQ(record.value, 0.5F);
     EXPECT_EQ(record.min, 0.25F);
     EXPECT_EQ(record.max, 4.0F);
@@ -53,37 +53,38 @@ TEST_F(VendorPropertiesTest, GetFloatPropertyHandsOverAZeroRecordAsInstanceAndDa
 }
 
 TEST_F(VendorPropertiesTest, AShortAnswerReadsAsZeroBehind) {
-    Vendor(106).bytes = Block(28).Put(24, std::int32_t{77});
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).bytes = Block(28).Put(24, std::int32_t{77});
     RangeInfo range{1, 2, 3, 4};
     std::int32_t value = 0;
-    EXPECT_EQ(GetPropertyRange(driver, 106, range), S_OK);
+    EXPECT_EQ(GetPropertyRange(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, range), S_OK);
     EXPECT_EQ(range, (RangeInfo{0, 0, 0, 1}));
-    EXPECT_EQ(GetPropertyValue(driver, 106, value), S_OK);
+    EXPECT_EQ(GetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, value), S_OK);
     EXPECT_EQ(value, 77);
 }
 
 TEST_F(VendorPropertiesTest, RangeHasStepOne) {
-    Vendor(106).bytes = IntRecord(-5, 0, 0x7FFFFFFF, -100, 200, 50);
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).bytes = IntRecord(-5, 0, 0x7FFFFFFF, -100, 200, 50);
     RangeInfo range;
-    EXPECT_EQ(GetPropertyRange(driver, 106, range), S_OK);
+    EXPECT_EQ(GetPropertyRange(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, range), S_OK);
     EXPECT_EQ(range, (RangeInfo{-100, 200, 50, 1}));
 }
 
 TEST_F(VendorPropertiesTest, WritesAreZeroButForValueAndManualFlag) {
-    Vendor(106);
-    EXPECT_EQ(SetPropertyValue(driver, 106, -3), S_OK);
-    EXPECT_EQ(SetPropertySwitch(driver, 106, true), S_OK);
-    EXPECT_EQ(SetPropertySwitch(driver, 106, false), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(106, IntRecord(-3, 2)), SetVendor(106, IntRecord(1, 2)),
-                                 SetVendor(106, IntRecord(0, 2))}));
-    Vendor(200);
-    EXPECT_EQ(SetFloatValue(driver, 200, 0.125F), S_OK);
-    EXPECT_EQ(Asked(), Requests{SetVendor(200, FloatRecord(0.125F, 0, 0, 0, 2))});
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE);
+    EXPECT_EQ(SetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, -3), S_OK);
+    EXPECT_EQ(SetPropertySwitch(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, true), S_OK);
+    EXPECT_EQ(SetPropertySwitch(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, false), S_OK);
+    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_AUTO_EXPOSURE_REFERENCE, IntRecord(-3, 2)),
+                                 SetVendor(SELVANE_AUTO_EXPOSURE_REFERENCE, IntRecord(1, 2)),
+                                 SetVendor(SELVANE_AUTO_EXPOSURE_REFERENCE, IntRecord(0, 2))}));
+    Vendor(SELVANE_EXPOSURE_FLOAT);
+    EXPECT_EQ(SetFloatValue(driver, SELVANE_EXPOSURE_FLOAT, 0.125F), S_OK);
+    EXPECT_EQ(Asked(), Requests{SetVendor(SELVANE_EXPOSURE_FLOAT, FloatRecord(0.125F, 0, 0, 0, 2))});
 }
 
 TEST_F(VendorPropertiesTest, WholeRecordsGoOutAsTheyAre) {
-    Vendor(115);
-    Vendor(200);
+    Vendor(SELVANE_TRIGGER);
+    Vendor(SELVANE_EXPOSURE_FLOAT);
     wire::integer_record record = {};
     record.header[0] = 0xAB;
     record.value = 1;
@@ -92,12 +93,12 @@ TEST_F(VendorPropertiesTest, WholeRecordsGoOutAsTheyAre) {
     record.min = 4;
     record.max = 5;
     record.default_value = 6;
-    EXPECT_EQ(SetProperty(driver, 115, record), S_OK);
+    EXPECT_EQ(SetProperty(driver, SELVANE_TRIGGER, record), S_OK);
     wire::float_record float_record = {};
     float_record.value = 1.0F;
     float_record.capabilities = 9;
     float_record.unused[7] = 0xCD;
-    EXPECT_EQ(SetFloatProperty(driver, 200, float_record), S_OK);
+    EXPECT_EQ(SetFloatProperty(driver, SELVANE_EXPOSURE_FLOAT, float_record), S_OK);
 
     Block integer(48);
     integer.Put(0, std::uint8_t{0xAB});
@@ -105,27 +106,28 @@ TEST_F(VendorPropertiesTest, WholeRecordsGoOutAsTheyAre) {
         integer.Put(static_cast<std::size_t>(20 + 4 * field), field);
     }
     const Block floating = Block(56).Put(24, 1.0F).Put(44, 9U).Put(55, std::uint8_t{0xCD});
-    EXPECT_EQ(Asked(), (Requests{SetVendor(115, integer), SetVendor(200, floating)}));
+    EXPECT_EQ(Asked(),
+              (Requests{SetVendor(SELVANE_TRIGGER, integer), SetVendor(SELVANE_EXPOSURE_FLOAT, floating)}));
 }
 
 TEST_F(VendorPropertiesTest, FailuresAreHandedOnAndLeaveOutValuesAlone) {
-    Vendor(106).get_result = driver_failure;
-    Vendor(106).set_result = driver_refusal;
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).get_result = driver_failure;
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).set_result = driver_refusal;
     RangeInfo range{1, 2, 3, 4};
     AbsRangeInfo abs_range{1, 2, 3};
     std::int32_t value = 5;
     double abs_value = 6;
     bool on = true;
-    EXPECT_EQ(GetPropertyRange(driver, 106, range), driver_failure);
-    EXPECT_EQ(GetPropertyValue(driver, 106, value), driver_failure);
-    EXPECT_EQ(GetPropertySwitch(driver, 106, on), driver_failure);
-    EXPECT_EQ(GetScaledRange(driver, 106, 10.0, abs_range), driver_failure);
-    EXPECT_EQ(GetScaledValue(driver, 106, 10.0, abs_value), driver_failure);
-    EXPECT_EQ(GetFloatRange(driver, 106, abs_range), driver_failure);
-    EXPECT_EQ(GetFloatValue(driver, 106, abs_value), driver_failure);
-    EXPECT_EQ(SetPropertyValue(driver, 106, 1), driver_refusal);
-    EXPECT_EQ(SetScaledValue(driver, 106, 10.0, 1.0), driver_refusal);
-    EXPECT_EQ(SetFloatValue(driver, 106, 1.0F), driver_refusal);
+    EXPECT_EQ(GetPropertyRange(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, range), driver_failure);
+    EXPECT_EQ(GetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, value), driver_failure);
+    EXPECT_EQ(GetPropertySwitch(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, on), driver_failure);
+    EXPECT_EQ(GetScaledRange(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 10.0, abs_range), driver_failure);
+    EXPECT_EQ(GetScaledValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 10.0, abs_value), driver_failure);
+    EXPECT_EQ(GetFloatRange(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, abs_range), driver_failure);
+    EXPECT_EQ(GetFloatValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, abs_value), driver_failure);
+    EXPECT_EQ(SetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 1), driver_refusal);
+    EXPECT_EQ(SetScaledValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 10.0, 1.0), driver_refusal);
+    EXPECT_EQ(SetFloatValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 1.0F), driver_refusal);
     EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
     EXPECT_EQ(abs_range, (AbsRangeInfo{1, 2, 3}));
     EXPECT_EQ(value, 5);
@@ -150,7 +152,7 @@ TEST_F(VendorPropertiesTest, ADriverThatWritesIntoItsInputHarmsNoRecord) {
     } scribbler;
     wire::integer_record record = {};
     record.value = 42;
-    EXPECT_EQ(SetProperty(scribbler, 106, record), S_OK);
+    EXPECT_EQ(SetProperty(scribbler, SELVANE_AUTO_EXPOSURE_REFERENCE, record), S_OK);
     EXPECT_EQ(record.value, 42);
 }
 

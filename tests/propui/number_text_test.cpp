@@ -87,12 +87,6 @@ TEST(FormatInteger, PrintsEveryNumberWhole) {
     EXPECT_EQ(FormatInteger(limits::min()), L"-2147483648");
 }
 
-TEST(TrimSpace, TakesAllWhiteSpaceAtBothEnds) {
-    EXPECT_EQ(TrimSpace(L" \t\r\n\v\f a b \t\r\n\v\f"), L"a b");
-    EXPECT_EQ(TrimSpace(L" \t "), L"");
-    EXPECT_EQ(TrimSpace(L""), L"");
-}
-
 struct IntegerRow {
     const wchar_t* text;
     std::int32_t value;

@@ -31,10 +31,10 @@ protected:
         PutRange(109, 1, 40000);  // ticks of 1/10000 s
         PutRange(201, 1, 40000);
         PutRange(241, 0, 4800);  // 1/100 dB
-        Vendor(122).Put<std::uint32_t>(32, 15).Put<std::uint32_t>(36, 15);
-        Vendor(125).Put<std::uint32_t>(44, 100).Put<std::uint32_t>(84, 0);
-        Vendor(115).Put<std::uint32_t>(32, 0x3000000).Put<std::uint32_t>(44, 0);
-        Vendor(238).Put<float>(28, 0).Put<float>(32, 1000000).Put<std::uint64_t>(48, 0);
+        Vendor(SELVANE_GPIO).Put<std::uint32_t>(32, 15).Put<std::uint32_t>(36, 15);
+        Vendor(SELVANE_STROBE).Put<std::uint32_t>(44, 100).Put<std::uint32_t>(84, 0);
+        Vendor(SELVANE_TRIGGER).Put<std::uint32_t>(32, 0x3000000).Put<std::uint32_t>(44, 0);
+        Vendor(SELVANE_TRIGGER_DELAY).Put<float>(28, 0).Put<float>(32, 1000000).Put<std::uint64_t>(48, 0);
         driver_.Property(color_set, 0).Put<std::uint32_t>(44, 0);
         for (const std::int32_t control : {exposure_control, focus_control})
             PutControl(driver_.CameraControl(), control);
@@ -200,7 +200,7 @@ TEST_F(StaticTablePages, ExposureIsSetInSecondsAndSnaps) {
 
 TEST_F(StaticTablePages, TheSecondExposureNeverStandsInForTheFirst) {
     Remove(109);
-    Vendor(200).Put<std::uint64_t>(48, 0);
+    Vendor(SELVANE_EXPOSURE_FLOAT).Put<std::uint64_t>(48, 0);
     EXPECT_FALSE(Shows(exposure_page, L"Exposure"));
     EXPECT_TRUE(Shows(exposure_page, L"Gain"));
 }
@@ -214,7 +214,7 @@ TEST_F(StaticTablePages, ElementsThatTheCameraLacksAreLeftOut) {
     EXPECT_FALSE(Shows(feature_page, L"Auto-center"));
     EXPECT_TRUE(Shows(feature_page, L"X Offset"));
 
-    Vendor(125).Put<std::uint32_t>(76, 7);
+    Vendor(SELVANE_STROBE).Put<std::uint32_t>(76, 7);
     EXPECT_FALSE(Shows(feature_page, L"Duration"));
     EXPECT_TRUE(Shows(feature_page, L"Mode"));
 }

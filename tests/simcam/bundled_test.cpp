@@ -3,6 +3,7 @@
 #include "simcam/camera_options.h"
 #include "simcam/register_memory.h"
 #include "simcam/simulated_camera.h"
+#include "tests/support/not_empty.h"
 #include "tests/support/test_document.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +22,7 @@ constexpr GenICam::load_options as_the_adapter_does = {true, true};
 
 TEST(Bundled, DescriptionsAreTheFilesOfTheSource) {
     ASSERT_THAT(bundled_description_names(), testing::Contains("simulated_camera"));
-    for (const std::string_view name : bundled_description_names()) {
+    for (const std::string_view name : test_support::NotEmpty(bundled_description_names())) {
         std::ifstream file(std::string(SELVANE_SOURCE_DIR "/descriptions/") + std::string(name) + ".xml",
                            std::ios::binary);
         const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
@@ -31,7 +32,7 @@ TEST(Bundled, DescriptionsAreTheFilesOfTheSource) {
 }
 
 TEST(Bundled, DescriptionsParse) {
-    for (const std::string_view name : bundled_description_names()) {
+    for (const std::string_view name : test_support::NotEmpty(bundled_description_names())) {
         const std::string_view text = bundled_description(name);
         const std::unique_ptr<GenICam::IGenICamDoc> document(
             GenICam::load_genicam_doc(text.data(), text.size(), {}));
@@ -43,7 +44,7 @@ TEST(Bundled, DescriptionsParse) {
 
 TEST(Bundled, DescriptionsGiveNothingToLog) {
     test_support::LogCapture log;
-    for (const std::string_view name : bundled_description_names()) {
+    for (const std::string_view name : test_support::NotEmpty(bundled_description_names())) {
         const std::string_view text = bundled_description(name);
         const std::unique_ptr<GenICam::IGenICamDoc> document(
             GenICam::load_genicam_doc(text.data(), text.size(), as_the_adapter_does));
@@ -53,7 +54,7 @@ TEST(Bundled, DescriptionsGiveNothingToLog) {
 
 TEST(Bundled, CamerasStartWithNothingToLog) {
     test_support::LogCapture log;
-    for (const camera_name& one : camera_names()) {
+    for (const camera_name& one : test_support::NotEmpty(camera_names())) {
         const camera_ptr camera = make_camera(one.name);
         EXPECT_THAT(log.Take(), testing::IsEmpty()) << one.name;
     }

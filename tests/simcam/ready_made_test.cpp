@@ -1,4 +1,5 @@
 #include "tests/simcam/page_view.h"
+#include "tests/support/not_empty.h"
 
 #include "adapter/hr_exception.h"
 
@@ -43,7 +44,7 @@ int bottom_of(const RecorderCanvas& canvas) {
 
 TEST(ReadyMade, HasTheNamesThatItTells) {
     std::vector<std::string_view> names;
-    for (const camera_name& one : camera_names()) {
+    for (const camera_name& one : test_support::NotEmpty(camera_names())) {
         names.push_back(one.name);
         EXPECT_FALSE(one.about.empty()) << one.name;
         EXPECT_TRUE(make_camera(one.name)) << one.name;
@@ -134,7 +135,7 @@ TEST(ReadyMade, StaysWithinTheWidthOfItsPages) {
     for (const PageName page : ZELPropUI::all_pages) {
         RecorderCanvas canvas;
         ASSERT_TRUE(seen.build(page, canvas));
-        for (const auto& one : canvas.placed) {
+        for (const auto& one : test_support::NotEmpty(canvas.placed)) {
             // The buttons of built-in items stand behind a whole slider row, wherever that ends.
             if (one.kind == "button") continue;
             EXPECT_LE(one.place.left + one.place.width, page_width)
@@ -176,7 +177,7 @@ TEST(ReadyMade, ReplacesBuiltInItemsByDescribedOnes) {
 }
 
 TEST(ReadyMade, LetsGoOfTheFilter) {
-    for (const camera_name& one : camera_names()) {
+    for (const camera_name& one : test_support::NotEmpty(camera_names())) {
         camera_on_pages seen(*ready_made(one.name));
         for (const PageName page : ZELPropUI::all_pages) {
             RecorderCanvas canvas;

@@ -85,11 +85,7 @@ protected:
             const std::uint64_t calls = undisturbed.pages.camera->call_count() - before;
             for (std::uint64_t n = 1; n <= calls; ++n) {
                 open_camera camera(options);
-                simcam::fault once;
-                once.first = n;
-                once.count = 1;
-                once.action = [&] { meanwhile(camera); };
-                camera.pages.camera->add_fault(once);
+                camera.pages.camera->add_fault(simcam::act_at(n, [&] { meanwhile(camera); }));
                 camera.live(page);
                 camera.pages.camera->clear_faults();
                 RecorderCanvas again;

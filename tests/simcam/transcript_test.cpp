@@ -135,7 +135,8 @@ TEST_F(Transcript, NamesAnUnknownSetByItsId) {
 TEST_F(Transcript, KeepsTheBytesOfEachCall) {
     bytes record(48);
     record[24] = 77;
-    (void)camera_->property_set()->Set(vendor_set, 106, record.data(), 48, record.data(), 48);
+    (void)camera_->property_set()->Set(vendor_set, SELVANE_AUTO_EXPOSURE_REFERENCE, record.data(), 48,
+                                       record.data(), 48);
     (void)get_property(*camera_, vendor_set, 106, bytes(48), 48, 0xEE);
     const auto calls = camera_->calls();
     ASSERT_EQ(calls.size(), 2U);

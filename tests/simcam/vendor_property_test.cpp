@@ -63,7 +63,8 @@ protected:
 };
 
 TEST_F(VendorProperty, FillsTheIntegerRecord) {
-    Model()->integers[106] = {11, 12, 13, -14, 15, 16, limit_policy::clamp, support_both};
+    Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE] = {
+        11, 12, 13, -14, 15, 16, limit_policy::clamp, support_both};
     const bytes record = Get(106, 48);
     const std::int32_t expected[] = {11, 12, 13, -14, 15, 16};
     for (std::size_t at = 0; at < 6; ++at) {
@@ -72,7 +73,8 @@ TEST_F(VendorProperty, FillsTheIntegerRecord) {
 }
 
 TEST_F(VendorProperty, FillsTheFloatRecord) {
-    Model()->floats[200] = {1.5F, 0.5F, 9.5F, 2.5F, 1, 3, limit_policy::clamp, support_both};
+    Model()->floats[SELVANE_EXPOSURE_FLOAT] = {1.5F,        0.5F, 9.5F, 2.5F, 1, 3, limit_policy::clamp,
+                                               support_both};
     const bytes record = Get(200, 56);
     EXPECT_EQ(field<float>(record, 24), 1.5F);
     EXPECT_EQ(field<float>(record, 28), 0.5F);
@@ -83,7 +85,7 @@ TEST_F(VendorProperty, FillsTheFloatRecord) {
 }
 
 TEST_F(VendorProperty, FillsTheInputOutputRecord) {
-    Model()->gpio[122] = {5, 6, 7, 8, support_both};
+    Model()->gpio[SELVANE_GPIO] = {5, 6, 7, 8, support_both};
     const bytes record = Get(122, 40);
     for (std::size_t at = 0; at < 4; ++at) {
         EXPECT_EQ(field<std::int32_t>(record, 24 + 4 * at), static_cast<std::int32_t>(5 + at));
@@ -92,7 +94,7 @@ TEST_F(VendorProperty, FillsTheInputOutputRecord) {
 
 TEST_F(VendorProperty, FillsTheStrobeRecord) {
     const held_model model = Model();
-    strobe_property& strobe = model->strobe[125];
+    strobe_property& strobe = model->strobe[SELVANE_STROBE];
     strobe = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, support_both};
     const bytes record = Get(125, 88);
     for (std::size_t at = 0; at < 10; ++at) {
@@ -122,10 +124,11 @@ TEST_F(VendorProperty, TellsWhatItSupports) {
 }
 
 TEST_F(VendorProperty, MayBeReadableOrWritableAlone) {
-    Model()->integers[106].support = support_get;
-    Model()->integers[101].support = support_set;
+    Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].support = support_get;
+    Model()->integers[SELVANE_WHITE_BALANCE_BLUE].support = support_set;
     DWORD support = 0;
-    EXPECT_EQ(camera_->property_set()->QuerySupported(vendor_set, 106, &support), S_OK);
+    EXPECT_EQ(camera_->property_set()->QuerySupported(vendor_set, SELVANE_AUTO_EXPOSURE_REFERENCE, &support),
+              S_OK);
     EXPECT_EQ(support, 1U);
     EXPECT_EQ(SetValue(106, 1), property_unknown);
     EXPECT_EQ(get_property(*camera_, vendor_set, 101, bytes(48), 48).result, property_unknown);
@@ -145,10 +148,10 @@ TEST_F(VendorProperty, GoesByItsPolicyOutsideTheLimits) {
     EXPECT_EQ(Value(106), 255);
     EXPECT_EQ(SetValue(106, -1), S_OK);
     EXPECT_EQ(Value(106), 0);
-    Model()->integers[106].policy = limit_policy::refuse;
+    Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].policy = limit_policy::refuse;
     EXPECT_EQ(SetValue(106, 256), E_INVALIDARG);
     EXPECT_EQ(Value(106), 0);
-    Model()->integers[106].policy = limit_policy::accept;
+    Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].policy = limit_policy::accept;
     EXPECT_EQ(SetValue(106, 256), S_OK);
     EXPECT_EQ(Value(106), 256);
     EXPECT_EQ(SetFloat(238, 2e6F), S_OK);
@@ -196,7 +199,9 @@ TEST_F(VendorProperty, LetsTheAutomaticModeHaveTheSay) {
     EXPECT_EQ(SetValue(106, 50), S_OK);
 
     EXPECT_EQ(camera_->video_proc_amp()->Set(7, 0, 1), S_OK);
-    for (const DWORD id : {101U, 102U, 206U, 107U}) EXPECT_EQ(SetValue(id, 1), E_ACCESSDENIED) << id;
+    for (const DWORD id : {SELVANE_WHITE_BALANCE_BLUE, SELVANE_WHITE_BALANCE_RED, SELVANE_WHITE_BALANCE_GREEN,
+                           SELVANE_WHITE_BALANCE_ONE_PUSH})
+        EXPECT_EQ(SetValue(id, 1), E_ACCESSDENIED) << id;
     EXPECT_EQ(camera_->video_proc_amp()->Set(7, 0, 2), S_OK);
     EXPECT_EQ(SetValue(101, 1), S_OK);
 }
@@ -204,7 +209,7 @@ TEST_F(VendorProperty, LetsTheAutomaticModeHaveTheSay) {
 TEST_F(VendorProperty, TakesTheAutomaticFlagOfTheFloatExposure) {
     EXPECT_EQ(SetFloat(200, 123.0F, 1), S_OK);
     EXPECT_EQ(Model()->camera_control[4].flags, 1U);
-    EXPECT_NE(Model()->floats[200].value, 123.0F);
+    EXPECT_NE(Model()->floats[SELVANE_EXPOSURE_FLOAT].value, 123.0F);
     EXPECT_EQ(SetFloat(238, 1.0F, 1), E_INVALIDARG);
 }
 
@@ -220,23 +225,23 @@ TEST_F(VendorProperty, CentersThePartialScan) {
 }
 
 TEST_F(VendorProperty, DrivesTheOutputsAndReadsThePins) {
-    Model()->gpio[122].input = 2;
+    Model()->gpio[SELVANE_GPIO].input = 2;
     EXPECT_EQ(field<std::int32_t>(Get(122, 40), 24), 2);
     EXPECT_EQ(Set(122, with(with(bytes(40), 24, 1), 28, 3)), S_OK);
-    EXPECT_EQ(Model()->gpio[122].input, 2);
-    EXPECT_EQ(Model()->gpio[122].output, 3);
+    EXPECT_EQ(Model()->gpio[SELVANE_GPIO].input, 2);
+    EXPECT_EQ(Model()->gpio[SELVANE_GPIO].output, 3);
     EXPECT_EQ(Set(122, with(bytes(40), 28, 4)), E_INVALIDARG);
     EXPECT_EQ(Set(122, with(bytes(40), 28, -1)), E_INVALIDARG);
-    EXPECT_EQ(Model()->gpio[122].output, 3);
+    EXPECT_EQ(Model()->gpio[SELVANE_GPIO].output, 3);
 }
 
 TEST_F(VendorProperty, KeepsTheStrobeInItsLimits) {
     bytes record = with(with(with(bytes(88), 24, 1), 28, 200000), 44, 5);
-    Model()->strobe[125].duration_min = 10;
+    Model()->strobe[SELVANE_STROBE].duration_min = 10;
     record = with(record, 68, 1);
     EXPECT_EQ(Set(125, record), S_OK);
     const held_model model = Model();
-    const strobe_property& strobe = model->strobe[125];
+    const strobe_property& strobe = model->strobe[SELVANE_STROBE];
     EXPECT_EQ(strobe.enable, 1);
     EXPECT_EQ(strobe.delay, 100000);
     EXPECT_EQ(strobe.duration, 10);
@@ -249,7 +254,7 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsLimits) {
 
 TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
     const held_model model = Model();
-    strobe_property& strobe = model->strobe[125];
+    strobe_property& strobe = model->strobe[SELVANE_STROBE];
     strobe.restrictions = wire::strobe_no_polarity | wire::strobe_no_delay;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 60, 0)), S_OK);
     EXPECT_EQ(strobe.polarity, 1);
@@ -259,7 +264,7 @@ TEST_F(VendorProperty, KeepsTheStrobeInItsRestrictions) {
 
 TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
     const held_model model = Model();
-    strobe_property& strobe = model->strobe[125];
+    strobe_property& strobe = model->strobe[SELVANE_STROBE];
     strobe.restrictions = wire::strobe_no_duration;
     strobe.follow_exposure = 1;
     EXPECT_EQ(Set(125, with(with(bytes(88), 28, 50), 44, 70)), S_OK);
@@ -271,10 +276,10 @@ TEST_F(VendorProperty, KeepsAStrobeThatCanOnlyFollowTheExposure) {
 TEST_F(VendorProperty, TakesTheTriggerBitsThatItHas) {
     EXPECT_EQ(field<std::uint32_t>(Get(115, 48), at_flags), 4U);
     EXPECT_EQ(SetValue(115, 0, wire::trigger_polarity | wire::trigger_operation | 0x80000000U), S_OK);
-    EXPECT_EQ(Model()->integers[115].flags, wire::trigger_polarity | wire::trigger_operation);
-    Model()->integers[115].capabilities = wire::trigger_operation;
+    EXPECT_EQ(Model()->integers[SELVANE_TRIGGER].flags, wire::trigger_polarity | wire::trigger_operation);
+    Model()->integers[SELVANE_TRIGGER].capabilities = wire::trigger_operation;
     EXPECT_EQ(SetValue(115, 0, wire::trigger_polarity | wire::trigger_off), S_OK);
-    EXPECT_EQ(Model()->integers[115].flags, wire::trigger_off);
+    EXPECT_EQ(Model()->integers[SELVANE_TRIGGER].flags, wire::trigger_off);
 }
 
 TEST_F(VendorProperty, CountsSoftwareTriggersWhileTheTriggerIsOn) {
@@ -288,7 +293,7 @@ TEST_F(VendorProperty, CountsSoftwareTriggersWhileTheTriggerIsOn) {
 TEST_F(VendorProperty, BalancesWhiteAtOnePush) {
     EXPECT_EQ(SetValue(101, 1), S_OK);
     EXPECT_EQ(SetValue(107, 1), S_OK);
-    EXPECT_EQ(Value(101), Model()->integers[101].default_value);
+    EXPECT_EQ(Value(101), Model()->integers[SELVANE_WHITE_BALANCE_BLUE].default_value);
     EXPECT_EQ(Value(107), 0);
 }
 
@@ -341,11 +346,11 @@ TEST_F(VendorProperty, NothingChangesInAModelThatIsHeld) {
     constexpr int rounds = 200;
     constexpr int last = 180;
     constexpr int middle = 90;
-    Model()->integers[106].max = last;
+    Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].max = last;
     std::future<HRESULT> call;
     {
         const held_model model = Model();
-        model->integers[106].value = middle;
+        model->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].value = middle;
         std::promise<void> started;
         std::future<void> start = started.get_future();
         call = std::async(std::launch::async, [&] {
@@ -354,13 +359,13 @@ TEST_F(VendorProperty, NothingChangesInAModelThatIsHeld) {
         });
         start.wait();
         for (int round = 0; round < rounds; ++round) {
-            ASSERT_EQ(model->integers[106].value, middle);
+            ASSERT_EQ(model->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].value, middle);
             EXPECT_EQ(Value(106), middle) << "the holder may call himself";
             std::this_thread::sleep_for(std::chrono::microseconds(100));
         }
     }
     EXPECT_EQ(call.get(), S_OK);
-    EXPECT_EQ(Model()->integers[106].value, last);
+    EXPECT_EQ(Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].value, last);
 }
 
 }  // namespace

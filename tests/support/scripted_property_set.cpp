@@ -38,31 +38,10 @@ DriverRequest ControlRequest(Kind kind, LONG property, LONG value = 0, LONG flag
     return request;
 }
 
-Kind Next(Kind kind, int distance) { return static_cast<Kind>(static_cast<int>(kind) + distance); }
-
-const char* NameOf(Kind kind) {
-    switch (kind) {
-        case Kind::Get:
-            return "Get";
-        case Kind::Set:
-            return "Set";
-        case Kind::QuerySupported:
-            return "QuerySupported";
-        case Kind::CameraGetRange:
-            return "CameraGetRange";
-        case Kind::CameraGet:
-            return "CameraGet";
-        case Kind::CameraSet:
-            return "CameraSet";
-        case Kind::AmpGetRange:
-            return "AmpGetRange";
-        case Kind::AmpGet:
-            return "AmpGet";
-        case Kind::AmpSet:
-            return "AmpSet";
-    }
-    return "?";
-}
+// In the order of `call_kind`.
+constexpr const char* kind_names[] = {"QuerySupported", "Get",       "Set",
+                                      "CameraGetRange", "CameraGet", "CameraSet",
+                                      "AmpGetRange",    "AmpGet",    "AmpSet"};
 
 void PrintBytes(const char* name, const Bytes& bytes, std::ostream& out) {
     static constexpr char digits[] = "0123456789ABCDEF";
@@ -99,8 +78,8 @@ bool DriverRequest::operator==(const DriverRequest& other) const {
 }
 
 void PrintTo(const DriverRequest& request, std::ostream* out) {
-    *out << NameOf(request.kind) << ' ';
-    if (request.kind <= Kind::QuerySupported) {
+    *out << kind_names[static_cast<std::size_t>(request.kind)] << ' ';
+    if (request.kind <= Kind::set) {
         *out << platform::narrow(platform::format_guid(request.set)) << ' ' << request.id;
         PrintBytes("instance", request.instance, *out);
         PrintBytes("data", request.data, *out);
@@ -110,72 +89,54 @@ void PrintTo(const DriverRequest& request, std::ostream* out) {
     }
 }
 
-template <class Interface, DriverRequest::Kind range_kind>
-class ScriptedFilter::ControlFace final : public Interface {
-public:
-    explicit ControlFace(ScriptedFilter& filter) : filter_(filter) {}
+ScriptedControl* ScriptedFilter::FindControl(Kind kind, LONG property) {
+    std::optional<ScriptedControls>& controls = kind < Kind::amp_range ? camera_ : amp_;
+    if (!controls) return nullptr;
+    const auto found = controls->find(static_cast<std::int32_t>(property));
+    return found == controls->end() ? nullptr : &found->second;
+}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        return filter_.QueryInterface(iid, out);
+DriverCall& ScriptedFilter::RecordControl(Kind kind, LONG property, HRESULT ScriptedControl::*scripted,
+                                          LONG value, LONG flags) {
+    DriverCall& call = Record(ControlRequest(kind, property, value, flags));
+    if (SUCCEEDED(call.result)) {
+        const ScriptedControl* control = FindControl(kind, property);
+        call.result = control == nullptr ? property_unknown : control->*scripted;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return filter_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return filter_.Release(); }
+    return call;
+}
 
-    HRESULT STDMETHODCALLTYPE GetRange(LONG property, LONG* min, LONG* max, LONG* step, LONG* default_value,
-                                       LONG* flags) override {
-        DriverCall& call = filter_.Record(ControlRequest(range_kind, property));
-        const ScriptedControl* control = Find(property);
-        call.result = Outcome(call, control, &ScriptedControl::range_result);
-        if (SUCCEEDED(call.result)) {
-            *min = control->min;
-            *max = control->max;
-            *step = control->step;
-            *default_value = control->default_value;
-            *flags = control->capabilities;
-        }
-        return call.result;
+HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const simcam::range_places& out) {
+    const HRESULT result = filter.RecordControl(kind, property, &ScriptedControl::range_result).result;
+    if (SUCCEEDED(result)) {
+        const ScriptedControl& control = *filter.FindControl(kind, property);
+        const std::int32_t told[] = {control.min, control.max, control.step, control.default_value,
+                                     control.capabilities};
+        for (std::size_t at = 0; at < out.size(); ++at) *out[at] = told[at];
     }
+    return result;
+}
 
-    HRESULT STDMETHODCALLTYPE Get(LONG property, LONG* value, LONG* flags) override {
-        DriverCall& call = filter_.Record(ControlRequest(Next(range_kind, 1), property));
-        const ScriptedControl* control = Find(property);
-        call.result = Outcome(call, control, &ScriptedControl::get_result);
-        if (SUCCEEDED(call.result)) {
-            *value = control->value;
-            *flags = control->flags;
-        }
-        return call.result;
+HRESULT ScriptedFilter::Driver::control_get(Kind kind, LONG property, LONG* value, LONG* flags) {
+    const HRESULT result = filter.RecordControl(kind, property, &ScriptedControl::get_result).result;
+    if (SUCCEEDED(result)) {
+        const ScriptedControl& control = *filter.FindControl(kind, property);
+        *value = control.value;
+        *flags = control.flags;
     }
+    return result;
+}
 
-    HRESULT STDMETHODCALLTYPE Set(LONG property, LONG value, LONG flags) override {
-        DriverCall& call = filter_.Record(ControlRequest(Next(range_kind, 2), property, value, flags));
-        ScriptedControl* control = Find(property);
-        call.result = Outcome(call, control, &ScriptedControl::set_result);
-        if (SUCCEEDED(call.result)) {
-            control->value = static_cast<std::int32_t>(value);
-            control->flags = static_cast<std::int32_t>(flags);
-        }
-        return call.result;
+HRESULT ScriptedFilter::Driver::control_set(Kind kind, LONG property, LONG value, LONG flags) {
+    const HRESULT result =
+        filter.RecordControl(kind, property, &ScriptedControl::set_result, value, flags).result;
+    if (SUCCEEDED(result)) {
+        ScriptedControl& control = *filter.FindControl(kind, property);
+        control.value = static_cast<std::int32_t>(value);
+        control.flags = static_cast<std::int32_t>(flags);
     }
-
-    ScriptedControls controls;
-
-private:
-    ScriptedControl* Find(LONG property) {
-        const auto found = controls.find(static_cast<std::int32_t>(property));
-        return found == controls.end() ? nullptr : &found->second;
-    }
-
-    static HRESULT Outcome(const DriverCall& call, const ScriptedControl* control,
-                           HRESULT ScriptedControl::*scripted) {
-        if (FAILED(call.result)) {
-            return call.result;
-        }
-        return control == nullptr ? property_unknown : control->*scripted;
-    }
-
-    ScriptedFilter& filter_;
-};
+    return result;
+}
 
 ScriptedFilter::ScriptedFilter() = default;
 
@@ -194,17 +155,13 @@ ScriptedProperty& ScriptedFilter::Property(REFGUID set, std::uint32_t id) { retu
 void ScriptedFilter::RemoveProperty(REFGUID set, std::uint32_t id) { properties_.erase({set, id}); }
 
 ScriptedControls& ScriptedFilter::CameraControl() {
-    if (camera_ == nullptr) {
-        camera_ = std::make_unique<CameraFace>(*this);
-    }
-    return camera_->controls;
+    if (!camera_) camera_.emplace();
+    return *camera_;
 }
 
 ScriptedControls& ScriptedFilter::VideoProcAmp() {
-    if (amp_ == nullptr) {
-        amp_ = std::make_unique<AmpFace>(*this);
-    }
-    return amp_->controls;
+    if (!amp_) amp_.emplace();
+    return *amp_;
 }
 
 void ScriptedFilter::FailCall(std::size_t n, HRESULT result) {
@@ -241,10 +198,10 @@ HRESULT STDMETHODCALLTYPE ScriptedFilter::QueryInterface(REFIID iid, void** out)
         *out = static_cast<IUnknown*>(this);
     } else if (iid == platform::iid_property_set && has_property_set) {
         *out = static_cast<IKsPropertySet*>(this);
-    } else if (iid == platform::iid_camera_control && camera_ != nullptr) {
-        *out = static_cast<IAMCameraControl*>(camera_.get());
-    } else if (iid == platform::iid_video_proc_amp && amp_ != nullptr) {
-        *out = static_cast<IAMVideoProcAmp*>(amp_.get());
+    } else if (iid == platform::iid_camera_control && camera_) {
+        *out = faces_.camera_control();
+    } else if (iid == platform::iid_video_proc_amp && amp_) {
+        *out = faces_.video_proc_amp();
     } else {
         return E_NOINTERFACE;
     }
@@ -258,7 +215,7 @@ ULONG STDMETHODCALLTYPE ScriptedFilter::Release() { return static_cast<ULONG>(--
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size,
                                               LPVOID data, DWORD data_size) {
-    DriverRequest request = PropertyRequest(Kind::Set, set, id);
+    DriverRequest request = PropertyRequest(Kind::set, set, id);
     request.instance = CopyOf(instance, static_cast<std::uint32_t>(instance_size));
     request.data = CopyOf(data, static_cast<std::uint32_t>(data_size));
     request.shared_memory = instance != nullptr && instance == data;
@@ -284,7 +241,7 @@ HRESULT STDMETHODCALLTYPE ScriptedFilter::Set(REFGUID set, DWORD id, LPVOID inst
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size,
                                               LPVOID data, DWORD data_size, DWORD* returned) {
-    DriverRequest request = PropertyRequest(Kind::Get, set, id);
+    DriverRequest request = PropertyRequest(Kind::get, set, id);
     request.instance = CopyOf(instance, static_cast<std::uint32_t>(instance_size));
     request.data = CopyOf(data, static_cast<std::uint32_t>(data_size));
     request.shared_memory = instance != nullptr && instance == data;
@@ -315,7 +272,7 @@ HRESULT STDMETHODCALLTYPE ScriptedFilter::Get(REFGUID set, DWORD id, LPVOID inst
 }
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::QuerySupported(REFGUID set, DWORD id, DWORD* support) {
-    DriverCall& call = Record(PropertyRequest(Kind::QuerySupported, set, id));
+    DriverCall& call = Record(PropertyRequest(Kind::query_supported, set, id));
     const ScriptedProperty* property = Find(set, static_cast<std::uint32_t>(id));
     if (FAILED(call.result)) {
         return call.result;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "simcam/driver_faces.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -8,32 +8,22 @@
 #include <functional>
 #include <iosfwd>
 #include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace test_support {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = simcam::bytes;
 
 /// What a filter answers for a property or a property set that it does not know.
 constexpr HRESULT property_unknown = static_cast<HRESULT>(0x80070490);
 
 /// What was asked of the driver, byte for byte.
 struct DriverRequest {
-    enum class Kind {
-        Get,
-        Set,
-        QuerySupported,
-        CameraGetRange,
-        CameraGet,
-        CameraSet,
-        AmpGetRange,
-        AmpGet,
-        AmpSet,
-    };
-    Kind kind = Kind::Get;
+    using Kind = simcam::call_kind;
+    Kind kind = Kind::get;
     GUID set{};                  ///< zero for camera control and proc amp
     std::uint32_t id = 0;        ///< property of the set or of the control
     Bytes instance;              ///< as handed over; its size is the length told
@@ -142,11 +132,26 @@ public:
     HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override;
 
 private:
-    // The two control interfaces have the same operations, so each needs an object of its own.
-    template <class Interface, DriverRequest::Kind range_kind>
-    class ControlFace;
-    using CameraFace = ControlFace<IAMCameraControl, DriverRequest::Kind::CameraGetRange>;
-    using AmpFace = ControlFace<IAMVideoProcAmp, DriverRequest::Kind::AmpGetRange>;
+    // Behind the interfaces of a simulated camera.
+    struct Driver {
+        [[nodiscard]] HRESULT query(REFGUID set, DWORD id, DWORD* support) {
+            return filter.QuerySupported(set, id, support);
+        }
+        [[nodiscard]] HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                                  DWORD data_size, DWORD* returned) {
+            return filter.Get(set, id, instance, instance_size, data, data_size, returned);
+        }
+        [[nodiscard]] HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
+                                  DWORD data_size) {
+            return filter.Set(set, id, instance, instance_size, data, data_size);
+        }
+        [[nodiscard]] HRESULT control_range(simcam::call_kind kind, LONG property,
+                                            const simcam::range_places& out);
+        [[nodiscard]] HRESULT control_get(simcam::call_kind kind, LONG property, LONG* value, LONG* flags);
+        [[nodiscard]] HRESULT control_set(simcam::call_kind kind, LONG property, LONG value, LONG flags);
+
+        ScriptedFilter& filter;
+    };
 
     struct GuidLess {
         bool operator()(const std::pair<GUID, std::uint32_t>& left,
@@ -155,10 +160,16 @@ private:
 
     DriverCall& Record(DriverRequest request);
     [[nodiscard]] ScriptedProperty* Find(REFGUID set, std::uint32_t id);
+    [[nodiscard]] ScriptedControl* FindControl(simcam::call_kind kind, LONG property);
+    [[nodiscard]] DriverCall& RecordControl(simcam::call_kind kind, LONG property,
+                                            HRESULT ScriptedControl::*scripted, LONG value = 0,
+                                            LONG flags = 0);
 
     std::map<std::pair<GUID, std::uint32_t>, ScriptedProperty, GuidLess> properties_;
-    std::unique_ptr<CameraFace> camera_;
-    std::unique_ptr<AmpFace> amp_;
+    std::optional<ScriptedControls> camera_;
+    std::optional<ScriptedControls> amp_;
+    Driver driver_{*this};
+    simcam::driver_faces<Driver> faces_{*this, driver_};
     std::deque<DriverCall> calls_;  // a handler may call again while its own entry is open
     std::size_t taken_ = 0;
     std::size_t failing_call_ = 0;

@@ -6,12 +6,14 @@
 
 namespace page_test {
 
-std::string VendorWrite(int id, const char* value, const char* flags) {
+std::string VendorWrite(std::uint32_t id, const char* value, const char* flags) {
     return "Set vendor " + std::to_string(id) + " <- value=" + value + " flags=" + flags +
            " caps=0x0 min=0 max=0 default=0, ok";
 }
 
-std::string VendorWrite(int id, int value) { return VendorWrite(id, std::to_string(value).c_str()); }
+std::string VendorWrite(std::uint32_t id, int value) {
+    return VendorWrite(id, std::to_string(value).c_str());
+}
 
 void BuiltInPageTest::UseCameraWithout(std::initializer_list<DWORD> properties) {
     simcam::camera_options options = *simcam::ready_made("builtin");

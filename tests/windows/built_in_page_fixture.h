@@ -2,6 +2,7 @@
 
 #include "tests/windows/page_fixture.h"
 #include "tests/windows/page_rows.h"
+#include "wire/vendor_set.h"
 
 #include <gmock/gmock.h>
 
@@ -13,8 +14,8 @@ namespace page_test {
 using Lines = std::vector<std::wstring>;
 
 /// The line of a write of a vendor property: a record of zeros but for value and flags.
-[[nodiscard]] std::string VendorWrite(int id, const char* value, const char* flags = "0x2");
-[[nodiscard]] std::string VendorWrite(int id, int value);
+[[nodiscard]] std::string VendorWrite(std::uint32_t id, const char* value, const char* flags = "0x2");
+[[nodiscard]] std::string VendorWrite(std::uint32_t id, int value);
 
 /// One page of a camera, open. What a user does to it is followed by the page's own refresh.
 class BuiltInPageTest : public PageTest {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/com_ptr.h"
+#include "tests/support/on_stack.h"
 
 #include <windows.h>
 
@@ -9,7 +10,7 @@
 namespace page_test {
 
 /// A site that counts. Lives on the stack of the test.
-class CountingSite final : public IPropertyPageSite {
+class CountingSite final : public test_support::OnStack<IPropertyPageSite> {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         *out = nullptr;
@@ -18,14 +19,11 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
     HRESULT STDMETHODCALLTYPE OnStatusChange(DWORD) override { return Note(); }
     HRESULT STDMETHODCALLTYPE GetLocaleID(LCID*) override { return Note(); }
     HRESULT STDMETHODCALLTYPE GetPageContainer(IUnknown**) override { return Note(); }
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) override { return Note(); }
 
-    int references = 0;
     int calls = 0;
 
 private:
@@ -36,7 +34,7 @@ private:
 };
 
 /// An object that aggregates another one, and answers for an interface of its own.
-class Outer final : public IUnknown {
+class Outer final : public test_support::OnStack<IUnknown> {
 public:
     static constexpr IID own_interface = {0xC0FFEE00, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
 
@@ -48,15 +46,12 @@ public:
         }
         return inner->QueryInterface(iid, out);
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
 
-    int references = 0;
     platform::com_ptr<IUnknown> inner;
 };
 
 /// An object that is no camera: it has nothing but IUnknown.
-class PlainObject final : public IUnknown {
+class PlainObject final : public test_support::OnStack<IUnknown> {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         *out = nullptr;
@@ -65,10 +60,6 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
-
-    int references = 0;
 };
 
 /// References that an object says it has.

@@ -39,7 +39,7 @@ TEST_F(ExposurePageTest, AutomaticExposureTakesItsValueAlone) {
 TEST_F(ExposurePageTest, TheSecondAutoIsThatOfTheLimit) {
     OpenPage(exposure_page);
     Click(L"Exposure", L"Auto", 1);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(202, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_AUTO_MAX_AUTOMATIC, 1)));
     EXPECT_EQ(Shown(L"Exposure"), (Lines{
                                       L"Exposure (1/30 sec) [ ] Auto",
                                       L"  Auto Reference (128)",
@@ -61,23 +61,23 @@ TEST_F(ExposurePageTest, AutomaticGainTakesItsValue) {
 TEST_F(ExposurePageTest, GainGoesInHundredthsOfADecibel) {
     OpenPage(exposure_page);
     Slide(L"Gain", L"Gain", 50);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(241, 2400)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_GAIN, 2400)));
     Type(L"Gain", L"Gain", L"12.345");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(241, 1234)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_GAIN, 1234)));
     EXPECT_EQ(Shown(L"Gain"), Lines{L"Gain (12.340 dB) [ ] Auto"});
 }
 
 TEST_F(ExposurePageTest, ExposureGoesInMicrosecondsWhereTheDriverHasThem) {
     OpenPage(exposure_page);
     Type(L"Exposure", L"Exposure", L"1/100");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(239, 10000)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_EXPOSURE_MICROSECONDS, 10000)));
     EXPECT_EQ(Shown(L"Exposure").at(0), L"Exposure (1/100 sec) [ ] Auto");
     Type(L"Exposure", L"Auto Max Value", L"0,5");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(240, 500000)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_AUTO_MAX_MICROSECONDS, 500000)));
     Slide(L"Exposure", L"Exposure", 100);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(239, 4000000)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_EXPOSURE_MICROSECONDS, 4000000)));
     Slide(L"Exposure", L"Auto Reference", 200);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(106, 200)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_AUTO_EXPOSURE_REFERENCE, 200)));
     EXPECT_EQ(Shown(L"Exposure"), (Lines{
                                       L"Exposure (4.000 sec) [ ] Auto",
                                       L"  Auto Reference (200)",
@@ -87,7 +87,8 @@ TEST_F(ExposurePageTest, ExposureGoesInMicrosecondsWhereTheDriverHasThem) {
 }
 
 TEST_F(ExposurePageTest, ExposureGoesInTicksOtherwise) {
-    UseCameraWithout({239, 240, 202});
+    UseCameraWithout(
+        {SELVANE_EXPOSURE_MICROSECONDS, SELVANE_AUTO_MAX_MICROSECONDS, SELVANE_AUTO_MAX_AUTOMATIC});
     EXPECT_EQ(OpenPage(exposure_page), (Lines{
                                            L"Gain (0.000 dB) [ ] Auto",
                                            L"Exposure (1/30 sec) [ ] Auto",
@@ -96,7 +97,8 @@ TEST_F(ExposurePageTest, ExposureGoesInTicksOtherwise) {
                                        }));
     Type(L"Exposure", L"Exposure", L"1/100");
     Type(L"Exposure", L"Auto Max Value", L"0.00019");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(109, 100), VendorWrite(201, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_EXPOSURE_TICKS, 100),
+                                       VendorWrite(SELVANE_AUTO_MAX_TICKS, 1)));
     EXPECT_EQ(Shown(L"Exposure").at(0), L"Exposure (1/100 sec) [ ] Auto");
 }
 
@@ -115,13 +117,13 @@ TEST_F(ExposurePageTest, WithoutTheStandardInterfacesTheModesAreMissing) {
 }
 
 TEST_F(ExposurePageTest, TheItemBehindADecliningFactoryNeverComes) {
-    UseCameraWithout({109});
+    UseCameraWithout({SELVANE_EXPOSURE_TICKS});
     EXPECT_EQ(OpenPage(exposure_page), Lines{L"Gain (0.000 dB) [ ] Auto"})
         << "the float properties could serve an exposure, but only the first record is tried";
 }
 
 TEST_F(ExposurePageTest, APageWhoseFactoriesDeclineRefusesTheCamera) {
-    UseCameraWithout({109, 241});
+    UseCameraWithout({SELVANE_EXPOSURE_TICKS, SELVANE_GAIN});
     EXPECT_EQ(Give(*server_.MakePage(exposure_page)), E_NOINTERFACE);
 }
 

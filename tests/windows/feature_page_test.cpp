@@ -1,3 +1,4 @@
+#include "tests/support/not_empty.h"
 #include "tests/windows/built_in_page_fixture.h"
 
 #include <commctrl.h>
@@ -14,8 +15,10 @@ std::string TriggerFlags(const std::string& flags) {
 
 class FeaturePageTest : public BuiltInPageTest {
 protected:
-    [[nodiscard]] simcam::strobe_property Strobe() const { return camera_->vendor()->strobe.at(125); }
-    [[nodiscard]] simcam::gpio_property Pins() const { return camera_->vendor()->gpio.at(122); }
+    [[nodiscard]] simcam::strobe_property Strobe() const {
+        return camera_->vendor()->strobe.at(SELVANE_STROBE);
+    }
+    [[nodiscard]] simcam::gpio_property Pins() const { return camera_->vendor()->gpio.at(SELVANE_GPIO); }
 };
 
 TEST_F(FeaturePageTest, ItemsStandInTheOrderOfTheirIds) {
@@ -44,7 +47,7 @@ TEST_F(FeaturePageTest, ItemsStandInTheOrderOfTheirIds) {
 TEST_F(FeaturePageTest, CenteringTakesTheOffsets) {
     OpenPage(feature_page);
     Click(L"Partial scan", L"Auto-center");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(211, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_PARTIAL_SCAN_AUTO_CENTER, 1)));
     EXPECT_EQ(Shown(L"Partial scan"), (Lines{
                                           L"Partial scan",
                                           L"  [x] Auto-center",
@@ -60,20 +63,21 @@ TEST_F(FeaturePageTest, OffsetsGoInStepsOfFour) {
     const HWND slider = Rows().Slider(L"Partial scan", L"X Offset");
     EXPECT_EQ(SendMessageW(slider, TBM_GETRANGEMAX, 0, 0), 256);
     Slide(L"Partial scan", L"X Offset", 3);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(118, 12)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_PARTIAL_SCAN_X, 12)));
     Type(L"Partial scan", L"Y Offset", L"7");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(119, 7))) << "what is typed goes as it stands";
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_PARTIAL_SCAN_Y, 7)))
+        << "what is typed goes as it stands";
     EXPECT_EQ(Shown(L"Partial scan").at(3), L"  Y Offset (7)");
 }
 
 TEST_F(FeaturePageTest, OffsetsAreOpenOnACameraThatCannotCenter) {
-    UseCameraWithout({211});
+    UseCameraWithout({SELVANE_PARTIAL_SCAN_AUTO_CENTER});
     OpenPage(feature_page);
     EXPECT_EQ(Shown(L"Partial scan"), (Lines{L"Partial scan", L"  X Offset (0)", L"  Y Offset (0)"}));
 }
 
 TEST_F(FeaturePageTest, BinningIsNeverShown) {
-    UseCameraWithout({118, 119, 211});
+    UseCameraWithout({SELVANE_PARTIAL_SCAN_X, SELVANE_PARTIAL_SCAN_Y, SELVANE_PARTIAL_SCAN_AUTO_CENTER});
     const Lines shown = OpenPage(feature_page);
     EXPECT_EQ(shown.at(0), L"GPIO");
     for (const std::wstring& line : shown) EXPECT_THAT(line, testing::Not(testing::HasSubstr(L"Binning")));
@@ -92,10 +96,10 @@ TEST_F(FeaturePageTest, OutputReachesThePinsAtWrite) {
 
 TEST_F(FeaturePageTest, PinsShowWhatTheLastReadFound) {
     OpenPage(feature_page);
-    camera_->vendor()->gpio.at(122).input = 2;
+    camera_->vendor()->gpio.at(SELVANE_GPIO).input = 2;
     Click(L"Trigger", L"Enable");
     EXPECT_EQ(Shown(L"GPIO").at(1), L"  GP IN =(0) <Read>") << "a refresh reads no pin";
-    camera_->vendor()->gpio.at(122).output = 1;
+    camera_->vendor()->gpio.at(SELVANE_GPIO).output = 1;
     Slide(L"GPIO", L"GP Out", 3);
     Click(L"GPIO", L"Read");
     EXPECT_EQ(Shown(L"GPIO"), (Lines{L"GPIO", L"  GP IN =(2) <Read>", L"  GP Out (1) <Write>"}))
@@ -104,10 +108,10 @@ TEST_F(FeaturePageTest, PinsShowWhatTheLastReadFound) {
 
 TEST_F(FeaturePageTest, ADirectionWithoutPinsHasNoRow) {
     OpenPage(feature_page);
-    camera_->vendor()->gpio.at(122).input_max = 0;
+    camera_->vendor()->gpio.at(SELVANE_GPIO).input_max = 0;
     OpenPage(feature_page);
     EXPECT_EQ(Shown(L"GPIO"), (Lines{L"GPIO", L"  GP Out (0) <Write>"}));
-    camera_->vendor()->gpio.at(122).output_max = 0;
+    camera_->vendor()->gpio.at(SELVANE_GPIO).output_max = 0;
     EXPECT_EQ(OpenPage(feature_page).at(4), L"Trigger [ ] Enable ~<Software Trigger>");
 }
 
@@ -117,7 +121,7 @@ TEST_F(FeaturePageTest, SoftwareTriggersComeWhileTheTriggerIsOn) {
     EXPECT_THAT(Written(), ElementsAre(TriggerFlags("0x0")));
     EXPECT_EQ(Shown(L"Trigger").at(0), L"Trigger [x] Enable <Software Trigger>");
     Click(L"Trigger", L"Software Trigger");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(213, "0", "0x8")));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_SOFTWARE_TRIGGER, "0", "0x8")));
     EXPECT_EQ(camera_->vendor()->software_triggers, 1u);
     Click(L"Trigger", L"Enable");
     EXPECT_EQ(Shown(L"Trigger").at(0), L"Trigger [ ] Enable ~<Software Trigger>");
@@ -131,7 +135,7 @@ TEST_F(FeaturePageTest, TriggerOptionsAreFlagsAndADelay) {
     Pick(L"Trigger", L"Operation", 1);
     EXPECT_THAT(Written(), ElementsAre(TriggerFlags("0x3000004")));
     Type(L"Trigger", L"Delay", L"12.5");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(238, "12.5", "0x2")));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_TRIGGER_DELAY, "12.5", "0x2")));
     EXPECT_EQ(Shown(L"Trigger"), (Lines{
                                      L"Trigger [ ] Enable ~<Software Trigger>",
                                      L"  [x] Polarity",
@@ -141,12 +145,13 @@ TEST_F(FeaturePageTest, TriggerOptionsAreFlagsAndADelay) {
 }
 
 TEST_F(FeaturePageTest, ATriggerShowsWhatItCanDo) {
-    UseCameraWithout({213, 238});
-    camera_->vendor()->integers.at(115).capabilities = 0;
+    UseCameraWithout({SELVANE_SOFTWARE_TRIGGER, SELVANE_TRIGGER_DELAY});
+    camera_->vendor()->integers.at(SELVANE_TRIGGER).capabilities = 0;
     OpenPage(feature_page);
     EXPECT_EQ(Shown(L"Trigger"), Lines{L"Trigger [ ] Enable"});
-    camera_->vendor()->integers.erase(115);
-    for (const std::wstring& line : OpenPage(feature_page)) EXPECT_NE(line, L"Trigger");
+    camera_->vendor()->integers.erase(SELVANE_TRIGGER);
+    for (const std::wstring& line : test_support::NotEmpty(OpenPage(feature_page)))
+        EXPECT_NE(line, L"Trigger");
 }
 
 TEST_F(FeaturePageTest, TheStrobeOpensByItsModeOnceItIsOn) {
@@ -207,7 +212,7 @@ TEST_F(FeaturePageTest, StrobeTimesAreWrittenInTheWholeRecord) {
 
 TEST_F(FeaturePageTest, ARestrictedStrobeOffersOneMode) {
     simcam::camera_options options = *simcam::ready_made("builtin");
-    simcam::strobe_property& strobe = options.vendor.strobe.at(125);
+    simcam::strobe_property& strobe = options.vendor.strobe.at(SELVANE_STROBE);
     strobe.restrictions = wire::strobe_no_duration | wire::strobe_no_delay | wire::strobe_no_polarity;
     strobe.follow_exposure = 1;
     strobe.enable = 1;

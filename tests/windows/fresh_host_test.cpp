@@ -1,6 +1,7 @@
 // What happens once in a process. Each host runs as this program with the name of one test, in a process that
 // has loaded nothing yet.
 
+#include "platform/windows/owned.h"
 #include "tests/host/host_process.h"
 #include "tests/windows/page_fixture.h"
 
@@ -82,9 +83,8 @@ class FreshHost : public PageTest {};
 
 TEST_F(FreshHost, DISABLED_LoadsFromTheSystemFolderAlone) {
     const PagePtr page = GivenPage(exposure_page);
-    PROPPAGEINFO info{};
+    PageInfo info;
     EXPECT_EQ(page->GetPageInfo(&info), S_OK);
-    for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
     EXPECT_FALSE(PageControls(Open(*page)).edits.empty());
     wchar_t system[MAX_PATH] = {};
     GetSystemDirectoryW(system, MAX_PATH);
@@ -115,8 +115,8 @@ TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
                                  reinterpret_cast<void*>(LoadAnywhereByNarrowName));
     const RedirectedImport narrow(server_.Module(), "LoadLibraryExA",
                                   reinterpret_cast<void*>(LoadByNarrowName));
-    const HANDLE loading = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    const HANDLE opened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const platform::kernel_handle loading(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    const platform::kernel_handle opened(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     std::size_t edits = 0;
     std::thread other([&] {
         HostWindow host;
@@ -124,24 +124,22 @@ TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
         const PagePtr page = server_.MakePage(exposure_page);
         IUnknown* object = camera.get();
         EXPECT_EQ(page->SetObjects(1, &object), S_OK);
-        WaitForSingleObject(loading, INFINITE);
+        WaitForSingleObject(loading.get(), INFINITE);
         page->Activate(host.Handle(), &place, FALSE);
         edits = PageControls(GetWindow(host.Handle(), GW_CHILD)).edits.size();
-        SetEvent(opened);
+        SetEvent(opened.get());
         page->Deactivate();
     });
     // The other page either comes to its end meanwhile, without an edit, or waits for this one to be done.
     before_a_library = [&] {
-        SetEvent(loading);
-        WaitForSingleObject(opened, 1000);
+        SetEvent(loading.get());
+        WaitForSingleObject(opened.get(), 1000);
     };
     const PagePtr page = GivenPage(exposure_page);
     EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
     other.join();
     EXPECT_EQ(edits, 1u);
     page->Deactivate();
-    CloseHandle(loading);
-    CloseHandle(opened);
 }
 
 TEST(FreshProcessTest, FalseLibrariesBesideAHostAreLeftAlone) {

@@ -25,9 +25,8 @@ TEST_P(HostsTest, AWellBehavedFrame) {
     for (const CLSID& clsid : all_pages) {
         const PagePtr page = server_.MakePage(clsid);
         EXPECT_EQ(page->SetPageSite(&site), S_OK);
-        PROPPAGEINFO info{};
+        PageInfo info;
         EXPECT_EQ(page->GetPageInfo(&info), S_OK);
-        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
         EXPECT_EQ(Give(*page), S_OK);
         Open(*page);
         RunMessages();
@@ -141,11 +140,7 @@ TEST_P(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
         PagePtr page = GivenPage(exposure_page);
         const HWND window = Open(*page);
         Settle();
-        simcam::fault close;
-        close.first = n;
-        close.count = 1;
-        close.action = [&] { page.reset(); };
-        camera_->add_fault(close);
+        camera_->add_fault(simcam::act_at(n, [&] { page.reset(); }));
         SendMessageW(window, 1029, 0, 0);
         EXPECT_FALSE(IsWindow(window)) << n;
         EXPECT_FALSE(page) << n;
@@ -156,11 +151,7 @@ TEST_P(HostsTest, AFrameThatTakesThePageAwayInTheMidstOfARefresh) {
 TEST_P(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
     for (std::uint64_t n = 1; n <= 16; ++n) {
         const PagePtr page = GivenPage(exposure_page);
-        simcam::fault close;
-        close.first = n;
-        close.count = 1;
-        close.action = [&] { page->Deactivate(); };
-        camera_->add_fault(close);
+        camera_->add_fault(simcam::act_at(n, [&] { page->Deactivate(); }));
         EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
         camera_->clear_faults();
         EXPECT_EQ(page->Deactivate(), S_OK);

@@ -1,3 +1,4 @@
+#include "tests/support/not_empty.h"
 #include "tests/windows/frame_fixture.h"
 
 #include <commctrl.h>
@@ -104,7 +105,7 @@ TEST_P(KeyboardTest, AControlThatIsDisabledHandsTheFocusOn) {
     ASSERT_EQ(page_->Deactivate(), S_OK);
     window_ = OpenPage();
     std::size_t disabled = 0;
-    for (const HWND control : TabStopsOf(window_)) {
+    for (const HWND control : test_support::NotEmpty(TabStopsOf(window_))) {
         camera_->memory().poke(0x100, {0x0F});
         SendMessageW(window_, 1029, 0, 0);
         if (IsWindowEnabled(control) == 0) continue;

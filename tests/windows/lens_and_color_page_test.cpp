@@ -28,7 +28,7 @@ TEST_F(LensPageTest, TheRegionStandsInTheOrderOfTheTable) {
 TEST_F(LensPageTest, TickingTheRegionOpensItsEdges) {
     OpenPage(lens_page);
     Click(L"Focus", L"Enable Region of Interest");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(251, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_FOCUS_REGION_ENABLE, 1)));
     EXPECT_EQ(Shown(), (Lines{
                            L"Focus (420) <One Push>",
                            L"  Auto Min Value (100)",
@@ -39,8 +39,11 @@ TEST_F(LensPageTest, TickingTheRegionOpensItsEdges) {
                            L"  Top (384)",
                            L"  Bottom (1151)",
                        }));
-    const std::pair<const wchar_t*, int> edges[] = {
-        {L"Left", 248}, {L"Right", 250}, {L"Top", 247}, {L"Bottom", 249}};
+    const std::pair<const wchar_t*, selvane_vendor_property> edges[] = {
+        {L"Left", SELVANE_FOCUS_REGION_LEFT},
+        {L"Right", SELVANE_FOCUS_REGION_RIGHT},
+        {L"Top", SELVANE_FOCUS_REGION_TOP},
+        {L"Bottom", SELVANE_FOCUS_REGION_BOTTOM}};
     for (const auto& [edge, id] : edges) {
         Type(L"Focus", edge, L"1000");
         EXPECT_THAT(Written(), ElementsAre(VendorWrite(id, 1000)));
@@ -55,17 +58,18 @@ TEST_F(LensPageTest, TheValueIsWrittenAsManualAndOnePushMovesIt) {
     EXPECT_THAT(Written(), ElementsAre("CameraControl Set 6 <- value=700 flags=0x2, ok"));
     EXPECT_EQ(Shown().at(0), L"Focus (700) <One Push>");
     Click(L"Focus", L"One Push");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(124, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_FOCUS_ONE_PUSH, 1)));
     EXPECT_EQ(Shown().at(0), L"Focus (500) <One Push>");
     Type(L"Focus", L"Auto Min Value", L"300");
     Type(L"Focus", L"Auto Max Value", L"500");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(244, 300), VendorWrite(245, 500)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_FOCUS_AUTO_MIN, 300),
+                                       VendorWrite(SELVANE_FOCUS_AUTO_MAX, 500)));
     Click(L"Focus", L"One Push");
     EXPECT_EQ(Shown().at(0), L"Focus (400) <One Push>");
 }
 
 TEST_F(LensPageTest, ADriverThatCannotTellTheRegionLeavesItClosed) {
-    UseCameraWithout({251});
+    UseCameraWithout({SELVANE_FOCUS_REGION_ENABLE});
     EXPECT_EQ(OpenPage(lens_page), (Lines{
                                        L"Focus (420) <One Push>",
                                        L"  Auto Min Value (100)",
@@ -84,7 +88,7 @@ TEST_F(LensPageTest, FocusNeedsTheCameraControlAndOnePush) {
     EXPECT_EQ(Give(*server_.MakePage(lens_page)), E_NOINTERFACE);
 
     options = BuiltIn();
-    options.vendor.remove(124);
+    options.vendor.remove(SELVANE_FOCUS_ONE_PUSH);
     UseCamera(std::move(options));
     EXPECT_EQ(Give(*server_.MakePage(lens_page)), E_NOINTERFACE);
 
@@ -125,14 +129,16 @@ TEST_F(ColorPageTest, AutomaticWhiteBalanceTakesTheGainsAndThePush) {
 
 TEST_F(ColorPageTest, GainsAreProperties) {
     OpenPage(color_page);
-    const std::pair<const wchar_t*, int> gains[] = {
-        {L"White Balance Red", 102}, {L"White Balance Green", 206}, {L"White Balance Blue", 101}};
+    const std::pair<const wchar_t*, selvane_vendor_property> gains[] = {
+        {L"White Balance Red", SELVANE_WHITE_BALANCE_RED},
+        {L"White Balance Green", SELVANE_WHITE_BALANCE_GREEN},
+        {L"White Balance Blue", SELVANE_WHITE_BALANCE_BLUE}};
     for (const auto& [gain, id] : gains) {
         Slide(L"WhiteBalance", gain, 200);
         EXPECT_THAT(Written(), ElementsAre(VendorWrite(id, 200)));
     }
     Click(L"WhiteBalance", L"OnePush");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(107, 1)));
+    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_WHITE_BALANCE_ONE_PUSH, 1)));
     EXPECT_EQ(Shown(L"WhiteBalance"), (Lines{
                                           L"WhiteBalance [ ] Auto <OnePush>",
                                           L"  White Balance Red (95)",
@@ -143,7 +149,7 @@ TEST_F(ColorPageTest, GainsAreProperties) {
 }
 
 TEST_F(ColorPageTest, ACameraWithoutGreenKeepsTheRest) {
-    UseCameraWithout({206});
+    UseCameraWithout({SELVANE_WHITE_BALANCE_GREEN});
     EXPECT_EQ(OpenPage(color_page), (Lines{
                                         L"WhiteBalance [ ] Auto <OnePush>",
                                         L"  White Balance Red (95)",

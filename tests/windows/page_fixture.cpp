@@ -56,6 +56,39 @@ void RoadTest::WatchTheRoad() {
     });
 }
 
+void RoadTest::StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault) {
+    const std::uint64_t before = camera_->call_count();
+    life();
+    const std::uint64_t calls = camera_->call_count() - before;
+    ASSERT_GT(calls, 10u);
+    for (std::uint64_t n = 1; n <= calls; ++n) {
+        SCOPED_TRACE(n);
+        camera_->clear_transcript();
+        camera_->add_fault(fault(n));
+        life();
+        camera_->clear_faults();
+        ASSERT_EQ(camera_->references(), 1);
+        ASSERT_EQ(server_.CanUnloadNow(), S_OK);
+        ASSERT_TRUE(ChildrenOf(host_.Handle()).empty());
+    }
+}
+
+OpenPageTest::~OpenPageTest() {
+    if (page_) page_->Deactivate();
+}
+
+PageControls OpenPageTest::OpenPage(REFCLSID clsid) {
+    page_ = GivenPage(clsid);
+    window_ = Open(*page_);
+    Settle();
+    return PageControls(window_);
+}
+
+Transcript OpenPageTest::Seen() const {
+    RunMessages();
+    return TakeTranscript();
+}
+
 std::string RoadName(const testing::TestParamInfo<Road>& road) { return NameOf(road.param); }
 
 PageControls::PageControls(HWND page) {

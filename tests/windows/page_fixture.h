@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +16,22 @@
 namespace page_test {
 
 using Transcript = std::vector<std::string>;
+
+/// The children of a page by class, in the order of the controls.
+struct PageControls {
+    explicit PageControls(HWND page);
+    std::vector<HWND> labels, sliders, edits, spins, combos, switches, buttons;
+};
+
+/// What a page tells of itself. Owns the texts.
+struct PageInfo : PROPPAGEINFO {
+    PageInfo() : PROPPAGEINFO{} {}
+    PageInfo(const PageInfo&) = delete;
+    PageInfo& operator=(const PageInfo&) = delete;
+    ~PageInfo() {
+        for (wchar_t* text : {pszTitle, pszHelpFile, pszDocString}) CoTaskMemFree(text);
+    }
+};
 
 /// A camera, the DLL and a host's window. At the end the DLL must be free to go, and go, and the camera with
 /// it.
@@ -53,6 +71,11 @@ protected:
     /// A ready-made one, or the simple one, on the road of the test.
     void UseCamera(const std::string& name);
 
+    using FaultAt = std::function<simcam::fault(std::uint64_t call)>;
+    /// Repeats a life with pages as often as it makes driver calls, each time with a fault at the next of
+    /// them. What is shown may be anything; what is left is nothing.
+    void StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault);
+
     const RoadLines lines_{GetParam()};
 
 private:
@@ -61,10 +84,18 @@ private:
 
 std::string RoadName(const testing::TestParamInfo<Road>& road);
 
-/// The children of a page by class, in the order of the controls.
-struct PageControls {
-    explicit PageControls(HWND page);
-    std::vector<HWND> labels, sliders, edits, spins, combos, switches, buttons;
+/// One page that is open and quiet. What a test does reaches the driver, and that is all there is to see of
+/// it.
+class OpenPageTest : public RoadTest {
+protected:
+    ~OpenPageTest() override;
+
+    PageControls OpenPage(REFCLSID clsid);
+    /// What the driver saw until the queue was dry.
+    [[nodiscard]] Transcript Seen() const;
+
+    PagePtr page_;
+    HWND window_ = nullptr;
 };
 
 }  // namespace page_test

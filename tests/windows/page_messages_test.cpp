@@ -10,25 +10,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// One page of the simple camera, open and quiet. What a test does reaches the driver, and that is all there
-/// is to see of it.
-class PageMessagesTest : public RoadTest {
+/// What each message to a page of the simple camera has it ask and write.
+class PageMessagesTest : public OpenPageTest {
 protected:
-    ~PageMessagesTest() override {
-        if (page_) page_->Deactivate();
-    }
-
-    PageControls OpenPage(REFCLSID clsid) {
-        page_ = GivenPage(clsid);
-        window_ = Open(*page_);
-        Settle();
-        return PageControls(window_);
-    }
-    /// What the driver saw until the queue was dry.
-    [[nodiscard]] Transcript Seen() const {
-        RunMessages();
-        return TakeTranscript();
-    }
     static void Send(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
         SendMessageW(window, message, wparam, lparam);
     }
@@ -56,9 +40,6 @@ protected:
         all.insert(all.end(), refresh.begin(), refresh.end());
         return all;
     }
-
-    PagePtr page_;
-    HWND window_ = nullptr;
 };
 
 TEST_P(PageMessagesTest, ARefreshAsksEachElementOnceInOrder) {

@@ -61,7 +61,7 @@ TEST_P(PageObjectTest, TellsAboutItself) {
 }
 
 TEST_P(PageObjectTest, ItsSizeIsThatOfItsDialog) {
-    PROPPAGEINFO info{};
+    PageInfo info;
     info.cb = 4711;  // a host's guess
     ASSERT_EQ(server_.MakePage(lens_page)->GetPageInfo(&info), S_OK);
     // The platform's property sheet has the same font as the page, so the page's own units must agree.
@@ -73,7 +73,6 @@ TEST_P(PageObjectTest, ItsSizeIsThatOfItsDialog) {
     EXPECT_EQ(info.size.cx, units.right);
     EXPECT_EQ(info.size.cy, units.bottom);
     DestroyWindow(dialog);
-    for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
 }
 
 TEST_P(PageObjectTest, SetObjectsWantsAnArray) {

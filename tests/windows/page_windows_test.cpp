@@ -1,3 +1,4 @@
+#include "tests/support/not_empty.h"
 #include "tests/windows/creation_watch.h"
 #include "tests/windows/page_fixture.h"
 
@@ -120,7 +121,7 @@ TEST_P(PageWindowsTest, AllTextIsInTheFontOfTheDialog) {
     OpenPage(feature_page);
     const LRESULT font = SendMessageW(window_, WM_GETFONT, 0, 0);
     EXPECT_NE(font, 0);
-    for (const HWND child : ChildrenOf(window_)) {
+    for (const HWND child : test_support::NotEmpty(ChildrenOf(window_))) {
         if (ClassOf(child) == slider) continue;
         EXPECT_EQ(SendMessageW(child, WM_GETFONT, 0, 0), font) << TextOf(child);
     }

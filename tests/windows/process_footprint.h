@@ -1,19 +1,17 @@
 #pragma once
 
-#include <windows.h>
+#include "platform/windows/owned.h"
 
-#include <algorithm>
 #include <ostream>
-#include <vector>
 
 namespace page_test {
 
 /// What a process holds. Tests compare one before and one after.
 struct Footprint {
-    DWORD windows = 0;            ///< of this thread
-    WORD next_window = 0;         ///< slot that a new window gets; it moves up as slots are lost
-    WORD highest_gdi_object = 0;  ///< of many that are made at once: grows with each that is left behind
-    ULONG_PTR next_handle = 0;    ///< the same for handles of the kernel
+    DWORD windows = 0;     ///< of this thread
+    WORD next_window = 0;  ///< slot that a new window gets; it moves up as slots are lost
+    DWORD gdi_objects = 0;
+    ULONG_PTR next_handle = 0;  ///< the same for handles of the kernel
     SIZE_T heap_blocks = 0;
     SIZE_T heap_bytes = 0;
 };
@@ -29,17 +27,16 @@ inline void CountHeap(HANDLE heap, Footprint& footprint) {
     HeapUnlock(heap);
 }
 
-// Which of the freed numbers comes next is the platform's affair. So many objects take all of them, and then
-// the highest number tells how many there are.
-inline WORD HighestOfManyGdiObjects() {
-    std::vector<HBRUSH> brushes(2000);
-    WORD highest = 0;
-    for (HBRUSH& brush : brushes) {
-        brush = CreateSolidBrush(RGB(1, 2, 3));
-        highest = std::max(highest, LOWORD(reinterpret_cast<ULONG_PTR>(brush)));
+// Where the platform does not tell how many there are, it takes a number alone for the object that has it, as
+// it always did for old programs.
+inline DWORD CountGdiObjects() {
+    const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    if (told != 0) return told;
+    DWORD count = 0;
+    for (ULONG_PTR number = 1; number < 0x4000; ++number) {
+        if (GetObjectType(reinterpret_cast<HGDIOBJ>(number)) != 0) ++count;
     }
-    for (const HBRUSH brush : brushes) DeleteObject(brush);
-    return highest;
+    return count;
 }
 
 inline Footprint MeasureFootprint() {
@@ -55,10 +52,9 @@ inline Footprint MeasureFootprint() {
         CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
     footprint.next_window = LOWORD(reinterpret_cast<ULONG_PTR>(window));
     DestroyWindow(window);
-    footprint.highest_gdi_object = HighestOfManyGdiObjects();
-    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    footprint.next_handle = reinterpret_cast<ULONG_PTR>(event);
-    CloseHandle(event);
+    footprint.gdi_objects = CountGdiObjects();
+    const platform::kernel_handle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    footprint.next_handle = reinterpret_cast<ULONG_PTR>(event.get());
     HANDLE heaps[64] = {};
     const DWORD count = GetProcessHeaps(64, heaps);
     for (DWORD i = 0; i < count; ++i) CountHeap(heaps[i], footprint);
@@ -66,10 +62,9 @@ inline Footprint MeasureFootprint() {
 }
 
 inline std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
-    return out << footprint.windows << " windows, next window " << footprint.next_window
-               << ", highest GDI object " << footprint.highest_gdi_object << ", next handle "
-               << footprint.next_handle << ", " << footprint.heap_blocks << " heap blocks with "
-               << footprint.heap_bytes << " bytes";
+    return out << footprint.windows << " windows, next window " << footprint.next_window << ", "
+               << footprint.gdi_objects << " GDI objects, next handle " << footprint.next_handle << ", "
+               << footprint.heap_blocks << " heap blocks with " << footprint.heap_bytes << " bytes";
 }
 
 }  // namespace page_test

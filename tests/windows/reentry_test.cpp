@@ -62,31 +62,15 @@ protected:
         others_.clear();
         frame_.reset();
         RunMessages();
+        EXPECT_EQ(other_camera_->references(), 1);
     }
 
-    // At every position in the life of the two pages that have controls of all kinds between them. What is
-    // shown may be anything; what is left is nothing.
-    void StrikeEveryCall(const HostWork& work) {
+    // At every position in the life of the two pages that have controls of all kinds between them.
+    void DuringEveryCall(const HostWork& work) {
         const ErrorBoxWatch refused_texts;
         for (const CLSID& clsid : {exposure_page, feature_page}) {
-            const std::uint64_t before = camera_->call_count();
-            LivePage(clsid);
-            const std::uint64_t calls = camera_->call_count() - before;
-            ASSERT_GT(calls, 10u);
-            for (std::uint64_t n = 1; n <= calls; ++n) {
-                SCOPED_TRACE(n);
-                camera_->clear_transcript();
-                simcam::fault meanwhile;
-                meanwhile.first = n;
-                meanwhile.count = 1;
-                meanwhile.action = work;
-                camera_->add_fault(meanwhile);
-                LivePage(clsid);
-                camera_->clear_faults();
-                ASSERT_EQ(camera_->references(), 1);
-                ASSERT_EQ(other_camera_->references(), 1);
-                ASSERT_EQ(server_.CanUnloadNow(), S_OK);
-            }
+            ASSERT_NO_FATAL_FAILURE(StrikeEveryCall(
+                [&] { LivePage(clsid); }, [&](std::uint64_t n) { return simcam::act_at(n, work); }));
         }
     }
 
@@ -109,38 +93,37 @@ protected:
 class RoadReentryTest : public ReentryTest {};
 
 TEST_P(ReentryTest, MessagesMayRun) {
-    StrikeEveryCall([&] { RunMessages(); });
+    DuringEveryCall([&] { RunMessages(); });
 }
 
 TEST_P(ReentryTest, ThePageMayBeRefreshed) {
-    StrikeEveryCall([&] { SendMessageW(Window(), 1029, 0, 0); });
+    DuringEveryCall([&] { SendMessageW(Window(), 1029, 0, 0); });
 }
 
 TEST_P(ReentryTest, TheUserMayWorkOn) {
-    StrikeEveryCall([&] { Work(Window()); });
+    DuringEveryCall([&] { Work(Window()); });
 }
 
 TEST_P(ReentryTest, ThePageMayBeShownAndMoved) {
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         page_->Show(SW_HIDE);
         page_->Move(&place);
         page_->Show(SW_SHOW);
-        PROPPAGEINFO info{};
+        PageInfo info;
         EXPECT_EQ(page_->GetPageInfo(&info), S_OK);
-        for (wchar_t* text : {info.pszTitle, info.pszHelpFile, info.pszDocString}) CoTaskMemFree(text);
     });
 }
 
 TEST_P(RoadReentryTest, ThePageMayBeDeactivated) {
-    StrikeEveryCall([&] { page_->Deactivate(); });
+    DuringEveryCall([&] { page_->Deactivate(); });
 }
 
 TEST_P(RoadReentryTest, ThePageMayBeReleased) {
-    StrikeEveryCall([&] { page_.reset(); });
+    DuringEveryCall([&] { page_.reset(); });
 }
 
 TEST_P(ReentryTest, ThePageMayBeDeactivatedAndReleased) {
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         page_->Deactivate();
         HandOver(nullptr);
         page_->SetPageSite(nullptr);
@@ -149,29 +132,29 @@ TEST_P(ReentryTest, ThePageMayBeDeactivatedAndReleased) {
 }
 
 TEST_P(ReentryTest, ThePageMayBeActivatedAgain) {
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         page_->Activate(frame_->Handle(), &place, FALSE);
         page_->Show(SW_SHOW);
     });
 }
 
 TEST_P(ReentryTest, ThePageMayBeActivatedAgainAndReleased) {
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         page_->Activate(frame_->Handle(), &place, FALSE);
         page_.reset();
     });
 }
 
 TEST_P(ReentryTest, ThePageMayBeHandedAnotherCamera) {
-    StrikeEveryCall([&] { HandOver(other_camera_.get()); });
+    DuringEveryCall([&] { HandOver(other_camera_.get()); });
 }
 
 TEST_P(ReentryTest, ThePageMayBeHandedTheSameCamera) {
-    StrikeEveryCall([&] { HandOver(camera_.get()); });
+    DuringEveryCall([&] { HandOver(camera_.get()); });
 }
 
 TEST_P(RoadReentryTest, ThePageMayBeHandedAnotherCameraAndActivated) {
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         HandOver(other_camera_.get());
         page_->Activate(frame_->Handle(), &place, FALSE);
     });
@@ -179,7 +162,7 @@ TEST_P(RoadReentryTest, ThePageMayBeHandedAnotherCameraAndActivated) {
 
 TEST_P(ReentryTest, ThePageMayBeHandedSomethingElse) {
     PlainObject object;
-    StrikeEveryCall([&] {
+    DuringEveryCall([&] {
         HandOver(&object);
         HandOver(nullptr);
     });
@@ -187,19 +170,19 @@ TEST_P(ReentryTest, ThePageMayBeHandedSomethingElse) {
 }
 
 TEST_P(ReentryTest, AnotherPageMayBeActivated) {
-    StrikeEveryCall([&] { OpenAnother(feature_page); });
+    DuringEveryCall([&] { OpenAnother(feature_page); });
 }
 
 TEST_P(ReentryTest, AnotherPageOfTheClassMayBeActivated) {
-    StrikeEveryCall([&] { OpenAnother(exposure_page); });
+    DuringEveryCall([&] { OpenAnother(exposure_page); });
 }
 
 TEST_P(ReentryTest, TheParentMayBeDestroyed) {
-    StrikeEveryCall([&] { frame_.reset(); });
+    DuringEveryCall([&] { frame_.reset(); });
 }
 
 TEST_P(ReentryTest, TheWindowOfThePageMayBeDestroyed) {
-    StrikeEveryCall([&] { DestroyWindow(Window()); });
+    DuringEveryCall([&] { DestroyWindow(Window()); });
 }
 
 TEST_P(ReentryTest, TheCameraThatCameLastStays) {
@@ -209,11 +192,7 @@ TEST_P(ReentryTest, TheCameraThatCameLastStays) {
     for (std::uint64_t n = 1; n <= calls; ++n) {
         SCOPED_TRACE(n);
         page_ = server_.MakePage(exposure_page);
-        simcam::fault meanwhile;
-        meanwhile.first = n;
-        meanwhile.count = 1;
-        meanwhile.action = [&] { HandOver(other_camera_.get()); };
-        camera_->add_fault(meanwhile);
+        camera_->add_fault(simcam::act_at(n, [&] { HandOver(other_camera_.get()); }));
         EXPECT_EQ(Give(*page_), S_OK);
         camera_->clear_faults();
         EXPECT_EQ(camera_->references(), 1);

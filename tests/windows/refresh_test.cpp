@@ -19,37 +19,16 @@ using Clock = std::chrono::steady_clock;
 constexpr UINT update_controls = 1029;
 
 /// A page that is open and quiet, and what the driver is asked when several things happen at once.
-class RefreshTest : public RoadTest {
+class RefreshTest : public OpenPageTest {
 protected:
-    ~RefreshTest() override {
-        if (page_) page_->Deactivate();
-    }
-
-    PageControls OpenPage(REFCLSID clsid) {
-        page_ = GivenPage(clsid);
-        window_ = Open(*page_);
-        Settle();
-        return PageControls(window_);
-    }
-    [[nodiscard]] Transcript Seen() const {
-        RunMessages();
-        return TakeTranscript();
-    }
     static void PostKey(HWND control, WPARAM key) {
         PostMessageW(control, WM_KEYDOWN, key, 1);
         PostMessageW(control, WM_KEYUP, key, 1);
     }
     // Something that happens in the midst of the n-th call from now.
     void During(std::uint64_t n, std::function<void()> work) const {
-        simcam::fault meanwhile;
-        meanwhile.first = n;
-        meanwhile.count = 1;
-        meanwhile.action = std::move(work);
-        camera_->add_fault(meanwhile);
+        camera_->add_fault(simcam::act_at(n, std::move(work)));
     }
-
-    PagePtr page_;
-    HWND window_ = nullptr;
 };
 
 TEST_P(RefreshTest, SeveralThatWaitBecomeOne) {

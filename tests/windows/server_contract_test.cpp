@@ -1,3 +1,6 @@
+#include "platform/ascii.h"
+#include "platform/windows/owned.h"
+#include "tests/support/not_empty.h"
 #include "tests/windows/com_fakes.h"
 #include "tests/windows/page_server.h"
 
@@ -38,9 +41,7 @@ public:
         std::set<std::string> names;
         const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
         for (; entry->Name != 0; ++entry) {
-            std::string name = At<char>(entry->Name);
-            for (char& letter : name) letter = static_cast<char>(std::tolower(letter));
-            names.insert(name);
+            names.insert(platform::lower(At<char>(entry->Name)));
         }
         return names;
     }
@@ -69,7 +70,7 @@ TEST_F(ServerTest, NeedsDllsOfThePlatformOnly) {
     // controls are none of them.
     const std::set<std::string> platform = {"advapi32.dll", "gdi32.dll", "imm32.dll",    "kernel32.dll",
                                             "msvcrt.dll",   "ole32.dll", "oleaut32.dll", "user32.dll"};
-    for (const std::string& name : Image(server_.Module()).Imports())
+    for (const std::string& name : test_support::NotEmpty(Image(server_.Module()).Imports()))
         EXPECT_EQ(platform.count(name), 1u) << name;
 }
 
@@ -78,13 +79,12 @@ TEST(ServerLoadTest, IsRefusedWithoutAPlaceForTheStateOfExceptions) {
     for (DWORD slot = FlsAlloc(nullptr); slot != FLS_OUT_OF_INDEXES; slot = FlsAlloc(nullptr)) {
         taken.push_back(slot);
     }
-    const HMODULE refused = LoadLibraryW(PageServer::Path().c_str());
+    const platform::library refused(LoadLibraryW(PageServer::Path().c_str()));
     const DWORD error = GetLastError();
     for (const DWORD slot : taken) FlsFree(slot);
     EXPECT_FALSE(taken.empty());
-    EXPECT_EQ(refused, nullptr);
+    EXPECT_FALSE(refused);
     EXPECT_EQ(error, static_cast<DWORD>(ERROR_DLL_INIT_FAILED));
-    if (refused != nullptr) FreeLibrary(refused);
     EXPECT_EQ(PageServer().CanUnloadNow(), S_OK) << "once there is one";
 }
 
@@ -260,12 +260,12 @@ class ServerRegistryTest : public ServerTest {
 protected:
     ServerRegistryTest() {
         RegDeleteTreeW(HKEY_CURRENT_USER, root);
-        RegCreateKeyW(HKEY_CURRENT_USER, root, &classes_);
-        RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_);
+        RegCreateKeyW(HKEY_CURRENT_USER, root, classes_.put());
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_.get());
     }
     ~ServerRegistryTest() override {
         RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-        RegCloseKey(classes_);
+        classes_.reset();
         RegDeleteTreeW(HKEY_CURRENT_USER, root);
     }
 
@@ -273,16 +273,15 @@ protected:
         wchar_t text[600] = {};
         DWORD size = sizeof text;
         const LSTATUS status =
-            RegGetValueW(classes_, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
+            RegGetValueW(classes_.get(), path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
         return status == ERROR_SUCCESS ? text : L"(none)";
     }
     [[nodiscard]] DWORD SubkeysOf(const wchar_t* path) const {
-        HKEY key = nullptr;
+        platform::registry_key key;
         DWORD count = 0;
-        if (RegOpenKeyExW(classes_, path, 0, KEY_READ, &key) != ERROR_SUCCESS) return 0;
-        RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                         nullptr, nullptr);
-        RegCloseKey(key);
+        if (RegOpenKeyExW(classes_.get(), path, 0, KEY_READ, key.put()) != ERROR_SUCCESS) return 0;
+        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr, nullptr);
         return count;
     }
     void ExpectRegistered(const wchar_t* clsid, const wchar_t* name) const {
@@ -300,7 +299,7 @@ protected:
     }
 
     static constexpr wchar_t root[] = L"Software\\SelvanePageContractTest";
-    HKEY classes_ = nullptr;
+    platform::registry_key classes_;
 };
 
 TEST_F(ServerRegistryTest, RegistersItsFourClassesAnyNumberOfTimes) {
@@ -311,9 +310,9 @@ TEST_F(ServerRegistryTest, RegistersItsFourClassesAnyNumberOfTimes) {
 }
 
 TEST_F(ServerRegistryTest, UnregisteringTakesItsClassesAndNoOther) {
-    HKEY other = nullptr;
-    RegCreateKeyW(classes_, L"CLSID\\{00000000-0000-0000-0000-000000000001}", &other);
-    RegCloseKey(other);
+    platform::registry_key other;
+    RegCreateKeyW(classes_.get(), L"CLSID\\{00000000-0000-0000-0000-000000000001}", other.put());
+    other.reset();
     EXPECT_EQ(server_.Register(), S_OK);
     EXPECT_EQ(SubkeysOf(L"CLSID"), 5u);
     EXPECT_EQ(server_.Unregister(), S_OK);
@@ -327,13 +326,12 @@ TEST_F(ServerRegistryTest, UnregisteringOnACleanRegistryIsFine) {
 }
 
 TEST_F(ServerRegistryTest, ARegistryErrorIsTheAnswer) {
-    HKEY poor = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(classes_, L"volatile", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                              &poor, nullptr),
+    platform::registry_key poor;
+    ASSERT_EQ(RegCreateKeyExW(classes_.get(), L"volatile", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                              nullptr, poor.put(), nullptr),
               ERROR_SUCCESS);
-    RegOverridePredefKey(HKEY_CLASSES_ROOT, poor);
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, poor.get());
     EXPECT_EQ(server_.Register(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
-    RegCloseKey(poor);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "apps/inspect/lint/formula_outline.h"
 
+#include "platform/ascii.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -11,6 +13,7 @@ namespace {
 
 using GenICam::formula_tree;
 using GenICam::token_kind;
+using platform::trimmed;
 using node_index = formula_tree::index;
 
 struct expected_order {
@@ -45,13 +48,6 @@ bool expects_left_first(token_kind left, token_kind right) {
 
 bool computes_left_first(token_kind left, token_kind right) {
     return actual_binding(left) >= actual_binding(right);
-}
-
-constexpr std::string_view blanks = " \t\n\v\f\r";
-
-std::string_view trimmed(std::string_view text) {
-    const std::string_view rest = text.substr(std::min(text.find_first_not_of(blanks), text.size()));
-    return rest.substr(0, rest.find_last_not_of(blanks) + 1);
 }
 
 std::string shortened(std::string_view text) {
@@ -195,7 +191,7 @@ operator_chain outline_writer::read_chain(std::vector<node_index> operators) con
         chain.operators.push_back({kind, start, start + GenICam::operation_of(kind)->text.size()});
     }
     const std::size_t first = tree_[tree_.operands(operators.front())[0]].start;
-    chain.start = tree_.text().substr(0, first).find_last_not_of(blanks) + 1;
+    chain.start = tree_.text().substr(0, first).find_last_not_of(platform::white_space) + 1;
     chain.end = tree_[formula_tree::last_operand(operators.back())].end;
     return chain;
 }

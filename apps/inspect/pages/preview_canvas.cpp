@@ -3,8 +3,8 @@
 #include "adapter/interface_key.h"
 #include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
-#include "propui/attempt.h"
 #include "propui/control_logic.h"
+#include "propui/guarded_item.h"
 #include "propui/scale_measure.h"
 
 #include <utility>
@@ -15,8 +15,8 @@ namespace {
 using ZELAdapterHelper::AbsRangeInfo;
 using ZELAdapterHelper::RangeInfo;
 using ZELAdapterHelper::SharedString;
-using ZELPropUI::Attempt;
 using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::GuardedItem;
 using ZELPropUI::InterfaceKey;
 using ZELPropUI::ISliderController;
 using ZELPropUI::PageRect;
@@ -37,13 +37,13 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
     GenICam::INode* node = genicam_adapter::node_of(key);
     if (node != nullptr && node->get_node_type() == GenICam::node_type::floating) {
         AbsRangeInfo real;
-        if (SUCCEEDED(Attempt([&] { return item.GetAbsRange(key, real); }))) {
+        if (SUCCEEDED(GuardedItem(item).GetAbsRange(key, real))) {
             control.minimum = real.min;
             control.maximum = real.max;
         }
     } else {
         RangeInfo range;
-        if (SUCCEEDED(Attempt([&] { return item.GetRange(key, range); }))) {
+        if (SUCCEEDED(GuardedItem(item).GetRange(key, range))) {
             control.minimum = range.min;
             control.maximum = range.max;
             control.step = range.step;
@@ -51,7 +51,7 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
     }
     SharedString unit;
     std::int32_t scale = ZELAdapterHelper::scale_linear;
-    if (SUCCEEDED(Attempt([&] { return item.GetAbsUnit(key, unit, scale); }))) {
+    if (SUCCEEDED(GuardedItem(item).GetAbsUnit(key, unit, scale))) {
         control.unit = platform::narrow(unit.View());
     }
 }

@@ -1,0 +1,75 @@
+// What is the same with nodes of both kinds that hold numbers.
+
+#include "tests/support/node_test.h"
+
+#include <type_traits>
+#include <vector>
+
+namespace node_test {
+namespace {
+
+template <class Kind>
+class NumberNode : public testing::Test {
+protected:
+    // An element of the kind.
+    static std::string Element(const std::string& name, const std::string& children) {
+        const std::string element = Kind::element;
+        return "<" + element + " Name='" + name + "'>" + children + "</" + element + ">";
+    }
+    static std::string UnresolvedMessage(const std::string& element) {
+        return std::string(Kind::class_prefix) + "pValue_type::_resolve_references, " + Kind::element +
+               " (\"" + element + "\"). Failed to parse or resolve \"pValue\" xml element.\n";
+    }
+    static typename Kind::node& Node(const TestDocument& doc) { return Kind::In(doc, "n"); }
+};
+TYPED_TEST_SUITE(NumberNode, Numbers, NumberName);
+
+TYPED_TEST(NumberNode, ThatIsNotAvailableRefusesBeforeItLooksAtTheRange) {
+    std::vector<std::string> bodies = {"<Value>1</Value>", "<pValue>a</pValue>",
+                                       "<pIndex>a</pIndex><ValueDefault>1</ValueDefault>"};
+    // Floats have no copies.
+    if (std::is_same_v<TypeParam, Integers>) {
+        bodies.emplace_back("<pValue>a</pValue><pValueCopy>b</pValueCopy>");
+    }
+    for (const std::string& body : bodies) {
+        TestDocument doc(this->Element("n", body + "<Max>1</Max><pIsAvailable>no</pIsAvailable>") +
+                         "<Integer Name='no'><Value>0</Value></Integer>"
+                         "<Integer Name='a'><Value>0</Value></Integer>"
+                         "<Integer Name='b'><Value>0</Value></Integer>");
+        EXPECT_EQ(this->Node(doc).set_val(9, 0), code(node_not_available)) << body;
+        EXPECT_EQ(this->Node(doc).get_val(0).error(), code(node_not_available)) << body;
+        EXPECT_THAT(doc.log.Take(), IsEmpty());
+    }
+}
+
+TYPED_TEST(NumberNode, WithoutItsTargetHasTheLimitsThatItStates) {
+    TestDocument doc(this->Element("n", "<pValue>gone</pValue><Min>1</Min>") +
+                     this->Element("m", "<pValue>gone</pValue><Max>1</Max>"));
+    EXPECT_THAT(doc.load_messages, ElementsAre(this->UnresolvedMessage("m"), this->UnresolvedMessage("n")));
+    EXPECT_EQ(this->Node(doc).get_val(0).error(), code(not_implemented));
+    EXPECT_EQ(this->Node(doc).set_val(5, 0), code(not_implemented));
+    EXPECT_TRUE(HasRange(this->Node(doc), 1, none, none, none));
+    EXPECT_TRUE(HasRange(TypeParam::In(doc, "m"), none, 1, none, none));
+}
+
+TYPED_TEST(NumberNode, HasTheAccessModeOfTheTargetOfItsIndex) {
+    TestDocument doc(this->Element("n",
+                                   "<pIndex>i</pIndex><pValueIndexed Index='1'>ro</pValueIndexed>"
+                                   "<ValueDefault>1</ValueDefault>") +
+                     "<Integer Name='i'><Value>1</Value></Integer>" +
+                     this->Element("ro", "<Value>1</Value><ImposedAccessMode>RO</ImposedAccessMode>"));
+    EXPECT_EQ(this->Node(doc).get_access_mode(), AccessMode::RO);
+    EXPECT_FALSE(doc.Integer("i").set_val(2, 0));
+    EXPECT_EQ(this->Node(doc).get_access_mode(), AccessMode::RW) << "an entry without a node";
+}
+
+TEST(IntegerTable, TheAccessModeOfATargetOfAnotherKindDoesNotCount) {
+    TestDocument doc(
+        "<Integer Name='n'><pIndex>i</pIndex><pValueIndexed Index='2'>fro</pValueIndexed>"
+        "<ValueDefault>1</ValueDefault></Integer><Integer Name='i'><Value>2</Value></Integer>"
+        "<Float Name='fro'><Value>1</Value><ImposedAccessMode>RO</ImposedAccessMode></Float>");
+    EXPECT_EQ(doc.Node("n").get_access_mode(), AccessMode::RW);
+}
+
+}  // namespace
+}  // namespace node_test

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/message.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 #include "genicam/nodes/range_record.h"
 
@@ -12,8 +14,9 @@ public:
     explicit boolean_mapping(const described_element& xml);
     void resolve_default(IGenICamDoc* doc, const described_element& xml, node_base_data& owner);
     [[nodiscard]] std::int64_t number_of(bool value) const noexcept { return value ? on_value_ : off_value_; }
-    /// Any other number than the two is logged with `message` and counts as true unless it is 0.
-    [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner, const char* message) const;
+    /// Any other number than the two is reported and counts as true unless it is 0.
+    [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner,
+                                const message<std::int64_t>& is_neither) const;
     [[nodiscard]] result<bool> get_default(std::uint32_t flags) const;
 
 private:
@@ -28,7 +31,7 @@ class boolean_pValue_type final : public node_base_impl_dependent_cache,
 public:
     boolean_pValue_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
@@ -36,7 +39,7 @@ public:
 
 private:
     boolean_mapping mapping_;
-    INode* value_ = nullptr;
+    node_link value_;
 };
 
 /// `Boolean` with `Value`.

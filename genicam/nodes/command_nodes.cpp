@@ -1,6 +1,6 @@
 #include "genicam/nodes/command_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -8,10 +8,10 @@ namespace GenICam {
 namespace {
 
 void resolve_command_value(IGenICamDoc* doc, const described_element& xml, node_base_data& owner,
-                           integer_pair& command_value, const char* message) {
+                           integer_pair& command_value, const message<>& lacks_number) {
     const link_or_value resolved =
         resolve_link_or_value_(doc, xml, child::CommandValue, child::pCommandValue);
-    if (!resolved.valid) log_node(message, owner);
+    if (!resolved.valid) report(lacks_number, owner.origin(child::CommandValue));
     command_value.store(resolved, owner.get_node());
 }
 
@@ -19,26 +19,16 @@ void resolve_command_value(IGenICamDoc* doc, const described_element& xml, node_
 
 void command_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse contents of "
-            "\"Value\" xml node.\n",
-            *this);
+        report(messages::command_value_invalid, origin(child::Value));
     }
-    resolve_command_value(
-        doc, xml, *this, command_value_,
-        "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse "
-        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+    resolve_command_value(doc, xml, *this, command_value_, messages::command_value_lacks_number);
 }
 
 std::error_code command_Value_type::execute(std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (number.assume_value() != value_) {
-        value_ = number.assume_value();
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, number.assume_value());
     return {};
 }
 
@@ -50,36 +40,22 @@ result<bool> command_Value_type::is_done(std::uint32_t flags) {
 }
 
 void command_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        log_node(
-            "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse/resolve "
-            "contents of "
-            "\"pValue\" xml node.\n",
-            *this);
-    }
-    resolve_command_value(
-        doc, xml, *this, command_value_,
-        "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse "
-        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+    value_.resolve(doc, xml, child::pValue, *this, messages::command_link_unresolved);
+    resolve_command_value(doc, xml, *this, command_value_, messages::command_link_lacks_number);
 }
 
 std::error_code command_pValue_type::execute(std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return set_eval_val(value_, number.assume_value(), flags);
+    return value_.set(number.assume_value(), flags);
 }
 
 result<bool> command_pValue_type::is_done(std::uint32_t flags) {
     if (check_access(false, flags)) return true;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    const result<std::int64_t> present = get_eval_int(value_, flags);
+    const result<std::int64_t> present = value_.get<std::int64_t>(flags);
     if (!present) return present.error();
     return present.assume_value() != number.assume_value();
 }

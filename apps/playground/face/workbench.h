@@ -3,6 +3,7 @@
 #include "adapter/genicam_adapter_device.h"
 #include "apps/inspect/pages/page_preview.h"
 #include "apps/playground/face/live_page.h"
+#include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 
 #include <array>
@@ -73,6 +74,7 @@ private:
 
     simcam::camera_ptr camera_;
     std::array<page, std::size(ZELPropUI::all_pages)> pages_;
+    bool nothing_marked_ = false;
 };
 
 }  // namespace selvane_playground

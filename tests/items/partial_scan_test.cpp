@@ -18,8 +18,9 @@ protected:
 TEST_F(PartialScanTest, NeedsNothingButThePropertySet) {
     const Item item = Make(MakePartialScan);
     ASSERT_TRUE(item);
-    for (const InterfaceKey key : {SELVANE_PARTIAL_SCAN_AUTO_CENTER, SELVANE_PARTIAL_SCAN_X,
-                                   SELVANE_PARTIAL_SCAN_Y, SELVANE_BINNING, 0U}) {
+    for (const InterfaceKey key :
+         std::initializer_list<InterfaceKey>{SELVANE_PARTIAL_SCAN_AUTO_CENTER, SELVANE_PARTIAL_SCAN_X,
+                                             SELVANE_PARTIAL_SCAN_Y, SELVANE_BINNING, 0}) {
         EXPECT_FALSE(item->SupportsInterface(key)) << key;
     }
     driver.has_property_set = false;

@@ -3,7 +3,7 @@
 #include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
 #include "formula/formula_store.h"
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 
@@ -23,10 +23,7 @@ std::error_code set_result(INode* target, const eval_value& value, std::uint32_t
 bool converter_impl::resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self) {
     target_ = doc->find_node(child_text(xml, child::pValue));
     if (target_ == nullptr) {
-        log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, "
-            "Converter (\"%s\"). Failed due to missing pValue element.\n",
-            self);
+        report(messages::converter_link_unresolved, self.origin());
         return false;
     }
     target_->get_eval()->add_dependent(self.get_node());
@@ -36,20 +33,16 @@ bool converter_impl::resolve_target(IGenICamDoc* doc, const described_element& x
 void converter_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                   node_base_data& self) {
     if (!resolve_target(doc, xml, self)) return;
-    const std::string_view from = child_text(xml, child::FormulaFrom);
-    const std::string_view to = child_text(xml, child::FormulaTo);
-    if (from.empty() || to.empty()) {
-        log_node(
-            "GenICam::converter::converter_impl::resolve_converter_references, "
-            "Converter (\"%s\"). Failed due to missing FormulaFrom/FormulaTo member(s).\n",
-            self);
+    if (xml.text(child::FormulaFrom).empty() || xml.text(child::FormulaTo).empty()) {
+        report(messages::converter_formula_missing, self.origin());
         return;
     }
     variable_table table(false, self.formula_expansion());
     table.build_formula_name_lookup(doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
-    formula_from_ = keep(from, table, kinds_when_reading(), self);
-    if (formula_from_ != nullptr) formula_to_ = keep(to, table, map_.kinds(map_.kind()), self);
+    formula_from_ = keep(xml, child::FormulaFrom, table, kinds_when_reading(), self);
+    if (formula_from_ != nullptr)
+        formula_to_ = keep(xml, child::FormulaTo, table, map_.kinds(map_.kind()), self);
 }
 
 // An enumeration has numbers of either kind.
@@ -61,14 +54,12 @@ source_kinds converter_impl::kinds_when_reading() const {
     return kinds;
 }
 
-kept_formula* converter_impl::keep(std::string_view text, const variable_table& table,
+kept_formula* converter_impl::keep(const described_element& xml, child name, const variable_table& table,
                                    const source_kinds& kinds, const node_base_data& self) const {
+    const std::string_view text = xml.text(name);
     kept_formula& formula = self.formulas().keep(text, table, kinds);
     if (!formula.was_refused()) return &formula;
-    log_node(
-        "GenICam::converter::converter_impl::resolve_converter_references, "
-        "Converter (\"%s\"). failed to evaluate \"%.*s\"\n",
-        self, static_cast<int>(text.size()), text.data());
+    report(messages::converter_formula_invalid, self.origin(name), text);
     return nullptr;
 }
 

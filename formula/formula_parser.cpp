@@ -2,13 +2,11 @@
 
 #include "formula/formula_specialiser.h"
 #include "formula/math_parser.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 
 #include <cstddef>
 #include <string>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace GenICam {
 namespace {
@@ -233,13 +231,7 @@ void math_parser::add_name() {
 parse_status math_parser::add_identifier_token() {
     const resolved_name resolved = (*resolver_)(token_.text);
     if (std::holds_alternative<std::monostate>(resolved)) {
-        if (log_enabled(log_failure)) {
-            log_message(log_failure,
-                        "math_parser::add_identifier_token, failed to map variable \"%.*s\" to either a "
-                        "constant or a "
-                        "pValue.\n",
-                        static_cast<int>(token_.text.size()), token_.text.data());
-        }
+        report(messages::name_unresolved, {}, token_.text);
         return parse_status::unknown_name;
     }
     if (std::holds_alternative<exhausted_expression>(resolved)) return parse_status::beyond_limits;
@@ -320,15 +312,6 @@ formula_instruction& math_parser::add_operation(const open_part& part, op_code c
 
 namespace {
 
-// The text becomes a format, and what it quotes of the description must not act as one.
-void log_failed_parse(const parse_end& end) {
-    const std::string text = fmt::format("km_parse_tree failed with result={}. Last token view:\n{}.\n",
-                                         status_text(end.status), end.rest);
-    std::string format;
-    for (const char c : text) format.append(c == '%' ? 2 : 1, c);
-    log_message(log_failure, format.c_str());
-}
-
 template <class Prepare>
 result<formula_program> compile(std::string_view text, name_resolver resolver, Prepare prepare) {
     const formula_tree tree = read_formula(text, resolver);
@@ -341,7 +324,8 @@ result<formula_program> compile(std::string_view text, name_resolver resolver, P
 }  // namespace
 
 bool is_usable(const formula_tree& tree) {
-    if (!tree.is_accepted() && log_enabled(log_failure)) log_failed_parse(tree.end);
+    if (!tree.is_accepted())
+        report(messages::formula_refused, {}, status_text(tree.end.status), tree.end.rest);
     return tree.is_accepted();
 }
 

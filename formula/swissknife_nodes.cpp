@@ -3,7 +3,7 @@
 #include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
 #include "formula/formula_store.h"
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 
 namespace GenICam {
 
@@ -11,10 +11,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
                                                    node_base_data& self) {
     const std::string_view text = child_text(xml, child::Formula);
     if (text.empty()) {
-        log_node(
-            "GenICam::converter::swissknife_impl::resolve_converter_references, "
-            "SwissKnife (\"%s\"). Failed due to missing Formula member.\n",
-            self);
+        report(messages::swissknife_formula_missing, self.origin());
         return;
     }
     variable_table table(true, self.formula_expansion());
@@ -22,10 +19,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
     formula_ = &self.formulas().keep(text, table, map_.kinds(number_kind::integer));
     if (formula_->was_refused()) {
-        log_node(
-            "GenICam::converter::swissknife_impl::resolve_converter_references, "
-            "SwissKnife (\"%s\"). failed to evaluate \"%.*s\"\n",
-            self, static_cast<int>(text.size()), text.data());
+        report(messages::swissknife_formula_invalid, self.origin(child::Formula), text);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "formula/variable_binding.h"
 
 #include "genicam/core/children.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 #include "genicam/ieval.h"
@@ -30,19 +30,16 @@ struct limit_specifier {
     std::string_view suffix;
     variable_accessor of_integer;
     variable_accessor of_float;
-    const char* message;
+    const message<>& missing;
 };
 
-// The maximum shares the message of the minimum; people search for these texts as they are.
-constexpr const char* min_message =
-    "create_resulting_entry, invalid node type for pVariable with \".Min\" specifier.\n";
-constexpr const char* inc_message =
-    "create_resulting_entry, invalid node type for pVariable with \".Inc\" specifier.\n";
-
 constexpr limit_specifier limit_specifiers[] = {
-    {".Min", limit_of<&IInteger::get_min>::read, limit_of<&IFloat::get_min>::read, min_message},
-    {".Max", limit_of<&IInteger::get_max>::read, limit_of<&IFloat::get_max>::read, min_message},
-    {".Inc", limit_of<&IInteger::get_inc>::read, limit_of<&IFloat::get_inc>::read, inc_message},
+    {".Min", limit_of<&IInteger::get_min>::read, limit_of<&IFloat::get_min>::read,
+     messages::minimum_of_variable_missing},
+    {".Max", limit_of<&IInteger::get_max>::read, limit_of<&IFloat::get_max>::read,
+     messages::minimum_of_variable_missing},
+    {".Inc", limit_of<&IInteger::get_inc>::read, limit_of<&IFloat::get_inc>::read,
+     messages::increment_of_variable_missing},
 };
 
 // The first occurrence counts: behind one in the middle, another at the end means nothing.
@@ -51,19 +48,20 @@ bool ends_in_first(std::string_view name, std::string_view suffix) noexcept {
     return at != std::string_view::npos && at + suffix.size() == name.size();
 }
 
-variable_accessor accessor_of(const limit_specifier& specifier, node_type type) {
+variable_accessor accessor_of(const limit_specifier& specifier, node_type type, pugi::xml_node element) {
     if (type == node_type::integer) return specifier.of_integer;
     if (type == node_type::floating) return specifier.of_float;
-    if (log_enabled(log_failure)) log_message(log_failure, specifier.message);
+    report(specifier.missing, {element.parent(), element});
     return nullptr;
 }
 
 }  // namespace
 
-variable_accessor create_resulting_entry(const INode& node, std::string_view name) {
+variable_accessor create_resulting_entry(const INode& node, std::string_view name, pugi::xml_node element) {
     if (name.find('.') == std::string_view::npos) return get_eval_value;
     for (const limit_specifier& specifier : limit_specifiers) {
-        if (ends_in_first(name, specifier.suffix)) return accessor_of(specifier, node.get_node_type());
+        if (ends_in_first(name, specifier.suffix))
+            return accessor_of(specifier, node.get_node_type(), element);
     }
     if (name.find(".Entry") != std::string_view::npos) return nullptr;
     return get_eval_value;
@@ -90,7 +88,7 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, 
     if (table.has(name)) return;
     INode* node = doc->find_node(element.child_value());
     if (node == nullptr) return;
-    const variable_accessor accessor = create_resulting_entry(*node, name);
+    const variable_accessor accessor = create_resulting_entry(*node, name, element);
     if (accessor == nullptr) return;
     const identifier_id id = first_source_id + sources_.size();
     sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
@@ -105,12 +103,8 @@ void variable_map_impl::parse_expression(pugi::xml_node element, variable_table&
     result<formula_program> program = parse_instructions(text, table);
     if (program) {
         table.add_expression(name, std::move(program.assume_value()));
-    } else if (log_enabled(log_failure)) {
-        log_message(
-            log_failure,
-            "GenICam::converter::variable_map_impl::resolve_converter_references, failed to parse Constant "
-            "named=\"%.*s\" content=\"%.*s\".\n",
-            static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
+    } else {
+        report(messages::expression_invalid, {element.parent(), element}, name, text);
     }
 }
 

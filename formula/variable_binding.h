@@ -68,7 +68,8 @@ private:
     bool is_integer_;
 };
 
-/// How a `pVariable` of that name reads the node; null, with a message, where it cannot.
-[[nodiscard]] variable_accessor create_resulting_entry(const INode& node, std::string_view name);
+/// How a `pVariable` of that name reads the node; null, with a message about the element, where it cannot.
+[[nodiscard]] variable_accessor create_resulting_entry(const INode& node, std::string_view name,
+                                                       pugi::xml_node element);
 
 }  // namespace GenICam

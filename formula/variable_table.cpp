@@ -1,7 +1,7 @@
 #include "formula/variable_table.h"
 
 #include "genicam/core/children.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -33,10 +33,6 @@ eval_value number_of_entry(const IEnumEntry& entry, bool is_integer) {
     return eval_value::of(numeric ? *numeric : static_cast<double>(entry.get_value()));
 }
 
-void log_entry(const char* message) {
-    if (log_enabled(log_failure)) log_message(log_failure, message);
-}
-
 }  // namespace
 
 std::string_view binding_name(pugi::xml_node element) noexcept { return element.attribute("Name").value(); }
@@ -53,7 +49,7 @@ void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described
         if (found.name != child::pVariable) continue;
         const std::string_view name = binding_name(found.element);
         if (name.find(entry_specifier) != std::string_view::npos) {
-            add_enumeration_entry(doc, name, found.element.child_value(), is_integer);
+            add_enumeration_entry(doc, name, found.element, is_integer);
         }
     }
 }
@@ -75,22 +71,17 @@ void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
     const std::string_view text = element.child_value();
     if (const std::optional<eval_value> constant = parse_constant(text, is_integer)) {
         add_constant(name, *constant);
-    } else if (log_enabled(log_failure)) {
-        log_message(log_failure,
-                    "GenICam::converter::build_formula_name_lookup, failed to parse Constant named=\"%.*s\" "
-                    "content=\"%.*s\".\n",
-                    static_cast<int>(name.size()), name.data(), static_cast<int>(text.size()), text.data());
+    } else {
+        report(messages::constant_invalid, {element.parent(), element}, name, text);
     }
 }
 
 // The entry becomes a number now and is no variable.
-void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
+void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, pugi::xml_node element,
                                            bool is_integer) {
-    INode* node = doc->find_node(target);
+    INode* node = doc->find_node(element.child_value());
     if (node == nullptr || node->get_node_type() != node_type::enumeration) {
-        log_entry(
-            "GenICam::converter::build_formula_name_lookup, did not find enumeration for pVariable with "
-            "\".Entry\" specifier.\n");
+        report(messages::enumeration_of_variable_unresolved, {element.parent(), element});
         return;
     }
     // A name that ends in the specifier has no entry name, and the exception of substr leaves the load.
@@ -99,9 +90,7 @@ void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view na
         name.substr(name.find(entry_specifier) + entry_specifier.size() + point);
     const IEnumEntry* entry = static_cast<IEnumeration*>(node)->find_entry(entry_name);
     if (entry == nullptr) {
-        log_entry(
-            "GenICam::converter::build_formula_name_lookup, did not find entry in enumeration for "
-            "pVariable with \".Entry\" specifier.\n");
+        report(messages::entry_of_variable_unresolved, {element.parent(), element});
         return;
     }
     add_constant(name, number_of_entry(*entry, is_integer));

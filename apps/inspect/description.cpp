@@ -1,7 +1,6 @@
 #include "apps/inspect/description.h"
 
 #include "apps/inspect/inspect_error.h"
-#include "apps/inspect/log_capture.h"
 #include "platform/replace_file.h"
 
 #include <cerrno>
@@ -58,7 +57,7 @@ description::description(std::string path, std::string bytes)
     : path_(std::move(path)), source_(std::move(bytes)), tree_(source_) {}
 
 void description::load() {
-    log_capture log;
+    message_capture messages(tree_);
     const std::string& bytes = source_.bytes();
     const auto start = std::chrono::steady_clock::now();
     try {
@@ -68,7 +67,7 @@ void description::load() {
     }
     load_time_ =
         std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
-    load_messages_ = log.take();
+    load_messages_ = messages.take();
     nodes_.resize(tree_.elements().size());
     if (document_ == nullptr) return;
     match_nodes();
@@ -77,9 +76,7 @@ void description::load() {
 
 std::string description::why_not_loaded() const {
     if (!load_failure_.empty()) return "an exception left the load: " + load_failure_;
-    std::string words = load_messages_.empty() ? std::string() : load_messages_.back();
-    if (!words.empty() && words.back() == '\n') words.pop_back();
-    return "the engine refuses it: " + words;
+    return "the engine refuses it: " + (load_messages_.empty() ? "" : load_messages_.back().text);
 }
 
 void description::match_nodes() {

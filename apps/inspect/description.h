@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/inspect/description_tree.h"
+#include "apps/inspect/engine_messages.h"
 #include "apps/inspect/source_text.h"
 #include "apps/inspect/traced_port.h"
 #include "genicam/core/expansion_budget.h"
@@ -35,7 +36,7 @@ public:
     /// Why there is no document.
     [[nodiscard]] std::string why_not_loaded() const;
     /// What the engine said while it loaded.
-    [[nodiscard]] const std::vector<std::string>& load_messages() const noexcept { return load_messages_; }
+    [[nodiscard]] const std::vector<engine_message>& load_messages() const noexcept { return load_messages_; }
     [[nodiscard]] std::chrono::microseconds load_time() const noexcept { return load_time_; }
 
     /// The node of an element, also of one whose name another bears as well; null when nothing was loaded.
@@ -61,7 +62,7 @@ private:
     std::unique_ptr<GenICam::IGenICamDoc> document_;
     std::vector<GenICam::INode*> nodes_;  // of the elements of the tree
     std::string load_failure_;
-    std::vector<std::string> load_messages_;
+    std::vector<engine_message> load_messages_;
     std::chrono::microseconds load_time_{0};
 };
 

@@ -1,6 +1,6 @@
 #include "apps/inspect/evaluation_guard.h"
 
-#include "apps/inspect/log_capture.h"
+#include "apps/inspect/engine_messages.h"
 #include "genicam/core/children.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"

@@ -1,6 +1,6 @@
 #include "apps/inspect/feature_reader.h"
 
-#include "apps/inspect/log_capture.h"
+#include "apps/inspect/engine_messages.h"
 #include "genicam/core/node_base.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"

@@ -1,8 +1,8 @@
 #include "apps/inspect/feature_writer.h"
 
+#include "apps/inspect/engine_messages.h"
 #include "apps/inspect/feature_value.h"
 #include "apps/inspect/inspect_error.h"
-#include "apps/inspect/log_capture.h"
 #include "apps/inspect/memory_options.h"
 #include "apps/inspect/similar_name.h"
 #include "genicam/core/error.h"

@@ -1,6 +1,6 @@
 #include "apps/inspect/formula_binding.h"
 
-#include "apps/inspect/log_capture.h"
+#include "apps/inspect/engine_messages.h"
 #include "genicam/core/value_links.h"
 
 #include <algorithm>

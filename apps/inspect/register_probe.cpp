@@ -1,7 +1,7 @@
 #include "apps/inspect/register_probe.h"
 
+#include "apps/inspect/engine_messages.h"
 #include "apps/inspect/feature_reader.h"
-#include "apps/inspect/log_capture.h"
 #include "genicam/core/children.h"
 #include "genicam/core/xml_words.h"
 #include "genicam/nodes/bit_field.h"
@@ -30,6 +30,11 @@ bool is_register(pugi::xml_node element) {
 pugi::xml_node frame_of(pugi::xml_node element) {
     const bool is_entry = std::string_view(element.name()) == "StructEntry";
     return is_entry ? find_struct_frame(element) : element;
+}
+
+Endianess byte_order(pugi::xml_node element) {
+    const pugi::xml_node frame = frame_of(element);
+    return parse_endianess(frame, frame.child_value("Endianess"));
 }
 
 void read_past_everything(INode& node) {
@@ -62,15 +67,13 @@ std::optional<std::uint64_t> mask_of(pugi::xml_node element, std::size_t length)
     const bool is_field = name == "MaskedIntReg" || name == "StructEntry";
     if (!is_field || length == 0 || length > sizeof(std::uint64_t)) return std::nullopt;
     const scanned_element scanned(element);
-    return bit_field(*scanned).put(0, -1, static_cast<std::int64_t>(length),
-                                   parse_endianess(frame_of(element).child_value("Endianess")));
+    return bit_field(*scanned).put(0, -1, static_cast<std::int64_t>(length), byte_order(element));
 }
 
 std::string_view byte_order_of(pugi::xml_node element, std::size_t length) {
     const std::string_view name = element.name();
     if (length < 2 || name == "StringReg" || name == "Register") return {};
-    const Endianess order = parse_endianess(frame_of(element).child_value("Endianess"));
-    return order == Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
+    return byte_order(element) == Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdarg>
-#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -15,8 +14,6 @@ std::uint32_t log_threshold = 0;
 std::uint32_t log_category_mask = 0;
 
 namespace {
-
-constexpr std::size_t message_size = 512;
 
 // "I64" is the length modifier of one C library only, while "ll" is known to all of them.
 std::string with_portable_lengths(std::string_view format) {
@@ -36,16 +33,16 @@ std::string with_portable_lengths(std::string_view format) {
 }
 
 void print_time_stamp() {
-    char text[message_size];
+    char text[log_message_size];
     const unsigned long long now = platform::performance_microseconds();
-    if (std::snprintf(text, message_size, "{%lluus} ", now) > 0) platform::write_debug_output(text);
+    if (std::snprintf(text, log_message_size, "{%lluus} ", now) > 0) platform::write_debug_output(text);
 }
 
 // A message that comes out empty has no stamp either.
 void print(bool is_stamped, const char* format, std::va_list arguments) {
-    char text[message_size];
+    char text[log_message_size];
     const std::string portable = with_portable_lengths(format);
-    if (std::vsnprintf(text, message_size, portable.c_str(), arguments) <= 0) return;
+    if (std::vsnprintf(text, log_message_size, portable.c_str(), arguments) <= 0) return;
     if (is_stamped) print_time_stamp();
     platform::write_debug_output(text);
 }

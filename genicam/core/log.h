@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace GenICam {
@@ -12,6 +13,8 @@ extern std::uint32_t log_category_mask;
 constexpr std::uint32_t log_failure = 1;    ///< level of failures
 constexpr std::uint32_t log_rejection = 2;  ///< level of refused values and unresolved features
 constexpr std::uint32_t log_time_stamp = 1U << 24;
+
+constexpr std::size_t log_message_size = 512;  ///< terminator included
 
 /// Whether a message with this spec (level in bits 0 to 7, categories in bits 16 to 23) would be printed.
 [[nodiscard]] inline bool log_enabled(std::uint32_t spec) noexcept {

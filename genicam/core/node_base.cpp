@@ -1,6 +1,6 @@
 #include "genicam/core/node_base.h"
 
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"
 #include "genicam/core/xml_words.h"
@@ -35,7 +35,7 @@ bool has_truth_value(const INode& node) {
 
 node_base_data::node_base_data(document_services* services, const described_element& xml)
     : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml.present()) {
-    imposed_access_mode_ = parse_imposed_access_mode(xml.text(child::ImposedAccessMode));
+    imposed_access_mode_ = parse_imposed_access_mode(xml, xml.text(child::ImposedAccessMode));
 }
 
 void node_base_data::resolve_references(IGenICamDoc* doc) {
@@ -68,11 +68,8 @@ void node_base_data::resolve_invalidators(IGenICamDoc* doc, const described_elem
         if (listed.name != child::pInvalidator) continue;
         if (INode* node = doc->find_node(listed.element.child_value())) {
             node->get_eval()->add_dependent(get_node());
-        } else if (log_enabled(log_failure)) {
-            log_message(log_failure,
-                        "GenICam::node_base_data::resolve_references, %s (\"%s\"). Failed to resolve "
-                        "\"pInvalidator\" xml element.\n",
-                        element_name(), name_text());
+        } else {
+            report(messages::invalidator_unresolved, {xml_, listed.element});
         }
     }
 }
@@ -90,28 +87,17 @@ std::error_code node_base_data::check_links(std::uint32_t flags) const {
 
 void node_base_data::set_actual_access_mode(AccessMode mode) {
     if (imposed_access_mode_ == AccessMode::RW) imposed_access_mode_ = mode;
-    if (mode == imposed_access_mode_ || mode == AccessMode::RW || !log_enabled(log_failure)) return;
-    log_message(
-        log_failure,
-        imposed_access_mode_ == AccessMode::RO
-            ? "GenICam::node_base_data::set_actual_access_mode, %s (\"%s\"). Trying to change access mode "
-              "from ImposedAccessMode == RO to WO.\n"
-            : "GenICam::node_base_data::set_actual_access_mode, %s (\"%s\"). Trying to change access mode "
-              "from ImposedAccessMode == WO to RO.\n",
-        element_name(), name_text());
+    if (mode == imposed_access_mode_ || mode == AccessMode::RW) return;
+    const bool is_read_only = imposed_access_mode_ == AccessMode::RO;
+    report(messages::access_mode_turned, origin(child::ImposedAccessMode), is_read_only ? "RO" : "WO",
+           is_read_only ? "WO" : "RO");
 }
 
 INode* node_base_data::resolve_node(const char* element) const {
     const std::string_view text = child_text(xml_, element);
     if (text.empty()) return nullptr;
     INode* node = services_->find_node(text);
-    if (node == nullptr && log_enabled(log_failure)) {
-        log_message(
-            log_failure,
-            "GenICam::node_base_data::resolve_node, %s (\"%s\"). Failed to resolve \"%s\" xml node contents "
-            "(\"%.*s\").\n",
-            element_name(), name_text(), element, static_cast<int>(text.size()), text.data());
-    }
+    if (node == nullptr) report(messages::node_unresolved, {xml_, element}, element, text);
     return node;
 }
 
@@ -121,12 +107,8 @@ std::vector<INode*> node_base_data::resolve_node_list(const char* element) const
         const std::string_view text = listed.child_value();
         if (INode* node = services_->find_node(text)) {
             nodes.push_back(node);
-        } else if (log_enabled(log_failure)) {
-            log_message(
-                log_failure,
-                "GenICam::node_base_data::resolve_node_list, %s (\"%s\"). Failed to resolve \"%s\" xml node "
-                "contents (\"%.*s\").\n",
-                element_name(), name_text(), element, static_cast<int>(text.size()), text.data());
+        } else {
+            report(messages::listed_node_unresolved, {xml_, listed}, element, text);
         }
     }
     return nodes;

@@ -2,6 +2,7 @@
 
 #include "genicam/core/children.h"
 #include "genicam/core/document_services.h"
+#include "genicam/core/message.h"
 #include "genicam/ieval.h"
 #include "genicam/inode.h"
 
@@ -68,9 +69,9 @@ public:
     [[nodiscard]] expansion_budget& formula_expansion() const { return services_->formula_expansion(); }
     [[nodiscard]] formula_store& formulas() const { return services_->formulas(); }
     [[nodiscard]] pugi::xml_node xml() const noexcept { return xml_; }
-    /// Terminated texts for messages.
-    [[nodiscard]] const char* element_name() const noexcept { return xml_.name(); }
-    [[nodiscard]] const char* name_text() const noexcept { return name_.empty() ? "" : name_.data(); }
+    /// For messages about the node, or about one of its children.
+    [[nodiscard]] message_origin origin() const noexcept { return xml_; }
+    [[nodiscard]] message_origin origin(child which) const noexcept { return {xml_, which}; }
     [[nodiscard]] const child_set& children() const noexcept { return children_; }
     /// Whether the element names nodes that decide its access or invalidate it.
     [[nodiscard]] bool has_common_links() const noexcept {

@@ -1,7 +1,7 @@
 #include "genicam/core/value_links.h"
 
 #include "genicam/core/children.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -10,32 +10,43 @@
 namespace GenICam {
 namespace {
 
-// The messages and the element names that they carry, for a pair stated by elements and one stated by
-// extension keys.
-struct pair_messages {
-    const char* both;
-    const char* bad_number;
-    const char* bad_link;
-    const char* first_of_both;
-    const char* second_of_both;
-    const char* number_name;
-    const char* link_name;
+// A pair as it is stated: by elements, or by keys of the extension, which have messages of their own.
+struct stated_pair {
+    const described_element& xml;
+    const char* number;
+    const char* link;
+    bool in_extension;
+
+    [[nodiscard]] message_origin origin(const char* name) const {
+        if (in_extension) return {xml, xml.child("Extension").child(name)};
+        return {xml, name};
+    }
+    void report_both() const {
+        if (in_extension) {
+            report(messages::extension_pair_has_both, origin(number), link, number);
+        } else {
+            report(messages::pair_has_both, origin(number), number, link);
+        }
+    }
+    void report_number() const {
+        report(in_extension ? messages::extension_pair_number_invalid : messages::pair_number_invalid,
+               origin(number), number);
+    }
+    // Among elements the message names the number and means the link.
+    void report_link() const {
+        report(in_extension ? messages::extension_pair_link_unresolved : messages::pair_link_unresolved,
+               origin(link), in_extension ? link : number);
+    }
 };
 
-template <class... Names>
-void log_pair(const char* format, pugi::xml_node xml, Names... names) {
-    if (log_enabled(log_failure))
-        log_message(log_failure, format, xml.name(), xml.attribute("Name").value(), names...);
-}
-
-link_or_value resolve_pair(IGenICamDoc* doc, const described_element& xml, std::string_view value_text,
-                           std::string_view link_text, const pair_messages& messages) {
+link_or_value resolve_pair(IGenICamDoc* doc, const stated_pair& pair, std::string_view value_text,
+                           std::string_view link_text) {
     link_or_value resolved;
     if (link_text.empty()) {
         if (value_text.empty()) return resolved;
         eval_value number;
         if (parse_number(value_text, number) == 0) {
-            log_pair(messages.bad_number, xml, messages.number_name);
+            pair.report_number();
             return resolved;
         }
         resolved.value = number.value;
@@ -43,28 +54,20 @@ link_or_value resolve_pair(IGenICamDoc* doc, const described_element& xml, std::
         resolved.valid = true;
         return resolved;
     }
-    if (!value_text.empty()) log_pair(messages.both, xml, messages.first_of_both, messages.second_of_both);
+    if (!value_text.empty()) pair.report_both();
     resolved.node = doc->find_node(link_text);
     resolved.is_integer = resolved.valid = resolved.node != nullptr;
-    if (!resolved.valid) log_pair(messages.bad_link, xml, messages.link_name);
+    if (!resolved.valid) pair.report_link();
     return resolved;
 }
 
 std::error_code refuse_get(node_type kind) {
-    if (log_enabled(log_failure)) {
-        log_message(log_failure,
-                    "GenICam::get_eval_val, get value on a (%d) node_type seems to be futile ...\n",
-                    static_cast<int>(kind));
-    }
+    report(messages::get_without_value, {}, static_cast<std::int64_t>(kind));
     return make_error_code(not_implemented);
 }
 
 std::error_code refuse_set(node_type kind) {
-    if (log_enabled(log_failure)) {
-        log_message(log_failure,
-                    "GenICam::set_eval_val, get value on a (%d) node_type seems to be futile ...\n",
-                    static_cast<int>(kind));
-    }
+    report(messages::set_without_value, {}, static_cast<std::int64_t>(kind));
     return make_error_code(not_implemented);
 }
 
@@ -105,37 +108,18 @@ result<T> get_limit(INode* node, std::uint32_t flags, Integers of_integer, Float
 
 link_or_value resolve_link_or_value_(IGenICamDoc* doc, const described_element& xml, child value,
                                      child link) {
-    const char* value_name = name_of(value);
-    const char* link_name = name_of(link);
-    const pair_messages messages = {
-        "GenICam::resolve_link_or_value_, %s \"%s\". Node contains both \"%s\" and \"%s\" nodes.\n",
-        "GenICam::resolve_link_or_value_, %s \"%s\". Failed to parse content of \"%s\" node.\n",
-        "GenICam::resolve_link_or_value_, %s \"%s\". Failed to resolve node in \"%s\" .\n",
-        value_name,
-        link_name,
-        value_name,
-        value_name};
-    return resolve_pair(doc, xml, xml.text(value), xml.text(link), messages);
+    return resolve_pair(doc, {xml, name_of(value), name_of(link), false}, xml.text(value), xml.text(link));
 }
 
 link_or_value resolve_link_or_value_from_contents(IGenICamDoc* doc, const described_element& xml,
                                                   std::string_view value_text, std::string_view link_text) {
-    static constexpr pair_messages messages = {
-        "GenICam::resolve_link_or_value_from_contents, %s \"%s\". XML element contains both \"%s\" and "
-        "\"%s\" nodes.\n",
-        "GenICam::resolve_link_or_value_from_contents, %s \"%s\". Failed to parse content of \"%s\" node.\n",
-        "GenICam::resolve_link_or_value_from_contents, %s \"%s\". Failed to resolve node in \"%s\" .\n",
-        "pDefault",
-        "Default",
-        "Default",
-        "pDefault"};
-    return resolve_pair(doc, xml, value_text, link_text, messages);
+    return resolve_pair(doc, {xml, "Default", "pDefault", true}, value_text, link_text);
 }
 
 INode* resolve_pIndex(IGenICamDoc* doc, const described_element& xml) {
     INode* node = doc->find_node(child_text(xml, child::pIndex));
     if (node != nullptr && node->get_node_type() == node_type::integer) return node;
-    log_pair("GenICam::resolve_pIndex, %s (\"%s\"). Invalid or no IInteger base \"pIndex\" element.\n", xml);
+    report(messages::index_unresolved, {xml, child::pIndex});
     return nullptr;
 }
 

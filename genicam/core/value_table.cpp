@@ -1,7 +1,7 @@
 #include "genicam/core/value_table.h"
 
 #include "genicam/core/children.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
@@ -11,10 +11,6 @@
 
 namespace GenICam {
 namespace {
-
-void log_element(const char* format, const described_element& xml) {
-    if (log_enabled(log_failure)) log_message(log_failure, format, xml.name(), xml.attribute("Name").value());
-}
 
 bool parse_constant(std::string_view text, bool is_float, eval_value::payload& value) {
     return (is_float ? parse_double(text, value.real) : parse_int(text, value.integer)) != 0;
@@ -31,10 +27,7 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_el
     default_entry_.node = doc->find_node(child_text(xml, child::pValueDefault));
     if (default_entry_.node == nullptr) {
         if (!parse_constant(child_text(xml, child::ValueDefault), is_float, default_entry_.value)) {
-            log_element(
-                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Invalid or no "
-                "\"pValueDefault\"/\"ValueDefault\" element.\n",
-                xml);
+            report(messages::table_default_invalid, {xml, child::pValueDefault});
             return false;
         }
         default_entry_.index = -1;
@@ -53,20 +46,12 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& x
     for (const pugi::xml_node element : xml.children("pValueIndexed")) {
         indexed_entry entry;
         if (!parse_index(element, entry.index)) {
-            log_element(
-                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
-                "attribute of "
-                "\"pValueIndexed\" element.\n",
-                xml);
+            report(messages::index_of_link_invalid, {xml, element, "Index"});
             continue;
         }
         entry.node = doc->find_node(element.child_value());
         if (entry.node == nullptr) {
-            log_element(
-                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
-                "contents of "
-                "\"pValueIndexed\" element.\n",
-                xml);
+            report(messages::indexed_link_unresolved, {xml, element});
             continue;
         }
         entry.node->get_eval()->add_dependent(self);
@@ -78,19 +63,11 @@ void value_eval_indexed::read_constants(const described_element& xml, bool is_fl
     for (const pugi::xml_node element : xml.children("ValueIndexed")) {
         indexed_entry entry;
         if (!parse_index(element, entry.index)) {
-            log_element(
-                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
-                "attribute of "
-                "\"ValueIndexed\" element.\n",
-                xml);
+            report(messages::index_of_constant_invalid, {xml, element, "Index"});
             continue;
         }
         if (!parse_constant(element.child_value(), is_float, entry.value)) {
-            log_element(
-                "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
-                "contents of "
-                "\"ValueIndexed\" element.\n",
-                xml);
+            report(messages::indexed_constant_invalid, {xml, element});
             continue;
         }
         entries_.push_back(entry);

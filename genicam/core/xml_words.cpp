@@ -1,7 +1,7 @@
 #include "genicam/core/xml_words.h"
 
 #include "genicam/core/children.h"
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 
 namespace GenICam {
@@ -61,101 +61,76 @@ std::optional<T> find_word(const word<T> (&words)[Count], std::string_view text)
     return std::nullopt;
 }
 
-void log_contents(const char* format, std::string_view text) {
-    if (log_enabled(log_failure))
-        log_message(log_failure, format, static_cast<int>(text.size()), text.data());
-}
-
-// For the messages that name the node.
-void log_node_contents(const char* format, pugi::xml_node xml, std::string_view text) {
-    if (log_enabled(log_failure)) {
-        log_message(log_failure, format, xml.name(), xml.attribute("Name").value(),
-                    static_cast<int>(text.size()), text.data());
-    }
-}
-
-// The word, or the default; `write_message` gets a text that is none.
-template <class T, std::size_t Count, class Writer>
-T parse_or(const word<T> (&words)[Count], std::string_view text, T default_value, Writer write_message) {
+// The word, or the default with a message where the text is none.
+template <class T, std::size_t Count>
+T parse_text(const word<T> (&words)[Count], const message_origin& origin, std::string_view text,
+             T default_value, const message<std::string_view>& invalid) {
     if (text.empty()) return default_value;
     const std::optional<T> value = find_word(words, text);
-    if (!value) write_message();
+    if (!value) report(invalid, origin, text);
     return value.value_or(default_value);
 }
 
 template <class T, std::size_t Count>
-T parse_text(const word<T> (&words)[Count], std::string_view text, T default_value, const char* message) {
-    return parse_or(words, text, default_value, [=] { log_contents(message, text); });
-}
-
-template <class T, std::size_t Count>
-T parse_node_text(const word<T> (&words)[Count], pugi::xml_node xml, const char* name, T default_value,
-                  const char* message) {
-    const std::string_view text = child_text(xml, name);
-    return parse_or(words, text, default_value, [=] { log_node_contents(message, xml, text); });
+T parse_child(const word<T> (&words)[Count], pugi::xml_node xml, const char* name, T default_value,
+              const message<std::string_view>& invalid) {
+    return parse_text(words, {xml, name}, child_text(xml, name), default_value, invalid);
 }
 
 }  // namespace
 
-AccessMode parse_imposed_access_mode(std::string_view text) {
-    return parse_text(access_modes, text, AccessMode::RW,
-                      "Invalid contents of \"ImposedAccessMode\" node (\"%.*s\"\n");
+AccessMode parse_imposed_access_mode(pugi::xml_node xml, std::string_view text) {
+    return parse_text(access_modes, {xml, child::ImposedAccessMode}, text, AccessMode::RW,
+                      messages::invalid_imposed_access_mode);
 }
 
-AccessMode parse_access_mode(std::string_view text) {
-    return parse_text(access_modes, text, AccessMode::RW,
-                      "Invalid contents of \"AccessMode\" node (\"%.*s\"\n");
+AccessMode parse_access_mode(pugi::xml_node xml, std::string_view text) {
+    return parse_text(access_modes, {xml, child::AccessMode}, text, AccessMode::RW,
+                      messages::invalid_access_mode);
 }
 
 Visibility parse_visibility(pugi::xml_node xml) {
-    return parse_node_text(
-        visibilities, xml, "Visibility", Visibility::Beginner,
-        "GenICam::node_base_data::getVisibility, %s (\"%s\"). Failed to parse \"Visibility\" xml "
-        "node contents (\"%.*s\").\n");
+    return parse_child(visibilities, xml, "Visibility", Visibility::Beginner, messages::invalid_visibility);
 }
 
 bool parse_streamable(pugi::xml_node xml) {
-    return parse_node_text(
-        yes_no, xml, "Streamable", false,
-        "GenICam::node_base_data::get_streamable, %s (\"%s\"). Failed to parse \"Streamable\" xml "
-        "node contents (\"%.*s\").\n");
+    return parse_child(yes_no, xml, "Streamable", false, messages::invalid_streamable);
 }
 
 Representation parse_representation(pugi::xml_node xml) {
-    return parse_text(representations, child_text(xml, "Representation"), Representation::PureNumber,
-                      "Invalid contents (\"%.*s\") of Integer \"Representation\" xml node.\n");
+    return parse_child(representations, xml, "Representation", Representation::PureNumber,
+                       messages::invalid_representation);
 }
 
 FloatRepresentation parse_float_representation(pugi::xml_node xml) {
-    return parse_text(float_representations, child_text(xml, "Representation"),
-                      FloatRepresentation::PureNumber,
-                      "Invalid contents (\"%.*s\") of Float \"Representation\" xml node.\n");
+    return parse_child(float_representations, xml, "Representation", FloatRepresentation::PureNumber,
+                       messages::invalid_float_representation);
 }
 
 DisplayNotation parse_display_notation(pugi::xml_node xml) {
-    return parse_text(display_notations, child_text(xml, "DisplayNotation"), DisplayNotation::Automatic,
-                      "Invalid contents (\"%.*s\") of \"DisplayNotation\" xml node.\n");
+    return parse_child(display_notations, xml, "DisplayNotation", DisplayNotation::Automatic,
+                       messages::invalid_display_notation);
 }
 
 std::int64_t parse_display_precision(pugi::xml_node xml) {
     const std::optional<std::int64_t> precision = find_display_precision(xml);
     const std::string_view text = child_text(xml, "DisplayPrecision");
     if (!precision && !text.empty())
-        log_contents("Invalid contents (\"%.*s\") of \"DisplayPrecision\" xml node.\n", text);
+        report(messages::invalid_display_precision, {xml, "DisplayPrecision"}, text);
     return precision.value_or(default_display_precision);
 }
 
-Endianess parse_endianess(std::string_view text) {
-    return parse_text(endianesses, text, Endianess::BigEndian,
-                      "Invalid contents of \"Endianess\" node (\"%.*s\"\n");
+Endianess parse_endianess(pugi::xml_node xml, std::string_view text) {
+    return parse_text(endianesses, {xml, child::Endianess}, text, Endianess::BigEndian,
+                      messages::invalid_endianess);
 }
 
-Sign parse_sign(std::string_view text) {
-    return parse_text(signs, text, Sign::Unsigned, "Invalid contents of \"Sign\" node (\"%.*s\"\n");
+Sign parse_sign(pugi::xml_node xml, std::string_view text) {
+    return parse_text(signs, {xml, child::Sign}, text, Sign::Unsigned, messages::invalid_sign);
 }
 
-Cachable parse_cachable(std::string_view text, Cachable default_value) {
-    return parse_text(cachables, text, default_value, "Invalid contents of \"Cachable\" node (\"%.*s\"\n");
+Cachable parse_cachable(pugi::xml_node xml, std::string_view text, Cachable default_value) {
+    return parse_text(cachables, {xml, child::Cachable}, text, default_value, messages::invalid_cachable);
 }
 
 std::optional<AccessMode> find_access_mode(std::string_view text) { return find_word(access_modes, text); }

@@ -12,9 +12,10 @@ namespace GenICam {
 
 // Readers of the elements whose text is one of a few words, compared exactly. An absent or empty element
 // gives the default in silence; other text gives the default and is logged where the element's rule says so.
+// Some are handed the text of the child beside its parent, which has looked it up before.
 
-[[nodiscard]] AccessMode parse_imposed_access_mode(std::string_view text);
-[[nodiscard]] AccessMode parse_access_mode(std::string_view text);
+[[nodiscard]] AccessMode parse_imposed_access_mode(pugi::xml_node xml, std::string_view text);
+[[nodiscard]] AccessMode parse_access_mode(pugi::xml_node xml, std::string_view text);
 [[nodiscard]] Visibility parse_visibility(pugi::xml_node xml);
 [[nodiscard]] bool parse_streamable(pugi::xml_node xml);
 [[nodiscard]] Representation parse_representation(pugi::xml_node xml);
@@ -22,9 +23,9 @@ namespace GenICam {
 [[nodiscard]] DisplayNotation parse_display_notation(pugi::xml_node xml);
 constexpr std::int64_t default_display_precision = 6;
 [[nodiscard]] std::int64_t parse_display_precision(pugi::xml_node xml);
-[[nodiscard]] Endianess parse_endianess(std::string_view text);
-[[nodiscard]] Sign parse_sign(std::string_view text);
-[[nodiscard]] Cachable parse_cachable(std::string_view text, Cachable default_value);
+[[nodiscard]] Endianess parse_endianess(pugi::xml_node xml, std::string_view text);
+[[nodiscard]] Sign parse_sign(pugi::xml_node xml, std::string_view text);
+[[nodiscard]] Cachable parse_cachable(pugi::xml_node xml, std::string_view text, Cachable default_value);
 
 // The same words without default and message: not set for everything that is no valid word.
 

@@ -1,6 +1,6 @@
 #include "genicam/document/genicam_doc_impl.h"
 
-#include "genicam/core/log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/node_state.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/xml_words.h"
@@ -48,10 +48,7 @@ bool genicam_doc::load(const char* data, std::uint64_t size) {
     xml_buffer_.assign(data, data + size_of_text(data, size));
     const pugi::xml_parse_result parsed = xml_.load_buffer_inplace(xml_buffer_.data(), xml_buffer_.size());
     if (!parsed) {
-        if (log_enabled(log_failure)) {
-            log_message(log_failure, "The XML file does contain errors : \"%s\" @ offset=%td.\n",
-                        parsed.description(), parsed.offset);
-        }
+        report(messages::malformed_xml, {}, parsed.description(), std::int64_t{parsed.offset});
         return false;
     }
     return build_nodes();
@@ -108,14 +105,8 @@ bool genicam_doc::close_dependents() {
     for (const named_node& named : nodes_) {
         named.node()->get_eval()->close_dependents();
         if (!shared_lists_.is_exhausted()) continue;
-        if (log_enabled(log_failure)) {
-            log_message(
-                log_failure,
-                "GenICam::genicam_doc::close_dependents, %s (\"%s\"). The lists of dependents have more "
-                "than %llu entries.\n",
-                root().name(), get_model_name().data(),
-                static_cast<unsigned long long>(dependent_lists::most_entries));
-        }
+        report(messages::too_many_dependents, {}, root().name(), get_model_name(),
+               std::uint64_t{dependent_lists::most_entries});
         return false;
     }
     return true;

@@ -66,7 +66,7 @@ integer_range bit_field::get_range(Sign sign) const noexcept {
 
 node_base_impl_bit_field::node_base_impl_bit_field(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml), bits_(xml) {
-    cache_.sign = parse_sign(xml.text(child::Sign));
+    cache_.sign = parse_sign(xml, xml.text(child::Sign));
 }
 
 result<std::int64_t> node_base_impl_bit_field::read_field(register_place place, std::uint32_t flags) {

@@ -1,6 +1,6 @@
 #include "genicam/nodes/boolean_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -28,10 +28,11 @@ void boolean_mapping::resolve_default(IGenICamDoc* doc, const described_element&
                    owner.get_node());
 }
 
-bool boolean_mapping::value_of(std::int64_t number, const node_base_data& owner, const char* message) const {
+bool boolean_mapping::value_of(std::int64_t number, const node_base_data& owner,
+                               const message<std::int64_t>& is_neither) const {
     if (number == on_value_) return true;
     if (number == off_value_) return false;
-    log_node(message, owner, static_cast<long long>(number));
+    report(is_neither, owner.origin(), number);
     return number != 0;
 }
 
@@ -50,10 +51,7 @@ void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, const described_
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::boolean_pValue_type::_resolve_references, Boolean (\"%s\"). Failed to parse or resolve "
-            "\"pValue\" xml element.\n",
-            *this);
+        report(messages::boolean_link_unresolved, origin(child::pValue));
     }
 }
 
@@ -68,9 +66,7 @@ result<bool> boolean_pValue_type::get_val(std::uint32_t flags) {
     if (value_ == nullptr) return make_error_code(not_implemented);
     const result<std::int64_t> number = get_eval_int(value_, flags);
     if (!number) return number.error();
-    return mapping_.value_of(
-        number.assume_value(), *this,
-        "GenICam::boolean_pValue_type::get_val, Boolean (\"%s\"). Invalid floating_value contents=%lld.\n");
+    return mapping_.value_of(number.assume_value(), *this, messages::boolean_link_is_neither);
 }
 
 boolean_Value_type::boolean_Value_type(document_services* services, const described_element& xml)
@@ -81,11 +77,7 @@ void boolean_Value_type::_resolve_references(IGenICamDoc* doc, const described_e
     if (const std::optional<bool> value = find_truth(child_text(xml, child::Value))) {
         value_ = mapping_.number_of(*value);
     } else {
-        log_node(
-            "GenICam::boolean_Value_type::_resolve_references, Boolean (\"%s\"). Failed to parse or resolve "
-            "\"Value\" "
-            "xml element.\n",
-            *this);
+        report(messages::boolean_value_invalid, origin(child::Value));
     }
 }
 
@@ -102,9 +94,7 @@ std::error_code boolean_Value_type::set_val(bool value, std::uint32_t flags) {
 
 result<bool> boolean_Value_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    return mapping_.value_of(
-        value_, *this,
-        "GenICam::boolean_Value_type::get_val, Boolean (\"%s\"). Invalid floating_value contents=%lld.\n");
+    return mapping_.value_of(value_, *this, messages::boolean_value_is_neither);
 }
 
 }  // namespace GenICam

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/message.h"
 #include "genicam/core/node_state.h"
 #include "genicam/nodes/range_record.h"
 
@@ -12,8 +13,9 @@ public:
     explicit boolean_mapping(const described_element& xml);
     void resolve_default(IGenICamDoc* doc, const described_element& xml, node_base_data& owner);
     [[nodiscard]] std::int64_t number_of(bool value) const noexcept { return value ? on_value_ : off_value_; }
-    /// Any other number than the two is logged with `message` and counts as true unless it is 0.
-    [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner, const char* message) const;
+    /// Any other number than the two is reported and counts as true unless it is 0.
+    [[nodiscard]] bool value_of(std::int64_t number, const node_base_data& owner,
+                                const message<std::int64_t>& is_neither) const;
     [[nodiscard]] result<bool> get_default(std::uint32_t flags) const;
 
 private:

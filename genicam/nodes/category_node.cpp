@@ -1,6 +1,6 @@
 #include "genicam/nodes/category_node.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/genicam_doc.h"
 
 namespace GenICam {
@@ -17,11 +17,8 @@ void category_type::_resolve_references(IGenICamDoc* doc, const described_elemen
         const std::string_view name = feature.child_value();
         if (INode* node = doc->find_node(name)) {
             features_[found++] = node;
-        } else if (log_enabled(log_rejection)) {
-            log_message(log_rejection,
-                        "GenICam::category_type::_resolve_references, Category (\"%s\"). Failed to resolve "
-                        "\"pFeature\" for feature=%.*s.\n",
-                        name_text(), static_cast<int>(name.size()), name.data());
+        } else {
+            report(messages::feature_unresolved, {xml, feature}, name);
         }
     }
     features_ = features_.first(found);

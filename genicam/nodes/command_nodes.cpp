@@ -1,6 +1,6 @@
 #include "genicam/nodes/command_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -8,10 +8,10 @@ namespace GenICam {
 namespace {
 
 void resolve_command_value(IGenICamDoc* doc, const described_element& xml, node_base_data& owner,
-                           integer_pair& command_value, const char* message) {
+                           integer_pair& command_value, const message<>& lacks_number) {
     const link_or_value resolved =
         resolve_link_or_value_(doc, xml, child::CommandValue, child::pCommandValue);
-    if (!resolved.valid) log_node(message, owner);
+    if (!resolved.valid) report(lacks_number, owner.origin(child::CommandValue));
     command_value.store(resolved, owner.get_node());
 }
 
@@ -19,15 +19,9 @@ void resolve_command_value(IGenICamDoc* doc, const described_element& xml, node_
 
 void command_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse contents of "
-            "\"Value\" xml node.\n",
-            *this);
+        report(messages::command_value_invalid, origin(child::Value));
     }
-    resolve_command_value(
-        doc, xml, *this, command_value_,
-        "GenICam::command_Value_type::_resolve_references, Command (\"%s\"). Failed to parse "
-        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+    resolve_command_value(doc, xml, *this, command_value_, messages::command_value_lacks_number);
 }
 
 std::error_code command_Value_type::execute(std::uint32_t flags) {
@@ -54,16 +48,9 @@ void command_pValue_type::_resolve_references(IGenICamDoc* doc, const described_
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse/resolve "
-            "contents of "
-            "\"pValue\" xml node.\n",
-            *this);
+        report(messages::command_link_unresolved, origin(child::pValue));
     }
-    resolve_command_value(
-        doc, xml, *this, command_value_,
-        "GenICam::command_pValue_type::_resolve_references, Command (\"%s\"). Failed to parse "
-        "contents of \"CommandValue\"/\"pCommandValue\" xml node.\n");
+    resolve_command_value(doc, xml, *this, command_value_, messages::command_link_lacks_number);
 }
 
 std::error_code command_pValue_type::execute(std::uint32_t flags) {

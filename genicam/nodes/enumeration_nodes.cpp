@@ -1,6 +1,6 @@
 #include "genicam/nodes/enumeration_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
@@ -15,10 +15,7 @@ enum_entry_type::enum_entry_type(document_services* services, const described_el
                                  std::uint32_t index)
     : node_base_impl_ignore_dependent(services, xml), index_(index) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::enum_entry_type::enum_entry_type, EnumEntry (\"%s\"). Failed to parse \"Value\" xml "
-            "node.\n",
-            *this);
+        report(messages::entry_value_invalid, origin(child::Value));
     }
 }
 
@@ -95,9 +92,9 @@ IEnumEntry* enum_entries::find(std::string_view name) const {
 namespace {
 
 result<IEnumEntry*> entry_of(const enum_entries& entries, std::int64_t value, const node_base_data& owner,
-                             const char* message) {
+                             const message<std::int64_t>& has_no_entry) {
     if (IEnumEntry* entry = entries.find(value)) return entry;
-    log_node(message, owner, static_cast<long long>(value));
+    report(has_no_entry, owner.origin(), value);
     return make_error_code(index_out_of_range);
 }
 
@@ -109,11 +106,7 @@ enumeration_Value_type::enumeration_Value_type(document_services* services, cons
 
 void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::enumeration_Value_type::_resolve_references, Enumeration (\"%s\"). Failed to parse "
-            "\"Value\" xml "
-            "element.\n",
-            *this);
+        report(messages::enumeration_value_invalid, origin(child::Value));
     }
     entries_.resolve_references(doc);
 }
@@ -131,10 +124,7 @@ std::error_code enumeration_Value_type::set_selected_entry(IEnumEntry* entry, st
 
 result<IEnumEntry*> enumeration_Value_type::get_selected_entry(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    return entry_of(
-        entries_, value_, *this,
-        "GenICam::enumeration_Value_type::get_selected_entry, Enumeration (\"%s\"). Failed to find "
-        "EnumEntry corresponding to current value=%lld.\n");
+    return entry_of(entries_, value_, *this, messages::enumeration_value_has_no_entry);
 }
 
 enumeration_pValue_type::enumeration_pValue_type(document_services* services, const described_element& xml,
@@ -146,11 +136,7 @@ void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, const descri
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::enumeration_pValue_type::_resolve_references, Enumeration (\"%s\"). Failed to "
-            "parse/resolve "
-            "\"pValue\" xml element.\n",
-            *this);
+        report(messages::enumeration_link_unresolved, origin(child::pValue));
     }
     entries_.resolve_references(doc);
 }
@@ -167,10 +153,7 @@ result<IEnumEntry*> enumeration_pValue_type::get_selected_entry(std::uint32_t fl
     if (value_ == nullptr) return make_error_code(not_implemented);
     const result<std::int64_t> value = get_eval_int(value_, flags);
     if (!value) return value.error();
-    return entry_of(
-        entries_, value.assume_value(), *this,
-        "GenICam::enumeration_pValue_type::get_selected_entry, Enumeration (\"%s\"). Failed to find "
-        "EnumEntry corresponding to current value=%lld.\n");
+    return entry_of(entries_, value.assume_value(), *this, messages::enumeration_link_has_no_entry);
 }
 
 }  // namespace GenICam

@@ -1,6 +1,6 @@
 #include "genicam/nodes/float_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -9,8 +9,8 @@
 namespace GenICam {
 namespace {
 
-long long bits_of(double value) noexcept {
-    long long bits = 0;
+std::int64_t bits_of(double value) noexcept {
+    std::int64_t bits = 0;
     static_assert(sizeof(bits) == sizeof(value));
     std::memcpy(&bits, &value, sizeof(bits));
     return bits;
@@ -21,11 +21,7 @@ long long bits_of(double value) noexcept {
 void float_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, true);
     if (parse_double(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::float_constant_value_type::_resolve_references, Float (\"%s\"). Failed to parse "
-            "\"Value\" xml "
-            "element.\n",
-            *this);
+        report(messages::float_constant_value_invalid, origin(child::Value));
     }
 }
 
@@ -42,21 +38,14 @@ result<double> float_constant_value_type::unstated_limit(range_record::limit whi
 void float_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, true);
     if (parse_double(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::float_floating_value_type::_resolve_references, Float (\"%s\"). Failed to parse or "
-            "resolve "
-            "\"pValue\" xml element.\n",
-            *this);
+        report(messages::float_floating_value_invalid, origin(child::Value));
     }
 }
 
 std::error_code float_floating_value_type::set_val(double value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::float_floating_value_type::set_val, Float (\"%s\"). Failed range check for parameter "
-            "value=%e.\n",
-            *this, value);
+        return refuse_range(messages::float_value_out_of_range, origin(), value);
     }
     if (value != value_) {
         value_ = value;
@@ -81,11 +70,7 @@ void float_pValue_type::_resolve_references(IGenICamDoc* doc, const described_el
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::float_pValue_type::_resolve_references, Float (\"%s\"). Failed to parse or resolve "
-            "\"pValue\" "
-            "xml element.\n",
-            *this);
+        report(messages::float_link_unresolved, origin(child::pValue));
     }
 }
 
@@ -93,10 +78,7 @@ std::error_code float_pValue_type::set_val(double value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (value_ == nullptr) return make_error_code(not_implemented);
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::float_pValue_type::set_val, Float (\"%s\"). Failed range check for parameter "
-            "value=%e.\n",
-            *this, value);
+        return refuse_range(messages::float_link_out_of_range, origin(), value);
     }
     return set_eval_val(value_, value, flags);
 }
@@ -153,10 +135,7 @@ std::int64_t float_pIndex_type::get_display_precision() {
 std::error_code float_pIndex_type::set_val(double value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::float_pIndex_type::set_val, Integer (\"%s\"). Failed range check for parameter "
-            "value=%lld.\n",
-            *this, bits_of(value));
+        return refuse_range(messages::float_index_out_of_range, origin(), bits_of(value));
     }
     const result<indexed_entry*> found = values_.current_entry(flags);
     if (!found) return found.error();

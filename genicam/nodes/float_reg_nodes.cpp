@@ -1,6 +1,6 @@
 #include "genicam/nodes/float_reg_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 
 #include <cstring>
 #include <limits>
@@ -46,8 +46,8 @@ double number_of(std::uint64_t bits, std::int64_t length) noexcept {
     return static_cast<double>(bit_copy<float>(static_cast<std::uint32_t>(bits)));
 }
 
-std::error_code refuse_length(const char* format, std::int64_t length) {
-    if (log_enabled(log_failure)) log_message(log_failure, format, static_cast<long long>(length));
+std::error_code refuse_length(const message<std::int64_t>& wrong_length, std::int64_t length) {
+    report(wrong_length, {}, length);
     return make_error_code(index_out_of_range);
 }
 
@@ -77,9 +77,7 @@ result<double> float_reg_type_base::get_default(std::uint32_t) { return make_err
 
 result<double> float_reg_type_base::read_number(register_place place, std::uint32_t flags) {
     if (!is_float_size(place.length)) {
-        return refuse_length(
-            "GenICam::float_reg_type_base::get_val, length value out of range [1;8]. value=%I64d.\n",
-            place.length);
+        return refuse_length(messages::float_register_get_length, place.length);
     }
     std::uint64_t bits = 0;
     if (const std::error_code failure = cache_.read_word(place, bits, flags)) return failure;
@@ -88,9 +86,7 @@ result<double> float_reg_type_base::read_number(register_place place, std::uint3
 
 std::error_code float_reg_type_base::write_number(register_place place, double value, std::uint32_t flags) {
     if (!is_float_size(place.length)) {
-        return refuse_length(
-            "GenICam::float_reg_type_base::set_val, length value should be either 4 or 8. value=%I64d.\n",
-            place.length);
+        return refuse_length(messages::float_register_set_length, place.length);
     }
     return cache_.write_word(place, bits_of(value, place.length), flags);
 }

@@ -1,6 +1,6 @@
 #include "genicam/nodes/int_reg_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 
 #include <algorithm>
 
@@ -9,12 +9,16 @@ namespace GenICam {
 int_reg_type_base::int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_register(services, xml) {
     read_cache_words(xml);
-    cache_.sign = parse_sign(xml.text(child::Sign));
+    cache_.sign = parse_sign(xml, xml.text(child::Sign));
     read_access_mode(*this, xml);
 }
 
 void int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     cache_.port = find_register_port(doc, xml);
+}
+
+message_origin int_reg_type_base::length_origin() const {
+    return origin(children().has(child::pLength) ? child::pLength : child::Length);
 }
 
 integer_range int_reg_type_base::get_value_range() {
@@ -24,10 +28,7 @@ integer_range int_reg_type_base::get_value_range() {
 
 result<std::int64_t> int_reg_type_base::read_number(register_place place, std::uint32_t flags) {
     if (!fits_word(place.length)) {
-        log_node(
-            "GenICam::int_reg_type_base::get_val, IntReg (\"%s\"). Invalid Length value=%lld out of range "
-            "[1;8].\n",
-            *this, static_cast<long long>(place.length));
+        report(messages::int_register_get_length, length_origin(), place.length);
         return make_error_code(index_out_of_range);
     }
     std::uint64_t word = 0;
@@ -39,10 +40,7 @@ result<std::int64_t> int_reg_type_base::read_number(register_place place, std::u
 std::error_code int_reg_type_base::write_number(register_place place, std::int64_t value,
                                                 std::uint32_t flags) {
     if (!fits_word(place.length)) {
-        log_node(
-            "GenICam::int_reg_type_base::set_val, IntReg (\"%s\"). Invalid Length value=%lld out of range "
-            "[1;8].\n",
-            *this, static_cast<long long>(place.length));
+        report(messages::int_register_set_length, length_origin(), place.length);
         return make_error_code(index_out_of_range);
     }
     return cache_.write_word(place, static_cast<std::uint64_t>(value), flags);

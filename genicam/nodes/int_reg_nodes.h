@@ -23,6 +23,9 @@ protected:
 
     [[nodiscard]] result<std::int64_t> read_number(register_place place, std::uint32_t flags);
     [[nodiscard]] std::error_code write_number(register_place place, std::int64_t value, std::uint32_t flags);
+
+private:
+    [[nodiscard]] message_origin length_origin() const;
 };
 
 /// `IntReg` at a place that the description fixes.

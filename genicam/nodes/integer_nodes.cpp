@@ -1,6 +1,6 @@
 #include "genicam/nodes/integer_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
@@ -8,11 +8,7 @@ namespace GenICam {
 void integer_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, false);
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::integer_constant_value_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
-            "resolve "
-            "\"Value\" xml element.\n",
-            *this);
+        report(messages::integer_constant_value_invalid, origin(child::Value));
     }
 }
 
@@ -32,22 +28,14 @@ result<std::int64_t> integer_constant_value_type::unstated_limit(range_record::l
 void integer_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, false);
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        log_node(
-            "GenICam::integer_floating_value_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
-            "resolve "
-            "\"Value\" xml element.\n",
-            *this);
+        report(messages::integer_floating_value_invalid, origin(child::Value));
     }
 }
 
 std::error_code integer_floating_value_type::set_val(std::int64_t value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::integer_floating_value_type::set_val, Integer (\"%s\"). Failed range check for "
-            "parameter "
-            "value=%lld.\n",
-            *this, static_cast<long long>(value));
+        return refuse_range(messages::integer_value_out_of_range, origin(), value);
     }
     if (value != value_) {
         value_ = value;
@@ -72,10 +60,7 @@ void integer_pValue_type::_resolve_references(IGenICamDoc* doc, const described_
     if (value_ != nullptr) {
         value_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::integer_pValue_type::_resolve_references, Integer (\"%s\"). Failed to parse or resolve "
-            "\"pValue\" xml element.\n",
-            *this);
+        report(messages::integer_link_unresolved, origin(child::pValue));
     }
 }
 
@@ -83,10 +68,7 @@ std::error_code integer_pValue_type::set_val(std::int64_t value, std::uint32_t f
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (value_ == nullptr) return make_error_code(not_implemented);
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::integer_pValue_type::set_val, Integer (\"%s\"). Failed range check for parameter "
-            "value=%lld.\n",
-            *this, static_cast<long long>(value));
+        return refuse_range(messages::integer_link_out_of_range, origin(), value);
     }
     return set_eval_val(value_, value, flags);
 }
@@ -106,11 +88,7 @@ void integer_pValueCopy_type::_resolve_references(IGenICamDoc* doc, const descri
     range_.resolve(doc, xml, *this, false);
     value_ = doc->find_node(child_text(xml, child::pValue));
     if (value_ == nullptr) {
-        log_node(
-            "GenICam::integer_pValueCopy_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
-            "resolve "
-            "\"pValue\" xml element.\n",
-            *this);
+        report(messages::integer_copy_source_unresolved, origin(child::pValue));
         return;
     }
     value_->get_eval()->add_dependent(this);
@@ -125,11 +103,7 @@ void integer_pValueCopy_type::add_target(IGenICamDoc* doc, pugi::xml_node elemen
         if (INode* target = doc->find_node(element.child_value())) {
             targets_.push_back(target);
         } else {
-            log_node(
-                "GenICam::integer_pValueCopy_type::_resolve_references, Integer (\"%s\"). Failed to parse or "
-                "resolve "
-                "\"pValueCopy\" xml element.\n",
-                *this);
+            report(messages::integer_copy_target_unresolved, {node_base_data::xml(), element});
         }
     }
 }
@@ -137,10 +111,7 @@ void integer_pValueCopy_type::add_target(IGenICamDoc* doc, pugi::xml_node elemen
 std::error_code integer_pValueCopy_type::set_val(std::int64_t value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::integer_pValueCopy_type::set_val, Integer (\"%s\"). Failed range check for parameter "
-            "value=%lld.\n",
-            *this, static_cast<long long>(value));
+        return refuse_range(messages::integer_copy_out_of_range, origin(), value);
     }
     std::error_code failed = make_error_code(not_implemented);
     for (INode* target : targets_) {
@@ -210,10 +181,7 @@ std::string_view integer_pIndex_type::get_unit() {
 std::error_code integer_pIndex_type::set_val(std::int64_t value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (!is_in_range(*this, value, flags)) {
-        return refuse_range(
-            "GenICam::integer_pIndex_type::set_val, Integer (\"%s\"). Failed range check for parameter "
-            "value=%lld.\n",
-            *this, static_cast<long long>(value));
+        return refuse_range(messages::integer_index_out_of_range, origin(), value);
     }
     const result<indexed_entry*> found = values_.current_entry(flags);
     if (!found) return found.error();

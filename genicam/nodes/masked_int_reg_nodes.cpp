@@ -1,6 +1,6 @@
 #include "genicam/nodes/masked_int_reg_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 
 namespace GenICam {
@@ -12,18 +12,14 @@ constexpr std::int32_t fallback_length = 4;
 
 masked_int_reg_type_base::masked_int_reg_type_base(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    cache_.endianess = parse_endianess(xml.text(child::Endianess));
+    cache_.endianess = parse_endianess(xml, xml.text(child::Endianess));
     read_access_mode(*this, xml);
 }
 
 void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     std::int64_t length = 0;
     if (parse_int(child_text(xml, child::Length), length) == 0 || length < 0) {
-        log_element(
-            "GenICam::masked_int_reg_type_base::_resolve_references, %s (\"%s\"). Failed to parse \"Length\" "
-            "XML "
-            "element.\n",
-            xml);
+        report(messages::masked_length_invalid, {xml, child::Length});
     } else {
         length_ = fits_word(length) ? static_cast<std::int32_t>(length) : fallback_length;
     }

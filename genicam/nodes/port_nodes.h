@@ -48,7 +48,7 @@ private:
     struct access_messages;
 
     /// Sets `place` to the requested bytes, if they lie in the block.
-    std::error_code find_bytes(std::uint64_t address, std::int64_t length, const access_messages& messages,
+    std::error_code find_bytes(std::uint64_t address, std::int64_t length, const access_messages& texts,
                                unsigned char*& place) const;
 
     integer_pair chunk_id_;

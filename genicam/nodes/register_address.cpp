@@ -1,17 +1,18 @@
 #include "genicam/nodes/register_address.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
+#include "genicam/ieval.h"
 
 namespace GenICam {
 namespace {
 
 constexpr std::int64_t default_length = 4;
 
-std::error_code fail_term(const char* format, const std::error_code& failure) {
-    // An address does not know whose it is.
-    if (log_enabled(log_failure)) log_message(log_failure, format, "RegisterNodeTemplate", "Unknown");
+// An address does not know whose it is.
+std::error_code fail_term(const message<>& without_value, const std::error_code& failure) {
+    report(without_value, {});
     return failure;
 }
 
@@ -19,19 +20,13 @@ std::error_code fail_term(const char* format, const std::error_code& failure) {
 result<std::uint64_t> evaluate_index(const address_term& term, std::int64_t length, std::uint32_t flags) {
     const result<std::int64_t> index = get_eval_int(term.index_node, flags);
     if (!index) {
-        return fail_term(
-            "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from \"pIndex\" "
-            "element.\n",
-            index.error());
+        return fail_term(messages::address_index_without_value, index.error());
     }
     auto stride = static_cast<std::uint64_t>(term.offset);
     if (term.value_node != nullptr) {
         const result<std::int64_t> offset = get_eval_int(term.value_node, flags);
         if (!offset) {
-            return fail_term(
-                "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from "
-                "\"pIndex/@pOffset\" element.\n",
-                offset.error());
+            return fail_term(messages::address_offset_without_value, offset.error());
         }
         stride += static_cast<std::uint64_t>(offset.assume_value());
     } else if (term.offset == 0) {
@@ -43,10 +38,7 @@ result<std::uint64_t> evaluate_index(const address_term& term, std::int64_t leng
 result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t flags) {
     const result<std::int64_t> value = get_eval_int(term.value_node, flags);
     if (!value) {
-        return fail_term(
-            "GenICam::address_eval::calc_address, %s (\"%s\"). Failed to fetch value from \"pAddres\" "
-            "element.\n",
-            value.error());
+        return fail_term(messages::address_link_without_value, value.error());
     }
     return static_cast<std::uint64_t>(value.assume_value());
 }
@@ -58,8 +50,7 @@ std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     xml.for_each(child::Address, [&](pugi::xml_node element) {
         std::int64_t address = 0;
         if (parse_int(element.child_value(), address) == 0) {
-            log_element(
-                "calc_address_nodes_sum, %s (\"%s\"). Node contains invalid \"Address\" XML element.\n", xml);
+            report(messages::address_invalid, {xml, element});
         }
         sum += static_cast<std::uint64_t>(address);
     });
@@ -72,10 +63,7 @@ IPort* find_register_port(IGenICamDoc* doc, const described_element& xml) {
 
 register_const_address_eval::register_const_address_eval(const described_element& xml) : place_{0, 0} {
     if (parse_int(child_text(xml, child::Length), place_.length) == 0) {
-        log_element(
-            "GenICam::register_const_address_eval::register_const_address_eval, %s (\"%s\"). Failed to parse "
-            "\"Length\" XML element.\n",
-            xml);
+        report(messages::fixed_length_invalid, {xml, child::Length});
     }
     place_.address = calc_address_nodes_sum(xml);
 }
@@ -85,22 +73,20 @@ void address_eval::resolve_references(IGenICamDoc* doc, const described_element&
     if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
     terms_.reserve(xml.count(child::IntSwissKnife) + xml.count(child::pAddress) + xml.count(child::pIndex));
     xml.for_each(child::IntSwissKnife, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.attribute("Name").value()), xml, self,
-                     "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
-                     "\"IntSwissKnife\" XML element.\n");
+        append_added(doc->find_node(element.attribute("Name").value()), xml, element, self,
+                     messages::address_formula_unresolved);
     });
     xml.for_each(child::pAddress, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.child_value()), xml, self,
-                     "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
-                     "\"pAddress\" XML element.\n");
+        append_added(doc->find_node(element.child_value()), xml, element, self,
+                     messages::address_link_unresolved);
     });
     xml.for_each(child::pIndex, [&](pugi::xml_node element) { append_index(doc, xml, element, self); });
 }
 
-void address_eval::append_added(INode* node, const described_element& xml, INode* self,
-                                const char* unresolved) {
+void address_eval::append_added(INode* node, const described_element& xml, pugi::xml_node element,
+                                INode* self, const message<>& unresolved) {
     if (node == nullptr) {
-        log_element(unresolved, xml);
+        report(unresolved, {xml, element});
         return;
     }
     address_term term;
@@ -114,29 +100,19 @@ void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, 
     address_term term;
     term.index_node = doc->find_node(element.child_value());
     if (term.index_node == nullptr) {
-        log_element(
-            "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid \"pIndex\" XML "
-            "element.\n",
-            xml);
+        report(messages::address_index_unresolved, {xml, element});
         return;
     }
     const pugi::xml_attribute offset = element.attribute("Offset");
     if (offset && parse_int(offset.value(), term.offset) == 0) {
-        log_element(
-            "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
-            "\"pIndex/@Offset\" XML "
-            "element.\n",
-            xml);
+        report(messages::address_offset_invalid, {xml, element, "Offset"});
     }
     if (const pugi::xml_attribute offset_node = element.attribute("pOffset")) {
         term.value_node = doc->find_node(offset_node.value());
         if (term.value_node != nullptr) {
             term.value_node->get_eval()->add_dependent(self);
         } else {
-            log_element(
-                "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
-                "\"pIndex/@pOffset\" XML element.\n",
-                xml);
+            report(messages::address_offset_unresolved, {xml, element, "pOffset"});
         }
     }
     terms_.push_back(term);
@@ -157,12 +133,7 @@ void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, const d
                                                        INode* self) {
     length_.store(resolve_link_or_value_(doc, xml, child::Length, child::pLength), self);
     if (length_.kind == limit_kind::absent) {
-        if (log_enabled(log_failure)) {
-            log_message(log_failure,
-                        "resolve_references_len, node=\"%s\". Node contains neither pLength nor Length XML "
-                        "elements.\n",
-                        xml.attribute("Name").value());
-        }
+        report(messages::length_missing, xml);
         length_.number = default_length;
         length_.kind = limit_kind::constant;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/children.h"
+#include "genicam/core/message.h"
 #include "genicam/inode.h"
 #include "genicam/nodes/range_record.h"
 
@@ -60,7 +61,8 @@ public:
     [[nodiscard]] std::uint64_t base() const noexcept { return base_; }
 
 private:
-    void append_added(INode* node, const described_element& xml, INode* self, const char* unresolved);
+    void append_added(INode* node, const described_element& xml, pugi::xml_node element, INode* self,
+                      const message<>& unresolved);
     void append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element, INode* self);
     [[nodiscard]] result<std::uint64_t> add_terms(std::int64_t length, std::uint32_t flags) const;
 

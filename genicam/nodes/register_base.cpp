@@ -5,12 +5,12 @@
 namespace GenICam {
 
 void read_access_mode(node_base_data& node, const described_element& xml) {
-    node.set_actual_access_mode(parse_access_mode(xml.text(child::AccessMode)));
+    node.set_actual_access_mode(parse_access_mode(xml, xml.text(child::AccessMode)));
 }
 
 void node_base_impl_register::read_cache_words(const described_element& xml) {
-    cache_.cachable = parse_cachable(xml.text(child::Cachable), Cachable::NoCache);
-    cache_.endianess = parse_endianess(xml.text(child::Endianess));
+    cache_.cachable = parse_cachable(xml, xml.text(child::Cachable), Cachable::NoCache);
+    cache_.endianess = parse_endianess(xml, xml.text(child::Endianess));
 }
 
 integer_range range_of_bits(unsigned bits, Sign sign) noexcept {

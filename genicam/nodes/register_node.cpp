@@ -1,6 +1,6 @@
 #include "genicam/nodes/register_node.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 
 namespace GenICam {
 
@@ -13,8 +13,7 @@ void register_type::_resolve_references(IGenICamDoc* doc, const described_elemen
     place_.resolve_references_len(doc, xml, this);
     port_ = find_register_port(doc, xml);
     if (port_ == nullptr) {
-        log_node("GenICam::register_type::_resolve_references, Register (\"%s\"). Failed resolve port.\n",
-                 *this);
+        report(messages::register_port_unresolved, origin(child::pPort));
     }
 }
 

@@ -1,6 +1,6 @@
 #include "genicam/nodes/string_nodes.h"
 
-#include "genicam/core/node_log.h"
+#include "genicam/core/messages.h"
 #include "genicam/genicam_doc.h"
 
 #include <cstddef>
@@ -31,11 +31,7 @@ void string_type::_resolve_references(IGenICamDoc* doc, const described_element&
     if (link_ != nullptr) {
         link_->get_eval()->add_dependent(this);
     } else {
-        log_node(
-            "GenICam::string_type::_resolve_references, String (\"%s\"). Failed to parse or resolve "
-            "\"pValue\" xml "
-            "node.",
-            *this);
+        report(messages::string_link_unresolved, origin(child::pValue));
     }
 }
 
@@ -95,7 +91,7 @@ std::error_code string_cache::store(std::uint64_t address, std::string_view text
 
 string_reg_type::string_reg_type(document_services* services, const described_element& xml)
     : node_base_impl_value(services, xml) {
-    cache_.cachable = parse_cachable(xml.text(child::Cachable), Cachable::WriteThrough);
+    cache_.cachable = parse_cachable(xml, xml.text(child::Cachable), Cachable::WriteThrough);
     read_access_mode(*this, xml);
 }
 

@@ -27,11 +27,13 @@ struct_entry_type::struct_entry_type(document_services* services, const describe
     : node_base_impl_bit_field(services, xml) {
     with_frame(xml, [&](const described_element& frame) {
         const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
-        cache_.cachable =
-            own_cachable ? *own_cachable : parse_cachable(frame.text(child::Cachable), Cachable::NoCache);
-        cache_.endianess = parse_endianess(frame.text(child::Endianess));
+        cache_.cachable = own_cachable
+                              ? *own_cachable
+                              : parse_cachable(frame, frame.text(child::Cachable), Cachable::NoCache);
+        cache_.endianess = parse_endianess(frame, frame.text(child::Endianess));
         const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
-        set_actual_access_mode(own_mode ? *own_mode : parse_access_mode(frame.text(child::AccessMode)));
+        set_actual_access_mode(own_mode ? *own_mode
+                                        : parse_access_mode(frame, frame.text(child::AccessMode)));
     });
 }
 

@@ -123,6 +123,10 @@ constexpr placed_case cases[] = {
      "register_const_address_eval, IntReg (\"A\"). Failed to parse \"Length\" XML element."},
     {"NoLength", R"(@<Register Name="A"><Address>0</Address></Register>)",
      "resolve_references_len, node=\"A\"."},
+    {"NoLengthOfTheSecondOfTwoWithoutAName",
+     R"(<StructReg Comment="S"><Address>0</Address><Length>4</Length><StructEntry Name="A"><Bit>0</Bit></StructEntry></StructReg>
+@<StructReg Comment="T"><Address>4</Address><StructEntry Name="B"><Bit>0</Bit></StructEntry></StructReg>)",
+     "resolve_references_len, node=\"\"."},
     {"LengthOfAMaskedRegister", R"(@<MaskedIntReg Name="A"><Address>0</Address><Bit>0</Bit></MaskedIntReg>)",
      "masked_int_reg_type_base::_resolve_references, MaskedIntReg (\"A\"). Failed to parse \"Length\" XML "
      "element."},

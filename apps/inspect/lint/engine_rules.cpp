@@ -1,14 +1,10 @@
 #include "apps/inspect/lint/engine_rules.h"
 
-#include "apps/inspect/lint/message_place.h"
-
 namespace selvane_inspect {
 namespace {
 
-void add_all(const lint_context& context, const std::vector<engine_message>& messages,
-             finding_list& findings) {
-    for (placed_message& message : place_messages(context, messages))
-        findings.add(message.at, std::move(message.text));
+void add_all(const std::vector<engine_message>& messages, finding_list& findings) {
+    for (const engine_message& message : messages) findings.add(message.at, message.text);
 }
 
 void add_hazards(lint_context& context, hazard::kind what, finding_list& findings) {
@@ -21,18 +17,15 @@ void add_hazards(lint_context& context, hazard::kind what, finding_list& finding
 }  // namespace
 
 void check_load_messages(lint_context& context, finding_list& findings) {
-    std::vector<engine_message> messages;
-    for (const std::string& text : context.subject().load_messages())
-        messages.push_back({text, std::nullopt});
-    add_all(context, messages, findings);
+    add_all(context.subject().load_messages(), findings);
 }
 
 void check_ask_messages(lint_context& context, finding_list& findings) {
-    add_all(context, context.ask_messages(), findings);
+    add_all(context.ask_messages(), findings);
 }
 
 void check_read_messages(lint_context& context, finding_list& findings) {
-    add_all(context, context.read_messages(), findings);
+    add_all(context.read_messages(), findings);
 }
 
 // The one way to get there: the name of a variable over an enumeration ends where that of an entry should

@@ -1,10 +1,10 @@
 #include "apps/inspect/lint/lint_context.h"
 
 #include "apps/inspect/feature_reader.h"
-#include "apps/inspect/log_capture.h"
 
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace selvane_inspect {
 namespace {
@@ -14,18 +14,6 @@ using namespace GenICam;
 bool is_container(pugi::xml_node element) {
     const std::string_view name = element.name();
     return name == "Group" || name == "StructReg";
-}
-
-void keep(std::vector<std::string> texts, element_index asked, std::vector<engine_message>& messages) {
-    for (std::string& text : texts) messages.push_back({std::move(text), asked});
-}
-
-// What it said while it loaded need not be told again.
-void keep_new(const std::unordered_set<std::string>& known, std::vector<std::string> texts,
-              element_index asked, std::vector<engine_message>& messages) {
-    for (std::string& text : texts) {
-        if (known.count(text) == 0) messages.push_back({std::move(text), asked});
-    }
 }
 
 void ask(IInteger& node) {
@@ -100,20 +88,23 @@ void lint_context::look_at_everything() {
     }
 }
 
+// What it said while it loaded need not be told again.
 void lint_context::ask_everything() {
-    const std::vector<std::string>& at_load = description_.load_messages();
-    const std::unordered_set<std::string> known(at_load.begin(), at_load.end());
-    log_capture log;
+    std::unordered_set<std::string> known;
+    for (const engine_message& message : description_.load_messages()) known.insert(message.text);
+    message_capture messages(tree());
     for (element_index element = 0; element < tree().elements().size(); ++element) {
         INode* node = description_.node_of(element);
         if (node == nullptr || guard_.find({element, operation::unit}) != nullptr) continue;
         ask(*node);
-        keep_new(known, log.take(), element, ask_messages_);
+        for (engine_message& message : messages.take(position_of(element))) {
+            if (known.count(message.text) == 0) ask_messages_.push_back(std::move(message));
+        }
     }
 }
 
 void lint_context::read_everything() {
-    log_capture log;
+    message_capture messages(tree());
     feature_reader reader(guard_);
     for (element_index element = 0; element < tree().elements().size(); ++element) {
         INode* node = description_.node_of(element);
@@ -121,12 +112,14 @@ void lint_context::read_everything() {
         const feature_state state = reader.read(*node);
         static_cast<void>(reader.read_flag(*node, operation::locked));
         if (guard_.find({element, operation::value}) == nullptr) read_rest(*node);
-        keep(log.take(), element, read_messages_);
+        for (engine_message& message : messages.take(position_of(element)))
+            read_messages_.push_back(std::move(message));
         const bool threw = !state.value.failure.empty() && state.value.code == 0 &&
                            guard_.find({element, operation::value}) == nullptr;
         if (threw)
             read_messages_.push_back(
-                {"an exception leaves the read of " + state.name + ": " + state.value.failure, element});
+                {"an exception leaves the read of " + state.name + ": " + state.value.failure,
+                 position_of(element)});
     }
 }
 

@@ -9,12 +9,6 @@
 
 namespace selvane_inspect {
 
-/// A message of the engine, and what it was asked when it said so.
-struct engine_message {
-    std::string text;
-    std::optional<element_index> asked;  ///< not set while it loaded
-};
-
 /// A description under examination. What several rules need is found out once.
 class lint_context {
 public:

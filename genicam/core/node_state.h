@@ -50,6 +50,15 @@ public:
     }
 
     void invalidate_dependents();
+    /// Changes what the node holds. A value that is not the same makes those that depend on it, and the node
+    /// itself, forget what they know.
+    template <class T>
+    void store_value(T& held, T value) {
+        if (!(value != held)) return;
+        held = value;
+        invalidate_dependents();
+        invalidate();
+    }
 
 protected:
     ~node_base_impl_value() = default;

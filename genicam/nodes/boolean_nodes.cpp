@@ -47,24 +47,17 @@ boolean_pValue_type::boolean_pValue_type(document_services* services, const desc
 
 void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     mapping_.resolve_default(doc, xml, *this);
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::boolean_link_unresolved, origin(child::pValue));
-    }
+    value_.resolve(doc, xml, child::pValue, *this, messages::boolean_link_unresolved);
 }
 
 std::error_code boolean_pValue_type::set_val(bool value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return set_eval_val(value_, mapping_.number_of(value), flags);
+    return value_.set(mapping_.number_of(value), flags);
 }
 
 result<bool> boolean_pValue_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    const result<std::int64_t> number = get_eval_int(value_, flags);
+    const result<std::int64_t> number = value_.get<std::int64_t>(flags);
     if (!number) return number.error();
     return mapping_.value_of(number.assume_value(), *this, messages::boolean_link_is_neither);
 }
@@ -84,11 +77,7 @@ void boolean_Value_type::_resolve_references(IGenICamDoc* doc, const described_e
 std::error_code boolean_Value_type::set_val(bool value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     const std::int64_t number = mapping_.number_of(value);
-    if (number != value_) {
-        value_ = number;
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, number);
     return {};
 }
 

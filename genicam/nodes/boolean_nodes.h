@@ -2,6 +2,7 @@
 
 #include "genicam/core/implement_inode.h"
 #include "genicam/core/message.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 #include "genicam/nodes/range_record.h"
 
@@ -30,7 +31,7 @@ class boolean_pValue_type final : public node_base_impl_dependent_cache,
 public:
     boolean_pValue_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
@@ -38,7 +39,7 @@ public:
 
 private:
     boolean_mapping mapping_;
-    INode* value_ = nullptr;
+    node_link value_;
 };
 
 /// `Boolean` with `Value`.

@@ -28,11 +28,7 @@ std::error_code command_Value_type::execute(std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (number.assume_value() != value_) {
-        value_ = number.assume_value();
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, number.assume_value());
     return {};
 }
 
@@ -44,12 +40,7 @@ result<bool> command_Value_type::is_done(std::uint32_t flags) {
 }
 
 void command_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::command_link_unresolved, origin(child::pValue));
-    }
+    value_.resolve(doc, xml, child::pValue, *this, messages::command_link_unresolved);
     resolve_command_value(doc, xml, *this, command_value_, messages::command_link_lacks_number);
 }
 
@@ -57,16 +48,14 @@ std::error_code command_pValue_type::execute(std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return set_eval_val(value_, number.assume_value(), flags);
+    return value_.set(number.assume_value(), flags);
 }
 
 result<bool> command_pValue_type::is_done(std::uint32_t flags) {
     if (check_access(false, flags)) return true;
     const result<std::int64_t> number = command_value_.evaluate(flags);
     if (!number) return number.error();
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    const result<std::int64_t> present = get_eval_int(value_, flags);
+    const result<std::int64_t> present = value_.get<std::int64_t>(flags);
     if (!present) return present.error();
     return present.assume_value() != number.assume_value();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 #include "genicam/nodes/range_record.h"
 
@@ -27,13 +28,13 @@ class command_pValue_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code execute(std::uint32_t flags) override;
     result<bool> is_done(std::uint32_t flags) override;
 
 private:
-    INode* value_ = nullptr;
+    node_link value_;
     integer_pair command_value_;
 };
 

@@ -114,11 +114,7 @@ void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, const describ
 std::error_code enumeration_Value_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (entry == nullptr) return make_error_code(index_out_of_range);
-    if (entry->get_value() != value_) {
-        value_ = entry->get_value();
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, entry->get_value());
     return {};
 }
 
@@ -132,26 +128,19 @@ enumeration_pValue_type::enumeration_pValue_type(document_services* services, co
     : node_base_impl_dependent_cache(services, xml), implement_enum_entries(services, xml, entries) {}
 
 void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::enumeration_link_unresolved, origin(child::pValue));
-    }
+    value_.resolve(doc, xml, child::pValue, *this, messages::enumeration_link_unresolved);
     entries_.resolve_references(doc);
 }
 
 std::error_code enumeration_pValue_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
     if (entry == nullptr) return make_error_code(index_out_of_range);
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return set_eval_val(value_, entry->get_value(), flags);
+    return value_.set(entry->get_value(), flags);
 }
 
 result<IEnumEntry*> enumeration_pValue_type::get_selected_entry(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    const result<std::int64_t> value = get_eval_int(value_, flags);
+    const result<std::int64_t> value = value_.get<std::int64_t>(flags);
     if (!value) return value.error();
     return entry_of(entries_, value.assume_value(), *this, messages::enumeration_link_has_no_entry);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 
 namespace GenICam {
@@ -81,7 +82,7 @@ public:
     result<IEnumEntry*> get_selected_entry(std::uint32_t flags) override;
 
 private:
-    INode* value_ = nullptr;
+    node_link value_;
 };
 
 }  // namespace GenICam

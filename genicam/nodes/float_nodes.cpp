@@ -47,11 +47,7 @@ std::error_code float_floating_value_type::set_val(double value, std::uint32_t f
     if (!is_in_range(*this, value, flags)) {
         return refuse_range(messages::float_value_out_of_range, origin(), value);
     }
-    if (value != value_) {
-        value_ = value;
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, value);
     return {};
 }
 
@@ -66,32 +62,26 @@ result<double> float_floating_value_type::unstated_limit(range_record::limit whi
 
 void float_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, true);
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::float_link_unresolved, origin(child::pValue));
-    }
+    value_.resolve(doc, xml, child::pValue, *this, messages::float_link_unresolved);
 }
 
 std::error_code float_pValue_type::set_val(double value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
+    if (!value_) return make_error_code(not_implemented);
     if (!is_in_range(*this, value, flags)) {
         return refuse_range(messages::float_link_out_of_range, origin(), value);
     }
-    return set_eval_val(value_, value, flags);
+    return value_.set(value, flags);
 }
 
 result<double> float_pValue_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_double(value_, flags);
+    return value_.get<double>(flags);
 }
 
 result<double> float_pValue_type::unstated_limit(range_record::limit which, std::uint32_t flags) {
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_limit<double>(value_, which, flags);
+    if (!value_) return make_error_code(not_implemented);
+    return get_eval_limit<double>(value_.node(), which, flags);
 }
 
 void float_pIndex_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
@@ -141,11 +131,7 @@ std::error_code float_pIndex_type::set_val(double value, std::uint32_t flags) {
     if (!found) return found.error();
     indexed_entry& entry = *found.assume_value();
     if (entry.node != nullptr) return set_eval_val(entry.node, value, flags);
-    if (value != entry.value.real) {
-        entry.value.real = value;
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(entry.value.real, value);
     return {};
 }
 

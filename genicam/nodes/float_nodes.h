@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 #include "genicam/core/value_table.h"
 #include "genicam/nodes/range_record.h"
@@ -73,14 +74,14 @@ class float_pValue_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
     result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
 
 private:
-    INode* value_ = nullptr;
+    node_link value_;
 };
 
 /// `Float` with `pIndex`: a table of links and constants, selected by an index node.

@@ -37,11 +37,7 @@ std::error_code integer_floating_value_type::set_val(std::int64_t value, std::ui
     if (!is_in_range(*this, value, flags)) {
         return refuse_range(messages::integer_value_out_of_range, origin(), value);
     }
-    if (value != value_) {
-        value_ = value;
-        invalidate_dependents();
-        invalidate();
-    }
+    store_value(value_, value);
     return {};
 }
 
@@ -56,49 +52,38 @@ result<std::int64_t> integer_floating_value_type::unstated_limit(range_record::l
 
 void integer_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, false);
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ != nullptr) {
-        value_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::integer_link_unresolved, origin(child::pValue));
-    }
+    value_.resolve(doc, xml, child::pValue, *this, messages::integer_link_unresolved);
 }
 
 std::error_code integer_pValue_type::set_val(std::int64_t value, std::uint32_t flags) {
     if (const std::error_code refused = check_access(true, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
+    if (!value_) return make_error_code(not_implemented);
     if (!is_in_range(*this, value, flags)) {
         return refuse_range(messages::integer_link_out_of_range, origin(), value);
     }
-    return set_eval_val(value_, value, flags);
+    return value_.set(value, flags);
 }
 
 result<std::int64_t> integer_pValue_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_int(value_, flags);
+    return value_.get<std::int64_t>(flags);
 }
 
 result<std::int64_t> integer_pValue_type::unstated_limit(range_record::limit which, std::uint32_t flags) {
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_limit<std::int64_t>(value_, which, flags);
+    if (!value_) return make_error_code(not_implemented);
+    return get_eval_limit<std::int64_t>(value_.node(), which, flags);
 }
 
 void integer_pValueCopy_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     range_.resolve(doc, xml, *this, false);
-    value_ = doc->find_node(child_text(xml, child::pValue));
-    if (value_ == nullptr) {
-        report(messages::integer_copy_source_unresolved, origin(child::pValue));
-        return;
-    }
-    value_->get_eval()->add_dependent(this);
+    if (!value_.resolve(doc, xml, child::pValue, *this, messages::integer_copy_source_unresolved)) return;
     for (const pugi::xml_node element : xml.children()) add_target(doc, element);
 }
 
 void integer_pValueCopy_type::add_target(IGenICamDoc* doc, pugi::xml_node element) {
     const std::string_view name = element.name();
     if (name == "pValue") {
-        targets_.push_back(value_);
+        targets_.push_back(value_.node());
     } else if (name == "pValueCopy") {
         if (INode* target = doc->find_node(element.child_value())) {
             targets_.push_back(target);
@@ -123,14 +108,13 @@ std::error_code integer_pValueCopy_type::set_val(std::int64_t value, std::uint32
 
 result<std::int64_t> integer_pValueCopy_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_int(value_, flags);
+    return value_.get<std::int64_t>(flags);
 }
 
 result<std::int64_t> integer_pValueCopy_type::unstated_limit(range_record::limit which, std::uint32_t flags) {
     if (which == range_record::min || which == range_record::max) return get_common_limit(which, flags);
-    if (value_ == nullptr) return make_error_code(not_implemented);
-    return get_eval_limit<std::int64_t>(value_, which, flags);
+    if (!value_) return make_error_code(not_implemented);
+    return get_eval_limit<std::int64_t>(value_.node(), which, flags);
 }
 
 // The narrowest of the targets' limits.
@@ -187,11 +171,7 @@ std::error_code integer_pIndex_type::set_val(std::int64_t value, std::uint32_t f
     if (!found) return found.error();
     indexed_entry& entry = *found.assume_value();
     if (entry.node != nullptr) return set_eval_val(entry.node, value, flags);
-    if (value != entry.value.integer) {
-        entry.value.integer = value;
-        invalidate_dependents();
-        notify_changed();
-    }
+    store_value(entry.value.integer, value);
     return {};
 }
 

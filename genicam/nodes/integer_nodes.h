@@ -1,6 +1,7 @@
 #pragma once
 
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 #include "genicam/core/value_table.h"
 #include "genicam/nodes/range_record.h"
@@ -75,14 +76,14 @@ class integer_pValue_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
     result<std::int64_t> unstated_limit(range_record::limit which, std::uint32_t flags);
 
 private:
-    INode* value_ = nullptr;
+    node_link value_;
 };
 
 /// `Integer` with `pValue` and `pValueCopy`: reads the one, writes all.
@@ -91,7 +92,7 @@ class integer_pValueCopy_type final : public node_base_impl_dependent_cache,
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
-    INode* get_access_source() override { return value_; }
+    INode* get_access_source() override { return value_.node(); }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
@@ -103,7 +104,7 @@ private:
     void add_target(IGenICamDoc* doc, pugi::xml_node element);
     result<std::int64_t> get_common_limit(range_record::limit which, std::uint32_t flags);
 
-    INode* value_ = nullptr;
+    node_link value_;
     boost::container::small_vector<INode*, 3> targets_;
 };
 

@@ -1,8 +1,8 @@
 #include "formula/converter_nodes.h"
 
-#include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
 #include "formula/formula_store.h"
+#include "formula/formula_watch.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
@@ -20,19 +20,9 @@ std::error_code set_result(INode* target, const eval_value& value, std::uint32_t
 
 }  // namespace
 
-bool converter_impl::resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self) {
-    target_ = doc->find_node(child_text(xml, child::pValue));
-    if (target_ == nullptr) {
-        report(messages::converter_link_unresolved, self.origin());
-        return false;
-    }
-    target_->get_eval()->add_dependent(self.get_node());
-    return true;
-}
-
 void converter_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                   node_base_data& self) {
-    if (!resolve_target(doc, xml, self)) return;
+    if (!target_.resolve(doc, xml, child::pValue, self, messages::converter_link_unresolved)) return;
     if (xml.text(child::FormulaFrom).empty() || xml.text(child::FormulaTo).empty()) {
         report(messages::converter_formula_missing, self.origin());
         return;
@@ -47,7 +37,7 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
 
 // An enumeration has numbers of either kind.
 source_kinds converter_impl::kinds_when_reading() const {
-    const node_type target = target_->get_node_type();
+    const node_type target = target_.node()->get_node_type();
     const number_kind read = target == node_type::floating ? number_kind::floating : number_kind::integer;
     source_kinds kinds = map_.kinds(read);
     if (target == node_type::enumeration) kinds.are_certain = false;
@@ -63,13 +53,13 @@ kept_formula* converter_impl::keep(const described_element& xml, child name, con
     return nullptr;
 }
 
-result<eval_value> converter_impl::read(std::uint32_t flags) {
+result<eval_value> converter_impl::read(const node_base_data& self, std::uint32_t flags) {
     if (formula_from_ == nullptr || formula_from_->program().empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
-    const result<eval_value> value = get_eval_value(target_, flags);
+    const result<eval_value> value = target_.get<eval_value>(flags);
     if (!value) return value.error();
     map_.current = value.assume_value();
-    return evaluate_formula(formula_from_->program(), map_);
+    return compute_formula(formula_from_->program(), map_, self, child::FormulaFrom);
 }
 
 // Where reading is refused, nobody has looked at the other direction.
@@ -77,13 +67,15 @@ bool converter_impl::can_write() const {
     return formula_to_ != nullptr && !formula_from_->is_refused() && !formula_to_->program().empty();
 }
 
-std::error_code converter_impl::write(const eval_value& value, std::uint32_t flags) {
+std::error_code converter_impl::write(const node_base_data& self, const eval_value& value,
+                                      std::uint32_t flags) {
     if (!can_write()) return make_error_code(not_implemented);
     map_.refresh(flags);
     map_.current = value;
-    const result<eval_value> converted = evaluate_formula(formula_to_->program(), map_);
+    const result<eval_value> converted =
+        compute_formula(formula_to_->program(), map_, self, child::FormulaTo);
     if (!converted) return converted.error();
-    return set_result(target_, converted.assume_value(), flags);
+    return set_result(target_.node(), converted.assume_value(), flags);
 }
 
 void int_converter_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
@@ -91,11 +83,11 @@ void int_converter_type::_resolve_references(IGenICamDoc* doc, const described_e
 }
 
 std::error_code int_converter_type::set_val(std::int64_t value, std::uint32_t flags) {
-    return impl_.write(eval_value::of(value), flags);
+    return impl_.write(*this, eval_value::of(value), flags);
 }
 
 result<std::int64_t> int_converter_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.read(flags);
+    const result<eval_value> value = impl_.read(*this, flags);
     if (!value) return value.error();
     return to_int(value.assume_value());
 }
@@ -112,11 +104,11 @@ void float_converter_type::_resolve_references(IGenICamDoc* doc, const described
 }
 
 std::error_code float_converter_type::set_val(double value, std::uint32_t flags) {
-    return impl_.write(eval_value::of(value), flags);
+    return impl_.write(*this, eval_value::of(value), flags);
 }
 
 result<double> float_converter_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.read(flags);
+    const result<eval_value> value = impl_.read(*this, flags);
     if (!value) return value.error();
     return to_double(value.assume_value());
 }

@@ -2,6 +2,7 @@
 
 #include "formula/variable_binding.h"
 #include "genicam/core/implement_inode.h"
+#include "genicam/core/node_link.h"
 #include "genicam/core/node_state.h"
 
 namespace GenICam {
@@ -17,11 +18,12 @@ public:
     /// What is missing or wrong leaves the node without that program, or without any.
     void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
     /// The target's value through `FormulaFrom`; `not_implemented` without that program.
-    [[nodiscard]] result<eval_value> read(std::uint32_t flags);
+    [[nodiscard]] result<eval_value> read(const node_base_data& self, std::uint32_t flags);
     /// The value through `FormulaTo`, written to the target; `not_implemented` without that program.
-    [[nodiscard]] std::error_code write(const eval_value& value, std::uint32_t flags);
+    [[nodiscard]] std::error_code write(const node_base_data& self, const eval_value& value,
+                                        std::uint32_t flags);
 
-    [[nodiscard]] INode* target() const noexcept { return target_; }
+    [[nodiscard]] INode* target() const noexcept { return target_.node(); }
 
 private:
     /// Keeps the formula of one direction; null, and a message, for one that is known to be refused.
@@ -29,9 +31,8 @@ private:
                                      const source_kinds& kinds, const node_base_data& self) const;
     [[nodiscard]] source_kinds kinds_when_reading() const;
     [[nodiscard]] bool can_write() const;
-    [[nodiscard]] bool resolve_target(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
 
-    INode* target_ = nullptr;
+    node_link target_;
     variable_map_impl map_;
     kept_formula* formula_to_ = nullptr;
     kept_formula* formula_from_ = nullptr;

@@ -112,9 +112,11 @@ void formula_store::put(kept_formula& formula, const formula_tree& tree) {
     const std::size_t of_instructions = tree.size() * sizeof(formula_instruction);
     auto parts = tools_->specialiser.prepare(tree, formula.kinds_);
     const std::size_t of_form = parts ? specialised_formula::size_of(*parts) : 0;
-    if (formula.room_ == nullptr) take_room(formula, of_instructions + of_form);
+    // Whoever listens while the description is loaded may want to watch its formulas later on.
+    const bool is_read_at_once = formula.room_ == nullptr;
+    if (is_read_at_once) take_room(formula, of_instructions + of_form);
 
-    const bool needs_instructions = !parts || !formula.kinds_.are_certain;
+    const bool needs_instructions = !parts || !formula.kinds_.are_certain || is_read_at_once;
     std::size_t used = needs_instructions ? of_instructions : 0;
     if (parts && used + of_form > formula.room_size_) {
         parts.reset();

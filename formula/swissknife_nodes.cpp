@@ -1,8 +1,8 @@
 #include "formula/swissknife_nodes.h"
 
-#include "formula/formula_evaluator.h"
 #include "formula/formula_limits.h"
 #include "formula/formula_store.h"
+#include "formula/formula_watch.h"
 #include "genicam/core/messages.h"
 
 namespace GenICam {
@@ -23,10 +23,10 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     }
 }
 
-result<eval_value> swissknife_impl::evaluate(std::uint32_t flags) {
+result<eval_value> swissknife_impl::evaluate(const node_base_data& self, std::uint32_t flags) {
     if (formula_ == nullptr || formula_->program().empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
-    return evaluate_formula(formula_->program(), map_);
+    return compute_formula(formula_->program(), map_, self, child::Formula);
 }
 
 int_swissknife_type::int_swissknife_type(document_services* services, const described_element& xml)
@@ -43,7 +43,7 @@ std::error_code int_swissknife_type::set_val(std::int64_t, std::uint32_t) {
 }
 
 result<std::int64_t> int_swissknife_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.evaluate(flags);
+    const result<eval_value> value = impl_.evaluate(*this, flags);
     if (!value) return value.error();
     return to_int(value.assume_value());
 }
@@ -69,7 +69,7 @@ std::error_code float_swissknife_type::set_val(double, std::uint32_t) {
 }
 
 result<double> float_swissknife_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.evaluate(flags);
+    const result<eval_value> value = impl_.evaluate(*this, flags);
     if (!value) return value.error();
     return to_double(value.assume_value());
 }

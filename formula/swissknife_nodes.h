@@ -16,7 +16,7 @@ public:
     /// Without a usable `Formula` the node stays without a program.
     void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self);
     /// Fails with `not_implemented` without a program.
-    [[nodiscard]] result<eval_value> evaluate(std::uint32_t flags);
+    [[nodiscard]] result<eval_value> evaluate(const node_base_data& self, std::uint32_t flags);
 
 private:
     variable_map_impl map_;

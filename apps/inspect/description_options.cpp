@@ -14,16 +14,12 @@ using namespace GenICam;
 constexpr std::uint32_t forced =
     access_flags::bypass_cache | access_flags::skip_access_check | access_flags::skip_range_check;
 
-eval_value number_of(std::int64_t number) { return eval_value::of(number); }
-eval_value number_of(double number) { return eval_value::of(number); }
-eval_value number_of(bool truth) { return eval_value::of(std::int64_t{truth ? 1 : 0}); }
-
 template <class Node>
 void write_default_of(Node& node, evaluation_guard& guard) {
     const auto stated = node.get_default(access_flags::bypass_cache);
-    if (!stated || guard.find_in_store(node, number_of(stated.assume_value())) != nullptr) return;
-    static_cast<void>(node.set_val(stated.assume_value(), forced));
-    guard.forget();
+    if (!stated) return;
+    static_cast<void>(
+        guard.find_in_store(node, [&] { static_cast<void>(node.set_val(stated.assume_value(), forced)); }));
 }
 
 bool states_default(const description_tree& tree, element_index element) {

@@ -1,8 +1,10 @@
 #include "apps/inspect/evaluation_guard.h"
 
 #include "apps/inspect/engine_messages.h"
+#include "apps/inspect/guarded_run.h"
+#include "formula/formula_watch.h"
 #include "genicam/core/children.h"
-#include "genicam/core/number_parser.h"
+#include "genicam/core/node_base.h"
 #include "genicam/core/value_links.h"
 
 #include <algorithm>
@@ -15,7 +17,6 @@ namespace {
 
 using GenICam::eval_value;
 using GenICam::INode;
-using GenICam::node_type;
 
 // Each step costs the engine a few frames of its stack.
 constexpr std::size_t max_depth = 1000;
@@ -30,40 +31,39 @@ std::vector<element_index> sorted(std::vector<element_index> path) {
     return path;
 }
 
-// What comes of a number that a link hands to a node; not set when the node refuses it.
-std::optional<eval_value> arriving(INode& node, const eval_value& number) {
-    switch (node.get_node_type()) {
-        case node_type::integer:
-            return number.is_integer ? number : eval_value::of(GenICam::truncate_to_int(number.value.real));
-        case node_type::floating:
-            return eval_value::of(to_double(number));
-        case node_type::boolean:
-            return eval_value::of(std::int64_t{to_double(number) != 0.0 ? 1 : 0});
-        case node_type::enumeration: {
-            auto& enumeration = static_cast<GenICam::IEnumeration&>(node);
-            const GenICam::IEnumEntry* entry = number.is_integer
-                                                   ? enumeration.find_entry(number.value.integer)
-                                                   : enumeration.find_nearest_entry(number.value.real);
-            if (entry == nullptr) return std::nullopt;
-            return eval_value::of(entry->get_value());
-        }
-        default:
-            return std::nullopt;
+/// A formula that would end the process.
+struct ending_formula {
+    pugi::xml_node element;
+    GenICam::child formula;
+};
+
+/// Computes formulas for the engine, and leaves it by an exception before a division that would end the
+/// process.
+class division_watch final : public GenICam::formula_watch {
+public:
+    division_watch() : former_(std::exchange(GenICam::present_formula_watch, this)) {}
+    ~division_watch() { GenICam::present_formula_watch = former_; }
+    division_watch(const division_watch&) = delete;
+    division_watch& operator=(const division_watch&) = delete;
+
+private:
+    GenICam::result<eval_value> compute(const GenICam::formula_view& program,
+                                        const GenICam::variable_map_impl& variables,
+                                        const GenICam::node_base_data& node,
+                                        GenICam::child formula) override {
+        const guarded_result run =
+            run_guarded(program, [&](GenICam::identifier_id id) -> std::optional<eval_value> {
+                const eval_value* const value = variables(id);
+                if (value == nullptr) return std::nullopt;
+                return *value;
+            });
+        if (run.ends_process) throw ending_formula{node.xml(), formula};
+        if (!run.failure.empty()) return make_error_code(GenICam::formula_parse_failed);
+        return run.value;
     }
-}
 
-// The one class that writes to several nodes, one after the other.
-bool writes_to_all(const node_element& element) {
-    return element.made != nullptr && std::string_view(element.made->name) == "integer_pValueCopy_type";
-}
-
-// What a boolean writes for a truth.
-eval_value number_of_truth(pugi::xml_node boolean, const eval_value& truth) {
-    const bool is_true = to_double(truth) != 0.0;
-    std::int64_t written = is_true ? 1 : 0;
-    static_cast<void>(GenICam::parse_int(boolean.child_value(is_true ? "OnValue" : "OffValue"), written));
-    return eval_value::of(written);
-}
+    GenICam::formula_watch* former_;
+};
 
 }  // namespace
 
@@ -155,66 +155,29 @@ formula_binding& evaluation_guard::binding(element_index element) {
 
 // Everything that the formula reads has been found harmless by now.
 const hazard* evaluation_guard::judge_formula(node_operation which) {
-    const node_element& element = description_.tree().at(which.element);
-    if (which.asked != operation::value || element.made == nullptr) return nullptr;
-    if (!formula_binding::has_formulas(element.xml)) return nullptr;
-    formula_binding& formulas = binding(which.element);
-    return judge(which.element, formulas.rehearse_read(),
-                 formulas.is_converter() ? "FormulaFrom" : "Formula");
+    INode* const node = description_.node_of(which.element);
+    if (which.asked != operation::value || node == nullptr) return nullptr;
+    if (!formula_binding::has_formulas(description_.tree().at(which.element))) return nullptr;
+    return try_out([&] { static_cast<void>(GenICam::get_eval_value(node, GenICam::access_flags::none)); });
 }
 
-const hazard* evaluation_guard::judge(element_index element, const std::optional<guarded_result>& rehearsed,
-                                      const char* formula) {
-    if (!rehearsed || !rehearsed->ends_process) return nullptr;
-    return keep({hazard::kind::division, {element}, formula});
-}
-
-const hazard* evaluation_guard::find_in_store(INode& node, const eval_value& value) {
-    if (const hazard* found = find(node, operation::store)) return found;
-    return rehearse(node, value, 0);
-}
-
-// Follows a value on its way down to the registers, through every formula.
-const hazard* evaluation_guard::rehearse(INode& node, const eval_value& value, std::size_t depth) {
-    const auto element = description_.tree().find(node);
-    if (!element || depth > max_depth) return nullptr;
-    const pugi::xml_node xml = description_.tree().at(*element).xml;
-    if (formula_binding::has_formulas(xml)) return rehearse_converter(*element, value, depth);
-
-    const eval_value passed =
-        node.get_node_type() == node_type::boolean ? number_of_truth(xml, value) : value;
-    for (const node_operation& need : graph_.needs_of({*element, operation::store})) {
-        INode* target = description_.node_of(need.element);
-        if (need.asked != operation::store || target == nullptr) continue;
-        const std::optional<eval_value> arrived = arriving(*target, passed);
-        if (!arrived) continue;
-        if (const hazard* found = rehearse(*target, *arrived, depth + 1)) return found;
-        if (!writes_to_all(description_.tree().at(*element))) continue;
-        if (const hazard* found = write_before_others(*target, passed, *element)) return found;
+const hazard* evaluation_guard::try_out(const std::function<void()>& work) {
+    const silence quiet;
+    try {
+        const division_watch watch;
+        work();
+    } catch (const ending_formula& found) {
+        const element_index element = *description_.tree().find(found.element);
+        return keep({hazard::kind::division, {element}, GenICam::name_of(found.formula)});
     }
     return nullptr;
 }
 
-// What is written to one target of several may be what the formula before the next one divides by.
-const hazard* evaluation_guard::write_before_others(INode& target, const eval_value& value,
-                                                    element_index writer) {
-    const silence quiet;
-    static_cast<void>(GenICam::set_eval_val(&target, value.value.integer, GenICam::access_flags::none));
+const hazard* evaluation_guard::find_in_store(INode& node, const std::function<void()>& write) {
+    if (const hazard* found = find(node, operation::store)) return found;
+    const hazard* const found = try_out(write);
     forget();
-    return find({writer, operation::store});
-}
-
-const hazard* evaluation_guard::rehearse_converter(element_index element, const eval_value& value,
-                                                   std::size_t depth) {
-    formula_binding& formulas = binding(element);
-    const auto rehearsed = formulas.rehearse_write(value);
-    if (const hazard* found = judge(element, rehearsed, "FormulaTo")) return found;
-    if (!rehearsed || !rehearsed->failure.empty()) return nullptr;
-    INode& target = *formulas.target();
-    const bool is_rounded = target.get_node_type() == node_type::integer;
-    const eval_value& result = rehearsed->value;
-    const auto arrived = arriving(target, is_rounded ? eval_value::of(to_int(result)) : result);
-    return arrived ? rehearse(target, *arrived, depth + 1) : nullptr;
+    return found;
 }
 
 void evaluation_guard::forget() { verdicts_.clear(); }

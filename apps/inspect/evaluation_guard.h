@@ -5,6 +5,7 @@
 #include "apps/inspect/operation_graph.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -22,22 +23,20 @@ struct hazard {
 };
 
 /// Tells beforehand which operations on nodes the engine survives. It follows links without looking for
-/// circles, and an integer division by zero ends the process: both are the description's business. So circles
-/// are looked for in the graph of operations, and every formula on the way is run here first, with the values
-/// that the engine would take, and stopped before such a division.
+/// circles, and an integer division by zero ends the process: both are the description's business. Circles
+/// and chains without end follow from the graph of operations, whatever the registers hold. Divisions depend
+/// on values: those the engine tells itself, by a watch that stops it in time.
 class evaluation_guard {
 public:
     explicit evaluation_guard(description& of) : description_(of), graph_(of.tree()) {}
     evaluation_guard(const evaluation_guard&) = delete;
     evaluation_guard& operator=(const evaluation_guard&) = delete;
 
-    /// Null when the engine can carry out the operation now. A store is not judged by the value; see below.
+    /// Null when the engine can carry out the operation now. A store is judged without its value; see below.
     [[nodiscard]] const hazard* find(node_operation which);
     [[nodiscard]] const hazard* find(GenICam::INode& node, operation asked);
-    /// Null when the engine can write that value now, which is of the node's own kind: an integer, a float, 1
-    /// or 0 for a boolean, the value of an entry. Where a feature writes to several nodes, those before the
-    /// last are written to find out.
-    [[nodiscard]] const hazard* find_in_store(GenICam::INode& node, const GenICam::eval_value& value);
+    /// Carries out a write to a node. Null when the engine survived it; else it was stopped on its way.
+    [[nodiscard]] const hazard* find_in_store(GenICam::INode& node, const std::function<void()>& write);
     /// Whatever depends on values is to be found out anew: something was written.
     void forget();
 
@@ -66,13 +65,7 @@ private:
     void absorb(verdict& into, const verdict& from) const;
     const hazard* close_circle(node_operation again);
     const hazard* judge_formula(node_operation which);
-    const hazard* judge(element_index element, const std::optional<guarded_result>& rehearsed,
-                        const char* formula);
-    const hazard* rehearse(GenICam::INode& node, const GenICam::eval_value& value, std::size_t depth);
-    const hazard* write_before_others(GenICam::INode& target, const GenICam::eval_value& value,
-                                      element_index writer);
-    const hazard* rehearse_converter(element_index element, const GenICam::eval_value& value,
-                                     std::size_t depth);
+    const hazard* try_out(const std::function<void()>& work);
     const hazard* keep(hazard found);
 
     description& description_;

@@ -1,14 +1,10 @@
 #include "apps/inspect/feature_writer.h"
 
-#include "apps/inspect/engine_messages.h"
 #include "apps/inspect/feature_value.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/memory_options.h"
 #include "apps/inspect/similar_name.h"
 #include "genicam/core/error.h"
-#include "genicam/core/node_base.h"
-#include "genicam/core/number_parser.h"
-#include "genicam/core/value_links.h"
 #include "platform/text.h"
 
 #include <limits>
@@ -33,20 +29,6 @@ std::optional<std::int64_t> parse_integer(std::string_view text) {
     return static_cast<std::int64_t>(is_negative ? 0 - *magnitude : *magnitude);
 }
 
-// What a command writes: the link wins over the number beside it.
-eval_value command_value(INode& feature) {
-    const auto& data = static_cast<node_base_data&>(*feature.get_eval());
-    const silence quiet;
-    eval_value stated = eval_value::of(std::int64_t{0});
-    if (INode* const link = data.resolve_node("pCommandValue")) {
-        if (const result<std::int64_t> present = get_eval_int(link, none))
-            stated = eval_value::of(present.assume_value());
-    } else {
-        static_cast<void>(parse_number(data.xml().child_value("CommandValue"), stated));
-    }
-    return eval_value::of(to_int(stated));
-}
-
 }  // namespace
 
 feature_write::feature_write(INode& feature, std::string_view text) {
@@ -68,7 +50,6 @@ feature_write::feature_write(INode& feature, std::string_view text) {
             break;
         case node_type::command:
             if (text != "1") throw wrong_use("a command is executed by the value 1");
-            number_ = command_value(feature);
             break;
         case node_type::register_block:
             read_bytes(text);
@@ -118,7 +99,6 @@ void feature_write::read_entry(IEnumeration& feature, std::string_view text) {
                         (meant.empty() ? "" : " (did you mean " + std::string(meant) + "?)"));
     }
     text_ = entry->get_name();
-    number_ = eval_value::of(entry->get_value());
 }
 
 std::error_code feature_write::carry_out(INode& feature) const {

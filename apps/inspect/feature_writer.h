@@ -16,11 +16,9 @@ class feature_write {
 public:
     /// Integers in decimal or behind 0x, floats, true and false or 1 and 0, entries by name or number, text
     /// as it is, 1 for a command, bytes in hexadecimal for a register. Throws `inspect_error` for anything
-    /// else. A command may read the node of its value, so that must be safe.
+    /// else.
     feature_write(GenICam::INode& feature, std::string_view text);
 
-    /// What arrives at the links of the feature as a number.
-    [[nodiscard]] const GenICam::eval_value& number() const noexcept { return number_; }
     /// Writes to a feature of the same kind: that one, or its like in another description of the same text.
     [[nodiscard]] std::error_code carry_out(GenICam::INode& feature) const;
 

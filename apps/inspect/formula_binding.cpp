@@ -2,42 +2,21 @@
 
 #include "apps/inspect/engine_messages.h"
 #include "genicam/core/value_links.h"
+#include "genicam/document/node_facts.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace selvane_inspect {
-namespace {
 
-using GenICam::eval_value;
-
-struct formula_kind {
-    std::string_view element;
-    bool is_converter;
-    bool is_integer;
-};
-constexpr formula_kind formula_kinds[] = {{"IntSwissKnife", false, true},
-                                          {"SwissKnife", false, false},
-                                          {"IntConverter", true, true},
-                                          {"Converter", true, false}};
-
-const formula_kind* kind_of(pugi::xml_node element) {
-    const std::string_view name = element.name();
-    const auto* found = std::find_if(std::begin(formula_kinds), std::end(formula_kinds),
-                                     [&](const formula_kind& kind) { return kind.element == name; });
-    return found != std::end(formula_kinds) ? found : nullptr;
+bool formula_binding::has_formulas(const node_element& element) {
+    return element.made != nullptr && GenICam::find_node_facts(element.made->name)->computes;
 }
-
-}  // namespace
-
-bool formula_binding::has_formulas(pugi::xml_node element) { return kind_of(element) != nullptr; }
 
 formula_binding::formula_binding(description& from, element_index index)
     : xml_(from.tree().at(index).xml),
-      is_converter_(kind_of(xml_)->is_converter),
+      is_converter_(!GenICam::find_node_facts(from.tree().at(index).made->name)->targets.empty()),
       table_(!is_converter_, from.formula_expansion()),
-      map_(kind_of(xml_)->is_integer) {
+      map_(from.node_of(index)->get_node_type() == GenICam::node_type::integer) {
     const silence quiet;
     GenICam::IGenICamDoc* document = from.document();
     const GenICam::scanned_element scanned(xml_);
@@ -60,39 +39,13 @@ void formula_binding::parse(const char* element_name) {
     }
 }
 
-const bound_formula* formula_binding::find(std::string_view element_name) const {
-    const auto found = std::find_if(formulas_.begin(), formulas_.end(), [&](const bound_formula& formula) {
-        return element_name == formula.xml.name();
-    });
-    return found != formulas_.end() ? &*found : nullptr;
-}
-
-std::optional<guarded_result> formula_binding::run(const bound_formula* formula) {
-    if (formula == nullptr || !formula->program || formula->program->empty()) return std::nullopt;
-    return run_guarded(*formula->program, [&](GenICam::identifier_id id) -> std::optional<eval_value> {
-        const eval_value* value = map_(id);
-        if (value == nullptr) return std::nullopt;
-        return *value;
-    });
-}
-
-std::optional<guarded_result> formula_binding::rehearse_read() {
+// What FROM stands for while the node is read.
+void formula_binding::refresh() {
     const silence quiet;
-    refresh();
-    if (!is_converter_) return run(find("Formula"));
-    if (target_ == nullptr) return std::nullopt;
+    map_.refresh(GenICam::access_flags::none);
+    if (target_ == nullptr) return;
     const GenICam::result<eval_value> value = GenICam::get_eval_value(target_, GenICam::access_flags::none);
-    if (!value) return std::nullopt;
-    map_.current = value.assume_value();
-    return run(find("FormulaFrom"));
-}
-
-std::optional<guarded_result> formula_binding::rehearse_write(const eval_value& value) {
-    const silence quiet;
-    if (!is_converter_ || target_ == nullptr) return std::nullopt;
-    refresh();
-    map_.current = value;
-    return run(find("FormulaTo"));
+    if (value) map_.current = value.assume_value();
 }
 
 }  // namespace selvane_inspect

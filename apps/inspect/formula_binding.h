@@ -1,7 +1,6 @@
 #pragma once
 
 #include "apps/inspect/description.h"
-#include "apps/inspect/guarded_run.h"
 #include "formula/formula_parser.h"
 #include "formula/variable_binding.h"
 #include "formula/variable_table.h"
@@ -21,39 +20,31 @@ struct bound_formula {
 };
 
 /// The formulas of one node with their names, built beside the engine by the engine's own parts: so they can
-/// be looked into, and run without danger.
+/// be looked into.
 class formula_binding {
 public:
-    /// The element is one of the four with formulas. Says nothing to the log.
+    /// The element is one with formulas, and it has a node. Says nothing to the log.
     formula_binding(description& from, element_index index);
 
-    [[nodiscard]] static bool has_formulas(pugi::xml_node element);
+    [[nodiscard]] static bool has_formulas(const node_element& element);
 
     [[nodiscard]] bool is_integer() const noexcept { return map_.is_integer(); }
     [[nodiscard]] bool is_converter() const noexcept { return is_converter_; }
     /// The formulas by which the node is read and written, then its expressions.
     [[nodiscard]] const std::vector<bound_formula>& formulas() const noexcept { return formulas_; }
-    /// Null for a formula that the node does not have.
-    [[nodiscard]] const bound_formula* find(std::string_view element_name) const;
     /// The node of `pValue`; null for none.
     [[nodiscard]] GenICam::INode* target() const noexcept { return target_; }
 
     /// What a name stands for.
     [[nodiscard]] GenICam::resolved_name resolve(std::string_view name) const { return table_(name); }
-    /// The value of a variable since the last `refresh` or run; null for an unknown one.
+    /// The value of a variable since the last `refresh`; null for an unknown one.
     [[nodiscard]] const GenICam::eval_value* value_of(GenICam::identifier_id id) const { return map_(id); }
 
-    // These read the nodes of the variables, and so may be called only when that is safe.
-
-    void refresh() { map_.refresh(GenICam::access_flags::none); }
-    /// What reading the node computes; not set where it has no program or its target cannot be read.
-    [[nodiscard]] std::optional<guarded_result> rehearse_read();
-    /// What writing the value computes for the target; not set without a program.
-    [[nodiscard]] std::optional<guarded_result> rehearse_write(const GenICam::eval_value& value);
+    /// Reads the variables, and what FROM stands for; called only when that is safe.
+    void refresh();
 
 private:
     void parse(const char* element_name);
-    [[nodiscard]] std::optional<guarded_result> run(const bound_formula* formula);
 
     pugi::xml_node xml_;
     bool is_converter_;

@@ -13,7 +13,7 @@ bool would_end_process(const formula_instruction& next, gsl::span<const eval_val
     return ends_process(*next.function, stack.data()[size - 2], stack.data()[size - 1]);
 }
 
-guarded_result run_guarded(const GenICam::formula_program& program, GenICam::variable_lookup variables,
+guarded_result run_guarded(const GenICam::formula_view& program, GenICam::variable_lookup variables,
                            GenICam::instruction_watch watch) {
     guarded_result result;
     const auto goes_on = [&](const formula_instruction* next, gsl::span<const eval_value> stack) {
@@ -24,7 +24,7 @@ guarded_result run_guarded(const GenICam::formula_program& program, GenICam::var
     return result;
 }
 
-guarded_result run_guarded(const GenICam::formula_program& program, GenICam::variable_lookup variables) {
+guarded_result run_guarded(const GenICam::formula_view& program, GenICam::variable_lookup variables) {
     return run_guarded(program, variables,
                        [](const formula_instruction*, gsl::span<const eval_value>) { return true; });
 }

@@ -19,10 +19,10 @@ struct guarded_result {
 
 /// Runs a formula as the engine does, but stops before a division that would end the process. `watch` sees
 /// every instruction before it is carried out.
-[[nodiscard]] guarded_result run_guarded(const GenICam::formula_program& program,
+[[nodiscard]] guarded_result run_guarded(const GenICam::formula_view& program,
                                          GenICam::variable_lookup variables,
                                          GenICam::instruction_watch watch);
-[[nodiscard]] guarded_result run_guarded(const GenICam::formula_program& program,
+[[nodiscard]] guarded_result run_guarded(const GenICam::formula_view& program,
                                          GenICam::variable_lookup variables);
 
 }  // namespace selvane_inspect

@@ -1,71 +1,19 @@
 #include "apps/inspect/operation_graph.h"
 
 #include "genicam/core/number_parser.h"
+#include "genicam/document/node_facts.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 
 namespace selvane_inspect {
 namespace {
 
-using roles = std::array<std::string_view, 4>;
+constexpr GenICam::node_facts no_facts = {};
 
-/// How a class of the engine goes about its operations.
-struct class_traits {
-    std::string_view name;
-    bool checks_access;  // before every read and write
-    bool has_range;      // states limits, and asks its targets for those that it does not state
-    roles evaluated;     // links whose values take part in reading and writing
-    roles targets;       // links that are read and written through
-};
-
-constexpr roles address = {"pAddress", "IntSwissKnife", "pIndex", "pOffset"};
-
-constexpr class_traits traits_of_classes[] = {
-    {"integer_constant_value_type", true, true, {}, {}},
-    {"integer_floating_value_type", true, true, {}, {}},
-    {"integer_pValueCopy_type", true, true, {}, {"pValue", "pValueCopy"}},
-    {"integer_pIndex_type", true, true, {"pIndex"}, {"pValueIndexed", "pValueDefault"}},
-    {"integer_pValue_type", true, true, {}, {"pValue"}},
-    {"float_constant_value_type", false, true, {}, {}},
-    {"float_floating_value_type", true, true, {}, {}},
-    {"float_pIndex_type", true, true, {"pIndex"}, {"pValueIndexed", "pValueDefault"}},
-    {"float_pValue_type", true, true, {}, {"pValue"}},
-    {"boolean_pValue_type", true, false, {}, {"pValue"}},
-    {"boolean_Value_type", true, false, {}, {}},
-    {"command_Value_type", true, false, {"pCommandValue"}, {}},
-    {"command_pValue_type", true, false, {"pCommandValue"}, {"pValue"}},
-    {"enumeration_Value_type", true, false, {}, {}},
-    {"enumeration_pValue_type", true, false, {}, {"pValue"}},
-    {"string_type", true, false, {}, {"pValue"}},
-    {"int_swissknife_type", false, false, {"pVariable"}, {}},
-    {"float_swissknife_type", false, false, {"pVariable"}, {}},
-    {"int_converter_type", false, false, {"pVariable"}, {"pValue"}},
-    {"float_converter_type", false, false, {"pVariable"}, {"pValue"}},
-    {"float_reg_type_const_address", true, false, {}, {}},
-    {"float_reg_type_dyn", true, false, address, {}},
-    {"int_reg_type_const_address", true, false, {}, {}},
-    {"int_reg_type_dyn", true, false, address, {}},
-    {"register_type", true, false, address, {}},
-    {"masked_int_reg_type_const_address", true, false, {}, {}},
-    {"masked_int_reg_type_dyn_address", true, false, address, {}},
-    {"string_reg_type", true, false, address, {}},
-    {"struct_entry_type", true, false, address, {}},
-};
-
-constexpr class_traits no_traits = {{}, false, false, {}, {}};
-
-const class_traits& traits_of(const node_element& element) {
-    if (element.made == nullptr) return no_traits;
-    const auto* found =
-        std::find_if(std::begin(traits_of_classes), std::end(traits_of_classes),
-                     [&](const class_traits& traits) { return traits.name == element.made->name; });
-    return found != std::end(traits_of_classes) ? *found : no_traits;
-}
-
-bool contains(const roles& list, std::string_view role) {
-    return std::find(list.begin(), list.end(), role) != list.end();
+const GenICam::node_facts& facts_of(const node_element& element) {
+    const GenICam::node_facts* const found =
+        element.made != nullptr ? GenICam::find_node_facts(element.made->name) : nullptr;
+    return found != nullptr ? *found : no_facts;
 }
 
 struct limit_elements {
@@ -95,7 +43,7 @@ operation read_by(std::string_view variable) {
 class need_list {
 public:
     need_list(const description_tree& tree, const std::vector<element_link>& links, element_index element)
-        : tree_(tree), links_(links), element_(element), traits_(traits_of(tree.at(element))) {}
+        : tree_(tree), links_(links), element_(element), facts_(facts_of(tree.at(element))) {}
 
     void collect(operation asked);
     [[nodiscard]] std::vector<node_operation> take() { return std::move(needs_); }
@@ -103,7 +51,7 @@ public:
 private:
     void own(operation asked) { needs_.push_back({element_, asked}); }
     bool follow(std::string_view role, operation asked);
-    void follow_all(const roles& list, operation asked);
+    void follow_all(const GenICam::name_list& roles, operation asked);
     void evaluate();
     void check();
     void limit(const limit_elements& which);
@@ -113,7 +61,7 @@ private:
     const description_tree& tree_;
     const std::vector<element_link>& links_;
     element_index element_;
-    const class_traits& traits_;
+    const GenICam::node_facts& facts_;
     std::vector<node_operation> needs_;
 };
 
@@ -132,19 +80,14 @@ bool need_list::follow(std::string_view role, operation asked) {
     return found;
 }
 
-void need_list::follow_all(const roles& list, operation asked) {
-    for (const std::string_view role : list) {
-        if (!role.empty()) follow(role, asked);
-    }
+void need_list::follow_all(const GenICam::name_list& roles, operation asked) {
+    roles.for_each([&](std::string_view role) { follow(role, asked); });
 }
 
-void need_list::evaluate() {
-    follow_all(traits_.evaluated, operation::value);
-    if (contains(traits_.evaluated, "pAddress")) follow("pLength", operation::value);
-}
+void need_list::evaluate() { follow_all(facts_.evaluated, operation::value); }
 
 void need_list::check() {
-    if (!traits_.checks_access) return;
+    if (!facts_.checks_access) return;
     own(operation::implemented);
     own(operation::available);
     own(operation::access);
@@ -152,8 +95,8 @@ void need_list::check() {
 
 void need_list::mode() {
     if (tree_.at(element_).xml.child("ImposedAccessMode")) return;
-    if (!traits_.targets.front().empty()) evaluate();
-    follow_all(traits_.targets, operation::access);
+    if (!facts_.targets.empty()) evaluate();
+    follow_all(facts_.targets, operation::access);
 }
 
 bool need_list::states(const limit_elements& which) const {
@@ -165,13 +108,13 @@ bool need_list::states(const limit_elements& which) const {
 
 void need_list::limit(const limit_elements& which) {
     const bool is_boolean = std::string_view(tree_.at(element_).xml.name()) == "Boolean";
-    if (!traits_.has_range && !(is_boolean && which.limit == operation::default_value)) {
+    if (!facts_.has_limits && !(is_boolean && which.limit == operation::default_value)) {
         evaluate();  // the range of a register follows its length
         return;
     }
     if (follow(which.link, operation::value) || states(which) || is_boolean) return;
     evaluate();
-    follow_all(traits_.targets, which.limit);
+    follow_all(facts_.targets, which.limit);
 }
 
 void need_list::collect(operation asked) {
@@ -192,22 +135,22 @@ void need_list::collect(operation asked) {
         case operation::value:
             check();
             evaluate();
-            follow_all(traits_.targets, operation::value);
+            follow_all(facts_.targets, operation::value);
             break;
         case operation::unit:
-            if (contains(traits_.evaluated, "pIndex") && traits_.has_range) {
+            if (facts_.evaluated.contains("pIndex") && facts_.has_limits) {
                 evaluate();
-                follow_all(traits_.targets, operation::unit);
+                follow_all(facts_.targets, operation::unit);
             }
             break;
         case operation::store:
             check();
-            if (traits_.has_range) {
+            if (facts_.has_limits) {
                 own(operation::minimum);
                 own(operation::maximum);
             }
             evaluate();
-            follow_all(traits_.targets, operation::store);
+            follow_all(facts_.targets, operation::store);
             break;
         default:
             for (const limit_elements& which : elements_of_limits) {

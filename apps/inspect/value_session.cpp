@@ -39,16 +39,14 @@ void value_session::write(const std::string& name, GenICam::INode& feature, std:
     try {
         refuse(guard_.find(twin, operation::store));
         const feature_write write(twin, text);
-        refuse(guard_.find_in_store(twin, write.number()));
+        refuse(guard_.find_in_store(twin, [&] { static_cast<void>(write.carry_out(twin)); }));
         static_cast<void>(actual_->port().take());
         const std::error_code failure = write.carry_out(feature);
         accesses_ = actual_->port().take();
         if (failure) throw refused(failure.message());
-        static_cast<void>(write.carry_out(twin));
     } catch (const inspect_error& failure) {
         throw inspect_error(failure.code(), name + ": " + failure.what());
     }
-    guard_.forget();
 }
 
 std::string trace_text(const std::vector<port_access>& accesses) {

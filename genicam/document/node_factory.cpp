@@ -109,49 +109,12 @@ bool has_constant_place(const described_element& element) {
     return has_constant_address(element) && element.has(child::Length) && !element.has(child::pLength);
 }
 
-// The first rule of an element's name that holds gives the class. The rules of one name stand together.
-#define RULE(element, condition, type, has_destructor) \
-    { element, condition, make_class<type, has_destructor>(#type), false }
-#define RULE_WITH_FORMULAS(element, condition, type) \
-    { element, condition, make_class<type, true>(#type), true }
-
+#define NODE(element, condition, type, owns_memory, has_address_formulas, ...) \
+    {element, condition, make_class<type, owns_memory>(#type), has_address_formulas},
 constexpr decision_rule decision_list[] = {
-    RULE("IntConverter", always, int_converter_type, true),
-    RULE("IntSwissKnife", always, int_swissknife_type, true),
-    RULE("Converter", always, float_converter_type, true),
-    RULE("SwissKnife", always, float_swissknife_type, true),
-    RULE("Category", always, category_type, false),
-    RULE("Integer", has_read_only_value, integer_constant_value_type, false),
-    RULE("Integer", has_all<child::Value>, integer_floating_value_type, true),
-    RULE("Integer", (has_all<child::pValue, child::pValueCopy>), integer_pValueCopy_type, true),
-    RULE("Integer", has_all<child::pIndex>, integer_pIndex_type, true),
-    RULE("Integer", has_all<child::pValue>, integer_pValue_type, false),
-    RULE("Float", has_read_only_value, float_constant_value_type, false),
-    RULE("Float", has_all<child::Value>, float_floating_value_type, true),
-    RULE("Float", has_all<child::pIndex>, float_pIndex_type, true),
-    RULE("Float", has_all<child::pValue>, float_pValue_type, false),
-    RULE("Boolean", has_all<child::pValue>, boolean_pValue_type, false),
-    RULE("Boolean", has_all<child::Value>, boolean_Value_type, true),
-    RULE("Command", has_all<child::Value>, command_Value_type, true),
-    RULE("Command", has_all<child::pValue>, command_pValue_type, false),
-    RULE("Enumeration", has_all<child::Value>, enumeration_Value_type, true),
-    RULE("Enumeration", has_all<child::pValue>, enumeration_pValue_type, false),
-    RULE("String", always, string_type, true),
-    RULE("FloatReg", has_constant_place, float_reg_type_const_address, true),
-    RULE_WITH_FORMULAS("FloatReg", always, float_reg_type_dyn),
-    RULE("IntReg", has_constant_place, int_reg_type_const_address, true),
-    RULE_WITH_FORMULAS("IntReg", always, int_reg_type_dyn),
-    RULE_WITH_FORMULAS("Register", always, register_type),
-    RULE("MaskedIntReg", has_constant_address, masked_int_reg_type_const_address, true),
-    RULE_WITH_FORMULAS("MaskedIntReg", always, masked_int_reg_type_dyn_address),
-    RULE_WITH_FORMULAS("StringReg", always, string_reg_type),
-    RULE_WITH_FORMULAS("StructEntry", always, struct_entry_type),
-    RULE("Port", (has_any<child::ChunkID, child::pChunkID>), port_chunk_type, false),
-    RULE("Port", always, port_device_type, false),
+#include "genicam/document/node_rows.inc"
 };
-
-#undef RULE
-#undef RULE_WITH_FORMULAS
+#undef NODE
 
 constexpr std::size_t rule_count = std::size(decision_list);
 

@@ -2,6 +2,8 @@
 
 #include "apps/inspect/evaluation_guard.h"
 
+#include "formula/formula_watch.h"
+#include "genicam/core/value_links.h"
 #include "tests/inspect/inspection.h"
 
 #include <optional>
@@ -32,7 +34,11 @@ protected:
         return Words(guard_->find(Node(name), asked));
     }
     [[nodiscard]] std::string FindInStore(const std::string& name, const eval_value& value) {
-        return Words(guard_->find_in_store(Node(name), value));
+        GenICam::INode& node = Node(name);
+        return Words(guard_->find_in_store(node, [&] {
+            static_cast<void>(value.is_integer ? GenICam::set_eval_val(&node, value.value.integer, 0)
+                                               : GenICam::set_eval_val(&node, value.value.real, 0));
+        }));
     }
     [[nodiscard]] description& Opened() { return *opened_; }
     [[nodiscard]] evaluation_guard& Guard() { return *guard_; }
@@ -288,6 +294,19 @@ TEST_F(EvaluationGuardTest, WhatACopyWritesFirstCountsForTheNext) {
         Register("R", "0"));
     EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{4})), "");
     EXPECT_THAT(FindInStore("A", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+}
+
+TEST_F(EvaluationGuardTest, WhatTheEngineRefusesNeverGetsToTheDivision) {
+    Load("<Integer Name=\"A\"><pValue>C</pValue><Min>1</Min></Integer>" + std::string(converter) +
+         Register("R", "0"));
+    EXPECT_EQ(FindInStore("A", eval_value::of(std::int64_t{0})), "");
+    EXPECT_THAT(FindInStore("C", eval_value::of(std::int64_t{0})), HasSubstr("FormulaTo of C divides"));
+}
+
+TEST_F(EvaluationGuardTest, TheEngineComputesByItselfAgainAfterwards) {
+    Load(division + Register("R", "0x10"));
+    EXPECT_THAT(Find("K", operation::value), HasSubstr("divides"));
+    EXPECT_EQ(GenICam::present_formula_watch, nullptr);
 }
 
 TEST_F(EvaluationGuardTest, RefusesWorkWithoutEnd) {

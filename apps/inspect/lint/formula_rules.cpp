@@ -23,8 +23,7 @@ using formula_visitor =
 void for_each_formula(lint_context& context, const formula_visitor& visit) {
     if (!context.is_loaded()) return;
     for (element_index element = 0; element < context.tree().elements().size(); ++element) {
-        const node_element& node = context.tree().at(element);
-        if (node.made == nullptr || !formula_binding::has_formulas(node.xml)) continue;
+        if (!formula_binding::has_formulas(context.tree().at(element))) continue;
         formula_binding& formulas = context.guard().binding(element);
         for (const bound_formula& formula : formulas.formulas()) visit(element, formulas, formula);
     }

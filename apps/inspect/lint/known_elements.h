@@ -16,11 +16,11 @@ enum class element_use {
 
 /// How the child of an element that becomes a node is used. `made_as` is the class of that node; empty for an
 /// entry of an enumeration.
-[[nodiscard]] element_use use_in_node(std::string_view made_as, std::string_view child) noexcept;
+[[nodiscard]] element_use use_in_node(std::string_view made_as, std::string_view child);
 /// The same in a `StructReg`, which shares what it says among its entries.
-[[nodiscard]] element_use use_in_struct(std::string_view child) noexcept;
+[[nodiscard]] element_use use_in_struct(std::string_view child);
 /// The same among the nodes: under the root, in groups and in structures.
-[[nodiscard]] element_use use_among_nodes(std::string_view element) noexcept;
+[[nodiscard]] element_use use_among_nodes(std::string_view element);
 
 /// Every name that is read somewhere inside a node, and every one among the nodes.
 [[nodiscard]] const std::vector<std::string_view>& names_in_nodes();

@@ -1,0 +1,7 @@
+#include "formula/formula_watch.h"
+
+namespace GenICam {
+
+formula_watch* present_formula_watch = nullptr;
+
+}  // namespace GenICam

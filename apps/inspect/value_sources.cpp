@@ -78,7 +78,10 @@ void source_finder::add_formulas(element_index element, value_source& source) {
 
 void source_finder::add_variables(element_index element, value_source& source) {
     formula_binding& formulas = guard_.binding(element);
-    if (guard_.find({element, operation::value}) == nullptr) formulas.refresh();
+    // What a division of its own is made of can be read like that of any other formula.
+    const hazard* const found = guard_.find({element, operation::value});
+    const bool is_own = found != nullptr && found->what == hazard::kind::division;
+    if (found == nullptr || (is_own && found->path.front() == element)) formulas.refresh();
     const pugi::xml_node xml = description_.tree().at(element).xml;
     if (formulas.is_converter()) add_variable(formulas, "FROM", xml.child_value("pValue"), source);
     for (const pugi::xml_node one : xml.children("Constant")) {

@@ -240,6 +240,16 @@ TEST_F(DescribeCommandTest, AnUnknownNameHasNoValue) {
         {"name": "B", "node": "V", "value": 2.5, "kind": "float"}])"));
 }
 
+TEST_F(DescribeCommandTest, ShowsWhatADivisionByZeroIsMadeOf) {
+    const std::string path = WriteElements(
+        "<IntSwissKnife Name=\"K\"><pVariable "
+        "Name=\"D\">V</pVariable><Formula>100/(D-5)</Formula></IntSwissKnife>"
+        "<Integer Name=\"V\"><Value>5</Value></Integer>");
+    const Outcome outcome = Call({"describe", path, "K"});
+    EXPECT_THAT(outcome.out, HasSubstr("Formula of K divides integers"));
+    EXPECT_THAT(outcome.out, HasSubstr("      D = 5 (integer) from V\n"));
+}
+
 TEST_F(DescribeCommandTest, GivesJson) {
     const Outcome outcome =
         Call({"describe", WriteElements(gain), "Gain", "--register", "0x100=002A", "--json"});

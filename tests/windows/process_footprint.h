@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <tlhelp32.h>
+
 #include <algorithm>
 #include <ostream>
 #include <vector>
@@ -14,6 +16,7 @@ struct Footprint {
     WORD next_window = 0;         ///< slot that a new window gets; it moves up as slots are lost
     WORD highest_gdi_object = 0;  ///< of many that are made at once: grows with each that is left behind
     ULONG_PTR next_handle = 0;    ///< the same for handles of the kernel
+    DWORD threads = 0;
     SIZE_T heap_blocks = 0;
     SIZE_T heap_bytes = 0;
 };
@@ -27,6 +30,18 @@ inline void CountHeap(HANDLE heap, Footprint& footprint) {
         footprint.heap_bytes += entry.cbData;
     }
     HeapUnlock(heap);
+}
+
+inline DWORD CountThreads() {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof(entry);
+    DWORD threads = 0;
+    for (BOOL more = Thread32First(snapshot, &entry); more != 0; more = Thread32Next(snapshot, &entry)) {
+        if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++threads;
+    }
+    CloseHandle(snapshot);
+    return threads;
 }
 
 // Which of the freed numbers comes next is the platform's affair. So many objects take all of them, and then
@@ -59,6 +74,7 @@ inline Footprint MeasureFootprint() {
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     footprint.next_handle = reinterpret_cast<ULONG_PTR>(event);
     CloseHandle(event);
+    footprint.threads = CountThreads();
     HANDLE heaps[64] = {};
     const DWORD count = GetProcessHeaps(64, heaps);
     for (DWORD i = 0; i < count; ++i) CountHeap(heaps[i], footprint);
@@ -68,8 +84,8 @@ inline Footprint MeasureFootprint() {
 inline std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
     return out << footprint.windows << " windows, next window " << footprint.next_window
                << ", highest GDI object " << footprint.highest_gdi_object << ", next handle "
-               << footprint.next_handle << ", " << footprint.heap_blocks << " heap blocks with "
-               << footprint.heap_bytes << " bytes";
+               << footprint.next_handle << ", " << footprint.threads << " threads, " << footprint.heap_blocks
+               << " heap blocks with " << footprint.heap_bytes << " bytes";
 }
 
 }  // namespace page_test

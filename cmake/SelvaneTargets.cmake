@@ -116,7 +116,12 @@ endfunction()
 
 function(selvane_ship target)
   if(SELVANE_PDB)
-    target_link_options(${target} PRIVATE "-Wl,--pdb=${CMAKE_BINARY_DIR}/bin/${target}.pdb")
+    # The binary names its PDB without the folder. What is in it for debuggers of another kind comes from the run-time
+    # libraries, and this linker keeps it.
+    target_link_options(${target} PRIVATE
+      "-Wl,--pdb=${CMAKE_BINARY_DIR}/bin/${target}.pdb" "-Wl,-Xlink=-pdbaltpath:%_PDB%")
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND "${CMAKE_STRIP}" --strip-debug "$<TARGET_FILE:${target}>" VERBATIM)
   else()
     target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
   endif()

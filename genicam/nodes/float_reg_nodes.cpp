@@ -20,7 +20,7 @@ constexpr bool is_float_size(std::int64_t length) noexcept {
 
 // Rounded as the processor does it. The language leaves numbers beyond the greatest single undefined.
 float to_single(double number) noexcept {
-    constexpr double greatest = single_limits::max();
+    constexpr auto greatest = static_cast<double>(single_limits::max());
     constexpr double first_infinite = 0x1.ffffffp127;  // half a step above the greatest
     if (number > greatest) return number < first_infinite ? single_limits::max() : single_limits::infinity();
     if (number < -greatest)
@@ -64,11 +64,11 @@ void float_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_
 }
 
 result<double> float_reg_type_base::get_min(std::uint32_t) {
-    return get_length() == double_size ? double_limits::min() : double{single_limits::min()};
+    return get_length() == double_size ? double_limits::min() : static_cast<double>(single_limits::min());
 }
 
 result<double> float_reg_type_base::get_max(std::uint32_t) {
-    return get_length() == double_size ? double_limits::max() : double{single_limits::max()};
+    return get_length() == double_size ? double_limits::max() : static_cast<double>(single_limits::max());
 }
 
 result<double> float_reg_type_base::get_inc(std::uint32_t) { return make_error_code(not_implemented); }

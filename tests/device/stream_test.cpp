@@ -286,6 +286,7 @@ TEST_F(StreamLife, LeavesNothingBehindAHundredTimes) {
                 testing::PrintToString(after).c_str());
     EXPECT_EQ(after.windows, before.windows);
     EXPECT_EQ(after.next_handle, before.next_handle);
+    EXPECT_EQ(after.threads, before.threads);
     // Less than one block for each life; the platform keeps a few for itself.
     EXPECT_LT(after.heap_blocks, before.heap_blocks + 50);
     EXPECT_LT(after.heap_bytes, before.heap_bytes + 8 * 1024);

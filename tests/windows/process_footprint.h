@@ -2,6 +2,8 @@
 
 #include "platform/windows/owned.h"
 
+#include <tlhelp32.h>
+
 #include <ostream>
 
 namespace page_test {
@@ -12,6 +14,7 @@ struct Footprint {
     WORD next_window = 0;  ///< slot that a new window gets; it moves up as slots are lost
     DWORD gdi_objects = 0;
     ULONG_PTR next_handle = 0;  ///< the same for handles of the kernel
+    DWORD threads = 0;
     SIZE_T heap_blocks = 0;
     SIZE_T heap_bytes = 0;
 };
@@ -25,6 +28,18 @@ inline void CountHeap(HANDLE heap, Footprint& footprint) {
         footprint.heap_bytes += entry.cbData;
     }
     HeapUnlock(heap);
+}
+
+inline DWORD CountThreads() {
+    const platform::kernel_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof(entry);
+    DWORD threads = 0;
+    for (BOOL more = Thread32First(snapshot.get(), &entry); more != 0;
+         more = Thread32Next(snapshot.get(), &entry)) {
+        if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++threads;
+    }
+    return threads;
 }
 
 // Where the platform does not tell how many there are, it takes a number alone for the object that has it, as
@@ -55,6 +70,7 @@ inline Footprint MeasureFootprint() {
     footprint.gdi_objects = CountGdiObjects();
     const platform::kernel_handle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
     footprint.next_handle = reinterpret_cast<ULONG_PTR>(event.get());
+    footprint.threads = CountThreads();
     HANDLE heaps[64] = {};
     const DWORD count = GetProcessHeaps(64, heaps);
     for (DWORD i = 0; i < count; ++i) CountHeap(heaps[i], footprint);
@@ -64,7 +80,8 @@ inline Footprint MeasureFootprint() {
 inline std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
     return out << footprint.windows << " windows, next window " << footprint.next_window << ", "
                << footprint.gdi_objects << " GDI objects, next handle " << footprint.next_handle << ", "
-               << footprint.heap_blocks << " heap blocks with " << footprint.heap_bytes << " bytes";
+               << footprint.threads << " threads, " << footprint.heap_blocks << " heap blocks with "
+               << footprint.heap_bytes << " bytes";
 }
 
 }  // namespace page_test

@@ -14,12 +14,12 @@ namespace selvane_check {
 
 using genicam_adapter::node_as;
 using genicam_adapter::node_of;
+using selvane_inspect::control_kind;
 using ZELAdapterHelper::SharedString;
 using ZELPropUI::Attempt;
 using ZELPropUI::CZELItemDataBase;
 using ZELPropUI::InterfaceKey;
 using ZELPropUI::ISliderController;
-using ZELPropUI::PageRect;
 
 namespace {
 
@@ -29,9 +29,6 @@ bool is_available(CZELItemDataBase& item, InterfaceKey key) {
 }
 
 }  // namespace
-
-// What is asked of the driver does not depend on widths.
-int asking_canvas::TextWidth(std::wstring_view text) { return static_cast<int>(text.size()); }
 
 bool asking_canvas::may_write(CZELItemDataBase& item, InterfaceKey key) const {
     return write_ && described_ != nullptr && is_available(item, key);
@@ -58,8 +55,7 @@ void asking_canvas::write_back(CZELItemDataBase& item, InterfaceKey key) {
     }
 }
 
-void asking_canvas::AddSlider(const PageRect&, ISliderController& controller) {
-    ++controls_;
+void asking_canvas::ask_slider(ISliderController& controller) {
     std::int32_t low = 0;
     std::int32_t high = 0;
     std::int32_t position = 0;
@@ -68,7 +64,7 @@ void asking_canvas::AddSlider(const PageRect&, ISliderController& controller) {
     static_cast<void>(controller.GetPosition(position));
 }
 
-void asking_canvas::AddEdit(const PageRect&, ISliderController& controller) {
+void asking_canvas::ask_edit(ISliderController& controller) {
     std::wstring text;
     static_cast<void>(controller.IsAvailable());
     static_cast<void>(controller.GetText(text));
@@ -88,8 +84,7 @@ void asking_canvas::judge_entry(InterfaceKey key, bool selected) {
                                                          platform::quoted_text(*named), why));
 }
 
-void asking_canvas::AddCombo(const PageRect&, CZELItemDataBase& item, InterfaceKey key) {
-    ++controls_;
+void asking_canvas::ask_box(CZELItemDataBase& item, InterfaceKey key) {
     std::vector<SharedString> strings;
     static_cast<void>(Attempt([&] { return item.GetMapStrings(key, strings); }));
     static_cast<void>(is_available(item, key));
@@ -101,17 +96,35 @@ void asking_canvas::AddCombo(const PageRect&, CZELItemDataBase& item, InterfaceK
     if (described_->selected_entry(std::string(node_of(key)->get_name())) != nullptr) write_back(item, key);
 }
 
-void asking_canvas::AddSwitch(const PageRect&, CZELItemDataBase& item, InterfaceKey key, std::wstring_view) {
-    ++controls_;
+void asking_canvas::ask_switch(CZELItemDataBase& item, InterfaceKey key) {
     bool on = false;
     static_cast<void>(is_available(item, key));
     if (FAILED(Attempt([&] { return item.GetSwitch(key, on); })) || !may_write(item, key)) return;
     judge_write(key, Attempt([&] { return item.SetSwitch(key, on); }));
 }
 
-void asking_canvas::AddButton(const PageRect&, CZELItemDataBase& item, InterfaceKey key, std::wstring_view) {
+// An edit with its spin button belongs to the slider before it.
+void asking_canvas::add(const selvane_inspect::placed_control& control) {
+    switch (control.kind) {
+        case control_kind::label:
+        case control_kind::spin_button:
+            return;
+        case control_kind::edit:
+            return ask_edit(*control.controller);
+        case control_kind::slider:
+            ask_slider(*control.controller);
+            break;
+        case control_kind::combo:
+            ask_box(*control.item, control.key);
+            break;
+        case control_kind::check_box:
+            ask_switch(*control.item, control.key);
+            break;
+        case control_kind::button:
+            static_cast<void>(is_available(*control.item, control.key));
+            break;
+    }
     ++controls_;
-    static_cast<void>(is_available(item, key));
 }
 
 }  // namespace selvane_check

@@ -179,6 +179,20 @@ TEST_F(PlaygroundTest, OffersTheCameraToOnePageFirst) {
     EXPECT_FALSE(other.at("pages")[3].contains("offered"));
 }
 
+// Each page would read it anew, as often as it is asked for its items.
+TEST_F(PlaygroundTest, ReadsADescriptionWithoutMarksOnce) {
+    const std::string text = Bundled("identity");
+    Lines calls = CallsOf(Ask({{"do", "open"}, {"access", "named"}, {"page", "exposure"}}, text));
+    for (const json& answer : {Ask({{"do", "offer"}}), Show("exposure"), Show("lens")}) {
+        const Lines more = CallsOf(answer);
+        calls.insert(calls.end(), more.begin(), more.end());
+    }
+    const auto reads = std::count_if(calls.begin(), calls.end(), [](const std::string& line) {
+        return line.rfind("Get device 2 ", 0) == 0;
+    });
+    EXPECT_EQ(reads, 1) << json(calls);
+}
+
 TEST_F(PlaygroundTest, NeedsADescriptionFirst) {
     EXPECT_TRUE(Show("feature").contains("error"));
     EXPECT_TRUE(Ask({{"do", "registers"}}).contains("error"));

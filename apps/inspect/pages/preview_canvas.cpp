@@ -1,13 +1,9 @@
 #include "apps/inspect/pages/preview_canvas.h"
 
 #include "adapter/interface_key.h"
-#include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
 #include "propui/attempt.h"
 #include "propui/control_logic.h"
-#include "propui/scale_measure.h"
-
-#include <utility>
 
 namespace selvane_inspect {
 namespace {
@@ -19,11 +15,6 @@ using ZELPropUI::Attempt;
 using ZELPropUI::CZELItemDataBase;
 using ZELPropUI::InterfaceKey;
 using ZELPropUI::ISliderController;
-using ZELPropUI::PageRect;
-
-constexpr int dots_per_inch = 96;
-constexpr std::string_view control_words[] = {"label", "slider",    "edit",  "spin button",
-                                              "combo", "check box", "button"};
 
 // The pages' own items have the address of the node for a key; there are no others here.
 std::string feature_of(InterfaceKey key) {
@@ -56,76 +47,25 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
     }
 }
 
-}  // namespace
-
-std::string_view control_word(control_kind kind) noexcept {
-    return control_words[static_cast<std::size_t>(kind)];
-}
-
-bool is_beyond_edge(const drawn_control& control) noexcept {
-    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
-    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
-}
-
-int preview_canvas::TextWidth(std::wstring_view text) { return dialog_text_width(text); }
-
-int preview_canvas::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
-
-int preview_canvas::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
-
-drawn_control& preview_canvas::add(control_kind kind, const PageRect& place, std::wstring_view text) {
-    drawn_control& control = page_.controls.emplace_back();
-    control.kind = kind;
-    control.place = place;
-    control.text = platform::narrow(text);
-    return control;
-}
-
-drawn_control& preview_canvas::add_on(control_kind kind, const PageRect& place,
-                                      ISliderController& controller) {
-    drawn_control& control = add(kind, place, {});
+void show_number(ISliderController& controller, drawn_control& control) {
     control.enabled = ZELPropUI::IsEditable(controller);
-    control.feature = feature_of(controller.GetKey());
     if (CZELItemDataBase* item = controller.GetItem()) add_limits(*item, controller.GetKey(), control);
-    return control;
-}
-
-drawn_control& preview_canvas::add_for(control_kind kind, const PageRect& place, CZELItemDataBase& item,
-                                       InterfaceKey key, std::wstring_view text) {
-    drawn_control& control = add(kind, place, text);
-    control.enabled = ZELPropUI::IsItemAvailable(item, key);
-    control.feature = feature_of(key);
-    return control;
-}
-
-void preview_canvas::AddLabel(const PageRect& place, std::wstring_view text) {
-    add(control_kind::label, place, text);
-}
-
-void preview_canvas::AddSlider(const PageRect& place, ISliderController& controller) {
-    drawn_control& control = add_on(control_kind::slider, place, controller);
-    std::int32_t low = 0;
-    std::int32_t high = 0;
-    std::int32_t position = 0;
-    if (controller.GetPositionRange(low, high)) {
-        control.lowest_position = low;
-        control.highest_position = high;
+    if (control.kind == control_kind::slider) {
+        std::int32_t low = 0;
+        std::int32_t high = 0;
+        std::int32_t position = 0;
+        if (controller.GetPositionRange(low, high)) {
+            control.lowest_position = low;
+            control.highest_position = high;
+        }
+        if (controller.GetPosition(position)) control.position = position;
+    } else if (control.kind == control_kind::edit) {
+        std::wstring text;
+        if (controller.GetText(text)) control.text = platform::narrow(text);
     }
-    if (controller.GetPosition(position)) control.position = position;
 }
 
-void preview_canvas::AddEdit(const PageRect& place, ISliderController& controller) {
-    drawn_control& control = add_on(control_kind::edit, place, controller);
-    std::wstring text;
-    if (controller.GetText(text)) control.text = platform::narrow(text);
-}
-
-void preview_canvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
-    add_on(control_kind::spin_button, place, controller);
-}
-
-void preview_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
-    drawn_control& control = add_for(control_kind::combo, place, item, key, {});
+void show_entries(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
     for (const SharedString& entry : ZELPropUI::EntriesOf(item, key))
         control.strings.push_back(platform::narrow(entry.View()));
     const auto selected = ZELPropUI::SelectionOf(item, key);
@@ -134,15 +74,27 @@ void preview_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, Int
     if (at < control.strings.size()) control.text = control.strings[at];
 }
 
-void preview_canvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
-                               std::wstring_view caption) {
-    drawn_control& control = add_for(control_kind::check_box, place, item, key, caption);
-    control.checked = ZELPropUI::IsSwitchedOn(item, key);
+void show_item(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
+    control.enabled = ZELPropUI::IsItemAvailable(item, key);
+    if (control.kind == control_kind::combo) show_entries(item, key, control);
+    if (control.kind == control_kind::check_box) control.checked = ZELPropUI::IsSwitchedOn(item, key);
 }
 
-void preview_canvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
-                               std::wstring_view caption) {
-    add_for(control_kind::button, place, item, key, caption);
+}  // namespace
+
+bool is_beyond_edge(const drawn_control& control) noexcept {
+    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
+    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
+}
+
+void preview_canvas::add(const placed_control& placed) {
+    drawn_control& control = page_.controls.emplace_back();
+    control.kind = placed.kind;
+    control.place = placed.place;
+    control.text = platform::narrow(placed.text);
+    control.feature = feature_of(placed.key);
+    if (placed.controller != nullptr) show_number(*placed.controller, control);
+    if (placed.item != nullptr) show_item(*placed.item, placed.key, control);
 }
 
 }  // namespace selvane_inspect

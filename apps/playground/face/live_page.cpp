@@ -5,7 +5,6 @@
 #include "propui/control_logic.h"
 #include "propui/page_measures.h"
 #include "propui/refresh.h"
-#include "propui/scale_measure.h"
 
 #include <algorithm>
 
@@ -16,87 +15,38 @@ namespace {
 
 using selvane_inspect::control_kind;
 using ZELPropUI::CZELItemDataBase;
-using ZELPropUI::InterfaceKey;
 using ZELPropUI::ISliderController;
-using ZELPropUI::PageRect;
-
-constexpr int dots_per_inch = 96;
 
 // The messages that tell a window its range carry 16 bits of each end.
 std::int32_t as_message_word(std::int32_t number) { return static_cast<std::int16_t>(number & 0xFFFF); }
 
 }  // namespace
 
-int live_page::TextWidth(std::wstring_view text) { return selvane_inspect::dialog_text_width(text); }
+// Labels at the left margin name an item, those behind them an element.
+void live_page::note_label(const selvane_inspect::placed_control& label) {
+    const bool names_item = label.place.left == ScaleX(ZELPropUI::measure::left_margin);
+    (names_item ? item_ : element_) = platform::narrow(label.text);
+    if (names_item) element_.clear();
+}
 
-int live_page::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
-
-int live_page::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
-
-live_control& live_page::add(control_kind kind, const PageRect& place, InterfaceKey key) {
+void live_page::add(const selvane_inspect::placed_control& placed) {
+    if (placed.kind == control_kind::label) note_label(placed);
     live_control& control = controls_.emplace_back();
-    control.kind = kind;
-    control.place = place;
-    control.key = key;
+    control.kind = placed.kind;
+    control.place = placed.place;
+    control.text = placed.text;
     control.item = item_;
     control.element = element_;
-    const auto feature = features_.find(key);
+    const auto feature = features_.find(placed.key);
     if (feature != features_.end()) control.feature = feature->second;
-    return control;
-}
-
-live_control& live_page::add_on(control_kind kind, const PageRect& place, ISliderController& controller) {
-    live_control& control = add(kind, place, controller.GetKey());
-    control.controller = platform::com_ptr<ISliderController>(&controller);
+    control.controller = platform::com_ptr<ISliderController>(placed.controller);
+    control.owner = platform::com_ptr<CZELItemDataBase>(placed.item);
+    control.key = placed.key;
     if (is_positioned(control)) fetch_positions(control);
-    update(control);
-    return control;
-}
-
-live_control& live_page::add_for(control_kind kind, const PageRect& place, CZELItemDataBase& item,
-                                 InterfaceKey key) {
-    live_control& control = add(kind, place, key);
-    control.owner = platform::com_ptr<CZELItemDataBase>(&item);
-    return control;
-}
-
-// Labels at the left margin name an item, those behind them an element.
-void live_page::AddLabel(const PageRect& place, std::wstring_view text) {
-    const bool names_item = place.left == ScaleX(ZELPropUI::measure::left_margin);
-    (names_item ? item_ : element_) = platform::narrow(text);
-    if (names_item) element_.clear();
-    add(control_kind::label, place, 0).text = text;
-}
-
-void live_page::AddSlider(const PageRect& place, ISliderController& controller) {
-    add_on(control_kind::slider, place, controller);
-}
-
-void live_page::AddEdit(const PageRect& place, ISliderController& controller) {
-    add_on(control_kind::edit, place, controller);
-}
-
-void live_page::AddSpinButton(const PageRect& place, ISliderController& controller) {
-    add_on(control_kind::spin_button, place, controller);
-}
-
-void live_page::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
-    live_control& control = add_for(control_kind::combo, place, item, key);
-    for (const auto& entry : ZELPropUI::EntriesOf(item, key)) control.entries.emplace_back(entry.View());
-    update(control);
-}
-
-void live_page::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
-                          std::wstring_view caption) {
-    live_control& control = add_for(control_kind::check_box, place, item, key);
-    control.text = caption;
-    update(control);
-}
-
-void live_page::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
-                          std::wstring_view caption) {
-    live_control& control = add_for(control_kind::button, place, item, key);
-    control.text = caption;
+    if (control.kind == control_kind::combo) {
+        for (const auto& entry : ZELPropUI::EntriesOf(*control.owner, control.key))
+            control.entries.emplace_back(entry.View());
+    }
     update(control);
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "apps/inspect/pages/preview_canvas.h"
+#include "apps/inspect/pages/dialog_canvas.h"
 #include "platform/com_ptr.h"
-#include "propui/page_canvas.h"
-#include "propui/page_layout.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -53,23 +51,9 @@ enum class outcome {
 
 /// A page at work: the controls as the windows would be, asking and telling their elements the same things in
 /// the same order, for whatever draws them.
-class live_page final : public ZELPropUI::IPageCanvas {
+class live_page final : public selvane_inspect::dialog_canvas {
 public:
     explicit live_page(const feature_names& features) : features_(features) {}
-
-    int TextWidth(std::wstring_view text) override;
-    int ScaleX(int measure) override;
-    int ScaleY(int measure) override;
-    void AddLabel(const ZELPropUI::PageRect& place, std::wstring_view text) override;
-    void AddSlider(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) override;
-    void AddEdit(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) override;
-    void AddSpinButton(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) override;
-    void AddCombo(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
-                  ZELPropUI::InterfaceKey key) override;
-    void AddSwitch(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
-                   ZELPropUI::InterfaceKey key, std::wstring_view caption) override;
-    void AddButton(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
-                   ZELPropUI::InterfaceKey key, std::wstring_view caption) override;
 
     [[nodiscard]] std::size_t size() const noexcept { return controls_.size(); }
     [[nodiscard]] const live_control& at(std::size_t control) const { return controls_.at(control); }
@@ -93,12 +77,8 @@ public:
     [[nodiscard]] nlohmann::ordered_json state_json() const;
 
 private:
-    live_control& add(selvane_inspect::control_kind kind, const ZELPropUI::PageRect& place,
-                      ZELPropUI::InterfaceKey key);
-    live_control& add_on(selvane_inspect::control_kind kind, const ZELPropUI::PageRect& place,
-                         ZELPropUI::ISliderController& controller);
-    live_control& add_for(selvane_inspect::control_kind kind, const ZELPropUI::PageRect& place,
-                          ZELPropUI::CZELItemDataBase& item, ZELPropUI::InterfaceKey key);
+    void add(const selvane_inspect::placed_control& placed) override;
+    void note_label(const selvane_inspect::placed_control& label);
     [[nodiscard]] static bool is_positioned(const live_control& control) noexcept;
     static void fetch_positions(live_control& control);
     static void update(live_control& control);

@@ -49,7 +49,7 @@ void workbench::hand_over(page& to, PageName name) {
     to.adapter = std::make_unique<genicam_adapter::GenICamAdapterDevice>(filter);
     to.groups = ZELPropUI::GroupsOf(name);
     to.has_something = ZELPropUI::PageLayout(sources_of(to), nullptr).BuildPage(true);
-    if (!*to.has_something) return;
+    if (!*to.has_something || nothing_marked_) return;
     for (const auto& record : to.adapter->get_item_table()) {
         for (const auto& element : ZELAdapterHelper::ElementsOf(record)) {
             for (const auto& entry : ZELAdapterHelper::InterfacesOf(element)) {
@@ -64,7 +64,10 @@ ZELPropUI::PageSources workbench::sources_of(page& of) {
     sources.filter = camera_->property_set();
     sources.groups = &of.groups;
     sources.built_in = ZELAdapterHelper::StaticItemTable();
+    // A table without items would be fetched again at each question, with the description read anew.
+    if (nothing_marked_) return sources;
     const auto& table = of.adapter->get_item_table();
+    nothing_marked_ = table.empty();
     sources.described = {table.data(), table.size()};
     return sources;
 }

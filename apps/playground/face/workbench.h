@@ -73,6 +73,7 @@ private:
 
     simcam::camera_ptr camera_;
     std::array<page, std::size(ZELPropUI::all_pages)> pages_;
+    bool nothing_marked_ = false;
 };
 
 }  // namespace selvane_playground

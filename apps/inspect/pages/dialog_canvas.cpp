@@ -1,0 +1,66 @@
+#include "apps/inspect/pages/dialog_canvas.h"
+
+#include "apps/inspect/pages/dialog_font.h"
+#include "propui/scale_measure.h"
+
+#include <cstddef>
+
+namespace selvane_inspect {
+namespace {
+
+using ZELPropUI::CZELItemDataBase;
+using ZELPropUI::InterfaceKey;
+using ZELPropUI::ISliderController;
+using ZELPropUI::PageRect;
+
+constexpr int dots_per_inch = 96;
+constexpr std::string_view control_words[] = {"label", "slider",    "edit",  "spin button",
+                                              "combo", "check box", "button"};
+
+placed_control placed_on(control_kind kind, const PageRect& place, ISliderController& controller) {
+    return {kind, place, {}, &controller, nullptr, controller.GetKey()};
+}
+
+}  // namespace
+
+std::string_view control_word(control_kind kind) noexcept {
+    return control_words[static_cast<std::size_t>(kind)];
+}
+
+int dialog_canvas::TextWidth(std::wstring_view text) { return dialog_text_width(text); }
+
+int dialog_canvas::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+int dialog_canvas::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
+
+void dialog_canvas::AddLabel(const PageRect& place, std::wstring_view text) {
+    add({control_kind::label, place, text});
+}
+
+void dialog_canvas::AddSlider(const PageRect& place, ISliderController& controller) {
+    add(placed_on(control_kind::slider, place, controller));
+}
+
+void dialog_canvas::AddEdit(const PageRect& place, ISliderController& controller) {
+    add(placed_on(control_kind::edit, place, controller));
+}
+
+void dialog_canvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
+    add(placed_on(control_kind::spin_button, place, controller));
+}
+
+void dialog_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
+    add({control_kind::combo, place, {}, nullptr, &item, key});
+}
+
+void dialog_canvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                              std::wstring_view caption) {
+    add({control_kind::check_box, place, caption, nullptr, &item, key});
+}
+
+void dialog_canvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+                              std::wstring_view caption) {
+    add({control_kind::button, place, caption, nullptr, &item, key});
+}
+
+}  // namespace selvane_inspect

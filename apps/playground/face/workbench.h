@@ -3,6 +3,7 @@
 #include "adapter/genicam_adapter_device.h"
 #include "apps/inspect/pages/page_preview.h"
 #include "apps/playground/face/live_page.h"
+#include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 
 #include <array>

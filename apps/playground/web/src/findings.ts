@@ -44,6 +44,11 @@ function endOfWord(text: Text, from: number): number {
   return Math.min(from + (word?.[0].length ?? 1), text.length);
 }
 
+/** Here the registers are in sight, and there is no command line. */
+function remedyOf(finding: Finding): string {
+  return `${finding.why} ${finding.what_to_do}`.replaceAll(" (give them with --memory or --register)", "");
+}
+
 export function diagnosticsOf(text: Text, findings: Finding[]): Diagnostic[] {
   const marks: Diagnostic[] = [];
   for (const finding of findings) {
@@ -55,7 +60,7 @@ export function diagnosticsOf(text: Text, findings: Finding[]): Diagnostic[] {
         to: endOfWord(text, from),
         severity: finding.severity === "note" ? "info" : finding.severity,
         source: finding.rule,
-        message: `${finding.message}\n${finding.why} ${finding.what_to_do}`,
+        message: `${finding.message}\n${remedyOf(finding)}`,
       });
     }
   }
@@ -90,7 +95,7 @@ export function showList(list: HTMLElement, findings: Finding[], go: (place: Pla
         make("span", { class: "rule" }, finding.rule),
       );
       line.addEventListener("click", () => go(finding));
-      return make("li", {}, line, make("p", {}, `${finding.why} ${finding.what_to_do}`));
+      return make("li", {}, line, make("p", {}, remedyOf(finding)));
     }),
   );
 }

@@ -8,8 +8,9 @@ import type { Access, Answer, Request } from "./protocol";
 export class Inspector {
   constructor(private readonly engine: EngineClient) {}
 
-  async lint(bytes: Uint8Array): Promise<Finding[] | undefined> {
-    const answer = await this.run(["lint", "FILE"], bytes);
+  /** Over what the registers hold at first. */
+  async lint(bytes: Uint8Array, registers: string): Promise<Finding[] | undefined> {
+    const answer = await this.run(["lint", "FILE"], bytes, registers);
     const output = answer?.output as { files?: { findings: Finding[] }[] } | null | undefined;
     return output?.files?.[0]?.findings;
   }

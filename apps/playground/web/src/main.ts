@@ -96,6 +96,7 @@ class Playground {
   private busy = { waits: false, edited: true };
   private turn = 0;
   private bytes: Uint8Array = new Uint8Array();
+  private firstRegisters = "";
 
   private readonly rebuild = latest(() => this.build());
   private readonly rebuildSoon = after(editDelay, this.rebuild);
@@ -240,6 +241,8 @@ class Playground {
       return;
     }
     this.showCurrent();
+    const { registers = "" } = await this.engine.ask({ do: "registers" });
+    this.firstRegisters = registers;
     await this.pages.offerRest();
   }
 
@@ -354,7 +357,7 @@ class Playground {
 
   private async lint(): Promise<void> {
     const text = this.editor.view.state.doc;
-    const findings = await this.inspector.lint(this.bytes);
+    const findings = await this.inspector.lint(this.bytes, this.firstRegisters);
     if (this.broken || text !== this.editor.view.state.doc) return;
     this.showFindings(findings ?? []);
     this.findingsBox.ariaBusy = "false";

@@ -21,9 +21,21 @@ const repeatPeriod = 50;
 
 const pen = document.createElement("canvas").getContext("2d");
 
-/** Lets a text take the room that the layout measured, whatever font there is. The pen has the font of the sheet. */
+const fitted = new WeakMap<HTMLElement, string>();
+let dipped = false;
+
+/** Gives the pen the font of the sheets: all have the same, and it is known as soon as one of them is shown. */
+function dip(sheet: HTMLElement): void {
+  if (!pen || dipped || !sheet.isConnected) return;
+  pen.font = getComputedStyle(sheet).font;
+  dipped = true;
+}
+
+/** Lets a text take the room that the layout measured, whatever font there is. */
 function fit(element: HTMLElement, text: string, width: number): void {
-  if (!pen || text.length === 0) return;
+  const wanted = `${width} ${text}`;
+  if (!pen || text.length === 0 || fitted.get(element) === wanted) return;
+  if (dipped) fitted.set(element, wanted);
   const natural = pen.measureText(text).width;
   element.style.letterSpacing = `${((width - natural) / text.length).toFixed(3)}px`;
 }
@@ -271,7 +283,7 @@ export class PageView {
   }
 
   show(state: ControlState[]): void {
-    if (pen) pen.font = getComputedStyle(this.sheet).font;
+    dip(this.sheet);
     const focused = this.controls.findIndex(({ place }) => place.contains(document.activeElement));
     this.showEach(state);
     // The keyboard goes on at the next control when this one cannot be used any more.

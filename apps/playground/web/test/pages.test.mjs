@@ -185,13 +185,9 @@ test("findings stand in the margin, at their place and in the list", async () =>
 
 test("a file that is dropped is opened", async () => {
   await startAnew();
-  await playground.page.evaluate((text) => {
-    const data = new DataTransfer();
-    data.items.add(new File([text], "dropped.xml", { type: "text/xml" }));
-    document.querySelector(".cm-content").dispatchEvent(new DragEvent("drop", { dataTransfer: data, bubbles: true, cancelable: true }));
-  }, readText(ourDescription("first_page")).replace("<DisplayName>Lamp<", "<DisplayName>Dropped<"));
-  await playground.page.waitForFunction(() => document.querySelector(".sheet .label")?.textContent === "Dropped");
-  assert.equal(await playground.text("#file-name"), "dropped.xml");
+  const text = readText(ourDescription("first_page")).replace("<DisplayName>Lamp<", "<DisplayName>Dropped<");
+  await playground.drop(text, "dropped.xml");
+  assert.equal(await playground.text(".sheet .label"), "Dropped");
 });
 
 test("a file is saved as it was opened, with its mark and its line ends", async () => {

@@ -20,12 +20,13 @@ try {
       await playground.page.waitForFunction(() => document.getElementById("file-name").textContent === "simulated_camera.xml");
       await playground.settle();
       await playground.settleFindings();
+      await playground.showPage("exposure");
       await playground.showTool("describe");
       await playground.page.click(playground.control("slider", "ExposureTime"));
-      await playground.settle();
+      await playground.page.waitForSelector("#description h3");
       await playground.page.screenshot({ path: join(folder, `${scheme}-${name}.png`) });
       await playground.showTool("registers");
-      await playground.settle();
+      await playground.page.waitForSelector("#registers td input");
       await playground.page.screenshot({ path: join(folder, `${scheme}-${name}-registers.png`) });
       await playground.page.close();
     }

@@ -186,13 +186,22 @@ export class Playground {
     await this.page.keyboard.down("Control");
     await this.page.keyboard.press("a");
     await this.page.keyboard.up("Control");
-    const session = await this.page.createCDPSession();
-    await session.send("Input.insertText", { text });
-    await session.detach();
+    await this.insert(text);
     await this.settle();
   }
   /** Puts the cursor behind the first such words, by the editor's own search, and types there. */
   async typeBehind(words, text) {
+    await this.goBehind(words);
+    await this.page.keyboard.type(text);
+    await this.settle();
+  }
+  /** The same for a text that the clipboard brings: the editor completes nothing in it. */
+  async pasteBehind(words, text) {
+    await this.goBehind(words);
+    await this.insert(text);
+    await this.settle();
+  }
+  async goBehind(words) {
     await this.page.focus(".cm-content");
     await this.chord("f");
     await this.page.waitForSelector(".cm-search input[name=search]");
@@ -201,13 +210,27 @@ export class Playground {
     await this.page.keyboard.press("Enter");
     await this.page.keyboard.press("Escape");
     await this.page.keyboard.press("ArrowRight");
-    await this.page.keyboard.type(text);
-    await this.settle();
+  }
+  async insert(text) {
+    const session = await this.page.createCDPSession();
+    await session.send("Input.insertText", { text });
+    await session.detach();
   }
   async chord(key) {
     await this.page.keyboard.down("Control");
     await this.page.keyboard.press(key);
     await this.page.keyboard.up("Control");
+  }
+
+  /** Lets a file fall onto the editor. */
+  async drop(text, name) {
+    await this.page.evaluate((contents, called) => {
+      const data = new DataTransfer();
+      data.items.add(new File([contents], called, { type: "text/xml" }));
+      document.querySelector(".cm-content").dispatchEvent(new DragEvent("drop", { dataTransfer: data, bubbles: true, cancelable: true }));
+    }, text, name);
+    await this.page.waitForFunction((wanted) => document.getElementById("file-name").textContent === wanted, {}, name);
+    await this.settle();
   }
 
   text(selector) {

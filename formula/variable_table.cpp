@@ -46,14 +46,14 @@ void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described
     reserve(xml);
     if (xml.has(child::Constant)) {
         for (const known_child& found : xml.known_children()) {
-            if (found.name == child::Constant) add_constant(found.element, is_integer);
+            if (found.name == child::Constant) add_constant(found, is_integer);
         }
     }
     for (const known_child& found : xml.known_children()) {
         if (found.name != child::pVariable) continue;
         const std::string_view name = binding_name(found.element);
         if (name.find(entry_specifier) != std::string_view::npos) {
-            add_enumeration_entry(doc, name, found.element.child_value(), is_integer);
+            add_enumeration_entry(doc, name, found.text(), is_integer);
         }
     }
 }
@@ -70,9 +70,9 @@ void variable_table::reserve(const described_element& xml) {
     expressions_.reserve(expressions);
 }
 
-void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
-    const std::string_view name = binding_name(element);
-    const std::string_view text = element.child_value();
+void variable_table::add_constant(const known_child& found, bool is_integer) {
+    const std::string_view name = binding_name(found.element);
+    const std::string_view text = found.text();
     if (const std::optional<eval_value> constant = parse_constant(text, is_integer)) {
         add_constant(name, *constant);
     } else if (log_enabled(log_failure)) {

@@ -67,7 +67,7 @@ public:
 
 private:
     void reserve(const described_element& xml);
-    void add_constant(pugi::xml_node element, bool is_integer);
+    void add_constant(const known_child& found, bool is_integer);
     void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, std::string_view target,
                                bool is_integer);
 

@@ -74,7 +74,7 @@ child_set list_children(pugi::xml_node xml, std::vector<known_child>& children) 
         if (place == child_names.not_found) continue;
         const auto name = static_cast<child>(place);
         present.add(name);
-        children.push_back({node, name});
+        children.push_back({node, node.child_value(), name});
     }
     return present;
 }

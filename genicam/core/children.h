@@ -89,7 +89,10 @@ static_assert(static_cast<unsigned>(child::count) <= 64);
 
 struct known_child {
     pugi::xml_node element;
+    const char* terminated_text;  ///< looked up with the element, while its surroundings are warm
     child name;
+
+    [[nodiscard]] std::string_view text() const noexcept { return terminated_text; }
 };
 
 /// An element whose known children were looked up in one pass, so that what reads it needs no search in the
@@ -109,7 +112,7 @@ public:
         if (!present_.has(name)) return {};
         const known_child* found = children_.data();
         while (found->name != name) ++found;
-        return found->element.child_value();
+        return found->text();
     }
 
     /// Calls `fn` with each child of that name, in document order.
@@ -117,12 +120,12 @@ public:
     void for_each(GenICam::child name, Function fn) const {
         if (!present_.has(name)) return;
         for (const known_child& one : children_) {
-            if (one.name == name) fn(one.element);
+            if (one.name == name) fn(one);
         }
     }
     [[nodiscard]] std::size_t count(GenICam::child name) const {
         std::size_t found = 0;
-        for_each(name, [&found](pugi::xml_node) { ++found; });
+        for_each(name, [&found](const known_child&) { ++found; });
         return found;
     }
 

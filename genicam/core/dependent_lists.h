@@ -33,6 +33,11 @@ public:
     void spend(std::size_t entries) noexcept { spent_ += entries; }
     [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
 
+    /// An empty list to complete one in, the same each time.
+    [[nodiscard]] std::vector<IEval*>& take_scratch() noexcept {
+        scratch_.clear();
+        return scratch_;
+    }
     /// A number that no node was marked with.
     [[nodiscard]] std::uint32_t take_mark() noexcept { return ++last_mark_; }
 
@@ -72,6 +77,7 @@ private:
     std::vector<tape> tapes_;
     std::vector<list> lists_;            // numbered from 1
     std::vector<node_base_data*> path_;  // each the single dependent of the one before
+    std::vector<IEval*> scratch_;
     std::size_t spent_ = 0;
     std::uint32_t last_mark_ = 0;
 };

@@ -66,7 +66,7 @@ INode* node_base_data::resolve_common_link(IGenICamDoc* doc, const described_ele
 void node_base_data::resolve_invalidators(IGenICamDoc* doc, const described_element& xml) {
     for (const known_child& listed : xml.known_children()) {
         if (listed.name != child::pInvalidator) continue;
-        if (INode* node = doc->find_node(listed.element.child_value())) {
+        if (INode* node = doc->find_node(listed.text())) {
             node->get_eval()->add_dependent(get_node());
         } else if (log_enabled(log_failure)) {
             log_message(log_failure,

@@ -39,20 +39,17 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_el
         }
         default_entry_.index = -1;
     }
-    std::size_t count = 0;
-    for (const char* name : {"pValueIndexed", "ValueIndexed"}) {
-        for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
-    }
-    entries_.reserve(count);
+    entries_.reserve(xml.count(child::pValueIndexed) + xml.count(child::ValueIndexed));
     read_links(doc, xml, self);
     read_constants(xml, is_float);
     return true;
 }
 
 void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& xml, INode* self) {
-    for (const pugi::xml_node element : xml.children("pValueIndexed")) {
+    for (const known_child& found : xml.known_children()) {
+        if (found.name != child::pValueIndexed) continue;
         indexed_entry entry;
-        if (!parse_index(element, entry.index)) {
+        if (!parse_index(found.element, entry.index)) {
             log_element(
                 "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
                 "attribute of "
@@ -60,7 +57,7 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& x
                 xml);
             continue;
         }
-        entry.node = doc->find_node(element.child_value());
+        entry.node = doc->find_node(found.text());
         if (entry.node == nullptr) {
             log_element(
                 "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
@@ -75,9 +72,10 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& x
 }
 
 void value_eval_indexed::read_constants(const described_element& xml, bool is_float) {
-    for (const pugi::xml_node element : xml.children("ValueIndexed")) {
+    for (const known_child& found : xml.known_children()) {
+        if (found.name != child::ValueIndexed) continue;
         indexed_entry entry;
-        if (!parse_index(element, entry.index)) {
+        if (!parse_index(found.element, entry.index)) {
             log_element(
                 "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse \"Index\" "
                 "attribute of "
@@ -85,7 +83,7 @@ void value_eval_indexed::read_constants(const described_element& xml, bool is_fl
                 xml);
             continue;
         }
-        if (!parse_constant(element.child_value(), is_float, entry.value)) {
+        if (!parse_constant(found.text(), is_float, entry.value)) {
             log_element(
                 "GenICam::value_eval_indexed::resolve_references, %s (\"%s\"). Failed to parse resolve "
                 "contents of "

@@ -98,8 +98,9 @@ bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) 
     element_in_work_ = nullptr;
     formulas_.close();
     index_ = nullptr;
+    dependents_.close();
     const bool are_closed = close_dependents();
-    dependents_ = dependents_map(first_buckets);
+    dependents_ = {};
     is_loading_ = false;
     return are_closed;
 }
@@ -235,8 +236,7 @@ void genicam_doc::fire_callbacks(INode* node) {
 
 void genicam_doc::add_dependent(IEval* owner, IEval* dependent) {
     if (!takes_dependents()) return;
-    auto& known = dependents_[owner];
-    if (!is_registered(known, dependent)) known.push_back(dependent);
+    dependents_.add(*static_cast<node_base_data*>(owner), dependent);
 }
 
 bool genicam_doc::takes_dependents() const {
@@ -245,9 +245,7 @@ bool genicam_doc::takes_dependents() const {
 }
 
 gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {
-    const auto found = dependents_.find(owner);
-    if (found == dependents_.end()) return {};
-    return {found->second.data(), found->second.size()};
+    return dependents_[*static_cast<const node_base_data*>(owner)];
 }
 
 }  // namespace GenICam

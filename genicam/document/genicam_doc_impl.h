@@ -3,6 +3,7 @@
 #include "formula/formula_store.h"
 #include "genicam/core/children.h"
 #include "genicam/core/dependent_lists.h"
+#include "genicam/core/dependent_register.h"
 #include "genicam/core/document_services.h"
 #include "genicam/core/expansion_budget.h"
 #include "genicam/document/document_allocator.h"
@@ -12,7 +13,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include <boost/container/small_vector.hpp>
 #include <pugixml.hpp>
 
 namespace GenICam {
@@ -78,7 +78,6 @@ private:
         std::vector<std::function<void(INode*)>> functions;
         std::uint64_t clearings = 0;  // tells a change under way that what it began with is gone
     };
-    using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
 
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
@@ -98,7 +97,7 @@ private:
     pugi::xml_document xml_;
     document_allocator allocator_;
     std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
-    dependents_map dependents_{first_buckets};  // only while loading
+    dependent_register dependents_;  // only while loading
     dependent_lists shared_lists_;
     expansion_budget formula_expansion_;
     formula_store formulas_;

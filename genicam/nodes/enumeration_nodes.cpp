@@ -36,10 +36,10 @@ enum_entries::enum_entries(document_services* services, const described_element&
     auto* first = static_cast<enum_entry_type*>(place);
     std::uint32_t count = 0;
     std::vector<known_child> children;
-    xml.for_each(child::EnumEntry, [&](pugi::xml_node entry) {
+    xml.for_each(child::EnumEntry, [&](const known_child& entry) {
         children.clear();
-        const child_set present = list_children(entry, children);
-        ::new (first + count) enum_entry_type(services, {entry, present, children}, count);
+        const child_set present = list_children(entry.element, children);
+        ::new (first + count) enum_entry_type(services, {entry.element, present, children}, count);
         ++count;
     });
     entries_ = {first, count};

@@ -55,9 +55,9 @@ result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t fla
 
 std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     std::uint64_t sum = 0;
-    xml.for_each(child::Address, [&](pugi::xml_node element) {
+    xml.for_each(child::Address, [&](const known_child& found) {
         std::int64_t address = 0;
-        if (parse_int(element.child_value(), address) == 0) {
+        if (parse_int(found.text(), address) == 0) {
             log_element(
                 "calc_address_nodes_sum, %s (\"%s\"). Node contains invalid \"Address\" XML element.\n", xml);
         }
@@ -84,17 +84,17 @@ void address_eval::resolve_references(IGenICamDoc* doc, const described_element&
     if (xml.has(child::Address)) base_ = calc_address_nodes_sum(xml);
     if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
     terms_.reserve(xml.count(child::IntSwissKnife) + xml.count(child::pAddress) + xml.count(child::pIndex));
-    xml.for_each(child::IntSwissKnife, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.attribute("Name").value()), xml, self,
+    xml.for_each(child::IntSwissKnife, [&](const known_child& found) {
+        append_added(doc->find_node(found.element.attribute("Name").value()), xml, self,
                      "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
                      "\"IntSwissKnife\" XML element.\n");
     });
-    xml.for_each(child::pAddress, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.child_value()), xml, self,
+    xml.for_each(child::pAddress, [&](const known_child& found) {
+        append_added(doc->find_node(found.text()), xml, self,
                      "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
                      "\"pAddress\" XML element.\n");
     });
-    xml.for_each(child::pIndex, [&](pugi::xml_node element) { append_index(doc, xml, element, self); });
+    xml.for_each(child::pIndex, [&](const known_child& found) { append_index(doc, xml, found, self); });
 }
 
 void address_eval::append_added(INode* node, const described_element& xml, INode* self,
@@ -109,10 +109,10 @@ void address_eval::append_added(INode* node, const described_element& xml, INode
     node->get_eval()->add_dependent(self);
 }
 
-void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element,
+void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found,
                                 INode* self) {
     address_term term;
-    term.index_node = doc->find_node(element.child_value());
+    term.index_node = doc->find_node(found.text());
     if (term.index_node == nullptr) {
         log_element(
             "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid \"pIndex\" XML "
@@ -120,7 +120,7 @@ void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, 
             xml);
         return;
     }
-    const pugi::xml_attribute offset = element.attribute("Offset");
+    const pugi::xml_attribute offset = found.element.attribute("Offset");
     if (offset && parse_int(offset.value(), term.offset) == 0) {
         log_element(
             "GenICam::address_eval::resolve_references, %s (\"%s\"). Node contains invalid "
@@ -128,7 +128,7 @@ void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, 
             "element.\n",
             xml);
     }
-    if (const pugi::xml_attribute offset_node = element.attribute("pOffset")) {
+    if (const pugi::xml_attribute offset_node = found.element.attribute("pOffset")) {
         term.value_node = doc->find_node(offset_node.value());
         if (term.value_node != nullptr) {
             term.value_node->get_eval()->add_dependent(self);

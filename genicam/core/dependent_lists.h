@@ -33,10 +33,16 @@ public:
     void spend(std::size_t entries) noexcept { spent_ += entries; }
     [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
 
-    /// An empty list to complete one in, the same each time.
-    [[nodiscard]] std::vector<IEval*>& take_scratch() noexcept {
-        scratch_.clear();
-        return scratch_;
+    /// A list while it is completed.
+    struct growing_list {
+        std::vector<IEval*> entries;
+        std::vector<IEval*> to_follow;  ///< of the entries, those whose dependents may be missing
+    };
+    /// An empty one, the same each time.
+    [[nodiscard]] growing_list& take_growing() noexcept {
+        growing_.entries.clear();
+        growing_.to_follow.clear();
+        return growing_;
     }
     /// A number that no node was marked with.
     [[nodiscard]] std::uint32_t take_mark() noexcept { return ++last_mark_; }
@@ -77,7 +83,7 @@ private:
     std::vector<tape> tapes_;
     std::vector<list> lists_;            // numbered from 1
     std::vector<node_base_data*> path_;  // each the single dependent of the one before
-    std::vector<IEval*> scratch_;
+    growing_list growing_;
     std::size_t spent_ = 0;
     std::uint32_t last_mark_ = 0;
 };

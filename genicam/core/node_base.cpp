@@ -34,18 +34,11 @@ bool has_truth_value(const INode& node) {
 }  // namespace
 
 node_base_data::node_base_data(document_services* services, const described_element& xml)
-    : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml.present()) {
+    : xml_(xml), name_(xml.node_name()), services_(services), children_(xml.present()) {
     imposed_access_mode_ = parse_imposed_access_mode(xml.text(child::ImposedAccessMode));
 }
 
-void node_base_data::resolve_references(IGenICamDoc* doc) {
-    const described_element* known = services_->element_in_work();
-    if (known != nullptr && *known == xml_) {
-        resolve_described(doc, *known);
-    } else {
-        resolve_described(doc, *scanned_element(xml_));
-    }
-}
+void node_base_data::resolve_references(IGenICamDoc* doc) { resolve_described(doc, *scanned_element(xml_)); }
 
 void node_base_data::resolve_described(IGenICamDoc* doc, const described_element& xml) {
     is_implemented_node_ = resolve_common_link(doc, xml, child::pIsImplemented);

@@ -39,20 +39,21 @@ void node_base_impl_value::find_list(dependent_lists& lists) {
 bool node_base_impl_value::complete_list(dependent_lists& lists, std::size_t longest) {
     const std::uint32_t mark = lists.take_mark();
     for (IEval* dependent : dependents_) mark_listed(dependent, mark, false);
-    std::vector<IEval*>& complete = lists.take_scratch();
-    complete.assign(dependents_.begin(), dependents_.end());
+    dependent_lists::growing_list& list = lists.take_growing();
+    list.entries.assign(dependents_.begin(), dependents_.end());
+    list.to_follow = list.entries;
     std::size_t looked_at = 0;
     // By place, as the list grows.
-    for (std::size_t at = 0; at < complete.size(); ++at) {
-        auto* dependent = static_cast<node_base_data*>(complete[at]);
+    for (std::size_t at = 0; at < list.to_follow.size(); ++at) {
+        auto* dependent = static_cast<node_base_data*>(list.to_follow[at]);
         if (dependent == this || dependent->is_covered_) continue;
         const gsl::span<IEval* const> following = dependent->get_dependents();
         if (following.empty()) continue;
-        if (following.size() > longest - complete.size()) return false;
+        if (following.size() > longest - list.entries.size()) return false;
         looked_at += following.size();
-        append_unseen(complete, following, mark, dependent->is_closed_);
+        append_unseen(list, following, mark, dependent->is_closed_);
     }
-    dependents_.assign(complete.begin(), complete.end());
+    dependents_.assign(list.entries.begin(), list.entries.end());
     lists.spend(looked_at);
     return true;
 }
@@ -64,13 +65,14 @@ void node_base_impl_value::mark_listed(IEval* dependent, std::uint32_t mark, boo
 }
 
 // What stands in a complete list brings nothing that does not stand there too.
-void node_base_impl_value::append_unseen(std::vector<IEval*>& list, gsl::span<IEval* const> nodes,
+void node_base_impl_value::append_unseen(dependent_lists::growing_list& list, gsl::span<IEval* const> nodes,
                                          std::uint32_t mark, bool are_complete) {
     for (IEval* node : nodes) {
         auto* base = static_cast<node_base_data*>(node);
         if (base->closing_mark_ != mark) {
             mark_listed(node, mark, are_complete);
-            list.push_back(node);
+            list.entries.push_back(node);
+            if (!are_complete) list.to_follow.push_back(node);
         } else if (are_complete) {
             base->is_covered_ = true;
         }

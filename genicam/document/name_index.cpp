@@ -42,7 +42,8 @@ std::uint32_t name_index::hash_of(std::string_view name) noexcept {
     } else {
         for (const char c : name) mix(static_cast<unsigned char>(c));
     }
-    return static_cast<std::uint32_t>(hash);
+    // What the last bytes of a word changed has to reach the bits that choose a slot.
+    return static_cast<std::uint32_t>(hash * factor >> 32U);
 }
 
 }  // namespace GenICam

@@ -82,7 +82,7 @@ kept_formula* formula_store::find(std::string_view text, const name_scope& names
 
 kept_formula& formula_store::add(std::string_view text, const source_kinds& kinds) {
     static_assert(std::is_trivially_destructible_v<kept_formula>);
-    auto* formula = ::new (rooms_.take(sizeof(kept_formula))) kept_formula();
+    auto* formula = ::new (memory_.take(sizeof(kept_formula))) kept_formula();
     formula->text_ = text;
     formula->kinds_ = kinds;
     formula->store_ = this;
@@ -90,13 +90,11 @@ kept_formula& formula_store::add(std::string_view text, const source_kinds& kind
 }
 
 name_scope formula_store::copy(const name_scope& names) {
-    auto* rows = static_cast<variable_row*>(rooms_.take(names.rows.size_bytes()));
-    std::uninitialized_copy(names.rows.data(), names.rows.data() + names.rows.size(), rows);
-    return {{rows, names.rows.size()}, names.no_from_to};
+    return {memory_.copy(names.rows.data(), names.rows.size()), names.no_from_to};
 }
 
 void formula_store::take_room(kept_formula& formula, std::size_t size) {
-    formula.room_ = rooms_.take(size);
+    formula.room_ = memory_.take(size);
     formula.room_size_ = size;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "formula/formula_program.h"
-#include "formula/formula_rooms.h"
 #include "formula/formula_specialiser.h"
 #include "formula/math_parser.h"
 #include "formula/source_kinds.h"
 #include "formula/variable_table.h"
+#include "genicam/core/block_memory.h"
 
 #include <cstdint>
 #include <memory>
@@ -83,7 +83,7 @@ private:
         formula_specialiser specialiser;
     };
 
-    formula_rooms rooms_;
+    block_memory memory_;
     std::unique_ptr<tools> tools_;
     formula_size largest_;
     std::unordered_multimap<std::string_view, kept_formula*> known_;  // while the description is loaded

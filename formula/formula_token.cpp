@@ -43,6 +43,25 @@ constexpr std::array<character, 256> make_classes() noexcept {
 
 constexpr std::array<character, 256> classes = make_classes();
 
+// What a character can be of, as bits that a sum is made of without a branch.
+constexpr unsigned counts_as_word = 1;
+constexpr unsigned counts_as_operator = 2;
+constexpr unsigned counts_as_mark = 4;
+
+constexpr std::array<std::uint8_t, 256> make_counts() noexcept {
+    std::array<std::uint8_t, 256> counted{};
+    for (std::size_t c = 0; c < counted.size(); ++c) {
+        unsigned counts = 0;
+        if (classes[c] >= character::digit) counts |= counts_as_word;
+        if (classes[c] == character::other) counts |= counts_as_operator;
+        if (classes[c] == character::mark || c == '?') counts |= counts_as_mark;
+        counted[c] = static_cast<std::uint8_t>(counts);
+    }
+    return counted;
+}
+
+constexpr std::array<std::uint8_t, 256> counts = make_counts();
+
 character class_of(char c) noexcept { return classes[static_cast<unsigned char>(c)]; }
 
 std::string_view skip_space(std::string_view text) noexcept {
@@ -104,14 +123,13 @@ std::string_view status_text(parse_status status) noexcept {
 // Each word and each operator can be one node. Of operators with two characters both count.
 formula_size measure_formula(std::string_view text) noexcept {
     formula_size size;
-    bool is_inside_word = false;
+    unsigned before = 0;
     for (const char c : text) {
-        const bool is_word = class_of(c) >= character::digit;
-        const bool is_mark = class_of(c) == character::mark;
-        const bool is_operator = class_of(c) == character::other;
-        size.nodes += static_cast<std::size_t>((is_word && !is_inside_word) || is_operator);
-        size.marks += static_cast<std::size_t>(is_mark || c == '?');
-        is_inside_word = is_word;
+        const unsigned counted = counts[static_cast<unsigned char>(c)];
+        size.nodes +=
+            (counted & ~before & counts_as_word) + (counted & counts_as_operator) / counts_as_operator;
+        size.marks += counted / counts_as_mark;
+        before = counted;
     }
     return size;
 }

@@ -74,19 +74,19 @@ void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const des
         std::count_if(children.begin(), children.end(),
                       [](const known_child& found) { return found.name == child::pVariable; })));
     for (const known_child& found : children) {
-        if (found.name == child::pVariable) bind_variable(doc, found.element, self, table);
+        if (found.name == child::pVariable) bind_variable(doc, found, self, table);
     }
     if (!xml.has(child::Expression)) return;
     for (const known_child& found : children) {
-        if (found.name == child::Expression) parse_expression(found.element, table);
+        if (found.name == child::Expression) parse_expression(found, table);
     }
 }
 
-void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, INode* self,
+void variable_map_impl::bind_variable(IGenICamDoc* doc, const known_child& found, INode* self,
                                       variable_table& table) {
-    const std::string_view name = binding_name(element);
+    const std::string_view name = binding_name(found.element);
     if (table.has(name)) return;
-    INode* node = doc->find_node(element.child_value());
+    INode* node = doc->find_node(found.text());
     if (node == nullptr) return;
     const variable_accessor accessor = create_resulting_entry(*node, name, element);
     if (accessor == nullptr) return;
@@ -96,10 +96,10 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, pugi::xml_node element, 
     table.add_variable(name, id);
 }
 
-void variable_map_impl::parse_expression(pugi::xml_node element, variable_table& table) const {
-    const std::string_view name = binding_name(element);
+void variable_map_impl::parse_expression(const known_child& found, variable_table& table) const {
+    const std::string_view name = binding_name(found.element);
     if (table.has(name)) return;
-    const std::string_view text = element.child_value();
+    const std::string_view text = found.text();
     result<formula_program> program = parse_instructions(text, table);
     if (program) {
         table.add_expression(name, std::move(program.assume_value()));

@@ -61,8 +61,8 @@ public:
     eval_value current;
 
 private:
-    void bind_variable(IGenICamDoc* doc, pugi::xml_node element, INode* self, variable_table& table);
-    void parse_expression(pugi::xml_node element, variable_table& table) const;
+    void bind_variable(IGenICamDoc* doc, const known_child& found, INode* self, variable_table& table);
+    void parse_expression(const known_child& found, variable_table& table) const;
 
     boost::container::small_vector<variable_source, 3> sources_;
     bool is_integer_;

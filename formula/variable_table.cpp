@@ -42,14 +42,14 @@ void variable_table::build_formula_name_lookup(IGenICamDoc* doc, const described
     reserve(xml);
     if (xml.has(child::Constant)) {
         for (const known_child& found : xml.known_children()) {
-            if (found.name == child::Constant) add_constant(found.element, is_integer);
+            if (found.name == child::Constant) add_constant(found, is_integer);
         }
     }
     for (const known_child& found : xml.known_children()) {
         if (found.name != child::pVariable) continue;
         const std::string_view name = binding_name(found.element);
         if (name.find(entry_specifier) != std::string_view::npos) {
-            add_enumeration_entry(doc, name, found.element, is_integer);
+            add_enumeration_entry(doc, name, found, is_integer);
         }
     }
 }
@@ -66,22 +66,22 @@ void variable_table::reserve(const described_element& xml) {
     expressions_.reserve(expressions);
 }
 
-void variable_table::add_constant(pugi::xml_node element, bool is_integer) {
-    const std::string_view name = binding_name(element);
-    const std::string_view text = element.child_value();
+void variable_table::add_constant(const known_child& found, bool is_integer) {
+    const std::string_view name = binding_name(found.element);
+    const std::string_view text = found.text();
     if (const std::optional<eval_value> constant = parse_constant(text, is_integer)) {
         add_constant(name, *constant);
     } else {
-        report(messages::constant_invalid, {element.parent(), element}, name, text);
+        report(messages::constant_invalid, {found.element.parent(), found.element}, name, text);
     }
 }
 
 // The entry becomes a number now and is no variable.
-void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, pugi::xml_node element,
+void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view name, const known_child& found,
                                            bool is_integer) {
-    INode* node = doc->find_node(element.child_value());
+    INode* node = doc->find_node(found.text());
     if (node == nullptr || node->get_node_type() != node_type::enumeration) {
-        report(messages::enumeration_of_variable_unresolved, {element.parent(), element});
+        report(messages::enumeration_of_variable_unresolved, {found.element.parent(), found.element});
         return;
     }
     // A name that ends in the specifier has no entry name, and the exception of substr leaves the load.
@@ -90,7 +90,7 @@ void variable_table::add_enumeration_entry(IGenICamDoc* doc, std::string_view na
         name.substr(name.find(entry_specifier) + entry_specifier.size() + point);
     const IEnumEntry* entry = static_cast<IEnumeration*>(node)->find_entry(entry_name);
     if (entry == nullptr) {
-        report(messages::entry_of_variable_unresolved, {element.parent(), element});
+        report(messages::entry_of_variable_unresolved, {found.element.parent(), found.element});
         return;
     }
     add_constant(name, number_of_entry(*entry, is_integer));

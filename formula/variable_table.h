@@ -67,8 +67,8 @@ public:
 
 private:
     void reserve(const described_element& xml);
-    void add_constant(pugi::xml_node element, bool is_integer);
-    void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, pugi::xml_node element,
+    void add_constant(const known_child& found, bool is_integer);
+    void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, const known_child& found,
                                bool is_integer);
 
     expansion_budget& budget_;

@@ -16,6 +16,8 @@ constexpr std::size_t value_characters = 20 - 1;  // behind them the terminator
 constexpr int limit_decimals = 2;
 constexpr std::wstring_view line_breaks = L"\n\v\f\r";
 
+// By `fmt::format` alone: most of its siblings bring the code of fmt into this source once more.
+//
 // Numbers are formatted narrow, so that widening is a change of type: they are plain ASCII.
 std::wstring Widen(std::string_view number) { return {number.begin(), number.end()}; }
 
@@ -59,7 +61,8 @@ std::wstring FormatFraction(std::int32_t denominator, std::wstring_view unit) {
 }
 
 bool HasRoomForUnit(double value, std::wstring_view unit) {
-    return fmt::formatted_size("{:.{}f} ", value, shown_decimals) + unit.size() <= value_characters;
+    const std::size_t blank = 1;
+    return fmt::format("{:.{}f}", value, shown_decimals).size() + blank + unit.size() <= value_characters;
 }
 
 std::wstring FormatLimit(double limit, std::wstring_view unit) {

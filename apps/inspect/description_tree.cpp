@@ -20,9 +20,8 @@ void description_tree::collect() {
     GenICam::document_allocator allocator;
     for (GenICam::element_walk walk(root(), page_options); walk.next();) {
         const GenICam::taken_element& taken = walk.taken();
-        taken.chosen->reserve(allocator, taken.describe(walk.children()));
-        add(taken.xml, taken.chosen);
-        walk.children().clear();
+        taken.chosen->reserve(allocator, taken.element);
+        add(taken.element, taken.chosen);
     }
     arena_bytes_ = allocator.reserved_bytes();
     const std::size_t nodes = elements_.size();

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <new>
 
 namespace GenICam {
 namespace {
@@ -67,16 +68,33 @@ constexpr name_table<child_count> child_names(name_list);
 
 const char* name_of(child name) noexcept { return child_names[static_cast<std::size_t>(name)].data(); }
 
-child_set list_children(pugi::xml_node xml, std::vector<known_child>& children) {
+described_element element_scanner::describe(pugi::xml_node xml) {
+    described_element element = describe_alone(xml);
+    if (element.has(child::EnumEntry)) element.set_entries(describe_entries(element));
+    return element;
+}
+
+described_element element_scanner::describe_alone(pugi::xml_node xml) {
+    children_.clear();
     child_set present;
     for (pugi::xml_node node = xml.first_child(); node; node = node.next_sibling()) {
         const std::size_t place = child_names.find(node.name());
         if (place == child_names.not_found) continue;
         const auto name = static_cast<child>(place);
         present.add(name);
-        children.push_back({node, name});
+        children_.push_back({node, node.child_value(), name});
     }
-    return present;
+    return {xml, present, memory_.copy(children_.data(), children_.size())};
+}
+
+gsl::span<const described_element> element_scanner::describe_entries(const described_element& element) {
+    const std::size_t count = element.count(child::EnumEntry);
+    auto* const entries = static_cast<described_element*>(memory_.take(count * sizeof(described_element)));
+    described_element* next = entries;
+    element.for_each(child::EnumEntry, [&](const known_child& entry) {
+        ::new (next++) described_element(describe_alone(entry.element));
+    });
+    return {entries, count};
 }
 
 }  // namespace GenICam

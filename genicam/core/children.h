@@ -1,5 +1,7 @@
 #pragma once
 
+#include "genicam/core/block_memory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -89,16 +91,26 @@ static_assert(static_cast<unsigned>(child::count) <= 64);
 
 struct known_child {
     pugi::xml_node element;
+    const char* terminated_text;  ///< looked up with the element, while its surroundings are warm
     child name;
+
+    [[nodiscard]] std::string_view text() const noexcept { return terminated_text; }
 };
 
-/// An element whose known children were looked up in one pass, so that what reads it needs no search in the
-/// XML. The list of children belongs to whoever looked.
+/// An element whose name and known children were looked up in one pass, so that what reads it needs no search
+/// in the XML. The lists belong to whoever looked.
 class described_element : public pugi::xml_node {
 public:
+    described_element() = default;
     described_element(pugi::xml_node xml, const child_set& present,
                       gsl::span<const known_child> children) noexcept
-        : pugi::xml_node(xml), present_(present), children_(children) {}
+        : pugi::xml_node(xml),
+          present_(present),
+          children_(children),
+          node_name_(xml.attribute("Name").value()) {}
+
+    /// The attribute `Name`.
+    [[nodiscard]] std::string_view node_name() const noexcept { return node_name_; }
 
     [[nodiscard]] const child_set& present() const noexcept { return present_; }
     [[nodiscard]] bool has(GenICam::child name) const noexcept { return present_.has(name); }
@@ -109,7 +121,7 @@ public:
         if (!present_.has(name)) return {};
         const known_child* found = children_.data();
         while (found->name != name) ++found;
-        return found->element.child_value();
+        return found->text();
     }
 
     /// Calls `fn` with each child of that name, in document order.
@@ -117,14 +129,18 @@ public:
     void for_each(GenICam::child name, Function fn) const {
         if (!present_.has(name)) return;
         for (const known_child& one : children_) {
-            if (one.name == name) fn(one.element);
+            if (one.name == name) fn(one);
         }
     }
     [[nodiscard]] std::size_t count(GenICam::child name) const {
         std::size_t found = 0;
-        for_each(name, [&found](pugi::xml_node) { ++found; });
+        for_each(name, [&found](const known_child&) { ++found; });
         return found;
     }
+
+    /// The children `EnumEntry`, each with its own children.
+    [[nodiscard]] gsl::span<const described_element> entries() const noexcept { return entries_; }
+    void set_entries(gsl::span<const described_element> entries) noexcept { entries_ = entries; }
 
     /// Of a `StructEntry`: the element with the settings that it shares, looked up once for all its entries.
     /// Null where nobody did.
@@ -134,25 +150,35 @@ public:
 private:
     child_set present_;
     gsl::span<const known_child> children_;
+    gsl::span<const described_element> entries_;
+    std::string_view node_name_;
     const described_element* frame_ = nullptr;
 };
 
-/// Appends the known children of an element, in document order.
-[[nodiscard]] child_set list_children(pugi::xml_node xml, std::vector<known_child>& children);
+/// Describes elements, and keeps what the descriptions refer to.
+class element_scanner {
+public:
+    [[nodiscard]] described_element describe(pugi::xml_node xml);
 
-/// A described element that owns its list.
+private:
+    [[nodiscard]] described_element describe_alone(pugi::xml_node xml);
+    [[nodiscard]] gsl::span<const described_element> describe_entries(const described_element& element);
+
+    block_memory memory_;
+    std::vector<known_child> children_;  // of one element, while it is described
+};
+
+/// A described element that owns its lists.
 class scanned_element {
 public:
-    explicit scanned_element(pugi::xml_node xml)
-        : present_(list_children(xml, children_)), element_(xml, present_, children_) {}
+    explicit scanned_element(pugi::xml_node xml) : element_(scanner_.describe(xml)) {}
     scanned_element(const scanned_element&) = delete;
     scanned_element& operator=(const scanned_element&) = delete;
     [[nodiscard]] const described_element& operator*() const noexcept { return element_; }
     [[nodiscard]] const described_element* operator->() const noexcept { return &element_; }
 
 private:
-    std::vector<known_child> children_;
-    child_set present_;
+    element_scanner scanner_;
     described_element element_;
 };
 

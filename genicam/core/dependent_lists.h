@@ -33,6 +33,17 @@ public:
     void spend(std::size_t entries) noexcept { spent_ += entries; }
     [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
 
+    /// A list while it is completed.
+    struct growing_list {
+        std::vector<IEval*> entries;
+        std::vector<IEval*> to_follow;  ///< of the entries, those whose dependents may be missing
+    };
+    /// An empty one, the same each time.
+    [[nodiscard]] growing_list& take_growing() noexcept {
+        growing_.entries.clear();
+        growing_.to_follow.clear();
+        return growing_;
+    }
     /// A number that no node was marked with.
     [[nodiscard]] std::uint32_t take_mark() noexcept { return ++last_mark_; }
 
@@ -72,6 +83,7 @@ private:
     std::vector<tape> tapes_;
     std::vector<list> lists_;            // numbered from 1
     std::vector<node_base_data*> path_;  // each the single dependent of the one before
+    growing_list growing_;
     std::size_t spent_ = 0;
     std::uint32_t last_mark_ = 0;
 };

@@ -10,7 +10,6 @@
 namespace GenICam {
 
 class dependent_lists;
-class described_element;
 class expansion_budget;
 class formula_store;
 
@@ -33,8 +32,6 @@ public:
     /// after that made a mistake, and gets false.
     [[nodiscard]] virtual bool takes_dependents() const = 0;
     [[nodiscard]] virtual formula_store& formulas() = 0;
-    /// The element whose node resolves its references at this moment, with its children; null after the load.
-    [[nodiscard]] virtual const described_element* element_in_work() const = 0;
 
 protected:
     ~document_services() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "genicam/core/text_words.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -25,10 +27,10 @@ public:
     }
 
     /// The place of the name in the list, or `not_found`.
-    [[nodiscard]] constexpr std::size_t find(std::string_view name) const noexcept {
+    [[nodiscard]] std::size_t find(std::string_view name) const noexcept {
         if (name.size() < shortest_name) return not_found;
         for (std::size_t at = slot_of(name); slots_[at] != empty_slot; at = (at + 1) % slot_count) {
-            if (names_[slots_[at]] == name) return slots_[at];
+            if (is_same_text(names_[slots_[at]], name)) return slots_[at];
         }
         return not_found;
     }

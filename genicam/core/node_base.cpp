@@ -34,18 +34,11 @@ bool has_truth_value(const INode& node) {
 }  // namespace
 
 node_base_data::node_base_data(document_services* services, const described_element& xml)
-    : xml_(xml), name_(xml.attribute("Name").value()), services_(services), children_(xml.present()) {
+    : xml_(xml), name_(xml.node_name()), services_(services), children_(xml.present()) {
     imposed_access_mode_ = parse_imposed_access_mode(xml, xml.text(child::ImposedAccessMode));
 }
 
-void node_base_data::resolve_references(IGenICamDoc* doc) {
-    const described_element* known = services_->element_in_work();
-    if (known != nullptr && *known == xml_) {
-        resolve_described(doc, *known);
-    } else {
-        resolve_described(doc, *scanned_element(xml_));
-    }
-}
+void node_base_data::resolve_references(IGenICamDoc* doc) { resolve_described(doc, *scanned_element(xml_)); }
 
 void node_base_data::resolve_described(IGenICamDoc* doc, const described_element& xml) {
     is_implemented_node_ = resolve_common_link(doc, xml, child::pIsImplemented);
@@ -66,7 +59,7 @@ INode* node_base_data::resolve_common_link(IGenICamDoc* doc, const described_ele
 void node_base_data::resolve_invalidators(IGenICamDoc* doc, const described_element& xml) {
     for (const known_child& listed : xml.known_children()) {
         if (listed.name != child::pInvalidator) continue;
-        if (INode* node = doc->find_node(listed.element.child_value())) {
+        if (INode* node = doc->find_node(listed.text())) {
             node->get_eval()->add_dependent(get_node());
         } else {
             report(messages::invalidator_unresolved, {xml_, listed.element});

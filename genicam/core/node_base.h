@@ -82,6 +82,7 @@ public:
 private:
     friend class node_base_impl_value;
     friend class dependent_lists;
+    friend class dependent_register;
 
     template <class Mode>
     [[nodiscard]] std::error_code check_access_by(bool is_write, std::uint32_t flags, Mode mode) const {
@@ -110,7 +111,8 @@ private:
     // Bears the mark of the list that this node was last seen in while lists are closed: membership is a
     // mark, not a search.
     std::uint32_t closing_mark_ = 0;
-    std::uint32_t shared_list_ = 0;  // its list of dependents where others share it, else 0
+    std::uint32_t shared_list_ = 0;    // its list of dependents where others share it, else 0
+    std::uint32_t registered_as_ = 0;  // its number in the document's register of dependents, or 0
     child_set children_;
 
 protected:

@@ -67,7 +67,8 @@ private:
     void find_list(dependent_lists& lists);
     [[nodiscard]] bool complete_list(dependent_lists& lists, std::size_t longest);
     static void mark_listed(IEval* dependent, std::uint32_t mark, bool is_covered);
-    void append_unseen(gsl::span<IEval* const> nodes, std::uint32_t mark, bool are_complete);
+    static void append_unseen(dependent_lists::growing_list& list, gsl::span<IEval* const> nodes,
+                              std::uint32_t mark, bool are_complete);
 
     // What registered itself; the complete list from its closing on, unless others share it.
     boost::container::small_vector<IEval*, 8> dependents_;

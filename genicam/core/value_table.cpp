@@ -32,26 +32,23 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_el
         }
         default_entry_.index = -1;
     }
-    std::size_t count = 0;
-    for (const char* name : {"pValueIndexed", "ValueIndexed"}) {
-        for ([[maybe_unused]] const pugi::xml_node element : xml.children(name)) ++count;
-    }
-    entries_.reserve(count);
+    entries_.reserve(xml.count(child::pValueIndexed) + xml.count(child::ValueIndexed));
     read_links(doc, xml, self);
     read_constants(xml, is_float);
     return true;
 }
 
 void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& xml, INode* self) {
-    for (const pugi::xml_node element : xml.children("pValueIndexed")) {
+    for (const known_child& found : xml.known_children()) {
+        if (found.name != child::pValueIndexed) continue;
         indexed_entry entry;
-        if (!parse_index(element, entry.index)) {
-            report(messages::index_of_link_invalid, {xml, element, "Index"});
+        if (!parse_index(found.element, entry.index)) {
+            report(messages::index_of_link_invalid, {xml, found.element, "Index"});
             continue;
         }
-        entry.node = doc->find_node(element.child_value());
+        entry.node = doc->find_node(found.text());
         if (entry.node == nullptr) {
-            report(messages::indexed_link_unresolved, {xml, element});
+            report(messages::indexed_link_unresolved, {xml, found.element});
             continue;
         }
         entry.node->get_eval()->add_dependent(self);
@@ -60,14 +57,15 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& x
 }
 
 void value_eval_indexed::read_constants(const described_element& xml, bool is_float) {
-    for (const pugi::xml_node element : xml.children("ValueIndexed")) {
+    for (const known_child& found : xml.known_children()) {
+        if (found.name != child::ValueIndexed) continue;
         indexed_entry entry;
-        if (!parse_index(element, entry.index)) {
-            report(messages::index_of_constant_invalid, {xml, element, "Index"});
+        if (!parse_index(found.element, entry.index)) {
+            report(messages::index_of_constant_invalid, {xml, found.element, "Index"});
             continue;
         }
-        if (!parse_constant(element.child_value(), is_float, entry.value)) {
-            report(messages::indexed_constant_invalid, {xml, element});
+        if (!parse_constant(found.text(), is_float, entry.value)) {
+            report(messages::indexed_constant_invalid, {xml, found.element});
             continue;
         }
         entries_.push_back(entry);

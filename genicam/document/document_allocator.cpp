@@ -37,9 +37,10 @@ void document_allocator::reserve(std::uint64_t element_size, std::uint64_t count
 void document_allocator::add_destructor(destructor_entry entry) { destructors_.push_back(entry); }
 
 void document_allocator::make_arena() {
-    arena_.resize(reserved_bytes_ + 2 * block_alignment);
-    void* base = arena_.data();
-    std::size_t space = arena_.size();
+    // Not filled: each node is written once.
+    std::size_t space = reserved_bytes_ + 2 * block_alignment;
+    arena_.reset(new std::uint8_t[space]);
+    void* base = arena_.get();
     arena_base_ = static_cast<std::uint8_t*>(std::align(block_alignment, reserved_bytes_, base, space));
     destructors_.reserve(reserved_destructors_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace GenICam {
@@ -50,7 +51,7 @@ public:
 
 private:
     std::vector<destructor_entry> destructors_;
-    std::vector<std::uint8_t> arena_;
+    std::unique_ptr<std::uint8_t[]> arena_;
     std::uint8_t* arena_base_ = nullptr;
     std::uint64_t used_ = 0;
     std::uint64_t reserved_bytes_ = 0;

@@ -3,6 +3,7 @@
 #include "genicam/core/messages.h"
 #include "genicam/core/node_state.h"
 #include "genicam/core/number_parser.h"
+#include "genicam/core/text_words.h"
 #include "genicam/core/xml_words.h"
 #include "genicam/document/node_factory.h"
 #include "genicam/document/statistics.h"
@@ -16,9 +17,22 @@
 namespace GenICam {
 namespace {
 
-// Somewhat less than real descriptions spend on each child that is known and on each node.
-constexpr std::size_t bytes_per_child = 40;
+// Somewhat less than real descriptions spend on each node.
 constexpr std::size_t bytes_per_node = 240;
+
+// How many nodes before their turn elements are fetched into the processor's cache.
+constexpr std::size_t ahead = 4;
+
+constexpr std::string_view default_port_name = "Device";
+
+// The first bytes of a name as a number, in the order of the names.
+std::uint64_t prefix_of(std::string_view name) noexcept {
+    std::uint64_t prefix = 0;
+    for (std::size_t at = 0; at < sizeof(prefix); ++at) {
+        prefix = prefix << 8 | (at < name.size() ? static_cast<unsigned char>(name[at]) : 0U);
+    }
+    return prefix;
+}
 
 // How much of the bytes is worth a copy: a driver may announce far more than it fills. The parser reads
 // nothing behind a NUL, and four aligned zero bytes hold one in every encoding. They stay, for it to end
@@ -58,52 +72,61 @@ bool genicam_doc::build_nodes() {
     std::vector<taken_element> taken;
     element_walk walk(root(), options_);
     // Room enough for real descriptions, as growing copies.
-    walk.children().reserve(xml_buffer_.size() / bytes_per_child);
     taken.reserve(xml_buffer_.size() / bytes_per_node);
     while (walk.next()) {
-        walk.taken().chosen->reserve(allocator_, walk.taken().describe(walk.children()));
+        walk.taken().chosen->reserve(allocator_, walk.taken().element);
         taken.push_back(walk.taken());
     }
-    std::vector<described_element> frames;
-    frames.reserve(walk.frames().size());
-    for (const taken_element& one : walk.frames()) frames.push_back(one.describe(walk.children()));
-    std::vector<described_element> elements;
-    elements.reserve(taken.size());
-    for (const taken_element& one : taken) {
-        elements.push_back(one.describe(walk.children()));
-        if (one.frame != taken_element::no_frame) elements.back().set_frame(&frames[one.frame]);
-    }
     allocator_.make_arena();
-    nodes_.reserve(taken.size());
-    for (std::size_t place = 0; place < taken.size(); ++place) {
-        INode* node = taken[place].chosen->construct(allocator_, this, elements[place]);
-        nodes_.emplace_back(node->get_name(), node, place);
-    }
-    std::sort(nodes_.begin(), nodes_.end());
-    return resolve_nodes(elements);
+    std::vector<INode*> made;
+    made.reserve(taken.size());
+    for (const taken_element& one : taken)
+        made.push_back(one.chosen->construct(allocator_, this, one.element));
+
+    const std::vector<name_order> order = sort_names(taken);
+    nodes_.reserve(order.size());
+    for (const name_order& at : order)
+        nodes_.push_back({taken[at.place].element.node_name(), made[at.place]});
+    return resolve_nodes(taken, order);
 }
 
-bool genicam_doc::resolve_nodes(const std::vector<described_element>& elements) {
+std::vector<genicam_doc::name_order> genicam_doc::sort_names(const std::vector<taken_element>& taken) {
+    std::vector<name_order> order;
+    order.reserve(taken.size());
+    for (const taken_element& one : taken)
+        order.push_back({prefix_of(one.element.node_name()), order.size()});
+    std::sort(order.begin(), order.end(), [&taken](const name_order& left, const name_order& right) {
+        if (left.prefix != right.prefix) return left.prefix < right.prefix;
+        return taken[left.place].element.node_name() < taken[right.place].element.node_name();
+    });
+    return order;
+}
+
+bool genicam_doc::resolve_nodes(const std::vector<taken_element>& taken,
+                                const std::vector<name_order>& order) {
     name_index index(nodes_.size());
     if (fill(index)) index_ = &index;
-    default_port_ = find_port("Device");
-    for (const named_node& named : nodes_) {
-        element_in_work_ = &elements[named.place()];
-        named.node()->get_eval()->resolve_references(this);
-        if (named.node()->get_streamable()) streamable_nodes_.push_back(named.node());
+    default_port_ = find_port(default_port_name);
+    for (std::size_t at = 0; at < nodes_.size(); ++at) {
+        // What follows by name stands anywhere in the description.
+        if (at + ahead < nodes_.size()) __builtin_prefetch(&taken[order[at + ahead].place]);
+        INode* node = nodes_[at].node;
+        static_cast<node_base_data*>(node->get_eval())
+            ->resolve_described(this, taken[order[at].place].element);
+        if (node->get_streamable()) streamable_nodes_.push_back(node);
     }
-    element_in_work_ = nullptr;
     formulas_.close();
     index_ = nullptr;
+    dependents_.close();
     const bool are_closed = close_dependents();
-    dependents_ = dependents_map(first_buckets);
+    dependents_ = {};
     is_loading_ = false;
     return are_closed;
 }
 
 bool genicam_doc::close_dependents() {
     for (const named_node& named : nodes_) {
-        named.node()->get_eval()->close_dependents();
+        named.node->get_eval()->close_dependents();
         if (!shared_lists_.is_exhausted()) continue;
         report(messages::too_many_dependents, {}, root().name(), get_model_name(),
                std::uint64_t{dependent_lists::most_entries});
@@ -112,49 +135,45 @@ bool genicam_doc::close_dependents() {
     return true;
 }
 
-std::uint64_t genicam_doc::named_node::prefix_of(std::string_view name) noexcept {
-    std::uint64_t prefix = 0;
-    for (std::size_t at = 0; at < sizeof(prefix); ++at) {
-        prefix = prefix << 8 | (at < name.size() ? static_cast<unsigned char>(name[at]) : 0U);
-    }
-    return prefix;
-}
-
+// The first node of that name, or the end.
 std::vector<genicam_doc::named_node>::const_iterator genicam_doc::find_first(std::string_view name) const {
-    return std::lower_bound(nodes_.begin(), nodes_.end(), named_node(name, nullptr));
+    if (index_ != nullptr) {
+        const std::uint32_t place =
+            index_->find(name, [&](std::uint32_t at) { return is_same_text(nodes_[at].name, name); });
+        return place != name_index::not_found ? nodes_.begin() + place : nodes_.end();
+    }
+    const auto found =
+        std::lower_bound(nodes_.begin(), nodes_.end(), name,
+                         [](const named_node& node, std::string_view wanted) { return node.name < wanted; });
+    return found != nodes_.end() && found->name == name ? found : nodes_.end();
 }
 
 // Of equal names the first.
 bool genicam_doc::fill(name_index& index) const {
     for (std::size_t at = 0; at < nodes_.size(); ++at) {
-        const bool is_first = at == 0 || nodes_[at].name() != nodes_[at - 1].name();
-        if (is_first && !index.add(nodes_[at].name(), static_cast<std::uint32_t>(at))) return false;
+        const bool is_first = at == 0 || !is_same_text(nodes_[at].name, nodes_[at - 1].name);
+        if (is_first && !index.add(nodes_[at].name, static_cast<std::uint32_t>(at))) return false;
     }
     return true;
 }
 
 INode* genicam_doc::find_node(std::string_view name) {
     if (name.empty()) return nullptr;
-    if (index_ != nullptr) {
-        const std::uint32_t place =
-            index_->find(name, [&](std::uint32_t at) { return nodes_[at].name() == name; });
-        return place != name_index::not_found ? nodes_[place].node() : nullptr;
-    }
     const auto found = find_first(name);
-    return found != nodes_.end() && found->name() == name ? found->node() : nullptr;
+    return found != nodes_.end() ? found->node : nullptr;
 }
 
 INode* genicam_doc::find_port(std::string_view name) {
     if (name.empty()) return default_port_;
     // Of several nodes with the name, one may be a port without being the first.
-    for (auto found = find_first(name); found != nodes_.end() && found->name() == name; ++found) {
-        if (found->node()->get_node_type() == node_type::port) return found->node();
+    for (auto found = find_first(name); found != nodes_.end() && is_same_text(found->name, name); ++found) {
+        if (found->node->get_node_type() == node_type::port) return found->node;
     }
     return nullptr;
 }
 
 void genicam_doc::for_each_node(std::function<void(INode*)> fn) {
-    for (const named_node& named : nodes_) fn(named.node());
+    for (const named_node& named : nodes_) fn(named.node);
 }
 
 void genicam_doc::for_each_streamable_node(std::function<void(INode*)> fn) {
@@ -195,7 +214,7 @@ std::string genicam_doc::dump(std::int32_t mode) {
 std::string genicam_doc::list_nodes() const {
     node_listing listing;
     for (const named_node& named : nodes_)
-        listing.add(named.name(), named.node()->get_eval()->get_dependent_count());
+        listing.add(named.name, named.node->get_eval()->get_dependent_count());
     return listing.text();
 }
 
@@ -226,8 +245,7 @@ void genicam_doc::fire_callbacks(INode* node) {
 
 void genicam_doc::add_dependent(IEval* owner, IEval* dependent) {
     if (!takes_dependents()) return;
-    auto& known = dependents_[owner];
-    if (!is_registered(known, dependent)) known.push_back(dependent);
+    dependents_.add(*static_cast<node_base_data*>(owner), dependent);
 }
 
 bool genicam_doc::takes_dependents() const {
@@ -236,9 +254,7 @@ bool genicam_doc::takes_dependents() const {
 }
 
 gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {
-    const auto found = dependents_.find(owner);
-    if (found == dependents_.end()) return {};
-    return {found->second.data(), found->second.size()};
+    return dependents_[*static_cast<const node_base_data*>(owner)];
 }
 
 }  // namespace GenICam

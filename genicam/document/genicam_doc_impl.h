@@ -1,8 +1,8 @@
 #pragma once
 
 #include "formula/formula_store.h"
-#include "genicam/core/children.h"
 #include "genicam/core/dependent_lists.h"
+#include "genicam/core/dependent_register.h"
 #include "genicam/core/document_services.h"
 #include "genicam/core/expansion_budget.h"
 #include "genicam/document/document_allocator.h"
@@ -12,10 +12,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include <boost/container/small_vector.hpp>
 #include <pugixml.hpp>
 
 namespace GenICam {
+
+struct taken_element;
 
 class genicam_doc final : public IGenICamDoc, public document_services {
 public:
@@ -49,43 +50,31 @@ public:
     expansion_budget& formula_expansion() override { return formula_expansion_; }
     bool takes_dependents() const override;
     formula_store& formulas() override { return formulas_; }
-    const described_element* element_in_work() const override { return element_in_work_; }
 
 private:
-    // The name stands beside the node, and its first bytes as a number beside the name, so that sorting and
-    // searching touch no node and few texts.
-    class named_node {
-    public:
-        named_node(std::string_view name, INode* node, std::size_t place = 0) noexcept
-            : prefix_(prefix_of(name)), name_(name), node_(node), place_(place) {}
-        [[nodiscard]] std::string_view name() const noexcept { return name_; }
-        [[nodiscard]] INode* node() const noexcept { return node_; }
-        /// In the description, from 0.
-        [[nodiscard]] std::size_t place() const noexcept { return place_; }
-        [[nodiscard]] bool operator<(const named_node& right) const noexcept {
-            return prefix_ != right.prefix_ ? prefix_ < right.prefix_ : name_ < right.name_;
-        }
-
-    private:
-        static std::uint64_t prefix_of(std::string_view name) noexcept;
-
-        std::uint64_t prefix_;
-        std::string_view name_;
-        INode* node_;
-        std::size_t place_;
+    // The name stands beside the node, so that searching touches no node.
+    struct named_node {
+        std::string_view name;
+        INode* node;
+    };
+    /// An element's place in the description, and what its name begins with.
+    struct name_order {
+        std::uint64_t prefix;
+        std::size_t place;
     };
     struct node_callbacks {
         std::vector<std::function<void(INode*)>> functions;
         std::uint64_t clearings = 0;  // tells a change under way that what it began with is gone
     };
-    using dependents_map = std::unordered_map<IEval*, boost::container::small_vector<IEval*, 4>>;
 
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
     [[nodiscard]] bool fill(name_index& index) const;
     [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
     [[nodiscard]] bool build_nodes();
-    [[nodiscard]] bool resolve_nodes(const std::vector<described_element>& elements);
+    [[nodiscard]] static std::vector<name_order> sort_names(const std::vector<taken_element>& taken);
+    [[nodiscard]] bool resolve_nodes(const std::vector<taken_element>& taken,
+                                     const std::vector<name_order>& order);
     [[nodiscard]] bool close_dependents();
     [[nodiscard]] std::string list_nodes() const;
 
@@ -98,13 +87,12 @@ private:
     pugi::xml_document xml_;
     document_allocator allocator_;
     std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
-    dependents_map dependents_{first_buckets};  // only while loading
+    dependent_register dependents_;  // only while loading
     dependent_lists shared_lists_;
     expansion_budget formula_expansion_;
     formula_store formulas_;
     const name_index* index_ = nullptr;  // only while loading
     bool is_loading_ = true;
-    const described_element* element_in_work_ = nullptr;
     INode* default_port_ = nullptr;  // what nearly every register asks for
 };
 

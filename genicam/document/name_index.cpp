@@ -1,5 +1,7 @@
 #include "genicam/document/name_index.h"
 
+#include "genicam/core/text_words.h"
+
 namespace GenICam {
 namespace {
 
@@ -27,9 +29,21 @@ bool name_index::add(std::string_view name, std::uint32_t place) {
 }
 
 std::uint32_t name_index::hash_of(std::string_view name) noexcept {
-    std::uint32_t hash = 2166136261U;  // FNV-1a
-    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-    return hash ^ hash >> 15U;
+    constexpr std::size_t width = sizeof(std::uint64_t);
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;  // odd, and its bits are mixed well
+    std::uint64_t hash = name.size();
+    const auto mix = [&hash](std::uint64_t word) {
+        hash = (hash ^ word) * factor;
+        hash ^= hash >> 32U;
+    };
+    for (std::size_t at = 0; at + width < name.size(); at += width) mix(word_at(name, at));
+    if (name.size() >= width) {
+        mix(word_at(name, name.size() - width));
+    } else {
+        for (const char c : name) mix(static_cast<unsigned char>(c));
+    }
+    // What the last bytes of a word changed has to reach the bits that choose a slot.
+    return static_cast<std::uint32_t>(hash * factor >> 32U);
 }
 
 }  // namespace GenICam

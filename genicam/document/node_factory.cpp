@@ -213,34 +213,24 @@ void element_walk::advance() {
     if (at_) at_ = at_.next_sibling();
 }
 
-std::size_t element_walk::find_frame() {
+const described_element* element_walk::find_frame() {
     open_container& shared = containers_[containers_.back().sharing];
-    if (shared.frame == taken_element::no_frame) {
-        const std::size_t first_child = children_.size();
-        const child_set present = list_children(shared.xml, children_);
-        shared.frame = frames_.size();
-        frames_.push_back({shared.xml, nullptr, present, first_child, children_.size() - first_child});
-    }
+    if (shared.frame == nullptr) shared.frame = &frames_.emplace_back(scanner_.describe(shared.xml));
     return shared.frame;
 }
 
 bool element_walk::take(pugi::xml_node xml) {
     const std::size_t name = element_names.find(xml.name());
     if (name == element_names.not_found) return false;
-    const std::size_t first_child = children_.size();
-    const child_set present = list_children(xml, children_);
-    taken_ = {xml, nullptr, present, first_child, children_.size() - first_child};
-    const described_element element = taken_.describe(children_);
+    described_element& element = taken_.element;
+    element = scanner_.describe(xml);
     const decision_rule* rule = find_rule(name, element);
-    if (rule != nullptr && rule->has_address_formulas && present.has(child::IntSwissKnife)) {
+    if (rule != nullptr && rule->has_address_formulas && element.has(child::IntSwissKnife)) {
         embedded_ = xml.child("IntSwissKnife");
     }
-    if (rule == nullptr || (!keep_debug_properties_ && is_debug_property(element))) {
-        children_.resize(first_child);
-        return false;
-    }
+    if (rule == nullptr || (!keep_debug_properties_ && is_debug_property(element))) return false;
     taken_.chosen = &rule->made;
-    if (rule->element == "StructEntry") taken_.frame = find_frame();
+    if (rule->element == "StructEntry") element.set_frame(find_frame());
     return true;
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string_view>
 #include <vector>
 
@@ -29,21 +30,10 @@ struct node_class {
 /// All classes, in the order of the decision list.
 [[nodiscard]] gsl::span<const node_class> all_node_classes() noexcept;
 
-/// An element that becomes a node: its class, and its children as a stretch of the walk's list.
+/// An element that becomes a node, and its class.
 struct taken_element {
-    pugi::xml_node xml;
+    described_element element;
     const node_class* chosen = nullptr;
-    child_set present;
-    std::size_t first_child = 0;
-    std::size_t child_count = 0;
-    std::size_t frame = no_frame;  ///< of a `StructEntry`: its place in the walk's frames
-
-    static constexpr std::size_t no_frame = static_cast<std::size_t>(-1);
-
-    /// With its children; as long as the list does not change.
-    [[nodiscard]] described_element describe(const std::vector<known_child>& children) const noexcept {
-        return {xml, present, {children.data() + first_child, child_count}};
-    }
 };
 
 /// Goes through a description element by element, in document order, and gives each that becomes a node with
@@ -55,11 +45,8 @@ public:
 
     /// The next element that becomes a node; false at the end.
     [[nodiscard]] bool next();
+    /// Its description lives as long as the walk.
     [[nodiscard]] const taken_element& taken() const noexcept { return taken_; }
-    /// The children of all elements taken so far.
-    [[nodiscard]] std::vector<known_child>& children() noexcept { return children_; }
-    /// The elements that the entries taken so far share their settings with.
-    [[nodiscard]] const std::vector<taken_element>& frames() const noexcept { return frames_; }
 
 private:
     // An element that the walk is inside of.
@@ -67,20 +54,20 @@ private:
         pugi::xml_node xml;
         bool is_struct;
         std::size_t sharing;  // which open container an entry in this one shares its settings with
-        std::size_t frame = taken_element::no_frame;
+        const described_element* frame = nullptr;  // what they share, once an entry asked
     };
 
     void open(pugi::xml_node container);
     void advance();
     [[nodiscard]] bool take(pugi::xml_node xml);
-    [[nodiscard]] std::size_t find_frame();
+    [[nodiscard]] const described_element* find_frame();
 
     pugi::xml_node root_;
     pugi::xml_node at_;        // the element that the walk looks at next
     pugi::xml_node embedded_;  // the next address formula inside the element before it
     taken_element taken_;
-    std::vector<known_child> children_;
-    std::vector<taken_element> frames_;
+    element_scanner scanner_;
+    std::deque<described_element> frames_;
     std::vector<open_container> containers_;
     bool keep_debug_properties_;
 };

@@ -2,7 +2,6 @@
 
 #include "genicam/document/node_factory.h"
 
-#include <iterator>
 #include <map>
 
 #include <fmt/format.h>
@@ -38,31 +37,30 @@ class_count sum_of(const class_counts& counts, std::uint64_t& with_destructor) {
 
 }  // namespace
 
+// By `fmt::format` alone, as most of its siblings bring the code of fmt into this source once more.
 std::string count_elements(pugi::xml_node root, const load_options& options) {
     element_counts elements;
     class_counts classes = all_classes_uncounted();
     for (element_walk walk(root, options); walk.next();) {
-        ++elements[walk.taken().xml.name()];
+        ++elements[walk.taken().element.name()];
         ++classes[walk.taken().chosen->name].count;
-        walk.children().clear();
     }
     std::string text;
-    const auto out = std::back_inserter(text);
-    fmt::format_to(out, "doc {:29} cnt\n", "type");
-    for (const auto& [name, count] : elements) fmt::format_to(out, "    {:32} {:3}\n", name, count);
-    fmt::format_to(out, "stats {:32} {:4} {:8} {:5}\n", "Release", "cnt", "size", "dtor");
+    text += fmt::format("doc {:29} cnt\n", "type");
+    for (const auto& [name, count] : elements) text += fmt::format("    {:32} {:3}\n", name, count);
+    text += fmt::format("stats {:32} {:4} {:8} {:5}\n", "Release", "cnt", "size", "dtor");
     for (const auto& [name, counted] : classes) {
-        fmt::format_to(out, "      {:32} {:4} {:8} {:5}\n", name, counted.count, counted.size,
-                       counted.has_destructor);
+        text += fmt::format("      {:32} {:4} {:8} {:5}\n", name, counted.count, counted.size,
+                            counted.has_destructor);
     }
     std::uint64_t with_destructor = 0;
     const class_count sum = sum_of(classes, with_destructor);
-    fmt::format_to(out, "sum   {:32} {:4} {:8} {:5}\n", "", sum.count, sum.size, with_destructor);
+    text += fmt::format("sum   {:32} {:4} {:8} {:5}\n", "", sum.count, sum.size, with_destructor);
     return text;
 }
 
 void node_listing::add(std::string_view name, std::int32_t dependents) {
-    fmt::format_to(std::back_inserter(text_), "    {:32} {:3}\n", name, dependents);
+    text_ += fmt::format("    {:32} {:3}\n", name, dependents);
 }
 
 }  // namespace GenICam

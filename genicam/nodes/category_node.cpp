@@ -13,8 +13,9 @@ category_type::category_type(document_services* services, const described_elemen
 
 void category_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     std::size_t found = 0;
-    for (const pugi::xml_node feature : xml.children("pFeature")) {
-        const std::string_view name = feature.child_value();
+    for (const known_child& feature : xml.known_children()) {
+        if (feature.name != child::pFeature) continue;
+        const std::string_view name = feature.text();
         if (INode* node = doc->find_node(name)) {
             features_[found++] = node;
         } else {

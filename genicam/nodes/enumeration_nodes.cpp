@@ -32,25 +32,17 @@ bool enum_entry_type::is_self_clearing() const {
 enum_entries::enum_entries(document_services* services, const described_element& xml, void* place) {
     auto* first = static_cast<enum_entry_type*>(place);
     std::uint32_t count = 0;
-    std::vector<known_child> children;
-    xml.for_each(child::EnumEntry, [&](pugi::xml_node entry) {
-        children.clear();
-        const child_set present = list_children(entry, children);
-        ::new (first + count) enum_entry_type(services, {entry, present, children}, count);
+    for (const described_element& entry : xml.entries()) {
+        ::new (first + count) enum_entry_type(services, entry, count);
         ++count;
-    });
+    }
     entries_ = {first, count};
 }
 
 // Nearly all entries have nothing to resolve.
-void enum_entries::resolve_references(IGenICamDoc* doc) {
-    std::vector<known_child> children;
+void enum_entries::resolve_references(IGenICamDoc* doc, const described_element& xml) {
     for (enum_entry_type& entry : entries_) {
-        node_base_data& base = entry;
-        if (!base.has_common_links()) continue;
-        children.clear();
-        const child_set present = list_children(base.xml(), children);
-        base.resolve_described(doc, {base.xml(), present, children});
+        if (entry.has_common_links()) entry.resolve_described(doc, xml.entries()[entry.get_index()]);
     }
 }
 
@@ -108,7 +100,7 @@ void enumeration_Value_type::_resolve_references(IGenICamDoc* doc, const describ
     if (parse_int(child_text(xml, child::Value), value_) == 0) {
         report(messages::enumeration_value_invalid, origin(child::Value));
     }
-    entries_.resolve_references(doc);
+    entries_.resolve_references(doc, xml);
 }
 
 std::error_code enumeration_Value_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {
@@ -129,7 +121,7 @@ enumeration_pValue_type::enumeration_pValue_type(document_services* services, co
 
 void enumeration_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     value_.resolve(doc, xml, child::pValue, *this, messages::enumeration_link_unresolved);
-    entries_.resolve_references(doc);
+    entries_.resolve_references(doc, xml);
 }
 
 std::error_code enumeration_pValue_type::set_selected_entry(IEnumEntry* entry, std::uint32_t flags) {

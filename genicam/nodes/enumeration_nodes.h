@@ -28,7 +28,7 @@ class enum_entries {
 public:
     /// `place` has room for one entry per `EnumEntry` child.
     enum_entries(document_services* services, const described_element& xml, void* place);
-    void resolve_references(IGenICamDoc* doc);
+    void resolve_references(IGenICamDoc* doc, const described_element& xml);
     [[nodiscard]] std::vector<IEnumEntry*> list() const;
     [[nodiscard]] IEnumEntry* find_nearest(double value) const;
     [[nodiscard]] IEnumEntry* find(std::int64_t value) const;

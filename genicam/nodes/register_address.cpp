@@ -47,10 +47,10 @@ result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t fla
 
 std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     std::uint64_t sum = 0;
-    xml.for_each(child::Address, [&](pugi::xml_node element) {
+    xml.for_each(child::Address, [&](const known_child& found) {
         std::int64_t address = 0;
-        if (parse_int(element.child_value(), address) == 0) {
-            report(messages::address_invalid, {xml, element});
+        if (parse_int(found.text(), address) == 0) {
+            report(messages::address_invalid, {xml, found.element});
         }
         sum += static_cast<std::uint64_t>(address);
     });
@@ -72,15 +72,15 @@ void address_eval::resolve_references(IGenICamDoc* doc, const described_element&
     if (xml.has(child::Address)) base_ = calc_address_nodes_sum(xml);
     if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
     terms_.reserve(xml.count(child::IntSwissKnife) + xml.count(child::pAddress) + xml.count(child::pIndex));
-    xml.for_each(child::IntSwissKnife, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.attribute("Name").value()), xml, element, self,
+    xml.for_each(child::IntSwissKnife, [&](const known_child& found) {
+        append_added(doc->find_node(found.element.attribute("Name").value()), xml, found.element, self,
                      messages::address_formula_unresolved);
     });
-    xml.for_each(child::pAddress, [&](pugi::xml_node element) {
-        append_added(doc->find_node(element.child_value()), xml, element, self,
+    xml.for_each(child::pAddress, [&](const known_child& found) {
+        append_added(doc->find_node(found.text()), xml, found.element, self,
                      messages::address_link_unresolved);
     });
-    xml.for_each(child::pIndex, [&](pugi::xml_node element) { append_index(doc, xml, element, self); });
+    xml.for_each(child::pIndex, [&](const known_child& found) { append_index(doc, xml, found, self); });
 }
 
 void address_eval::append_added(INode* node, const described_element& xml, pugi::xml_node element,
@@ -95,24 +95,24 @@ void address_eval::append_added(INode* node, const described_element& xml, pugi:
     node->get_eval()->add_dependent(self);
 }
 
-void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element,
+void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found,
                                 INode* self) {
     address_term term;
-    term.index_node = doc->find_node(element.child_value());
+    term.index_node = doc->find_node(found.text());
     if (term.index_node == nullptr) {
-        report(messages::address_index_unresolved, {xml, element});
+        report(messages::address_index_unresolved, {xml, found.element});
         return;
     }
-    const pugi::xml_attribute offset = element.attribute("Offset");
+    const pugi::xml_attribute offset = found.element.attribute("Offset");
     if (offset && parse_int(offset.value(), term.offset) == 0) {
-        report(messages::address_offset_invalid, {xml, element, "Offset"});
+        report(messages::address_offset_invalid, {xml, found.element, "Offset"});
     }
-    if (const pugi::xml_attribute offset_node = element.attribute("pOffset")) {
+    if (const pugi::xml_attribute offset_node = found.element.attribute("pOffset")) {
         term.value_node = doc->find_node(offset_node.value());
         if (term.value_node != nullptr) {
             term.value_node->get_eval()->add_dependent(self);
         } else {
-            report(messages::address_offset_unresolved, {xml, element, "pOffset"});
+            report(messages::address_offset_unresolved, {xml, found.element, "pOffset"});
         }
     }
     terms_.push_back(term);

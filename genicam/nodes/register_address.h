@@ -63,7 +63,7 @@ public:
 private:
     void append_added(INode* node, const described_element& xml, pugi::xml_node element, INode* self,
                       const message<>& unresolved);
-    void append_index(IGenICamDoc* doc, const described_element& xml, pugi::xml_node element, INode* self);
+    void append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found, INode* self);
     [[nodiscard]] result<std::uint64_t> add_terms(std::int64_t length, std::uint32_t flags) const;
 
     std::uint64_t base_ = 0;

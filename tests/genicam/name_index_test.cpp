@@ -24,6 +24,16 @@ TEST(NameIndex, FindsEveryName) {
     EXPECT_EQ(index.find("Nowhere", [](std::uint32_t) { return false; }), name_index::not_found);
 }
 
+// As descriptions have them: long, and different at their ends.
+TEST(NameIndex, TakesNamesThatAreMuchAlike) {
+    name_index index(20000);
+    std::uint32_t place = 0;
+    for (const char* name : {"Reg", "SequencerSetActive", "ChunkParserControlValue", "LUTValueAllEntries_"}) {
+        for (int at = 0; at < 5000; ++at)
+            ASSERT_TRUE(index.add(name + std::to_string(at), place++)) << name << at;
+    }
+}
+
 TEST(NameIndex, OfNoNamesFindsNone) {
     const name_index index(0);
     EXPECT_EQ(index.find("Any", [](std::uint32_t) { return true; }), name_index::not_found);

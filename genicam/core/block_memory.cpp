@@ -1,16 +1,15 @@
-#include "formula/formula_rooms.h"
+#include "genicam/core/block_memory.h"
 
 #include <algorithm>
 
 namespace GenICam {
 namespace {
 
-constexpr std::size_t alignment = 8;
 constexpr std::size_t largest_block = std::size_t{1} << 16;
 
 }  // namespace
 
-void* formula_rooms::take(std::size_t size) {
+void* block_memory::take(std::size_t size) {
     const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
     if (rounded > left_) {
         left_ = std::max(rounded, next_block_);

@@ -88,7 +88,7 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, const known_child& found
     if (table.has(name)) return;
     INode* node = doc->find_node(found.text());
     if (node == nullptr) return;
-    const variable_accessor accessor = create_resulting_entry(*node, name, element);
+    const variable_accessor accessor = create_resulting_entry(*node, name, found.element);
     if (accessor == nullptr) return;
     const identifier_id id = first_source_id + sources_.size();
     sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
@@ -104,7 +104,7 @@ void variable_map_impl::parse_expression(const known_child& found, variable_tabl
     if (program) {
         table.add_expression(name, std::move(program.assume_value()));
     } else {
-        report(messages::expression_invalid, {element.parent(), element}, name, text);
+        report(messages::expression_invalid, {found.element.parent(), found.element}, name, text);
     }
 }
 

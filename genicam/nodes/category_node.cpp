@@ -19,7 +19,7 @@ void category_type::_resolve_references(IGenICamDoc* doc, const described_elemen
         if (INode* node = doc->find_node(name)) {
             features_[found++] = node;
         } else {
-            report(messages::feature_unresolved, {xml, feature}, name);
+            report(messages::feature_unresolved, {xml, feature.element}, name);
         }
     }
     features_ = features_.first(found);

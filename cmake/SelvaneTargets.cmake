@@ -9,7 +9,7 @@
 #   selvane_ship(<target>)
 #       a binary that users get: nothing in it is for debuggers, who have a PDB beside it where the compiler writes one
 #   selvane_add_test(<target> SOURCES ... LINK ... [APART ...] [DATA_DESCRIPTIONS] [DESKTOP | OWN_DESKTOP] [OPTIMISED]
-#       [LONG])
+#       [LONG] [WATCHES_HEAP])
 #       GoogleTest program in bin/, one ctest test per program: a process start under Wine costs time.
 #       Its sources are compiled together, several at a time and without the optimiser. APART: sources whose names
 #       outside of functions others have too, compiled alone. OPTIMISED: it computes much itself, and waiting for the
@@ -17,6 +17,7 @@
 #       DESKTOP: it shows windows. Such Windows programs share the desktop of a Wine prefix, one at a time. OWN_DESKTOP: one
 #       that takes long, or registers something, has a prefix of its own and runs beside them.
 #       LONG: only "scripts/test --all" runs it.
+#       WATCHES_HEAP: it has allocation_watch.cpp, which stands between the program and calloc.
 #       DATA_DESCRIPTIONS labels tests that read the real descriptions ("ctest -L descriptions").
 #       Tests and benchmarks may include "data_paths.h": SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS.
 #   selvane_add_benchmark(<target> SOURCES ... LINK ...)
@@ -148,12 +149,15 @@ if(BUILD_TESTING AND NOT WIN32 AND LOCALEDEF AND EXISTS /usr/share/i18n/locales/
 endif()
 
 function(selvane_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;DESKTOP;OWN_DESKTOP;OPTIMISED;LONG" "" "SOURCES;LINK;APART")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "DATA_DESCRIPTIONS;DESKTOP;OWN_DESKTOP;OPTIMISED;LONG;WATCHES_HEAP" "" "SOURCES;LINK;APART")
   if(NOT BUILD_TESTING)
     return()
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
-  if(WIN32 AND SELVANE_LLD)
+  if(ARG_WATCHES_HEAP)
+    # lld wraps the function's imported form as well, and it would call itself.
+    target_link_options(${target} PRIVATE LINKER:--wrap=calloc)
+  elseif(WIN32 AND SELVANE_LLD)
     target_link_options(${target} PRIVATE "SHELL:-wrapper ${PROJECT_SOURCE_DIR}/cmake/link-with-lld"
       -fno-use-linker-plugin)
   endif()

@@ -1,6 +1,7 @@
 #include "genicam/core/block_memory.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace GenICam {
 namespace {
@@ -12,9 +13,12 @@ constexpr std::size_t largest_block = std::size_t{1} << 16;
 void* block_memory::take(std::size_t size) {
     const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
     if (rounded > left_) {
-        left_ = std::max(rounded, next_block_);
-        blocks_.emplace_back(new unsigned char[left_]);
-        free_ = blocks_.back().get();
+        const std::size_t block_size = std::max(rounded, next_block_);
+        std::unique_ptr<unsigned char[]> block(new unsigned char[block_size]);
+        unsigned char* const first = block.get();
+        blocks_.push_back(std::move(block));
+        free_ = first;
+        left_ = block_size;
         next_block_ = std::min(2 * next_block_, largest_block);
     }
     void* const room = free_;

@@ -199,6 +199,16 @@ TEST_F(Discovery, ListsAnItemOncePerCategoryThatListsIt) {
     EXPECT_EQ(table.size(), 2U);
 }
 
+TEST_F(Discovery, SharesTheNamesOfNodesThatAreListedAgain) {
+    const auto& table =
+        TableOf(Category("Root", {"G"}) + Category("G", {"I1", "I2", "I1"}) +
+                Category("I1", {"A"}, ItemMark(1)) + Category("I2", {"A"}, ItemMark(2)) + MarkedInteger("A"));
+    ASSERT_EQ(table.size(), 3U);
+    EXPECT_EQ(table[1].group, table[0].group);
+    EXPECT_EQ(table[2].name, table[0].name);
+    EXPECT_EQ(table[1].elements[0].name, table[0].elements[0].name);
+}
+
 TEST_F(Discovery, NeedsARootThatIsACategory) {
     const std::string item = Category("Item", {"A"}, ItemMark(1)) + MarkedInteger("A");
     const auto& table = TableOf({item, "<Integer Name=\"Root\"><Value>1</Value></Integer>" + item,

@@ -140,5 +140,24 @@ TEST(FloatLimits, LinksAreReadAsDoubles) {
     EXPECT_EQ(doc.Node("m").get_eval()->get_dependent_count(), 1);
 }
 
+TEST(FloatLimits, AreReadAsNumbersOfEitherKind) {
+    TestDocument doc("<Float Name='n'><Value>.5</Value><Min>.5</Min><Max>20000000000000000000</Max></Float>");
+    EXPECT_THAT(
+        doc.load_messages,
+        ElementsAre("GenICam::resolve_link_or_value_, Float \"n\". Failed to parse content of \"Min\" "
+                    "node.\n"));
+    EXPECT_EQ(doc.Float("n").get_val(0).value(), 0.5) << "a value needs no digit before the point";
+    EXPECT_EQ(doc.Float("n").get_min(0).value(), smallest);
+    EXPECT_EQ(doc.Float("n").get_max(0).value(), 1553255926290448384.0) << "what is left in 64 bits";
+}
+
+TEST(FloatTable, WithoutItsIndexHasTheRangeOfANodeWithoutLimits) {
+    TestDocument doc(
+        "<Float Name='n'><pIndex>gone</pIndex><ValueDefault>1</ValueDefault><Min>-9</Min></Float>");
+    EXPECT_EQ(doc.Float("n").get_min(0).value(), smallest);
+    EXPECT_EQ(doc.Float("n").set_val(-1, 0), code(value_out_of_range));
+    EXPECT_EQ(doc.Float("n").set_val(1, 0), code(not_implemented));
+}
+
 }  // namespace
 }  // namespace node_test

@@ -63,6 +63,20 @@ TYPED_TEST(NumberNode, HasTheAccessModeOfTheTargetOfItsIndex) {
     EXPECT_EQ(this->Node(doc).get_access_mode(), AccessMode::RW) << "an entry without a node";
 }
 
+TYPED_TEST(NumberNode, ReadsItsIndexForTheAccessModeWhateverTheFlags) {
+    TestDocument doc(
+        this->Element("n",
+                      "<pIndex>i</pIndex><pValueIndexed Index='1'>a</pValueIndexed>"
+                      "<ValueDefault>2</ValueDefault>") +
+        this->Element("a", "<Value>7</Value>") +
+        "<IntReg Name='i'><Address>16</Address><Length>4</Length><pPort>Device</pPort></IntReg>");
+    doc.device.Put(16, {0, 0, 0, 1});
+    EXPECT_EQ(this->Node(doc).get_val(access_flags::cache_only).value(), 7);
+    EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(test_support::ReadOf(16, 4)));
+    EXPECT_EQ(this->Node(doc).get_val(access_flags::cache_only | access_flags::skip_access_check).value(), 7);
+    EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty()) << "the value itself comes from the cache";
+}
+
 TEST(IntegerTable, TheAccessModeOfATargetOfAnotherKindDoesNotCount) {
     TestDocument doc(
         "<Integer Name='n'><pIndex>i</pIndex><pValueIndexed Index='2'>fro</pValueIndexed>"

@@ -47,6 +47,17 @@ TEST_F(PartialScanTest, SupportsTheKeysThatTheDriverHasAsProperties) {
     EXPECT_EQ(Asked(), Requests{QueryVendor(120)});
 }
 
+TEST_F(PartialScanTest, ThePropertyIsTheLow32BitsOfAKey) {
+    OfferAll();
+    const Item item = Make(MakePartialScan);
+    const InterfaceKey beyond = InterfaceKey{1} << 32 | SELVANE_PARTIAL_SCAN_Y;
+    EXPECT_TRUE(item->SupportsInterface(beyond));
+    EXPECT_EQ(Value(item, beyond), 32);
+    EXPECT_EQ(item->SetValue(beyond, 6), S_OK);
+    EXPECT_EQ(Asked(), (Requests{QueryVendor(SELVANE_PARTIAL_SCAN_Y), GetInt(SELVANE_PARTIAL_SCAN_Y),
+                                 SetVendor(SELVANE_PARTIAL_SCAN_Y, IntRecord(6, 2))}));
+}
+
 TEST_F(PartialScanTest, EachKeyHasItsOperations) {
     OfferAll();
     const Item item = Make(MakePartialScan);

@@ -135,6 +135,16 @@ TEST_F(VendorPropertiesTest, FailuresAreHandedOnAndLeaveOutValuesAlone) {
     EXPECT_TRUE(on);
 }
 
+TEST_F(VendorPropertiesTest, OtherSuccessesAreHandedOn) {
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).bytes = IntRecord(7);
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).get_result = S_FALSE;
+    Vendor(SELVANE_AUTO_EXPOSURE_REFERENCE).set_result = S_FALSE;
+    std::int32_t value = 0;
+    EXPECT_EQ(GetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, value), S_FALSE);
+    EXPECT_EQ(value, 7);
+    EXPECT_EQ(SetPropertyValue(driver, SELVANE_AUTO_EXPOSURE_REFERENCE, 1), S_FALSE);
+}
+
 TEST_F(VendorPropertiesTest, ADriverThatWritesIntoItsInputHarmsNoRecord) {
     class Scribbler final : public IKsPropertySet {
     public:

@@ -233,7 +233,7 @@ TEST_P(FaultSweep, LeavesNothingBehindWithoutMemory) {
         try {
             (void)Live(camera);
         } catch (const std::bad_alloc&) {
-            // Told to leave.
+            // Nothing on the way stops it.
         }
         came = failing.Came();
         EXPECT_EQ(camera.filter.OutstandingReferences(), 0);

@@ -4,6 +4,7 @@
 #include "adapter/propdata_named.h"
 #include "adapter/propdata_portbased.h"
 #include "platform/text.h"
+#include "tests/adapter/allocation_watch.h"
 #include "tests/adapter/scripted_camera.h"
 #include "tests/support/not_empty.h"
 #include "wire/device_set.h"
@@ -199,16 +200,6 @@ TEST_F(Discovery, ListsAnItemOncePerCategoryThatListsIt) {
     EXPECT_EQ(table.size(), 2U);
 }
 
-TEST_F(Discovery, SharesTheNamesOfNodesThatAreListedAgain) {
-    const auto& table =
-        TableOf(Category("Root", {"G"}) + Category("G", {"I1", "I2", "I1"}) +
-                Category("I1", {"A"}, ItemMark(1)) + Category("I2", {"A"}, ItemMark(2)) + MarkedInteger("A"));
-    ASSERT_EQ(table.size(), 3U);
-    EXPECT_EQ(table[1].group, table[0].group);
-    EXPECT_EQ(table[2].name, table[0].name);
-    EXPECT_EQ(table[1].elements[0].name, table[0].elements[0].name);
-}
-
 TEST_F(Discovery, NeedsARootThatIsACategory) {
     const std::string item = Category("Item", {"A"}, ItemMark(1)) + MarkedInteger("A");
     const auto& table = TableOf({item, "<Integer Name=\"Root\"><Value>1</Value></Integer>" + item,
@@ -394,6 +385,17 @@ TEST_F(Discovery, EndsForTwoCategoriesThatListOneAnotherAThousandTimes) {
     const auto& table = TableOf(Category("Root", listed) + Category("Other", Times(2'000, "Root"), id) +
                                 Category("Item", {"A"}, ItemMark(1)) + MarkedInteger("A"));
     EXPECT_EQ(NamesOf(table), std::vector<std::wstring>{L"Item"});
+}
+
+// Widened, the text of the id would take twice its length, and each time that the category is listed.
+TEST_F(Discovery, AnUnreadableIdTakesNoMemoryHoweverOftenItIsListed) {
+    constexpr std::size_t length = 100'000;
+    const std::string id =
+        "<Extension><ZELItemGUID>" + std::string(length, 'x') + "</ZELItemGUID></Extension>";
+    (void)TableOf(Category("Root", Times(1'000, "Other")) + Category("Other", {}, id));
+    const std::uint64_t before = AllocatedBytes();
+    EXPECT_TRUE(collect_items(Node("Root")).empty());
+    EXPECT_LT(AllocatedBytes() - before, length);
 }
 
 TEST_F(Discovery, LooksAtNoMoreEntriesThanItsBound) {

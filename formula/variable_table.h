@@ -1,22 +1,17 @@
 #pragma once
 
+#include "formula/expansion_budget.h"
 #include "formula/formula_parser.h"
 #include "formula/formula_program.h"
-#include "genicam/core/children.h"
 #include "genicam/core/eval_value.h"
-#include "genicam/core/expansion_budget.h"
-#include "genicam/inode.h"
 
 #include <cstddef>
 #include <string_view>
 
 #include <boost/container/small_vector.hpp>
 #include <gsl/span>
-#include <pugixml.hpp>
 
 namespace GenICam {
-
-class IGenICamDoc;
 
 // What `FROM` and `TO` read, and the first number of the sources of a node.
 constexpr identifier_id current_value_id = 512;
@@ -50,8 +45,8 @@ public:
     variable_table(const variable_table&) = delete;
     variable_table& operator=(const variable_table&) = delete;
 
-    /// Makes room, and enters the constants and those variables that stand for an entry of an enumeration.
-    void build_formula_name_lookup(IGenICamDoc* doc, const described_element& xml, bool is_integer);
+    /// Room for so many names, and for the expressions among them: more may not come.
+    void reserve(std::size_t names, std::size_t expressions);
 
     [[nodiscard]] bool has(std::string_view name) const noexcept { return names().find(name) != nullptr; }
     [[nodiscard]] bool has_expressions() const noexcept { return !expressions_.empty(); }
@@ -66,18 +61,10 @@ public:
     [[nodiscard]] resolved_name operator()(std::string_view name) const;
 
 private:
-    void reserve(const described_element& xml);
-    void add_constant(const known_child& found, bool is_integer);
-    void add_enumeration_entry(IGenICamDoc* doc, std::string_view name, const known_child& found,
-                               bool is_integer);
-
     expansion_budget& budget_;
     boost::container::small_vector<variable_row, 10> rows_;
     boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves
     bool no_from_to_;
 };
-
-/// The attribute `Name` of a binding.
-[[nodiscard]] std::string_view binding_name(pugi::xml_node element) noexcept;
 
 }  // namespace GenICam

@@ -1,6 +1,6 @@
 #include "propui/page_groups.h"
 
-#include "propui/windows/resource_ids.h"
+#include "propui/resource_ids.h"
 
 #include <cstddef>
 #include <iterator>

@@ -1,8 +1,8 @@
+#include "platform/windows/runtime_memory.h"
 #include "propui/windows/framework/module.h"
 #include "server/class_factory.h"
 #include "server/counters.h"
 #include "server/registration.h"
-#include "server/runtime_memory.h"
 
 #include <olectl.h>
 
@@ -18,12 +18,12 @@ STDAPI DllUnregisterServer() { return selvane_server::UnregisterServer(); }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID process_ends) {
     if (reason == DLL_PROCESS_ATTACH) {
-        if (!selvane_server::HasRuntimeMemory()) return FALSE;
+        if (!platform::has_runtime_memory()) return FALSE;
         ZELPropUI::Framework::SetModuleHandle(module);
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         ZELPropUI::Framework::SetModuleHandle(nullptr);
-        if (process_ends == nullptr) selvane_server::ReleaseRuntimeMemory();
+        if (process_ends == nullptr) platform::release_runtime_memory();
     }
     return TRUE;
 }

@@ -1,8 +1,8 @@
 #include "server/page_table.h"
 
+#include "platform/windows/com_edge.h"
 #include "propui/page_groups.h"
-#include "propui/windows/framework/com_edge.h"
-#include "propui/windows/resource_ids.h"
+#include "propui/resource_ids.h"
 #include "propui/windows/tmp_page_instance.h"
 #include "wire/page_classes.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 HRESULT CreatePage(IUnknown* outer, ZELAdapterHelper::CUnknown** object, UINT title,
                    ZELPropUI::PageName page) {
-    return ZELPropUI::Framework::AtComEdge([&] {
+    return platform::at_com_edge([&] {
         *object = new uvc_page::tmpPageInstance(outer, title, ZELPropUI::GroupsOf(page));
         return S_OK;
     });

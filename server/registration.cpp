@@ -1,8 +1,8 @@
 #include "server/registration.h"
 
 #include "platform/text.h"
+#include "platform/windows/com_edge.h"
 #include "platform/windows/owned.h"
-#include "propui/windows/framework/com_edge.h"
 #include "propui/windows/framework/module.h"
 
 #include <tuple>
@@ -10,8 +10,8 @@
 namespace selvane_server {
 namespace {
 
+using platform::at_com_edge;
 using platform::registry_key;
-using ZELPropUI::Framework::AtComEdge;
 
 constexpr DWORD module_path_size = 520;
 constexpr DWORD key_name_size = 260;
@@ -95,29 +95,29 @@ HRESULT DeleteKeyTree(HKEY parent, const std::wstring& name) {
 HRESULT RegisterMediaSetPage(const GUID& media_set, const GUID& clsid, const wchar_t* name) noexcept {
     if (media_set == platform::null_guid) return E_NOTIMPL;
     if (clsid == platform::null_guid) return E_FAIL;
-    return AtComEdge([&] { return HRESULT_FROM_WIN32(WriteMediaSetKey(media_set, clsid, name)); });
+    return at_com_edge([&] { return HRESULT_FROM_WIN32(WriteMediaSetKey(media_set, clsid, name)); });
 }
 
 HRESULT UnregisterMediaSetPage(const GUID& media_set, const GUID& clsid) noexcept {
     if (media_set == platform::null_guid) return E_NOTIMPL;
     if (clsid == platform::null_guid) return E_FAIL;
-    return AtComEdge([&] { return DeleteKeyTree(HKEY_LOCAL_MACHINE, MediaSetKeyName(media_set)); });
+    return at_com_edge([&] { return DeleteKeyTree(HKEY_LOCAL_MACHINE, MediaSetKeyName(media_set)); });
 }
 
 HRESULT RegisterPage(const PageRecord& page, const std::wstring& module_path) noexcept {
-    const HRESULT hr = AtComEdge([&] { return HRESULT_FROM_WIN32(WriteClassKey(page, module_path)); });
+    const HRESULT hr = at_com_edge([&] { return HRESULT_FROM_WIN32(WriteClassKey(page, module_path)); });
     if (FAILED(hr) || page.media_set == platform::null_guid) return hr;
     return RegisterMediaSetPage(page.media_set, page.clsid, page.name);
 }
 
 void UnregisterPage(const PageRecord& page) noexcept {
-    std::ignore = AtComEdge([&] { return DeleteKeyTree(HKEY_CLASSES_ROOT, ClassKeyName(page.clsid)); });
+    std::ignore = at_com_edge([&] { return DeleteKeyTree(HKEY_CLASSES_ROOT, ClassKeyName(page.clsid)); });
     if (page.media_set != platform::null_guid)
         std::ignore = UnregisterMediaSetPage(page.media_set, page.clsid);
 }
 
 HRESULT RegisterServer() noexcept {
-    return AtComEdge([] {
+    return at_com_edge([] {
         const std::wstring path = ModulePath();
         if (path.empty()) return E_FAIL;
         for (const PageRecord& page : PageTable()) {
@@ -129,7 +129,7 @@ HRESULT RegisterServer() noexcept {
 }
 
 HRESULT UnregisterServer() noexcept {
-    return AtComEdge([] {
+    return at_com_edge([] {
         if (ModulePath().empty()) return E_FAIL;
         for (const PageRecord& page : PageTable()) UnregisterPage(page);
         return S_OK;

@@ -1,6 +1,5 @@
 #include "simcam/call_text.h"
 
-#include "items/vendor_properties.h"
 #include "platform/count_text.h"
 #include "platform/text.h"
 #include "platform/visible_text.h"
@@ -15,8 +14,6 @@
 
 namespace simcam {
 namespace {
-
-using namespace ZELAdapterHelper;
 
 constexpr std::size_t longest_byte_list = 64;
 

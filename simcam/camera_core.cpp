@@ -1,8 +1,6 @@
 #include "simcam/camera_core.h"
 
-#include "adapter/named_access.h"
 #include "genicam/core/error.h"
-#include "items/vendor_properties.h"
 #include "simcam/call_reading.h"
 #include "simcam/call_text.h"
 #include "wire/device_set.h"
@@ -15,8 +13,6 @@
 
 namespace simcam {
 namespace {
-
-using namespace genicam_adapter;
 
 constexpr HRESULT no_more_descriptions = static_cast<HRESULT>(0x80070103);
 

@@ -1,8 +1,8 @@
 #include "simcam/feature_server.h"
 
-#include "adapter/named_access.h"
 #include "genicam/inode.h"
 #include "simcam/vendor_driver.h"
+#include "wire/device_set.h"
 
 #include <pugixml.hpp>
 

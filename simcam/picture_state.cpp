@@ -1,6 +1,5 @@
 #include "simcam/picture_state.h"
 
-#include "adapter/named_access.h"
 #include "simcam/feature_server.h"
 #include "simcam/vendor_model.h"
 #include "wire/device_set.h"

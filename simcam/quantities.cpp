@@ -1,8 +1,5 @@
 #include "simcam/quantities.h"
 
-#include "items/standard_controls.h"
-#include "items/vendor_properties.h"
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -11,8 +8,6 @@
 
 namespace simcam {
 namespace {
-
-using namespace ZELAdapterHelper;
 
 // One property that shows a quantity, and how many of its units make one of the quantity's.
 struct view {

@@ -1,5 +1,3 @@
-#include "items/standard_controls.h"
-#include "items/vendor_properties.h"
 #include "simcam/camera_options.h"
 #include "simcam/firmware.h"
 
@@ -7,8 +5,6 @@
 
 namespace simcam {
 namespace {
-
-using namespace ZELAdapterHelper;
 
 constexpr std::uint32_t another_device_kind = 3;
 

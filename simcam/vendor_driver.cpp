@@ -1,7 +1,5 @@
 #include "simcam/vendor_driver.h"
 
-#include "items/standard_controls.h"
-#include "items/vendor_properties.h"
 #include "simcam/quantities.h"
 #include "wire/vendor_set.h"
 
@@ -11,8 +9,6 @@
 
 namespace simcam {
 namespace {
-
-using namespace ZELAdapterHelper;
 
 constexpr std::int32_t partial_scan_grid = 4;
 constexpr int focus_run_reads = 2;

@@ -1,12 +1,7 @@
 #include "simcam/vendor_model.h"
 
-#include "items/standard_controls.h"
-#include "items/vendor_properties.h"
-
 namespace simcam {
 namespace {
-
-using namespace ZELAdapterHelper;
 
 constexpr std::uint32_t both_modes = wire::automatic | wire::manual;
 

@@ -21,9 +21,9 @@
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_part;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 
 LPWSTR give_text(const std::wstring& text) noexcept {
     const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
@@ -71,7 +71,7 @@ public:
     HRESULT STDMETHODCALLTYPE InitNew() override { return S_OK; }
     HRESULT STDMETHODCALLTYPE Load(IPropertyBag* settings, IErrorLog* log) override {
         if (settings == nullptr) return E_POINTER;
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             VARIANT value;
             VariantInit(&value);
             value.vt = VT_BSTR;
@@ -141,13 +141,13 @@ public:
     HRESULT STDMETHODCALLTYPE Pause() override {
         if (stream_.is_own_thread()) return VFW_E_WRONG_STATE;
         const std::lock_guard<plain_lock> transition(transition_);
-        return AtComEdge([&] { return pause(); });
+        return at_com_edge([&] { return pause(); });
     }
 
     HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override {
         if (stream_.is_own_thread()) return VFW_E_WRONG_STATE;
         const std::lock_guard<plain_lock> transition(transition_);
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             const HRESULT hr = state_ == State_Stopped ? pause() : S_OK;
             if (FAILED(hr)) return hr;
             stream_.run(clock(), start);
@@ -178,7 +178,7 @@ public:
     HRESULT STDMETHODCALLTYPE EnumPins(IEnumPins** out) override {
         if (out == nullptr) return E_POINTER;
         *out = nullptr;
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             *out = enumerate_pins({com_ptr<IPin>(&pin_)}).detach();
             return S_OK;
         });
@@ -205,7 +205,7 @@ public:
     // running graph has nobody who would stop it.
     HRESULT STDMETHODCALLTYPE JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) override {
         if (graph == nullptr && !is_stopped()) Stop();
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             std::wstring copy = name != nullptr ? name : L"";
             const std::lock_guard<plain_lock> guard(lock_);
             graph_ = graph;
@@ -217,7 +217,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryVendorInfo(LPWSTR* out) override {
         if (out == nullptr) return E_POINTER;
         *out = nullptr;
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             *out = give_text(platform::widen(source()->about));
             return *out != nullptr ? S_OK : E_OUTOFMEMORY;
         });

@@ -2,7 +2,7 @@
 
 #include "apps/device/enumerators.h"
 #include "apps/device/frame_interval.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 #include "simcam/vendor_driver.h"
 
 #include <uuids.h>
@@ -16,8 +16,8 @@
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 using guard = std::lock_guard<platform::recursive_lock>;
 
 constexpr long least_buffers = 4;
@@ -131,7 +131,7 @@ HRESULT capture_pin::Connect(IPin* receiver, const AM_MEDIA_TYPE* type) {
     PIN_DIRECTION direction = PINDIR_OUTPUT;
     if (FAILED(receiver->QueryDirection(&direction)) || direction != PINDIR_INPUT)
         return VFW_E_INVALID_DIRECTION;
-    return AtComEdge([&] {
+    return at_com_edge([&] {
         const guard lock(lock_);
         if (target_.pin) return VFW_E_ALREADY_CONNECTED;
         if (type != nullptr && read_media_type(*type)) return connect_by(*receiver, *type);
@@ -232,7 +232,7 @@ HRESULT capture_pin::QueryAccept(const AM_MEDIA_TYPE* type) {
 HRESULT capture_pin::EnumMediaTypes(IEnumMediaTypes** out) {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
-    return AtComEdge([&] {
+    return at_com_edge([&] {
         *out = enumerate_media_types(offered_types()).detach();
         return S_OK;
     });

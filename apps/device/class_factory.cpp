@@ -3,13 +3,13 @@
 #include "apps/device/capture_filter.h"
 #include "apps/device/device_table.h"
 #include "apps/device/module_object.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 
 class filter_factory final : public module_object<IClassFactory> {
 public:
@@ -19,7 +19,7 @@ public:
         if (out == nullptr) return E_POINTER;
         *out = nullptr;
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        return AtComEdge([&] { return make_capture_filter(device_)->QueryInterface(iid, out); });
+        return at_com_edge([&] { return make_capture_filter(device_)->QueryInterface(iid, out); });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         lock_module(lock != 0);
@@ -37,7 +37,7 @@ HRESULT get_class_object(REFCLSID clsid, REFIID iid, void** out) noexcept {
     *out = nullptr;
     const device_record* device = find_device(clsid);
     if (device == nullptr) return CLASS_E_CLASSNOTAVAILABLE;
-    return AtComEdge(
+    return at_com_edge(
         [&] { return com_ptr<IClassFactory>(new filter_factory(*device))->QueryInterface(iid, out); });
 }
 

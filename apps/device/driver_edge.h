@@ -1,6 +1,6 @@
 #pragma once
 
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 #include "simcam/driver_faces.h"
 #include "simcam/simulated_camera.h"
 
@@ -42,7 +42,7 @@ public:
 private:
     template <class Work>
     HRESULT at(Work work) noexcept {
-        return ZELPropUI::Framework::AtComEdge([&] { return work(find_(context_)); });
+        return platform::at_com_edge([&] { return work(find_(context_)); });
     }
     template <class Work>
     HRESULT at_control(simcam::call_kind kind, Work work) noexcept {

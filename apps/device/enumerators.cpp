@@ -1,15 +1,15 @@
 #include "apps/device/enumerators.h"
 
 #include "apps/device/module_object.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 
 #include <utility>
 
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 
 IPin* give(const com_ptr<IPin>& pin) noexcept { return com_ptr<IPin>(pin).detach(); }
 AM_MEDIA_TYPE* give(const media_type& type) noexcept { return type.give(); }
@@ -47,7 +47,7 @@ public:
     HRESULT STDMETHODCALLTYPE Clone(Interface** out) override {
         if (out == nullptr) return E_POINTER;
         *out = nullptr;
-        return AtComEdge([&] {
+        return at_com_edge([&] {
             *out = com_ptr<Interface>(new list_enumerator(items_, next_)).detach();
             return S_OK;
         });

@@ -1,7 +1,7 @@
 #include "apps/device/class_factory.h"
 #include "apps/device/module.h"
 #include "apps/device/registration.h"
-#include "server/runtime_memory.h"
+#include "platform/windows/runtime_memory.h"
 
 #include <olectl.h>
 
@@ -17,10 +17,10 @@ STDAPI DllUnregisterServer() { return selvane_camera::unregister_devices(); }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID process_ends) {
     if (reason == DLL_PROCESS_ATTACH) {
-        if (!selvane_server::HasRuntimeMemory()) return FALSE;
+        if (!platform::has_runtime_memory()) return FALSE;
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) {
-        selvane_server::ReleaseRuntimeMemory();
+        platform::release_runtime_memory();
     }
     return TRUE;
 }

@@ -3,7 +3,7 @@
 #include "apps/device/frame_interval.h"
 #include "apps/device/media_type.h"
 #include "apps/device/module.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 
 #include <vfwmsgs.h>
 
@@ -16,8 +16,8 @@
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 
 constexpr REFERENCE_TIME ticks_a_millisecond = 10'000;
 // A thread that nobody holds up is through with its frame by then.
@@ -191,7 +191,7 @@ DWORD WINAPI run_thread(void* context) {
     std::unique_ptr<std::shared_ptr<frame_stream::job>> work(
         static_cast<std::shared_ptr<frame_stream::job>*>(context));
     static_cast<void>(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-    static_cast<void>(AtComEdge([&] {
+    static_cast<void>(at_com_edge([&] {
         (*work)->work();
         return S_OK;
     }));

@@ -5,7 +5,7 @@
 #include "apps/device/module.h"
 #include "platform/com_ptr.h"
 #include "platform/text.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 
 #include <strmif.h>
 #include <uuids.h>
@@ -16,8 +16,8 @@
 namespace selvane_camera {
 namespace {
 
+using platform::at_com_edge;
 using platform::com_ptr;
-using ZELPropUI::Framework::AtComEdge;
 
 constexpr std::size_t longest_path = 32768;
 
@@ -111,14 +111,14 @@ HRESULT take_out_all() {
 
 HRESULT register_devices() noexcept {
     const com_for_a_moment com;
-    const HRESULT hr = AtComEdge(enter_all);
-    if (FAILED(hr)) static_cast<void>(AtComEdge(take_out_all));
+    const HRESULT hr = at_com_edge(enter_all);
+    if (FAILED(hr)) static_cast<void>(at_com_edge(take_out_all));
     return hr;
 }
 
 HRESULT unregister_devices() noexcept {
     const com_for_a_moment com;
-    return AtComEdge(take_out_all);
+    return at_com_edge(take_out_all);
 }
 
 }  // namespace selvane_camera

@@ -2,7 +2,7 @@
 
 #include "apps/device/capture_pin.h"
 #include "apps/device/frame_interval.h"
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 
 #include <uuids.h>
 
@@ -12,7 +12,7 @@
 namespace selvane_camera {
 namespace {
 
-using ZELPropUI::Framework::AtComEdge;
+using platform::at_com_edge;
 
 HRESULT give_type(const media_type& type, AM_MEDIA_TYPE** out) {
     *out = type.give();
@@ -46,18 +46,18 @@ VIDEO_STREAM_CONFIG_CAPS describe(const simcam::frame_format& format, const inte
 
 HRESULT capture_pin::config_face::SetFormat(AM_MEDIA_TYPE* type) {
     if (type == nullptr) return E_POINTER;
-    return AtComEdge([&] { return pin_.choose_type(*type); });
+    return at_com_edge([&] { return pin_.choose_type(*type); });
 }
 
 HRESULT capture_pin::config_face::GetFormat(AM_MEDIA_TYPE** out) {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
-    return AtComEdge([&] { return give_type(pin_.current_type(), out); });
+    return at_com_edge([&] { return give_type(pin_.current_type(), out); });
 }
 
 HRESULT capture_pin::config_face::GetNumberOfCapabilities(int* count, int* size) {
     if (count == nullptr || size == nullptr) return E_POINTER;
-    return AtComEdge([&] {
+    return at_com_edge([&] {
         *count = static_cast<int>(offered_formats().size());
         *size = sizeof(VIDEO_STREAM_CONFIG_CAPS);
         return S_OK;
@@ -68,7 +68,7 @@ HRESULT capture_pin::config_face::GetStreamCaps(int index, AM_MEDIA_TYPE** out, 
     if (out == nullptr || caps == nullptr) return E_POINTER;
     *out = nullptr;
     if (index < 0) return E_INVALIDARG;
-    return AtComEdge([&] {
+    return at_com_edge([&] {
         if (static_cast<std::size_t>(index) >= offered_formats().size()) return S_FALSE;
         const simcam::frame_format& format = offered_formats()[static_cast<std::size_t>(index)];
         const interval_range interval = read_interval(pin_.owner().camera());

@@ -4,7 +4,7 @@
 #include "apps/inspect/engine_messages.h"
 #include "apps/inspect/source_text.h"
 #include "apps/inspect/traced_port.h"
-#include "genicam/core/expansion_budget.h"
+#include "formula/expansion_budget.h"
 #include "genicam/genicam_doc.h"
 #include "simcam/register_memory.h"
 

@@ -1,6 +1,6 @@
 #include "apps/inspect/description_tree.h"
 
-#include "genicam/core/node_base.h"
+#include "genicam/document/node_facts.h"
 
 namespace selvane_inspect {
 
@@ -53,7 +53,7 @@ std::optional<element_index> description_tree::find(pugi::xml_node xml) const {
 
 // Both trees are made of the same text, so that an element stands at the same place in both.
 std::optional<element_index> description_tree::find(GenICam::INode& node) const {
-    return find(static_cast<GenICam::node_base_data&>(*node.get_eval()).xml());
+    return find(GenICam::element_of(node));
 }
 
 text_position description_tree::position_of(pugi::xml_node xml) const {

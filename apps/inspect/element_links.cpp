@@ -1,6 +1,6 @@
 #include "apps/inspect/element_links.h"
 
-#include "genicam/nodes/struct_entry_node.h"
+#include "genicam/document/node_facts.h"
 
 #include <iterator>
 
@@ -48,8 +48,8 @@ constexpr limit_suffix limit_suffixes[] = {{".Min", variable_reads::minimum},
 std::vector<element_link> links_of(pugi::xml_node element) {
     std::vector<element_link> links;
     collect(element, links);
-    if (std::string_view(element.name()) == "StructEntry")
-        collect(GenICam::find_struct_frame(element), links);
+    const pugi::xml_node frame = GenICam::register_frame_of(element);
+    if (frame != element) collect(frame, links);
     return links;
 }
 

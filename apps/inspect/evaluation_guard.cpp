@@ -2,10 +2,9 @@
 
 #include "apps/inspect/engine_messages.h"
 #include "apps/inspect/guarded_run.h"
-#include "formula/formula_watch.h"
+#include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
-#include "genicam/core/node_base.h"
-#include "genicam/core/value_links.h"
+#include "genicam/nodes/formula_watch.h"
 
 #include <algorithm>
 #include <utility>
@@ -48,8 +47,7 @@ public:
 
 private:
     GenICam::result<eval_value> compute(const GenICam::formula_view& program,
-                                        const GenICam::variable_map_impl& variables,
-                                        const GenICam::node_base_data& node,
+                                        const GenICam::variable_map_impl& variables, pugi::xml_node element,
                                         GenICam::child formula) override {
         const guarded_result run =
             run_guarded(program, [&](GenICam::identifier_id id) -> std::optional<eval_value> {
@@ -57,7 +55,7 @@ private:
                 if (value == nullptr) return std::nullopt;
                 return *value;
             });
-        if (run.ends_process) throw ending_formula{node.xml(), formula};
+        if (run.ends_process) throw ending_formula{element, formula};
         if (!run.failure.empty()) return make_error_code(GenICam::formula_parse_failed);
         return run.value;
     }

@@ -1,7 +1,7 @@
 #include "apps/inspect/feature_facts.h"
 
+#include "genicam/document/node_facts.h"
 #include "genicam/ieval.h"
-#include "genicam/nodes/struct_entry_node.h"
 
 #include <algorithm>
 
@@ -45,7 +45,8 @@ void collect_frame(const description_tree& tree, pugi::xml_node frame, std::vect
 std::vector<shown_element> find_elements(const description_tree& tree, pugi::xml_node feature) {
     std::vector<shown_element> elements;
     collect_elements(tree, feature, 0, elements);
-    if (is_named(feature, "StructEntry")) collect_frame(tree, GenICam::find_struct_frame(feature), elements);
+    const pugi::xml_node frame = GenICam::register_frame_of(feature);
+    if (frame != feature) collect_frame(tree, frame, elements);
     return elements;
 }
 

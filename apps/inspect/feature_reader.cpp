@@ -1,9 +1,9 @@
 #include "apps/inspect/feature_reader.h"
 
 #include "apps/inspect/engine_messages.h"
-#include "genicam/core/node_base.h"
+#include "genicam/base/value_links.h"
 #include "genicam/core/number_parser.h"
-#include "genicam/core/value_links.h"
+#include "genicam/document/node_facts.h"
 
 #include <limits>
 #include <stdexcept>
@@ -114,13 +114,12 @@ std::string engine_unit(INode& node) {
 // What an enumeration looks for among its entries. One without a link holds what it began with: only the
 // value of an entry could have taken its place.
 std::optional<std::int64_t> number_behind(INode& enumeration) {
-    const auto& data = static_cast<node_base_data&>(*enumeration.get_eval());
-    if (data.xml().child("Value")) {
+    if (const pugi::xml_node value = element_of(enumeration).child("Value")) {
         std::int64_t stated = 0;
-        static_cast<void>(parse_int(data.xml().child_value("Value"), stated));
+        static_cast<void>(parse_int(value.child_value(), stated));
         return stated;
     }
-    INode* const target = data.resolve_node("pValue");
+    INode* const target = linked_node(enumeration, "pValue");
     const result<std::int64_t> number =
         target != nullptr ? get_eval_int(target, none) : make_error_code(not_implemented);
     if (!number) return std::nullopt;

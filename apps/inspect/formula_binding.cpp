@@ -1,8 +1,9 @@
 #include "apps/inspect/formula_binding.h"
 
 #include "apps/inspect/engine_messages.h"
-#include "genicam/core/value_links.h"
+#include "genicam/base/value_links.h"
 #include "genicam/document/node_facts.h"
+#include "genicam/nodes/formula_names.h"
 
 #include <utility>
 
@@ -20,7 +21,7 @@ formula_binding::formula_binding(description& from, element_index index)
     const silence quiet;
     GenICam::IGenICamDoc* document = from.document();
     const GenICam::scanned_element scanned(xml_);
-    table_.build_formula_name_lookup(document, *scanned, is_integer());
+    GenICam::build_formula_name_lookup(table_, document, *scanned, is_integer());
     map_.resolve_converter_references(document, *scanned, nullptr, table_);
     if (is_converter_) target_ = document->find_node(xml_.child_value("pValue"));
     for (const char* name : {"Formula", "FormulaFrom", "FormulaTo", "Expression"}) parse(name);

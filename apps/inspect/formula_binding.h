@@ -2,8 +2,8 @@
 
 #include "apps/inspect/description.h"
 #include "formula/formula_parser.h"
-#include "formula/variable_binding.h"
 #include "formula/variable_table.h"
+#include "genicam/nodes/variable_binding.h"
 
 #include <optional>
 #include <string_view>

@@ -2,10 +2,7 @@
 
 #include "apps/inspect/engine_messages.h"
 #include "apps/inspect/feature_reader.h"
-#include "genicam/core/children.h"
-#include "genicam/core/xml_words.h"
-#include "genicam/nodes/bit_field.h"
-#include "genicam/nodes/struct_entry_node.h"
+#include "genicam/document/node_facts.h"
 
 #include <algorithm>
 #include <exception>
@@ -24,17 +21,6 @@ bool is_register(pugi::xml_node element) {
     const std::string_view name = element.name();
     return std::find(std::begin(register_elements), std::end(register_elements), name) !=
            std::end(register_elements);
-}
-
-// Where an element has what its place in memory needs.
-pugi::xml_node frame_of(pugi::xml_node element) {
-    const bool is_entry = std::string_view(element.name()) == "StructEntry";
-    return is_entry ? find_struct_frame(element) : element;
-}
-
-Endianess byte_order(pugi::xml_node element) {
-    const pugi::xml_node frame = frame_of(element);
-    return parse_endianess(frame, frame.child_value("Endianess"));
 }
 
 void read_past_everything(INode& node) {
@@ -66,14 +52,13 @@ std::optional<std::uint64_t> mask_of(pugi::xml_node element, std::size_t length)
     const std::string_view name = element.name();
     const bool is_field = name == "MaskedIntReg" || name == "StructEntry";
     if (!is_field || length == 0 || length > sizeof(std::uint64_t)) return std::nullopt;
-    const scanned_element scanned(element);
-    return bit_field(*scanned).put(0, -1, static_cast<std::int64_t>(length), byte_order(element));
+    return field_bits_of(element, static_cast<std::int64_t>(length));
 }
 
-std::string_view byte_order_of(pugi::xml_node element, std::size_t length) {
+std::string_view byte_order_word(pugi::xml_node element, std::size_t length) {
     const std::string_view name = element.name();
     if (length < 2 || name == "StringReg" || name == "Register") return {};
-    return byte_order(element) == Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
+    return byte_order_of(element) == Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
 }
 
 }  // namespace
@@ -95,13 +80,13 @@ std::optional<register_state> probe_register(description& in, evaluation_guard& 
     const port_access& own = accesses.back();
     const pugi::xml_node xml = in.tree().at(*element).xml;
     return register_state{own.address, own.data, mask_of(xml, own.data.size()),
-                          byte_order_of(xml, own.data.size())};
+                          byte_order_word(xml, own.data.size())};
 }
 
 std::string port_defect(description& in, element_index element) {
     const pugi::xml_node xml = in.tree().at(element).xml;
     if (!is_register(xml)) return {};
-    const std::string_view stated = frame_of(xml).child_value("pPort");
+    const std::string_view stated = register_frame_of(xml).child_value("pPort");
     const std::string name(stated.empty() ? "Device" : stated);
     INode* const port = in.document()->find_port(name);
     if (port == nullptr) return "port " + name + ": there is none";

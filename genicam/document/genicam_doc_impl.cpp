@@ -1,10 +1,10 @@
 #include "genicam/document/genicam_doc_impl.h"
 
+#include "genicam/base/node_state.h"
+#include "genicam/base/xml_words.h"
 #include "genicam/core/messages.h"
-#include "genicam/core/node_state.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/text_words.h"
-#include "genicam/core/xml_words.h"
 #include "genicam/document/node_factory.h"
 #include "genicam/document/statistics.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "formula/expansion_budget.h"
 #include "formula/formula_store.h"
-#include "genicam/core/dependent_lists.h"
-#include "genicam/core/dependent_register.h"
-#include "genicam/core/document_services.h"
-#include "genicam/core/expansion_budget.h"
+#include "genicam/base/dependent_lists.h"
+#include "genicam/base/dependent_register.h"
+#include "genicam/base/document_services.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/document/name_index.h"
 #include "genicam/genicam_doc.h"

@@ -1,14 +1,13 @@
 #include "genicam/document/node_factory.h"
 
-#include "formula/converter_nodes.h"
-#include "formula/swissknife_nodes.h"
+#include "genicam/base/xml_words.h"
 #include "genicam/core/children.h"
 #include "genicam/core/name_table.h"
 #include "genicam/core/number_parser.h"
-#include "genicam/core/xml_words.h"
 #include "genicam/nodes/boolean_nodes.h"
 #include "genicam/nodes/category_node.h"
 #include "genicam/nodes/command_nodes.h"
+#include "genicam/nodes/converter_nodes.h"
 #include "genicam/nodes/enumeration_nodes.h"
 #include "genicam/nodes/float_nodes.h"
 #include "genicam/nodes/float_reg_nodes.h"
@@ -19,6 +18,7 @@
 #include "genicam/nodes/register_node.h"
 #include "genicam/nodes/string_nodes.h"
 #include "genicam/nodes/struct_entry_node.h"
+#include "genicam/nodes/swissknife_nodes.h"
 
 #include <iterator>
 #include <new>

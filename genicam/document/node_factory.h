@@ -1,7 +1,7 @@
 #pragma once
 
+#include "genicam/base/document_services.h"
 #include "genicam/core/children.h"
-#include "genicam/core/document_services.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
 

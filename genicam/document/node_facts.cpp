@@ -1,5 +1,10 @@
 #include "genicam/document/node_facts.h"
 
+#include "genicam/base/node_base.h"
+#include "genicam/base/xml_words.h"
+#include "genicam/nodes/bit_field.h"
+#include "genicam/nodes/struct_entry_node.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -28,6 +33,8 @@ constexpr node_facts facts_of_classes[] = {
 };
 #undef NODE
 
+const node_base_data& data_of(INode& node) { return static_cast<const node_base_data&>(*node.get_eval()); }
+
 }  // namespace
 
 const node_facts enum_entry_facts = {"EnumEntry", "enum_entry_type",
@@ -54,6 +61,24 @@ const node_facts* find_node_facts(std::string_view class_name) noexcept {
     const auto* found = std::find_if(std::begin(facts_of_classes), std::end(facts_of_classes),
                                      [&](const node_facts& facts) { return facts.name == class_name; });
     return found != std::end(facts_of_classes) ? found : nullptr;
+}
+
+pugi::xml_node element_of(INode& node) { return data_of(node).xml(); }
+
+INode* linked_node(INode& node, const char* child) { return data_of(node).resolve_node(child); }
+
+pugi::xml_node register_frame_of(pugi::xml_node element) {
+    return element.name() == std::string_view("StructEntry") ? find_struct_frame(element) : element;
+}
+
+Endianess byte_order_of(pugi::xml_node element) {
+    const pugi::xml_node frame = register_frame_of(element);
+    return parse_endianess(frame, frame.child_value("Endianess"));
+}
+
+std::uint64_t field_bits_of(pugi::xml_node element, std::int64_t length) {
+    const scanned_element scanned(element);
+    return bit_field(*scanned).put(0, -1, length, byte_order_of(element));
 }
 
 }  // namespace GenICam

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "genicam/inode.h"
+
+#include <cstdint>
 #include <string_view>
 
 #include <gsl/span>
+#include <pugixml.hpp>
 
 namespace GenICam {
 
@@ -50,5 +54,18 @@ struct node_facts {
 /// document.
 extern const node_facts enum_entry_facts;
 extern const node_facts struct_frame_facts;
+
+/// The element that a node was made from.
+[[nodiscard]] pugi::xml_node element_of(INode& node);
+/// The node named by the text of a child of that element, or null; logs a name that is unknown.
+[[nodiscard]] INode* linked_node(INode& node, const char* child);
+
+// Of the elements of registers.
+
+/// The element that tells where the register lies: for a `StructEntry` the one around it.
+[[nodiscard]] pugi::xml_node register_frame_of(pugi::xml_node element);
+[[nodiscard]] Endianess byte_order_of(pugi::xml_node element);
+/// The bits that a `MaskedIntReg` or a `StructEntry` has in the word of a register of 1 to 8 bytes.
+[[nodiscard]] std::uint64_t field_bits_of(pugi::xml_node element, std::int64_t length);
 
 }  // namespace GenICam

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "genicam/core/implement_inode.h"
-#include "genicam/core/node_link.h"
-#include "genicam/core/node_state.h"
+#include "genicam/base/implement_inode.h"
+#include "genicam/base/node_link.h"
+#include "genicam/base/node_state.h"
 #include "genicam/nodes/range_record.h"
 
 namespace GenICam {

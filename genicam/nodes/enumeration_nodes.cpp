@@ -1,8 +1,8 @@
 #include "genicam/nodes/enumeration_nodes.h"
 
+#include "genicam/base/value_links.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
-#include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 
 #include <cmath>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "genicam/core/implement_inode.h"
-#include "genicam/core/node_link.h"
-#include "genicam/core/node_state.h"
-#include "genicam/core/value_table.h"
+#include "genicam/base/implement_inode.h"
+#include "genicam/base/node_link.h"
+#include "genicam/base/node_state.h"
+#include "genicam/base/value_table.h"
 #include "genicam/nodes/range_record.h"
 
 namespace GenICam {

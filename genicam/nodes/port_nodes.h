@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/core/implement_inode.h"
-#include "genicam/core/node_state.h"
+#include "genicam/base/implement_inode.h"
+#include "genicam/base/node_state.h"
 #include "genicam/idevice_port.h"
 #include "genicam/nodes/range_record.h"
 

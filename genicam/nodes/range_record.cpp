@@ -1,6 +1,6 @@
 #include "genicam/nodes/range_record.h"
 
-#include "genicam/core/node_base.h"
+#include "genicam/base/node_base.h"
 #include "genicam/genicam_doc.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "genicam/base/value_links.h"
 #include "genicam/core/eval_value.h"
-#include "genicam/core/value_links.h"
 #include "genicam/inode.h"
 
 #include <cstdint>

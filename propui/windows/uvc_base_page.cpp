@@ -1,13 +1,13 @@
 #include "propui/windows/uvc_base_page.h"
 
 #include "adapter/genicam_adapter_device.h"
+#include "platform/windows/com_edge.h"
 #include "propui/page_layout.h"
-#include "propui/windows/framework/com_edge.h"
+#include "propui/resource_ids.h"
 #include "propui/windows/framework/process_lock.h"
 #include "propui/windows/framework/reflection.h"
 #include "propui/windows/framework/superclassed_window.h"
 #include "propui/windows/framework/system_library.h"
-#include "propui/windows/resource_ids.h"
 
 #include <commctrl.h>
 #include <gsl/util>
@@ -21,7 +21,7 @@
 namespace uvc_page {
 namespace {
 
-using ZELPropUI::Framework::AtComEdge;
+using platform::at_com_edge;
 using ZELPropUI::Framework::LoadSystemLibrary;
 
 // By address: an import of the common controls would be looked for beside the host first.
@@ -148,7 +148,7 @@ void CUVCBasePage::OnDetached() noexcept {
 // call is done.
 HRESULT CUVCBasePage::Activate(HWND parent, LPCRECT place, BOOL) {
     const Holder hold(*this);
-    std::ignore = AtComEdge([&] {
+    std::ignore = at_com_edge([&] {
         Deactivate();  // a host may have lost count
         InitCommonControlClasses();
         LoadEditLibraries();

@@ -1,8 +1,8 @@
 // Whoever watches computes the formulas of all nodes.
 
-#include "formula/formula_watch.h"
+#include "genicam/nodes/formula_watch.h"
 
-#include "genicam/core/node_base.h"
+#include "genicam/base/node_base.h"
 #include "tests/support/test_document.h"
 
 #include <optional>
@@ -32,8 +32,8 @@ public:
     Watch& operator=(const Watch&) = delete;
 
     result<eval_value> compute(const formula_view& program, const variable_map_impl& variables,
-                               const node_base_data& node, child formula) override {
-        seen.push_back(std::string(node.find_name()) + " " + name_of(formula) + " " +
+                               pugi::xml_node element, child formula) override {
+        seen.push_back(std::string(element.attribute("Name").value()) + " " + name_of(formula) + " " +
                        std::to_string(variables(first_source_id)->value.integer));
         if (throws) throw std::runtime_error("stopped");
         if (answer) return *answer;

@@ -1,4 +1,4 @@
-#include "genicam/core/document_services.h"
+#include "genicam/base/document_services.h"
 #include "genicam/ieval.h"
 #include "tests/support/small_stack.h"
 #include "tests/support/test_document.h"

@@ -2,8 +2,8 @@
 
 #include "apps/inspect/evaluation_guard.h"
 
-#include "formula/formula_watch.h"
-#include "genicam/core/value_links.h"
+#include "genicam/base/value_links.h"
+#include "genicam/nodes/formula_watch.h"
 #include "tests/inspect/inspection.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "propui/windows/framework/property_page.h"
 
-#include "propui/windows/framework/com_edge.h"
+#include "platform/windows/com_edge.h"
 #include "propui/windows/framework/dialog_template.h"
 #include "propui/windows/framework/module.h"
 
@@ -43,7 +43,7 @@ HRESULT PropertyPage::SetPageSite(IPropertyPageSite* site) {
 
 HRESULT PropertyPage::GetPageInfo(PROPPAGEINFO* info) {
     if (info == nullptr) return E_POINTER;
-    return AtComEdge([this, info] {
+    return platform::at_com_edge([this, info] {
         const auto dialog = ReadDialogTemplate(ModuleHandle(), resources_.dialog);
         if (!dialog) return E_UNEXPECTED;
         const std::wstring title = ResourceText(resources_.title);
@@ -84,7 +84,7 @@ HRESULT PropertyPage::Apply() {
 }
 
 HRESULT PropertyPage::Help(LPCOLESTR directory) {
-    return AtComEdge([this, directory] {
+    return platform::at_com_edge([this, directory] {
         const std::wstring file =
             std::wstring(directory != nullptr ? directory : L"") + L"\\" + ResourceText(resources_.help_file);
         WinHelpW(PageWindow(), file.c_str(), HELP_CONTEXTPOPUP, 0);

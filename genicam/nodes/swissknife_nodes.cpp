@@ -1,9 +1,10 @@
-#include "formula/swissknife_nodes.h"
+#include "genicam/nodes/swissknife_nodes.h"
 
-#include "formula/formula_limits.h"
 #include "formula/formula_store.h"
-#include "formula/formula_watch.h"
 #include "genicam/core/messages.h"
+#include "genicam/nodes/formula_limits.h"
+#include "genicam/nodes/formula_names.h"
+#include "genicam/nodes/formula_watch.h"
 
 namespace GenICam {
 
@@ -15,7 +16,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
         return;
     }
     variable_table table(true, self.formula_expansion());
-    table.build_formula_name_lookup(doc, xml, map_.is_integer());
+    build_formula_name_lookup(table, doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
     formula_ = &self.formulas().keep(text, table, map_.kinds(number_kind::integer));
     if (formula_->was_refused()) {

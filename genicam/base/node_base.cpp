@@ -1,9 +1,9 @@
-#include "genicam/core/node_base.h"
+#include "genicam/base/node_base.h"
 
+#include "genicam/base/value_links.h"
+#include "genicam/base/xml_words.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
-#include "genicam/core/value_links.h"
-#include "genicam/core/xml_words.h"
 #include "genicam/genicam_doc.h"
 
 #include <utility>

@@ -1,10 +1,11 @@
-#include "formula/variable_binding.h"
+#include "genicam/nodes/variable_binding.h"
 
+#include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"
-#include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 #include "genicam/ieval.h"
+#include "genicam/nodes/formula_names.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/core/node_base.h"
-#include "genicam/core/xml_words.h"
+#include "genicam/base/node_base.h"
+#include "genicam/base/xml_words.h"
 #include "genicam/inode.h"
 
 #include <utility>

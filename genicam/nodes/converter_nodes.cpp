@@ -1,11 +1,12 @@
-#include "formula/converter_nodes.h"
+#include "genicam/nodes/converter_nodes.h"
 
-#include "formula/formula_limits.h"
 #include "formula/formula_store.h"
-#include "formula/formula_watch.h"
+#include "genicam/base/value_links.h"
 #include "genicam/core/messages.h"
-#include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
+#include "genicam/nodes/formula_limits.h"
+#include "genicam/nodes/formula_names.h"
+#include "genicam/nodes/formula_watch.h"
 
 namespace GenICam {
 namespace {
@@ -28,7 +29,7 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
         return;
     }
     variable_table table(false, self.formula_expansion());
-    table.build_formula_name_lookup(doc, xml, map_.is_integer());
+    build_formula_name_lookup(table, doc, xml, map_.is_integer());
     map_.resolve_converter_references(doc, xml, self.get_node(), table);
     formula_from_ = keep(xml, child::FormulaFrom, table, kinds_when_reading(), self);
     if (formula_from_ != nullptr)

@@ -1,4 +1,4 @@
-#include "genicam/core/node_link.h"
+#include "genicam/base/node_link.h"
 
 #include "genicam/genicam_doc.h"
 

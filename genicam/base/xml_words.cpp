@@ -1,4 +1,4 @@
-#include "genicam/core/xml_words.h"
+#include "genicam/base/xml_words.h"
 
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"

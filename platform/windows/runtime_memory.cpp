@@ -1,4 +1,4 @@
-#include "server/runtime_memory.h"
+#include "platform/windows/runtime_memory.h"
 
 #include <windows.h>
 
@@ -33,7 +33,7 @@ struct __cxa_eh_globals {
 };
 }  // namespace __cxxabiv1
 
-namespace selvane_server {
+namespace platform {
 namespace {
 
 void CALLBACK FreeState(void* state) { HeapFree(GetProcessHeap(), 0, state); }
@@ -42,26 +42,26 @@ const DWORD slot = FlsAlloc(FreeState);
 
 }  // namespace
 
-bool HasRuntimeMemory() noexcept { return slot != FLS_OUT_OF_INDEXES; }
+bool has_runtime_memory() noexcept { return slot != FLS_OUT_OF_INDEXES; }
 
-void ReleaseRuntimeMemory() noexcept {
+void release_runtime_memory() noexcept {
     FlsFree(slot);
     __gnu_cxx::__freeres();
 }
 
-}  // namespace selvane_server
+}  // namespace platform
 
 namespace __cxxabiv1 {
 
 extern "C" __cxa_eh_globals* __cxa_get_globals_fast() noexcept {
-    return static_cast<__cxa_eh_globals*>(FlsGetValue(selvane_server::slot));
+    return static_cast<__cxa_eh_globals*>(FlsGetValue(platform::slot));
 }
 
 extern "C" __cxa_eh_globals* __cxa_get_globals() noexcept {
     __cxa_eh_globals* state = __cxa_get_globals_fast();
     if (state != nullptr) return state;
     state = static_cast<__cxa_eh_globals*>(HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof *state));
-    if (state == nullptr || FlsSetValue(selvane_server::slot, state) == 0) std::abort();
+    if (state == nullptr || FlsSetValue(platform::slot, state) == 0) std::abort();
     return state;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "formula/variable_binding.h"
-#include "genicam/core/implement_inode.h"
-#include "genicam/core/node_state.h"
+#include "genicam/base/implement_inode.h"
+#include "genicam/base/node_state.h"
+#include "genicam/nodes/variable_binding.h"
 
 namespace GenICam {
 

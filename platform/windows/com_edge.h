@@ -4,11 +4,11 @@
 
 #include <new>
 
-namespace ZELPropUI::Framework {
+namespace platform {
 
 /// The edge of a COM operation: what a body throws becomes a code.
 template <class Body>
-[[nodiscard]] HRESULT AtComEdge(Body&& body) noexcept {
+[[nodiscard]] HRESULT at_com_edge(Body&& body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
@@ -18,4 +18,4 @@ template <class Body>
     }
 }
 
-}  // namespace ZELPropUI::Framework
+}  // namespace platform

@@ -1,4 +1,4 @@
-#include "genicam/core/node_state.h"
+#include "genicam/base/node_state.h"
 
 #include <cstddef>
 #include <limits>

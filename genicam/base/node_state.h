@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/core/dependent_lists.h"
-#include "genicam/core/node_base.h"
+#include "genicam/base/dependent_lists.h"
+#include "genicam/base/node_base.h"
 
 #include <boost/container/small_vector.hpp>
 

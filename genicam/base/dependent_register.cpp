@@ -1,6 +1,6 @@
-#include "genicam/core/dependent_register.h"
+#include "genicam/base/dependent_register.h"
 
-#include "genicam/core/node_base.h"
+#include "genicam/base/node_base.h"
 
 namespace GenICam {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/core/node_base.h"
-#include "genicam/core/value_links.h"
+#include "genicam/base/node_base.h"
+#include "genicam/base/value_links.h"
 
 namespace GenICam {
 

@@ -1,4 +1,4 @@
-#include "genicam/core/value_links.h"
+#include "genicam/base/value_links.h"
 
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"

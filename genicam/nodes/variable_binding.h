@@ -3,6 +3,7 @@
 #include "formula/formula_program.h"
 #include "formula/source_kinds.h"
 #include "formula/variable_table.h"
+#include "genicam/core/children.h"
 #include "genicam/core/error.h"
 #include "genicam/core/eval_value.h"
 #include "genicam/inode.h"

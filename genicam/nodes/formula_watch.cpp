@@ -1,4 +1,4 @@
-#include "formula/formula_watch.h"
+#include "genicam/nodes/formula_watch.h"
 
 namespace GenICam {
 

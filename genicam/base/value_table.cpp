@@ -1,9 +1,9 @@
-#include "genicam/core/value_table.h"
+#include "genicam/base/value_table.h"
 
+#include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
-#include "genicam/core/value_links.h"
 #include "genicam/genicam_doc.h"
 #include "genicam/ieval.h"
 

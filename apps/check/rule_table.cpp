@@ -52,7 +52,9 @@ constexpr check_rule rules[] = {
      "Over registers the pages would follow the description there, and the host would end or hang.",
      "Mend the description; selvane_inspect lint tells the place."},
     {fault_kind::driver_throws, "driver-throws", severity::error,
-     "An exception out of a driver leaves through code that expects none.",
+     "The pages take it for a failure where they can stop it, which is sure for exceptions of their own "
+     "compiler "
+     "alone; any other may end the host.",
      "Catch everything where the driver is called, and answer with an HRESULT."},
     {fault_kind::named_result, "named-result", severity::warning,
      "Every success counts as an answer: the page shows whatever stands in the buffer, which starts as "
@@ -67,7 +69,8 @@ constexpr check_rule rules[] = {
     {fault_kind::named_refused, "named-refused", severity::warning,
      "Without /IsImplemented a feature or entry is left out, without /IsLocked its control is grey, without "
      "/Min "
-     "and /Max its slider has no range, without a value its control is empty.",
+     "and /Max a float is left out and the slider of an integer does nothing, without a value a control is "
+     "empty.",
      "Answer these paths for every feature that the description marks."},
     {fault_kind::entry_unknown, "entry-unknown", severity::warning,
      "The box stays empty: entries are found by their Name, byte for byte.",

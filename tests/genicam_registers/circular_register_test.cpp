@@ -1,5 +1,5 @@
 // Places that depend on themselves. They load; who reads them recurses until the stack ends, in a process of
-// its own.
+// its own. And chains of links that end.
 
 #include "tests/genicam_registers/register_test.h"
 #include "tests/support/small_stack.h"
@@ -44,6 +44,44 @@ TEST(CircularRegister, CanBeWrittenAroundInTheCircle) {
     TestDocument doc(element("IntReg", fixed_place(4) + "<pIsAvailable>r</pIsAvailable>"));
     EXPECT_FALSE(doc.Integer("r").set_val(1, access_flags::skip_access_check));
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(WriteOf(0x100, {0, 0, 0, 1}, 0x800)));
+}
+
+#ifdef SELVANE_SANITIZED
+constexpr int longest_chain = 100;  // instrumented code takes more stack
+#else
+constexpr int longest_chain = 1000;
+#endif
+
+struct chain {
+    const char* element;
+    const char* before_next;
+    const char* behind_next;
+};
+
+// Links that go on without a circle: what `lint` does not name holds on the stack of a host's window.
+TEST(ChainOfLinks, OfAThousandIsReadOnTheStackOfAHost) {
+    constexpr chain chains[] = {
+        {"Integer", "<pValue>", "</pValue>"},
+        {"Integer", "<Value>1</Value><pIsAvailable>", "</pIsAvailable>"},
+        {"Integer", "<pIndex>r0</pIndex><pValueDefault>", "</pValueDefault>"},
+        {"IntSwissKnife", "<pVariable Name='X'>", "</pVariable><Formula>X</Formula>"},
+        {"IntConverter", "<FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>", "</pValue>"},
+        {"IntReg", "<Length>4</Length><pAddress>", "</pAddress>"},
+    };
+    for (const chain& links : chains) {
+        std::string elements = number("r0", "7");
+        for (int at = 1; at <= longest_chain; ++at) {
+            elements +=
+                element(links.element, links.before_next + ("r" + std::to_string(at - 1)) + links.behind_next,
+                        "r" + std::to_string(at));
+        }
+        TestDocument doc(elements);
+        IInteger& last = doc.Integer("r" + std::to_string(longest_chain));
+        test_support::RunOnSmallStack([&] {
+            EXPECT_TRUE(last.get_val(0)) << links.element;
+            static_cast<void>(last.set_val(7, 0));
+        });
+    }
 }
 
 constexpr int survived = 37;

@@ -131,6 +131,16 @@ TEST(Enumeration, Access) {
     }
 }
 
+TEST(Enumeration, HasNoAccessModeOfItsTarget) {
+    TestDocument doc(
+        "<Enumeration Name='e'><EnumEntry "
+        "Name='A'><Value>1</Value></EnumEntry><pValue>ro</pValue></Enumeration>"
+        "<Integer Name='ro'><Value>1</Value><ImposedAccessMode>RO</ImposedAccessMode></Integer>");
+    IEnumeration& node = doc.Enumeration("e");
+    EXPECT_EQ(node.get_access_mode(), AccessMode::RW);
+    EXPECT_EQ(node.set_selected_entry(node.find_entry("A"), 0), code(access_denied));
+}
+
 TEST(Enumeration, BadTextsAndLinks) {
     TestDocument doc(
         "<Enumeration Name='a'><Value>x</Value><EnumEntry Name='e'><Value>y</Value></EnumEntry></Enumeration>"

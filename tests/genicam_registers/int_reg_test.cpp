@@ -129,6 +129,12 @@ TEST(IntReg, RangeFollowsALengthThatIsALink) {
     EXPECT_EQ(value_of(doc.Integer("r").get_max(0)), 0);
 }
 
+TEST(IntReg, RangeAsksForTheLengthAlone) {
+    TestDocument doc(element("IntReg", length("2") + "<pAddress>broken</pAddress>") + broken("broken"));
+    EXPECT_FALSE(doc.Integer("r").get_val(0));
+    EXPECT_EQ(value_of(doc.Integer("r").get_max(0)), 65535);
+}
+
 TEST(IntReg, RangeIsThatOfFourBytesWhereTheLengthFails) {
     TestDocument doc(element("IntReg", address("0x100") + "<pLength>broken</pLength>", "u") +
                      element("IntReg", address("0x100") + "<pLength>broken</pLength>" + sign("Signed"), "s") +

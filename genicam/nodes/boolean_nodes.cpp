@@ -43,7 +43,7 @@ result<bool> boolean_mapping::get_default(std::uint32_t flags) const {
 }
 
 boolean_pValue_type::boolean_pValue_type(document_services* services, const described_element& xml)
-    : node_base_impl_dependent_cache(services, xml), mapping_(xml) {}
+    : node_base_impl_dependent_cache(services, xml), implement_inode_Boolean_type(xml) {}
 
 void boolean_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     mapping_.resolve_default(doc, xml, *this);
@@ -63,7 +63,7 @@ result<bool> boolean_pValue_type::get_val(std::uint32_t flags) {
 }
 
 boolean_Value_type::boolean_Value_type(document_services* services, const described_element& xml)
-    : node_base_impl_value(services, xml), mapping_(xml) {}
+    : node_base_impl_value(services, xml), implement_inode_Boolean_type(xml) {}
 
 void boolean_Value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     mapping_.resolve_default(doc, xml, *this);

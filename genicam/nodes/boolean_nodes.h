@@ -25,9 +25,22 @@ private:
     integer_pair default_;
 };
 
+/// Holds the mapping of a `Boolean` element.
+template <class T>
+class implement_inode_Boolean_type : public implement_inode_boolean<T> {
+public:
+    explicit implement_inode_Boolean_type(const described_element& xml) : mapping_(xml) {}
+    result<bool> get_default(std::uint32_t flags) final { return mapping_.get_default(flags); }
+
+protected:
+    ~implement_inode_Boolean_type() = default;
+
+    boolean_mapping mapping_;
+};
+
 /// `Boolean` with `pValue`. With an unresolved link reading and writing fail with `not_implemented`.
 class boolean_pValue_type final : public node_base_impl_dependent_cache,
-                                  public implement_inode_boolean<boolean_pValue_type> {
+                                  public implement_inode_Boolean_type<boolean_pValue_type> {
 public:
     boolean_pValue_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
@@ -35,26 +48,22 @@ public:
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
-    result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }
 
 private:
-    boolean_mapping mapping_;
     node_link value_;
 };
 
 /// `Boolean` with `Value`.
 class boolean_Value_type final : public node_base_impl_value,
-                                 public implement_inode_boolean<boolean_Value_type> {
+                                 public implement_inode_Boolean_type<boolean_Value_type> {
 public:
     boolean_Value_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(bool value, std::uint32_t flags) override;
     result<bool> get_val(std::uint32_t flags) override;
-    result<bool> get_default(std::uint32_t flags) override { return mapping_.get_default(flags); }
 
 private:
-    boolean_mapping mapping_;
     std::int64_t value_ = 0;
 };
 

@@ -4,7 +4,6 @@
 #include "genicam/base/value_links.h"
 #include "genicam/core/messages.h"
 #include "genicam/genicam_doc.h"
-#include "genicam/nodes/formula_limits.h"
 #include "genicam/nodes/formula_names.h"
 #include "genicam/nodes/formula_watch.h"
 
@@ -88,16 +87,7 @@ std::error_code int_converter_type::set_val(std::int64_t value, std::uint32_t fl
 }
 
 result<std::int64_t> int_converter_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.read(*this, flags);
-    if (!value) return value.error();
-    return to_int(value.assume_value());
-}
-
-result<std::int64_t> int_converter_type::get_min(std::uint32_t) { return formula_integer_min; }
-result<std::int64_t> int_converter_type::get_max(std::uint32_t) { return formula_integer_max; }
-result<std::int64_t> int_converter_type::get_inc(std::uint32_t) { return formula_integer_inc; }
-result<std::int64_t> int_converter_type::get_default(std::uint32_t) {
-    return make_error_code(not_implemented);
+    return number_of(impl_.read(*this, flags));
 }
 
 void float_converter_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
@@ -109,14 +99,7 @@ std::error_code float_converter_type::set_val(double value, std::uint32_t flags)
 }
 
 result<double> float_converter_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.read(*this, flags);
-    if (!value) return value.error();
-    return to_double(value.assume_value());
+    return number_of(impl_.read(*this, flags));
 }
-
-result<double> float_converter_type::get_min(std::uint32_t) { return formula_float_min; }
-result<double> float_converter_type::get_max(std::uint32_t) { return formula_float_max; }
-result<double> float_converter_type::get_default(std::uint32_t) { return make_error_code(not_implemented); }
-result<double> float_converter_type::get_inc(std::uint32_t) { return make_error_code(not_implemented); }
 
 }  // namespace GenICam

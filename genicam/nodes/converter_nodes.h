@@ -1,8 +1,8 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
+#include "genicam/nodes/formula_number.h"
 #include "genicam/nodes/variable_binding.h"
 
 namespace GenICam {
@@ -40,7 +40,7 @@ private:
 
 /// `IntConverter`: an integer computed from a target node and back. Without limits of its own.
 class int_converter_type final : public node_base_impl_dependent_cache,
-                                 public implement_inode_IInteger<int_converter_type> {
+                                 public implement_inode_formula_integer<int_converter_type> {
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
@@ -48,10 +48,6 @@ public:
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
-    result<std::int64_t> get_min(std::uint32_t flags) override;
-    result<std::int64_t> get_max(std::uint32_t flags) override;
-    result<std::int64_t> get_inc(std::uint32_t flags) override;
-    result<std::int64_t> get_default(std::uint32_t flags) override;
 
 private:
     converter_impl impl_{true};
@@ -59,7 +55,7 @@ private:
 
 /// `Converter`: the same with a float. Its minimum is the smallest positive number.
 class float_converter_type final : public node_base_impl_dependent_cache,
-                                   public implement_inode_IFloat<float_converter_type> {
+                                   public implement_inode_formula_float<float_converter_type> {
 public:
     using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
     INode* get_node() override { return this; }
@@ -67,10 +63,6 @@ public:
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
-    result<double> get_min(std::uint32_t flags) override;
-    result<double> get_max(std::uint32_t flags) override;
-    result<double> get_default(std::uint32_t flags) override;
-    result<double> get_inc(std::uint32_t flags) override;
 
 private:
     converter_impl impl_{false};

@@ -19,27 +19,15 @@ std::int64_t bits_of(double value) noexcept {
 }  // namespace
 
 void float_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    range_.resolve(doc, xml, *this, true);
-    if (parse_double(child_text(xml, child::Value), value_) == 0) {
-        report(messages::float_constant_value_invalid, origin(child::Value));
-    }
+    read_value(doc, xml, messages::float_constant_value_invalid);
 }
 
 std::error_code float_constant_value_type::set_val(double, std::uint32_t) {
     return make_error_code(access_denied);
 }
 
-result<double> float_constant_value_type::get_val(std::uint32_t) { return value_; }
-
-result<double> float_constant_value_type::unstated_limit(range_record::limit which, std::uint32_t) {
-    return unlimited_float(which);
-}
-
 void float_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    range_.resolve(doc, xml, *this, true);
-    if (parse_double(child_text(xml, child::Value), value_) == 0) {
-        report(messages::float_floating_value_invalid, origin(child::Value));
-    }
+    read_value(doc, xml, messages::float_floating_value_invalid);
 }
 
 std::error_code float_floating_value_type::set_val(double value, std::uint32_t flags) {
@@ -54,10 +42,6 @@ std::error_code float_floating_value_type::set_val(double value, std::uint32_t f
 result<double> float_floating_value_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_access(false, flags)) return refused;
     return value_;
-}
-
-result<double> float_floating_value_type::unstated_limit(range_record::limit which, std::uint32_t) {
-    return unlimited_float(which);
 }
 
 void float_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {

@@ -4,6 +4,8 @@
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
 #include "genicam/base/value_table.h"
+#include "genicam/core/message.h"
+#include "genicam/core/number_parser.h"
 #include "genicam/nodes/range_record.h"
 
 namespace GenICam {
@@ -37,35 +39,43 @@ private:
     }
 };
 
-/// `Float` with `Value`, imposed read-only. Unlike its integer sibling it can be read whatever its
-/// availability.
-class float_constant_value_type final : public node_base_impl_dependent_cache,
-                                        public implement_inode_Float_type<float_constant_value_type> {
+/// `Float` with `Value`: holds its number.
+template <class T, class Base>
+class float_own_value : public Base, public implement_inode_Float_type<T> {
 public:
-    using node_base_impl_dependent_cache::node_base_impl_dependent_cache;
-    INode* get_node() override { return this; }
-    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
-    std::error_code set_val(double value, std::uint32_t flags) override;
-    result<double> get_val(std::uint32_t flags) override;
-    result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
+    using Base::Base;
+    result<double> unstated_limit(range_record::limit which, std::uint32_t) { return unlimited_float(which); }
 
-private:
+protected:
+    ~float_own_value() = default;
+    void read_value(IGenICamDoc* doc, const described_element& xml, const message<>& invalid) {
+        this->range_.resolve(doc, xml, *this, true);
+        if (parse_double(child_text(xml, child::Value), value_) == 0)
+            report(invalid, this->origin(child::Value));
+    }
+
     double value_ = 0;
 };
 
-/// `Float` with `Value`.
-class float_floating_value_type final : public node_base_impl_value,
-                                        public implement_inode_Float_type<float_floating_value_type> {
+/// Imposed read-only. Unlike its integer sibling it can be read whatever its availability.
+class float_constant_value_type final
+    : public float_own_value<float_constant_value_type, node_base_impl_dependent_cache> {
 public:
-    using node_base_impl_value::node_base_impl_value;
+    using float_own_value::float_own_value;
+    INode* get_node() override { return this; }
+    void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
+    std::error_code set_val(double value, std::uint32_t flags) override;
+    result<double> get_val(std::uint32_t) override { return value_; }
+};
+
+class float_floating_value_type final
+    : public float_own_value<float_floating_value_type, node_base_impl_value> {
+public:
+    using float_own_value::float_own_value;
     INode* get_node() override { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
-    result<double> unstated_limit(range_record::limit which, std::uint32_t flags);
-
-private:
-    double value_ = 0;
 };
 
 /// `Float` with `pValue`. With an unresolved link every operation that needs it fails with `not_implemented`.

@@ -6,30 +6,15 @@
 
 namespace GenICam {
 void integer_constant_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    range_.resolve(doc, xml, *this, false);
-    if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        report(messages::integer_constant_value_invalid, origin(child::Value));
-    }
+    read_value(doc, xml, messages::integer_constant_value_invalid);
 }
 
 std::error_code integer_constant_value_type::set_val(std::int64_t, std::uint32_t) {
     return make_error_code(access_denied);
 }
 
-result<std::int64_t> integer_constant_value_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
-    return value_;
-}
-
-result<std::int64_t> integer_constant_value_type::unstated_limit(range_record::limit which, std::uint32_t) {
-    return unlimited_integer(which);
-}
-
 void integer_floating_value_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    range_.resolve(doc, xml, *this, false);
-    if (parse_int(child_text(xml, child::Value), value_) == 0) {
-        report(messages::integer_floating_value_invalid, origin(child::Value));
-    }
+    read_value(doc, xml, messages::integer_floating_value_invalid);
 }
 
 std::error_code integer_floating_value_type::set_val(std::int64_t value, std::uint32_t flags) {
@@ -39,15 +24,6 @@ std::error_code integer_floating_value_type::set_val(std::int64_t value, std::ui
     }
     store_value(value_, value);
     return {};
-}
-
-result<std::int64_t> integer_floating_value_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
-    return value_;
-}
-
-result<std::int64_t> integer_floating_value_type::unstated_limit(range_record::limit which, std::uint32_t) {
-    return unlimited_integer(which);
 }
 
 void integer_pValue_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
@@ -62,16 +38,6 @@ std::error_code integer_pValue_type::set_val(std::int64_t value, std::uint32_t f
         return refuse_range(messages::integer_link_out_of_range, origin(), value);
     }
     return value_.set(value, flags);
-}
-
-result<std::int64_t> integer_pValue_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
-    return value_.get<std::int64_t>(flags);
-}
-
-result<std::int64_t> integer_pValue_type::unstated_limit(range_record::limit which, std::uint32_t flags) {
-    if (!value_) return make_error_code(not_implemented);
-    return get_eval_limit<std::int64_t>(value_.node(), which, flags);
 }
 
 void integer_pValueCopy_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
@@ -106,20 +72,9 @@ std::error_code integer_pValueCopy_type::set_val(std::int64_t value, std::uint32
     return failed;
 }
 
-result<std::int64_t> integer_pValueCopy_type::get_val(std::uint32_t flags) {
-    if (const std::error_code refused = check_access(false, flags)) return refused;
-    return value_.get<std::int64_t>(flags);
-}
-
 result<std::int64_t> integer_pValueCopy_type::unstated_limit(range_record::limit which, std::uint32_t flags) {
-    if (which == range_record::min || which == range_record::max) return get_common_limit(which, flags);
-    if (!value_) return make_error_code(not_implemented);
-    return get_eval_limit<std::int64_t>(value_.node(), which, flags);
-}
-
-// The narrowest of the targets' limits.
-result<std::int64_t> integer_pValueCopy_type::get_common_limit(range_record::limit which,
-                                                               std::uint32_t flags) {
+    if (which != range_record::min && which != range_record::max)
+        return integer_linked_value::unstated_limit(which, flags);
     result<std::int64_t> narrowest = unlimited_integer(which);
     for (INode* target : targets_) {
         const result<std::int64_t> limit = get_eval_limit<std::int64_t>(target, which, flags);

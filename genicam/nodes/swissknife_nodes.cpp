@@ -2,7 +2,6 @@
 
 #include "formula/formula_store.h"
 #include "genicam/core/messages.h"
-#include "genicam/nodes/formula_limits.h"
 #include "genicam/nodes/formula_names.h"
 #include "genicam/nodes/formula_watch.h"
 
@@ -44,16 +43,7 @@ std::error_code int_swissknife_type::set_val(std::int64_t, std::uint32_t) {
 }
 
 result<std::int64_t> int_swissknife_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.evaluate(*this, flags);
-    if (!value) return value.error();
-    return to_int(value.assume_value());
-}
-
-result<std::int64_t> int_swissknife_type::get_min(std::uint32_t) { return formula_integer_min; }
-result<std::int64_t> int_swissknife_type::get_max(std::uint32_t) { return formula_integer_max; }
-result<std::int64_t> int_swissknife_type::get_inc(std::uint32_t) { return formula_integer_inc; }
-result<std::int64_t> int_swissknife_type::get_default(std::uint32_t) {
-    return make_error_code(not_implemented);
+    return number_of(impl_.evaluate(*this, flags));
 }
 
 float_swissknife_type::float_swissknife_type(document_services* services, const described_element& xml)
@@ -70,14 +60,7 @@ std::error_code float_swissknife_type::set_val(double, std::uint32_t) {
 }
 
 result<double> float_swissknife_type::get_val(std::uint32_t flags) {
-    const result<eval_value> value = impl_.evaluate(*this, flags);
-    if (!value) return value.error();
-    return to_double(value.assume_value());
+    return number_of(impl_.evaluate(*this, flags));
 }
-
-result<double> float_swissknife_type::get_min(std::uint32_t) { return formula_float_min; }
-result<double> float_swissknife_type::get_max(std::uint32_t) { return formula_float_max; }
-result<double> float_swissknife_type::get_default(std::uint32_t) { return make_error_code(not_implemented); }
-result<double> float_swissknife_type::get_inc(std::uint32_t) { return make_error_code(not_implemented); }
 
 }  // namespace GenICam

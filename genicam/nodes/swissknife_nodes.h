@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_state.h"
+#include "genicam/nodes/formula_number.h"
 #include "genicam/nodes/variable_binding.h"
 
 namespace GenICam {
@@ -25,17 +25,13 @@ private:
 
 /// `IntSwissKnife`: computes an integer from other nodes. Read-only, and without limits of its own.
 class int_swissknife_type final : public node_base_impl_dependent_cache,
-                                  public implement_inode_IInteger<int_swissknife_type> {
+                                  public implement_inode_formula_integer<int_swissknife_type> {
 public:
     int_swissknife_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;
-    result<std::int64_t> get_min(std::uint32_t flags) override;
-    result<std::int64_t> get_max(std::uint32_t flags) override;
-    result<std::int64_t> get_inc(std::uint32_t flags) override;
-    result<std::int64_t> get_default(std::uint32_t flags) override;
 
 private:
     swissknife_impl impl_{true};
@@ -43,17 +39,13 @@ private:
 
 /// `SwissKnife`: the same with a float. Its minimum is the smallest positive number.
 class float_swissknife_type final : public node_base_impl_dependent_cache,
-                                    public implement_inode_IFloat<float_swissknife_type> {
+                                    public implement_inode_formula_float<float_swissknife_type> {
 public:
     float_swissknife_type(document_services* services, const described_element& xml);
     INode* get_node() override { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(double value, std::uint32_t flags) override;
     result<double> get_val(std::uint32_t flags) override;
-    result<double> get_min(std::uint32_t flags) override;
-    result<double> get_max(std::uint32_t flags) override;
-    result<double> get_default(std::uint32_t flags) override;
-    result<double> get_inc(std::uint32_t flags) override;
 
 private:
     swissknife_impl impl_{false};

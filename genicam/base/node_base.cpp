@@ -1,5 +1,6 @@
 #include "genicam/base/node_base.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/base/value_links.h"
 #include "genicam/base/xml_words.h"
 #include "genicam/core/messages.h"
@@ -51,19 +52,15 @@ void node_base_data::resolve_described(IGenICamDoc* doc, const described_element
 INode* node_base_data::resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name) {
     if (!xml.has(name)) return nullptr;
     INode* node = doc->find_node(xml.text(name));
-    if (node == nullptr || !has_truth_value(*node)) return nullptr;
-    node->get_eval()->add_dependent(get_node());
-    return node;
+    const bool decides = node != nullptr && has_truth_value(*node) && depend_on(node, get_node());
+    return decides ? node : nullptr;
 }
 
 void node_base_data::resolve_invalidators(IGenICamDoc* doc, const described_element& xml) {
     for (const known_child& listed : xml.known_children()) {
         if (listed.name != child::pInvalidator) continue;
-        if (INode* node = doc->find_node(listed.text())) {
-            node->get_eval()->add_dependent(get_node());
-        } else {
+        if (!depend_on(doc->find_node(listed.text()), get_node()))
             report(messages::invalidator_unresolved, {xml_, listed.element});
-        }
     }
 }
 

@@ -5,6 +5,10 @@
 
 namespace GenICam {
 
+/// What every link does with the node that it found: `self` hears of its changes from now on. False where
+/// there is none.
+[[nodiscard]] bool depend_on(INode* source, INode* self);
+
 /// A link of a node to the one whose value it reads and writes. Null until it is resolved, and where the name
 /// is unknown: then every operation that needs it fails with `not_implemented`.
 class node_link {

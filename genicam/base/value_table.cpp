@@ -1,11 +1,11 @@
 #include "genicam/base/value_table.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
-#include "genicam/ieval.h"
 
 #include <string_view>
 
@@ -47,12 +47,11 @@ void value_eval_indexed::read_links(IGenICamDoc* doc, const described_element& x
             continue;
         }
         entry.node = doc->find_node(found.text());
-        if (entry.node == nullptr) {
+        if (depend_on(entry.node, self)) {
+            entries_.push_back(entry);
+        } else {
             report(messages::indexed_link_unresolved, {xml, found.element});
-            continue;
         }
-        entry.node->get_eval()->add_dependent(self);
-        entries_.push_back(entry);
     }
 }
 
@@ -81,8 +80,7 @@ indexed_entry& value_eval_indexed::find(std::int64_t index) noexcept {
 
 bool indexed_values::resolve_index(IGenICamDoc* doc, const described_element& xml, INode* self) {
     index_ = static_cast<IInteger*>(resolve_pIndex(doc, xml));
-    if (index_ != nullptr) index_->get_eval()->add_dependent(self);
-    return index_ != nullptr;
+    return depend_on(index_, self);
 }
 
 void indexed_values::resolve_table(IGenICamDoc* doc, const described_element& xml, INode* self,

@@ -1,5 +1,6 @@
 #include "genicam/nodes/port_nodes.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
@@ -51,10 +52,11 @@ void port_chunk_type::_resolve_references(IGenICamDoc* doc, const described_elem
     if (parse_hex(child_text(xml, child::ChunkID), id) != 0) {
         chunk_id_.number = static_cast<std::int64_t>(id);
         chunk_id_.kind = limit_kind::constant;
-    } else if (INode* node = doc->find_node(child_text(xml, child::pChunkID))) {
-        chunk_id_.node = node;
+        return;
+    }
+    chunk_id_.node = doc->find_node(child_text(xml, child::pChunkID));
+    if (depend_on(chunk_id_.node, this)) {
         chunk_id_.kind = limit_kind::link;
-        node->get_eval()->add_dependent(this);
     } else {
         report(messages::chunk_id_missing, origin());
     }

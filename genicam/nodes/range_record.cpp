@@ -1,6 +1,7 @@
 #include "genicam/nodes/range_record.h"
 
 #include "genicam/base/node_base.h"
+#include "genicam/base/node_link.h"
 #include "genicam/genicam_doc.h"
 
 #include <cmath>
@@ -39,10 +40,9 @@ void range_record::resolve(IGenICamDoc* doc, const described_element& xml, node_
 
 void range_record::store(limit which, const link_or_value& resolved, node_base_data& owner, bool is_float) {
     if (!resolved.valid) return;
-    if (resolved.node != nullptr) {
+    if (depend_on(resolved.node, owner.get_node())) {
         words_[which].node = resolved.node;
         kinds_[which] = limit_kind::link;
-        resolved.node->get_eval()->add_dependent(owner.get_node());
         return;
     }
     kinds_[which] = limit_kind::constant;
@@ -80,10 +80,9 @@ result<double> unlimited_float(range_record::limit which) noexcept {
 
 void integer_pair::store(const link_or_value& resolved, INode* owner) {
     if (!resolved.valid) return;
-    if (resolved.node != nullptr) {
+    if (depend_on(resolved.node, owner)) {
         node = resolved.node;
         kind = limit_kind::link;
-        node->get_eval()->add_dependent(owner);
     } else {
         number = to_int(resolved.number());
         kind = limit_kind::constant;

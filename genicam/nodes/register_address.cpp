@@ -1,9 +1,9 @@
 #include "genicam/nodes/register_address.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
-#include "genicam/ieval.h"
 
 namespace GenICam {
 namespace {
@@ -85,14 +85,13 @@ void address_eval::resolve_references(IGenICamDoc* doc, const described_element&
 
 void address_eval::append_added(INode* node, const described_element& xml, pugi::xml_node element,
                                 INode* self, const message<>& unresolved) {
-    if (node == nullptr) {
+    if (!depend_on(node, self)) {
         report(unresolved, {xml, element});
         return;
     }
     address_term term;
     term.value_node = node;
     terms_.push_back(term);
-    node->get_eval()->add_dependent(self);
 }
 
 void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found,
@@ -109,11 +108,8 @@ void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, 
     }
     if (const pugi::xml_attribute offset_node = found.element.attribute("pOffset")) {
         term.value_node = doc->find_node(offset_node.value());
-        if (term.value_node != nullptr) {
-            term.value_node->get_eval()->add_dependent(self);
-        } else {
+        if (!depend_on(term.value_node, self))
             report(messages::address_offset_unresolved, {xml, found.element, "pOffset"});
-        }
     }
     terms_.push_back(term);
 }

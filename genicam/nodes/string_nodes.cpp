@@ -1,5 +1,6 @@
 #include "genicam/nodes/string_nodes.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/core/messages.h"
 #include "genicam/genicam_doc.h"
 
@@ -28,11 +29,7 @@ void string_type::_resolve_references(IGenICamDoc* doc, const described_element&
         return;
     }
     link_ = find_string(doc, name);
-    if (link_ != nullptr) {
-        link_->get_eval()->add_dependent(this);
-    } else {
-        report(messages::string_link_unresolved, origin(child::pValue));
-    }
+    if (!depend_on(link_, this)) report(messages::string_link_unresolved, origin(child::pValue));
 }
 
 result<std::string> string_type::get_val(std::uint32_t flags) {

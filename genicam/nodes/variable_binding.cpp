@@ -1,10 +1,10 @@
 #include "genicam/nodes/variable_binding.h"
 
+#include "genicam/base/node_link.h"
 #include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
 #include "genicam/core/messages.h"
 #include "genicam/genicam_doc.h"
-#include "genicam/ieval.h"
 #include "genicam/nodes/formula_names.h"
 
 #include <algorithm>
@@ -93,7 +93,7 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, const known_child& found
     if (accessor == nullptr) return;
     const identifier_id id = first_source_id + sources_.size();
     sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
-    if (self != nullptr) node->get_eval()->add_dependent(self);
+    if (self != nullptr) static_cast<void>(depend_on(node, self));
     table.add_variable(name, id);
 }
 

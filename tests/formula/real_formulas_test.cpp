@@ -1,4 +1,4 @@
-// The formulas of real cameras: all parse but a few, all end with the text, and all take the fast road.
+// The formulas of real cameras: all parse but a few, all end with the text, and all take the fast path.
 
 #include "data_paths.h"
 #include "formula/formula_store.h"
@@ -76,6 +76,20 @@ std::string read_file(const std::string& file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
+/// The formulas of a real description; none where there is no such file.
+struct real_formulas {
+    explicit real_formulas(const description& of) {
+        const std::string text = read_file(of.file);
+        pugi::xml_document xml;
+        is_there = xml.load_buffer(text.data(), text.size());
+        xml.traverse(collector);
+    }
+
+    bool is_there = false;
+    formula_collector collector;
+    const std::vector<found_formula>& found = collector.found;
+};
+
 resolved_name resolve(const found_formula& formula, std::string_view name) {
     const bool is_known =
         formula.names.count(name) != 0 || (formula.has_from_and_to && (name == "FROM" || name == "TO"));
@@ -101,16 +115,12 @@ void check(const description& expected, const std::vector<found_formula>& found)
 TEST(RealFormulas, ParseOrFailAsTheyShould) {
     std::size_t files = 0;
     for (const description& expected : descriptions) {
-        const std::string text = read_file(expected.file);
-        if (text.empty()) continue;
+        const real_formulas formulas(expected);
+        if (!formulas.is_there) continue;
         ++files;
         SCOPED_TRACE(expected.file);
-        pugi::xml_document xml;
-        ASSERT_TRUE(xml.load_buffer(text.data(), text.size()));
-        formula_collector collector;
-        xml.traverse(collector);
-        EXPECT_EQ(collector.found.size(), expected.formulas);
-        check(expected, collector.found);
+        EXPECT_EQ(formulas.found.size(), expected.formulas);
+        check(expected, formulas.found);
     }
     if (files == 0) GTEST_SKIP() << "no descriptions in " << SELVANE_SHARED_DESCRIPTIONS;
     EXPECT_EQ(files, std::size(descriptions));
@@ -121,15 +131,11 @@ TEST(RealFormulas, ParseOrFailAsTheyShould) {
 TEST(RealFormulas, AreReadyAtFirstUse) {
     std::size_t compared = 0;
     for (const description& expected : descriptions) {
-        const std::string text = read_file(expected.file);
-        pugi::xml_document xml;
-        if (!xml.load_buffer(text.data(), text.size())) continue;
-        formula_collector collector;
-        xml.traverse(collector);
+        const real_formulas formulas(expected);
         formula_store store;
         std::vector<kept_formula*> kept;
         const source_kinds kinds = {number_kind::floating, number_kind::floating, true};
-        for (const found_formula& formula : collector.found) {
+        for (const found_formula& formula : formulas.found) {
             expansion_budget budget;
             variable_table names(!formula.has_from_and_to, budget);
             for (const std::string& name : formula.names) names.add_variable(name, first_source_id);
@@ -140,7 +146,7 @@ TEST(RealFormulas, AreReadyAtFirstUse) {
         for (kept_formula* formula : kept) static_cast<void>(formula->program());
         EXPECT_EQ(adapter_test::AllocationCount() - before, 0U) << expected.file;
         for (std::size_t at = 0; at < kept.size(); ++at) {
-            const found_formula& formula = collector.found[at];
+            const found_formula& formula = formulas.found[at];
             const auto program = parse_formula(
                 formula.text, [&formula](std::string_view name) { return resolve(formula, name); }, kinds);
             EXPECT_EQ(kept[at]->is_refused(), !program.has_value()) << formula.text;
@@ -156,12 +162,8 @@ TEST(RealFormulas, AreReadyAtFirstUse) {
 TEST(RealFormulas, EveryAcceptedOneEndsWithItsText) {
     std::size_t accepted = 0;
     for (const description& expected : descriptions) {
-        const std::string text = read_file(expected.file);
-        pugi::xml_document xml;
-        if (!xml.load_buffer(text.data(), text.size())) continue;
-        formula_collector collector;
-        xml.traverse(collector);
-        for (const found_formula& formula : collector.found) {
+        const real_formulas formulas(expected);
+        for (const found_formula& formula : formulas.found) {
             const formula_tree tree = read_formula(
                 formula.text, [&formula](std::string_view name) { return resolve(formula, name); });
             if (!tree.is_accepted()) continue;

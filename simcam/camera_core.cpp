@@ -229,34 +229,34 @@ vendor_driver::control_map& camera_core::controls_of(call_kind kind) noexcept {
     return is_camera_control(kind) ? options.vendor.camera_control : options.vendor.video_proc_amp;
 }
 
-HRESULT camera_core::control_range(call_kind kind, LONG property, const range_places& out) {
-    if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
+template <class Give>
+HRESULT camera_core::ask_control(call_kind kind, LONG property, Give give) {
     const std::lock_guard<platform::recursive_lock> lock(mutex);
     driver_call call = open_call(kind, static_cast<DWORD>(property));
     return answer(call, book.is_watched(), [&] {
         const vendor_driver::control_map& controls = controls_of(kind);
         const auto found = controls.find(property);
         if (found == controls.end()) return property_unknown;
-        const direct_show_property& control = found->second;
+        give(found->second, call);
+        return S_OK;
+    });
+}
+
+HRESULT camera_core::control_range(call_kind kind, LONG property, const range_places& out) {
+    if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
+    return ask_control(kind, property, [&](const direct_show_property& control, driver_call& call) {
         call.numbers = {control.min, control.max, control.step, control.default_value,
                         static_cast<LONG>(control.capabilities)};
         for (std::size_t at = 0; at < out.size(); ++at) *out[at] = call.numbers[at];
-        return S_OK;
     });
 }
 
 HRESULT camera_core::control_get(call_kind kind, LONG property, LONG* value, LONG* flags) {
     if (value == nullptr || flags == nullptr) return E_POINTER;
-    const std::lock_guard<platform::recursive_lock> lock(mutex);
-    driver_call call = open_call(kind, static_cast<DWORD>(property));
-    return answer(call, book.is_watched(), [&] {
-        const vendor_driver::control_map& controls = controls_of(kind);
-        const auto found = controls.find(property);
-        if (found == controls.end()) return property_unknown;
-        *value = found->second.value;
-        *flags = static_cast<LONG>(found->second.flags);
+    return ask_control(kind, property, [&](const direct_show_property& control, driver_call& call) {
+        *value = control.value;
+        *flags = static_cast<LONG>(control.flags);
         call.numbers = {*value, *flags};
-        return S_OK;
     });
 }
 

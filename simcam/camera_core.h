@@ -50,6 +50,9 @@ private:
     void close(driver_call& call, bool watched, bool threw);
 
     [[nodiscard]] vendor_driver::control_map& controls_of(call_kind kind) noexcept;
+    /// Answers from the state of a control, which `give` also enters into the call.
+    template <class Give>
+    [[nodiscard]] HRESULT ask_control(call_kind kind, LONG property, Give give);
     [[nodiscard]] bool serves_vendor(REFGUID set) const noexcept;
     [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/com_ptr.h"
+#include "propui/control_logic.h"
 #include "propui/slider_controller.h"
 #include "propui/windows/accessible_name.h"
 #include "propui/windows/control_window.h"
@@ -15,6 +16,10 @@ public:
     /// The name that screen readers say, for a window that has no text of that kind.
     void SetName(const std::wstring& name) noexcept { named_ = SetAccessibleName(Handle(), name); }
     [[nodiscard]] ISliderController* SharedController() const noexcept override { return controller_.get(); }
+    void Update() override {
+        Enable(IsEditable(*controller_));
+        UpdateValue();
+    }
 
 protected:
     explicit CControllerControl(ISliderController* controller) : controller_(controller) {}

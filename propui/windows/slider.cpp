@@ -28,11 +28,6 @@ void CZELSlider::Init() {
     Update();
 }
 
-void CZELSlider::Update() {
-    Enable(IsEditable(Controller()));
-    UpdateValue();
-}
-
 // Not every version of the platform holds a position to the range, and one divides by what lies between them.
 void CZELSlider::UpdateValue() {
     std::int32_t position = 0;

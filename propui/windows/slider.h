@@ -10,7 +10,6 @@ public:
     explicit CZELSlider(ISliderController* controller) : CControllerControl(controller) {}
     bool Create(HWND parent, const RECT& place, HWND extra) override;
     void Init() override;
-    void Update() override;
     void UpdateValue() override;
 
 protected:

@@ -29,11 +29,6 @@ void CZELSpinButton::Init() {
     Update();
 }
 
-void CZELSpinButton::Update() {
-    Enable(IsEditable(Controller()));
-    UpdateValue();
-}
-
 void CZELSpinButton::UpdateValue() {
     std::int32_t position = 0;
     if (Controller().GetPosition(position)) Send(UDM_SETPOS, 0, MAKELPARAM(position, 0));

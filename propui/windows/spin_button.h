@@ -11,7 +11,6 @@ public:
     /// `extra` is the window of the edit.
     bool Create(HWND parent, const RECT& place, HWND extra) override;
     void Init() override;
-    void Update() override;
     void UpdateValue() override;
 
 protected:

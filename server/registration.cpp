@@ -83,7 +83,7 @@ HRESULT DeleteKeyTree(HKEY parent, const std::wstring& name) {
         if (RegOpenKeyExW(parent, name.c_str(), 0, MAXIMUM_ALLOWED, key.put()) != ERROR_SUCCESS) return S_OK;
         std::wstring before;
         for (std::wstring subkey = FirstSubkey(key.get()); !subkey.empty(); subkey = FirstSubkey(key.get())) {
-            if (subkey == before) break;  // it withstood
+            if (subkey == before) break;  // it could not be deleted, and would come first forever
             std::ignore = DeleteKeyTree(key.get(), subkey);
             before = std::move(subkey);
         }

@@ -253,7 +253,7 @@ TEST_F(Stream, RunsBesideOthersOfTheSameCamera) {
 }
 
 // Features change and states are asked for on one thread, while frames come on another.
-TEST_F(Stream, WithstandsPagesThatWorkWithoutARest) {
+TEST_F(Stream, GoesOnWhilePagesWorkWithoutARest) {
     Run();
     for (int round = 0; round < 500; ++round) {
         ASSERT_EQ(set_feature(*filter, "ExposureTime", 0.001 * (round % 40 + 1)), S_OK);

@@ -16,7 +16,7 @@ namespace GenICam {
 /// tell. Immutable.
 ///
 /// It works on a frame of slots, first the variables and then intermediate results.
-class specialised_formula {
+class alignas(formula_step) specialised_formula {
 public:
     /// A slot to fill before the first step.
     struct variable {

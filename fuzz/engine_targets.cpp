@@ -5,10 +5,10 @@
 #include "apps/inspect/guarded_run.h"
 #include "apps/inspect/inspect_error.h"
 #include "formula/formula_parser.h"
-#include "formula/formula_watch.h"
 #include "fuzz/fuzz_targets.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/ieval.h"
+#include "genicam/nodes/formula_watch.h"
 #include "platform/text.h"
 #include "tests/genicam_registers/feature_reader.h"
 

@@ -71,7 +71,7 @@ simcam::camera_options options_for(const page_kind& kind) {
     simcam::camera_options options;
     options.descriptions.emplace_back(kind.built_in ? simcam::bundled_description("identity")
                                                     : marked_description);
-    options.memory = "8: 00000005 00000000 00000064 00000001";
+    options.memory = "8: 00 00 00 05 00 00 00 00 00 00 00 64 00 00 00 01";
     options.named_access = kind.named;
     options.register_access = kind.registers;
     if (kind.built_in) options.vendor = simcam::full_vendor_model();

@@ -1,5 +1,5 @@
 // One driver call goes wrong, the n-th for every n, in each way that a call can, while a page is built, shown
-// and worked. With SELVANE_EVERY_CALL in the environment it is every n; else those of long lives are sampled.
+// and worked. With SELVANE_EVERY_CALL in the environment it is every n and every way; else a sample.
 
 #include "items/unknown.h"
 #include "tests/simcam/marked_cameras.h"
@@ -40,21 +40,22 @@ std::vector<simcam::fault> faults_at(std::uint64_t n) {
     return all;
 }
 
-// What the controls show.
+// What the controls show of their values. The limits behind a position are asked for once.
 std::vector<std::string> shown_on(const RecorderCanvas& canvas) {
-    std::vector<std::string> all = canvas.Lines();
+    std::vector<std::string> all;
     for (const auto& one : canvas.placed) {
         std::int32_t number = -1;
         bool on = false;
-        std::wstring text;
+        std::wstring text = one.text;
         if (one.controller) {
-            std::ignore = one.controller->GetPosition(number);
+            std::ignore = one.controller->GetPosition(number);  // which learns the unit
+            number = -1;
             std::ignore = one.controller->GetText(text);
         } else if (one.item) {
             std::ignore = one.item->GetValue(one.key, number);
             std::ignore = one.item->GetSwitch(one.key, on);
         }
-        all.push_back(std::to_string(number) + (on ? " on " : " ") + platform::narrow(text));
+        all.push_back(one.kind + " " + std::to_string(number) + (on ? " on " : " ") + platform::narrow(text));
     }
     return all;
 }
@@ -87,11 +88,13 @@ protected:
         const std::uint64_t before = camera_->call_count();
         life();
         const std::uint64_t calls = camera_->call_count() - before;
-        const std::uint64_t step = every ? 1 : 1 + calls / 12;
+        const std::uint64_t step = every ? 1 : 1 + calls / 6;
+        std::size_t turn = 0;
         for (std::uint64_t n = 1; n <= calls && !HasFailure(); n += step) {
-            for (const simcam::fault& fault : faults_at(n)) {
+            const std::vector<simcam::fault> faults = faults_at(n);
+            for (std::size_t count = every ? faults.size() : 2; count > 0; --count) {
                 SCOPED_TRACE(n);
-                camera_->add_fault(fault);
+                camera_->add_fault(faults[turn++ % faults.size()]);
                 try {
                     life();
                 } catch (const std::exception&) {

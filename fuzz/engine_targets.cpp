@@ -82,7 +82,7 @@ public:
 
 private:
     result<eval_value> compute(const formula_view& program, const variable_map_impl& variables,
-                               const node_base_data&, child) override {
+                               pugi::xml_node, child) override {
         const auto find = [&](identifier_id id) -> std::optional<eval_value> {
             const eval_value* const value = variables(id);
             return value != nullptr ? std::optional<eval_value>(*value) : std::nullopt;

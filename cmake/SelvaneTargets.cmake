@@ -22,8 +22,8 @@
 #       Tests and benchmarks may include "data_paths.h": SELVANE_SOURCE_DIR and SELVANE_SHARED_DESCRIPTIONS.
 #   selvane_add_benchmark(<target> SOURCES ... LINK ...)
 #       Google Benchmark program in bin/; nothing in a cross build
-#   selvane_add_fuzzer(<target> SOURCES ... LINK ...)
-#       libFuzzer program in bin/; nothing outside the preset linux-fuzz
+#   selvane_add_fuzzer(<name>)
+#       libFuzzer program bin/<name>_fuzzer of that target in fuzz/fuzz_targets.h; nothing outside the preset linux-fuzz
 
 include_guard(GLOBAL)
 
@@ -206,11 +206,13 @@ function(selvane_add_benchmark target)
   target_include_directories(${target} PRIVATE "${PROJECT_BINARY_DIR}/generated")
 endfunction()
 
-function(selvane_add_fuzzer target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+function(selvane_add_fuzzer name)
   if(NOT SELVANE_FUZZ)
     return()
   endif()
-  selvane_add_program(${target} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK})
-  target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+  selvane_add_program(${name}_fuzzer SOURCES fuzz_main.cpp "${PROJECT_SOURCE_DIR}/tests/adapter/allocation_watch.cpp"
+    LINK selvane_fuzz_targets)
+  target_compile_definitions(${name}_fuzzer PRIVATE SELVANE_FUZZ_TARGET=${name})
+  target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer LINKER:--wrap=calloc)
+  add_dependencies(selvane_fuzzers ${name}_fuzzer)
 endfunction()

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <type_traits>
+#include <utility>
 
 namespace register_test {
 namespace {
@@ -16,69 +18,109 @@ std::uint8_t scrambled(std::uint64_t word) {
     return static_cast<std::uint8_t>(word >> 56);
 }
 
-template <class T>
-void ask(const result<T>& answer) {
-    // What a result holds is only there to be looked at: an answer without failure must have its value.
-    if (!answer) static_cast<void>(answer.error().message());
-}
+// Asks, and writes down what came of it.
+class feature_reader {
+public:
+    explicit feature_reader(std::uint32_t flags) : flags_(flags) {}
 
-void read_common(INode& node, std::uint32_t flags) {
-    bool value = false;
-    static_cast<void>(node.is_implemented(value, flags));
-    static_cast<void>(node.is_available(value, flags));
-    static_cast<void>(node.is_locked(value, flags));
-    static_cast<void>(node.is_implemented());
-    static_cast<void>(node.is_available());
-    static_cast<void>(node.is_locked());
-    static_cast<void>(node.get_access_mode());
-    static_cast<void>(node.get_visibility());
-    static_cast<void>(node.get_display_name());
-    static_cast<void>(node.get_extensions());
-    static_cast<void>(node.get_event_id());
-    static_cast<void>(node.get_alias());
-}
+    [[nodiscard]] std::string take_answers() { return std::move(answers_); }
 
-template <class Number>
-void read_limits(Number& node, std::uint32_t flags) {
-    ask(node.get_min(flags));
-    ask(node.get_max(flags));
-    ask(node.get_inc(flags));
-    ask(node.get_default(flags));
-    static_cast<void>(node.get_representation());
-    static_cast<void>(node.get_unit());
-}
-
-void read_integer(IInteger& node, std::uint32_t flags) {
-    ask(node.get_val(flags));
-    ask(node.get_val(flags | access_flags::cache_only));
-    read_limits(node, flags);
-    static_cast<void>(node.get_selected());
-}
-
-void read_float(IFloat& node, std::uint32_t flags) {
-    ask(node.get_val(flags));
-    read_limits(node, flags);
-    static_cast<void>(node.get_display_notation());
-    static_cast<void>(node.get_display_precision());
-}
-
-void read_enumeration(IEnumeration& node, std::uint32_t flags) {
-    ask(node.get_selected_entry(flags));
-    for (IEnumEntry* entry : node.get_entries()) {
-        read_common(*entry, flags);
-        static_cast<void>(entry->get_numeric_value());
+    void read_common(INode& node) {
+        bool value = false;
+        note(node.is_implemented(value, flags_), value);
+        note(node.is_available(value, flags_), value);
+        note(node.is_locked(value, flags_), value);
+        note(node.is_implemented());
+        note(node.is_available());
+        note(node.is_locked());
+        note(node.get_access_mode());
+        static_cast<void>(node.get_visibility());
+        static_cast<void>(node.get_display_name());
+        static_cast<void>(node.get_extensions());
+        static_cast<void>(node.get_event_id());
+        static_cast<void>(node.get_alias());
     }
-    static_cast<void>(node.find_entry(std::int64_t{0}));
-    static_cast<void>(node.find_nearest_entry(1.5));
-}
 
-void read_block(IRegister& node, std::uint32_t flags) {
-    ask(node.get_address(flags));
-    const result<std::int64_t> length = node.get_length(flags);
-    std::array<unsigned char, 64> bytes{};
-    const auto room = static_cast<std::int64_t>(bytes.size());
-    static_cast<void>(node.read(bytes.data(), length ? std::min(length.assume_value(), room) : room, flags));
-}
+    void read(IInteger& node) {
+        note(node.get_val(flags_));
+        // What is cached depends on what was asked before.
+        static_cast<void>(node.get_val(flags_ | access_flags::cache_only));
+        read_limits(node);
+        static_cast<void>(node.get_selected());
+    }
+
+    void read(IFloat& node) {
+        note(node.get_val(flags_));
+        read_limits(node);
+        static_cast<void>(node.get_display_notation());
+        note(node.get_display_precision());
+    }
+
+    void read(IBoolean& node) {
+        note(node.get_val(flags_));
+        note(node.get_default(flags_));
+    }
+
+    void read(IEnumeration& node) {
+        note(node.get_selected_entry(flags_));
+        for (IEnumEntry* entry : node.get_entries()) {
+            read_common(*entry);
+            static_cast<void>(entry->get_numeric_value());
+        }
+        static_cast<void>(node.find_entry(std::int64_t{0}));
+        static_cast<void>(node.find_nearest_entry(1.5));
+    }
+
+    void read(IRegister& node) {
+        note(node.get_address(flags_));
+        const result<std::int64_t> length = node.get_length(flags_);
+        note(length);
+        std::array<char, 64> bytes{};
+        const auto room = static_cast<std::int64_t>(bytes.size());
+        note(node.read(bytes.data(), length ? std::min(length.assume_value(), room) : room, flags_));
+        answers_.append(bytes.data(), bytes.size());
+    }
+
+    void read(IString& node) { note(node.get_val(flags_)); }
+    void read(ICommand& node) { note(node.is_done(flags_)); }
+    void read(IPort& node) { note(node.get_chunk_id(flags_)); }
+    static void read(ICategory& node) { static_cast<void>(node.get_features()); }
+
+private:
+    template <class Number>
+    void read_limits(Number& node) {
+        note(node.get_min(flags_));
+        note(node.get_max(flags_));
+        note(node.get_inc(flags_));
+        note(node.get_default(flags_));
+        static_cast<void>(node.get_representation());
+        static_cast<void>(node.get_unit());
+    }
+
+    template <class T, class = std::enable_if_t<std::is_trivially_copyable_v<T>>>
+    void note(const T& value) {
+        answers_.append(reinterpret_cast<const char*>(&value), sizeof value);
+    }
+    void note(const std::string& text) { answers_ += text; }
+    void note(std::error_code failure) { note(failure.value()); }
+    void note(IEnumEntry* entry) { note(entry->get_index()); }
+    void note(std::error_code failure, bool value) {
+        note(failure);
+        if (!failure) note(value);
+    }
+    // What a result holds is only there to be looked at: an answer without failure must have its value.
+    template <class T>
+    void note(const result<T>& answer) {
+        if (answer) {
+            note(answer.assume_value());
+        } else {
+            note(answer.error());
+        }
+    }
+
+    std::uint32_t flags_;
+    std::string answers_;
+};
 
 }  // namespace
 
@@ -104,32 +146,41 @@ void bind_ports(IGenICamDoc& doc, patterned_device& device, std::vector<unsigned
     });
 }
 
-void read_feature(INode& node, std::uint32_t flags) {
-    read_common(node, flags);
+std::string read_feature(INode& node, std::uint32_t flags) {
+    feature_reader reader(flags);
+    reader.read_common(node);
     switch (node.get_node_type()) {
         case node_type::integer:
-            return read_integer(static_cast<IInteger&>(node), flags);
+            reader.read(static_cast<IInteger&>(node));
+            break;
         case node_type::floating:
-            return read_float(static_cast<IFloat&>(node), flags);
+            reader.read(static_cast<IFloat&>(node));
+            break;
         case node_type::enumeration:
-            return read_enumeration(static_cast<IEnumeration&>(node), flags);
+            reader.read(static_cast<IEnumeration&>(node));
+            break;
         case node_type::boolean:
-            ask(static_cast<IBoolean&>(node).get_val(flags));
-            return ask(static_cast<IBoolean&>(node).get_default(flags));
+            reader.read(static_cast<IBoolean&>(node));
+            break;
         case node_type::string:
-            return ask(static_cast<IString&>(node).get_val(flags));
+            reader.read(static_cast<IString&>(node));
+            break;
         case node_type::command:
-            return ask(static_cast<ICommand&>(node).is_done(flags));
+            reader.read(static_cast<ICommand&>(node));
+            break;
         case node_type::register_block:
-            return read_block(static_cast<IRegister&>(node), flags);
+            reader.read(static_cast<IRegister&>(node));
+            break;
         case node_type::port:
-            return ask(static_cast<IPort&>(node).get_chunk_id(flags));
+            reader.read(static_cast<IPort&>(node));
+            break;
         case node_type::category:
-            static_cast<void>(static_cast<ICategory&>(node).get_features());
-            return;
+            reader.read(static_cast<ICategory&>(node));
+            break;
         case node_type::enum_entry:
-            return;
+            break;
     }
+    return reader.take_answers();
 }
 
 }  // namespace register_test

@@ -4,6 +4,7 @@
 #include "genicam/idevice_port.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace register_test {
@@ -38,7 +39,8 @@ private:
 /// Binds the device to every port that takes one, and a block of the same pattern to every other.
 void bind_ports(GenICam::IGenICamDoc& doc, patterned_device& device, std::vector<unsigned char>& block);
 
-/// Asks the node for everything that reading can tell, whatever comes of it.
-void read_feature(GenICam::INode& node, std::uint32_t flags);
+/// Asks the node for everything that reading can tell, whatever comes of it. Gives all answers as one text,
+/// to be compared with those of another time.
+std::string read_feature(GenICam::INode& node, std::uint32_t flags);
 
 }  // namespace register_test

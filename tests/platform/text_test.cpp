@@ -31,7 +31,8 @@ TEST(Widen, BadSequencesAreReplaced) {
 }
 
 TEST(Narrow, IsTheWayBack) {
-    for (const char* text : {"", "Gain", "\xC2\xB5s", "\xE2\x82\xAC", "\xF0\x9F\x93\xB7"}) {
+    for (const char* text : {"", "Gain", "\xC2\xB5s", "\xE2\x82\xAC", "\xF0\x9F\x93\xB7", "\xF1\x80\x80\x80",
+                             "\xF4\x8F\xBF\xBF"}) {
         EXPECT_EQ(narrow(widen(text)), text);
     }
 }
@@ -60,6 +61,16 @@ TEST(Guid, EverythingElseIsTheZeroGuid) {
         GUID guid = {1, 2, 3, {4}};
         EXPECT_FALSE(parse_guid(text, guid));
         EXPECT_TRUE(guid == GUID{});
+    }
+    for (const wchar_t behind : {L'\0', L'0', L'}'}) {
+        GUID guid{};
+        EXPECT_FALSE(parse_guid(std::wstring(L"{90D5702E-E43B-4366-AAEB-7A7A10B448B4}") + behind, guid));
+    }
+    for (const wchar_t near_digits : {L'/', L':', L'@', L'G', L'`', L'g', L'\x130'}) {
+        GUID guid{};
+        std::wstring text = L"{90D5702E-E43B-4366-AAEB-7A7A10B448B4}";
+        text[36] = near_digits;
+        EXPECT_FALSE(parse_guid(text, guid)) << static_cast<int>(near_digits);
     }
 }
 

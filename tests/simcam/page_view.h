@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace simcam_test {
@@ -43,10 +44,49 @@ inline void refresh(const test_support::RecorderCanvas& canvas) {
     }
 }
 
+inline void work_controller(ZELPropUI::ISliderController& controller) {
+    std::int32_t low = 0;
+    std::int32_t high = 0;
+    std::wstring text;
+    std::ignore = controller.GetPositionRange(low, high);
+    std::ignore = controller.SetPosition(high);
+    std::ignore = controller.GetPosition(low);
+    std::ignore = controller.GetText(text);
+    std::ignore = controller.SetText(text);
+    std::ignore = controller.IsAvailable();
+    std::ignore = controller.IsReadOnly();
+}
+
+inline void work_item(ZELPropUI::CZELItemDataBase& item, ZELPropUI::InterfaceKey key) {
+    std::vector<ZELAdapterHelper::SharedString> strings;
+    ZELAdapterHelper::RangeInfo range;
+    std::int32_t value = 0;
+    bool on = false;
+    std::ignore = item.GetMapStrings(key, strings);
+    std::ignore = item.GetRange(key, range);
+    std::ignore = item.GetValue(key, value);
+    std::ignore = item.SetValue(key, range.max);
+    std::ignore = item.GetSwitch(key, on);
+    std::ignore = item.SetSwitch(key, !on);
+    std::ignore = item.Push(key);
+    std::ignore = item.Refresh(key);
+}
+
+/// What users do to everything on a page.
+inline void work(const test_support::RecorderCanvas& canvas) {
+    for (std::size_t at = 0; at < canvas.placed.size(); ++at) {
+        const test_support::RecorderCanvas::Placed one = canvas.placed[at];  // rows may be added meanwhile
+        if (one.controller) work_controller(*one.controller);
+        if (one.item) work_item(*one.item, one.key);
+    }
+}
+
 /// A camera as the pages reach it.
 struct camera_on_pages {
     explicit camera_on_pages(simcam::camera_options options)
-        : camera(simcam::make_camera(std::move(options))),
+        : camera_on_pages(simcam::make_camera(std::move(options))) {}
+    explicit camera_on_pages(simcam::camera_ptr shown)
+        : camera(std::move(shown)),
           adapter(std::make_unique<genicam_adapter::GenICamAdapterDevice>(camera->property_set())) {}
 
     /// What a page shows of it; false for a page without anything.

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <tuple>
 
 namespace simcam_test {
 namespace {
@@ -15,43 +14,6 @@ namespace {
 using test_support::RecorderCanvas;
 using ZELPropUI::all_pages;
 using ZELPropUI::PageName;
-
-void work_controller(ZELPropUI::ISliderController& controller) {
-    std::int32_t low = 0;
-    std::int32_t high = 0;
-    std::wstring text;
-    std::ignore = controller.GetPositionRange(low, high);
-    std::ignore = controller.SetPosition(high);
-    std::ignore = controller.GetPosition(low);
-    std::ignore = controller.GetText(text);
-    std::ignore = controller.SetText(text);
-    std::ignore = controller.IsAvailable();
-    std::ignore = controller.IsReadOnly();
-}
-
-void work_item(ZELPropUI::CZELItemDataBase& item, ZELPropUI::InterfaceKey key) {
-    std::vector<ZELAdapterHelper::SharedString> strings;
-    ZELAdapterHelper::RangeInfo range;
-    std::int32_t value = 0;
-    bool on = false;
-    std::ignore = item.GetMapStrings(key, strings);
-    std::ignore = item.GetRange(key, range);
-    std::ignore = item.GetValue(key, value);
-    std::ignore = item.SetValue(key, range.max);
-    std::ignore = item.GetSwitch(key, on);
-    std::ignore = item.SetSwitch(key, !on);
-    std::ignore = item.Push(key);
-    std::ignore = item.Refresh(key);
-}
-
-// What users do to everything on a page.
-void work(const RecorderCanvas& canvas) {
-    for (std::size_t at = 0; at < canvas.placed.size(); ++at) {
-        const RecorderCanvas::Placed one = canvas.placed[at];  // rows may be added meanwhile
-        if (one.controller) work_controller(*one.controller);
-        if (one.item) work_item(*one.item, one.key);
-    }
-}
 
 /// A camera whose pages are open from its first call on.
 struct open_camera {

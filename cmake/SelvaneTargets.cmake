@@ -156,7 +156,8 @@ function(selvane_add_test target)
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
   if(ARG_WATCHES_HEAP)
     # lld wraps the function's imported form as well, and it would call itself.
-    target_link_options(${target} PRIVATE LINKER:--wrap=calloc)
+    target_link_options(${target} PRIVATE $<$<AND:$<BOOL:${WIN32}>,$<CXX_COMPILER_ID:Clang>>:-fuse-ld=bfd>
+      LINKER:--wrap=calloc)
   elseif(WIN32 AND SELVANE_LLD)
     target_link_options(${target} PRIVATE "SHELL:-wrapper ${PROJECT_SOURCE_DIR}/cmake/link-with-lld"
       -fno-use-linker-plugin)

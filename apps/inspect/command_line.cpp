@@ -1,5 +1,6 @@
 #include "apps/inspect/run.h"
 
+#include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/commands.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
@@ -191,16 +192,23 @@ void add_dump(command_set& commands) {
         ->check(CLI::IsMember(std::set<std::string>{dump_statistics, dump_nodes}));
 }
 
+void add_cameras(command_set& commands) {
+    CLI::App* command = nullptr;
+    commands.add("cameras", "The cameras on the network and on USB", cameras, command);
+}
+
 namespace {
 
 constexpr const char* about =
     "Tells what a camera description holds, computes and shows on the Selvane property pages, without a "
-    "camera.";
-constexpr const char* exit_codes =
+    "camera or over one.";
+constexpr const char* footer =
+    "--camera NAME in place of FILE: a camera on the network or on USB; --camera alone lists them.\n"
+    "--save-description FILE: keeps the camera's description. --trace: tells each access with its time.\n"
     "Exit codes: 0 fine, 1 findings or a refused operation, 2 wrong use or unreadable input.";
 
-constexpr command_adder all_commands[] = {add_info, add_list, add_describe, add_get, add_set,
-                                          add_eval, add_lint, add_pages,    add_dump};
+constexpr command_adder all_commands[] = {add_info, add_list, add_describe, add_get,  add_set,
+                                          add_eval, add_lint, add_pages,    add_dump, add_cameras};
 
 // The library would say no more than that it misses a command.
 void check_command(const CLI::App& app, const std::vector<std::string>& arguments) {
@@ -247,48 +255,67 @@ bool parse(CLI::App& app, std::vector<std::string> arguments, std::ostream& out)
     return false;
 }
 
+using command_action = command_set::action;
+using carrier = std::function<int(const command_action&, const channels&)>;
+
 int carry_out(gsl::span<const command_adder> adders, const std::vector<std::string>& arguments,
-              std::ostream& out, std::ostream& err, const run_environment& environment) {
+              const channels& outside, const carrier& carry) {
     CLI::App app(about, "selvane_inspect");
-    app.footer(exit_codes);
+    app.footer(footer);
     app.set_version_flag("--version", "selvane_inspect " SELVANE_VERSION);
     app.require_subcommand(1);
     app.allow_windows_style_options(false);  // a path may begin with a slash
     command_set commands(app);
     for (const command_adder add : adders) add(commands);
-    if (!parse(app, arguments, out)) return exit_code::fine;
+    if (!parse(app, arguments, outside.out)) return exit_code::fine;
+    const channels to = {outside.out, outside.err, outside.environment, commands.wants_json()};
     try {
-        return commands.chosen()({out, err, environment, commands.wants_json()});
+        return carry(commands.chosen(), to);
     } catch (const inspect_error& failure) {
-        if (commands.wants_json()) write_json(out, {{"error", {{"message", failure.what()}}}});
+        if (commands.wants_json()) write_json(to.out, {{"error", {{"message", failure.what()}}}});
         throw;
     }
 }
 
-// A disk that is full must not pass for a short answer.
-int finish(int code, std::ostream& out) {
-    if (!out.flush()) throw wrong_use("cannot write the output");
-    return code;
+// The exit code of what may end with an exception.
+template <class Work>
+int guard(const channels& to, Work work) {
+    try {
+        const int code = work();
+        // A disk that is full must not pass for a short answer.
+        if (!to.out.flush()) throw wrong_use("cannot write the output");
+        return code;
+    } catch (const inspect_error& failure) {
+        write_error(to.err, failure.what());
+        return failure.code();
+    } catch (const std::exception& failure) {
+        write_error(to.err, failure.what());
+    }
+    return exit_code::wrong_use;
 }
 
 }  // namespace
 
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const run_environment& environment) {
-    return run(all_commands, arguments, out, err, environment);
+    const channels to = {out, err, environment};
+    return guard(to, [&] {
+        const camera_call call(arguments);
+        return carry_out(all_commands, call.arguments(), to,
+                         [&](const command_action& command, const channels& inside) {
+                             return call.carry_out(command, inside);
+                         });
+    });
 }
 
 int run(gsl::span<const command_adder> commands, const std::vector<std::string>& arguments, std::ostream& out,
         std::ostream& err, const run_environment& environment) {
-    try {
-        return finish(carry_out(commands, arguments, out, err, environment), out);
-    } catch (const inspect_error& failure) {
-        write_error(err, failure.what());
-        return failure.code();
-    } catch (const std::exception& failure) {
-        write_error(err, failure.what());
-    }
-    return exit_code::wrong_use;
+    const channels to = {out, err, environment};
+    return guard(to, [&] {
+        return carry_out(commands, arguments, to, [](const command_action& command, const channels& inside) {
+            return command(inside);
+        });
+    });
 }
 
 }  // namespace selvane_inspect

@@ -87,4 +87,7 @@ struct dump_options {
 };
 int dump(const dump_options& options, const channels& to);
 
+struct cameras_options {};
+int cameras(const cameras_options& options, const channels& to);
+
 }  // namespace selvane_inspect

@@ -1,5 +1,6 @@
 #include "apps/inspect/description.h"
 
+#include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/inspect_error.h"
 #include "platform/replace_file.h"
 
@@ -40,7 +41,11 @@ void write_file(const std::string& path, const std::string& contents) {
 }
 
 std::unique_ptr<description> description::open(const std::string& path) {
-    return from_bytes(path, read_file(path));
+    live_camera* const camera = camera_behind(path);
+    if (camera == nullptr) return from_bytes(path, read_file(path));
+    std::unique_ptr<description> opened = from_bytes(path, std::string(camera->description()));
+    opened->port().lead_to(*camera);
+    return opened;
 }
 
 std::unique_ptr<description> description::from_bytes(std::string path, std::string bytes) {

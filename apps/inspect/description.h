@@ -18,7 +18,8 @@ namespace selvane_inspect {
 /// A description that the engine has loaded over a register memory, and what is known of its text.
 class description {
 public:
-    /// Reads and loads a file. Throws `inspect_error` for one that cannot be read or is not well-formed.
+    /// Reads and loads a file, or the camera behind its name with its registers. Throws `inspect_error` for
+    /// one that cannot be read or is not well-formed.
     [[nodiscard]] static std::unique_ptr<description> open(const std::string& path);
     /// The same for a text that is no file; `path` is what it is called in messages.
     [[nodiscard]] static std::unique_ptr<description> from_bytes(std::string path, std::string bytes);

@@ -50,6 +50,10 @@ std::unique_ptr<description> open(const description_options& options) {
 }
 
 void prepare(description& loaded, const memory_options& options) {
+    const bool has_contents = !options.images.empty() || !options.registers.empty() || options.defaults;
+    if (has_contents && loaded.port().is_live())
+        throw wrong_use(
+            "a camera has registers of its own: --memory, --register and --defaults are for files");
     fill_memory(options, loaded.memory());
     if (!options.defaults || loaded.document() == nullptr) return;
     evaluation_guard guard(loaded);

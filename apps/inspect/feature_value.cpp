@@ -66,7 +66,7 @@ struct json_writer {
 
 constexpr std::string_view kind_words[] = {"integer", "float",    "enumeration", "boolean", "string",
                                            "command", "category", "register",    "port",    "entry"};
-constexpr std::string_view visibility_words[] = {"Beginner", "Expert", "Guru", "Invisible"};
+constexpr std::string_view visibility_table[] = {"Beginner", "Expert", "Guru", "Invisible"};
 constexpr std::string_view access_words[] = {"RW", "RO", "WO"};
 
 }  // namespace
@@ -123,7 +123,7 @@ std::string_view kind_word(GenICam::node_type kind) noexcept {
 }
 
 std::string_view visibility_word(GenICam::Visibility visibility) noexcept {
-    return visibility_words[static_cast<std::size_t>(visibility)];
+    return visibility_table[static_cast<std::size_t>(visibility)];
 }
 
 std::string_view access_word(GenICam::AccessMode access) noexcept {

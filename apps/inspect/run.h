@@ -22,6 +22,7 @@ void add_eval(command_set& commands);
 void add_lint(command_set& commands);
 void add_pages(command_set& commands);
 void add_dump(command_set& commands);
+void add_cameras(command_set& commands);
 
 /// What the program cannot see of where it runs.
 struct run_environment {

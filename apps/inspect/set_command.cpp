@@ -1,3 +1,4 @@
+#include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/commands.h"
 #include "apps/inspect/value_session.h"
 
@@ -43,7 +44,10 @@ std::string written_text(const feature_state& state) {
 int set(const set_options& options, const channels& to) {
     const std::vector<assignment> assignments = split(options.assignments);
     value_session session(options.input);
+    if (!options.save.empty() && session.actual().port().is_live())
+        throw wrong_use("--save is for files: a camera keeps its registers");
     const std::vector<GenICam::INode*> features = find_features(session.actual(), names_of(assignments));
+    const camera_control control(options.input.file);
     nlohmann::ordered_json json = {{"command", "set"}, {"file", options.input.file}};
     json["features"] = nlohmann::ordered_json::array();
     for (std::size_t at = 0; at < features.size(); ++at) {

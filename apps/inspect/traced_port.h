@@ -1,8 +1,11 @@
 #pragma once
 
+#include "apps/inspect/camera/live_camera.h"
 #include "simcam/register_memory.h"
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -15,19 +18,29 @@ struct port_access {
     std::uint64_t address;
     simcam::bytes data;  ///< what was read or written
     std::error_code failure;
+    std::optional<std::chrono::nanoseconds> took;  ///< of a camera
 };
 
 /// "0x1000"
 [[nodiscard]] std::string address_text(std::uint64_t address);
 /// "00 00 01 2C"
 [[nodiscard]] std::string bytes_text(const simcam::bytes& data);
-/// "read 0x1000 4: 00 00 01 2C"
+[[nodiscard]] double microseconds(std::chrono::nanoseconds time);
+/// "read 0x1000 4: 00 00 01 2C", of a camera with the time that it took: "(16 us)"
 [[nodiscard]] std::string access_text(const port_access& access);
 
-/// The port behind a description: hands everything to the memory and notes what came by.
+/// The port behind a description: hands everything to the memory, or to a camera, and notes what came by.
 class traced_port final : public GenICam::IDevicePort {
 public:
-    explicit traced_port(simcam::register_memory& memory) : memory_(memory) {}
+    explicit traced_port(simcam::register_memory& memory) : device_(&memory) {}
+    explicit traced_port(live_camera& camera) : device_(&camera), is_live_(true) {}
+
+    /// From now on there is this camera in the place of the memory. It outlives the port.
+    void lead_to(GenICam::IDevicePort& camera) noexcept {
+        device_ = &camera;
+        is_live_ = true;
+    }
+    [[nodiscard]] bool is_live() const noexcept { return is_live_; }
 
     [[nodiscard]] std::error_code read(std::uint64_t address, void* buffer, std::int64_t length,
                                        std::uint32_t flags) override;
@@ -38,10 +51,12 @@ public:
     [[nodiscard]] std::vector<port_access> take();
 
 private:
+    using time_point = std::chrono::steady_clock::time_point;
     void note(bool is_write, std::uint64_t address, const void* data, std::int64_t length,
-              std::error_code failure);
+              std::error_code failure, time_point start);
 
-    simcam::register_memory& memory_;
+    GenICam::IDevicePort* device_;
+    bool is_live_ = false;
     std::vector<port_access> accesses_;
 };
 

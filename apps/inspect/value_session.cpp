@@ -1,5 +1,6 @@
 #include "apps/inspect/value_session.h"
 
+#include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/feature_writer.h"
 
 #include <nlohmann/json.hpp>
@@ -7,7 +8,10 @@
 namespace selvane_inspect {
 
 value_session::value_session(const description_options& options)
-    : actual_(open(options)), twin_(open(options)), guard_(*twin_), reader_(guard_) {}
+    : actual_(open(options)), twin_(open(options)), guard_(*twin_), reader_(guard_) {
+    live_camera* const camera = camera_behind(options.file);
+    if (camera != nullptr) twin_->port().lead_to(shield_.emplace(*camera));
+}
 
 feature_state value_session::read(GenICam::INode& feature) {
     feature_state state;
@@ -44,6 +48,7 @@ void value_session::write(const std::string& name, GenICam::INode& feature, std:
         const std::error_code failure = write.carry_out(feature);
         accesses_ = actual_->port().take();
         if (failure) throw refused(failure.message());
+        if (shield_) shield_->forget();
     } catch (const inspect_error& failure) {
         throw inspect_error(failure.code(), name + ": " + failure.what());
     }
@@ -62,6 +67,7 @@ nlohmann::ordered_json trace_json(const std::vector<port_access>& accesses) {
                                        {"address", address_text(access.address)},
                                        {"bytes", bytes_text(access.data)}};
         if (access.failure) line["error"] = access.failure.message();
+        if (access.took) line["microseconds"] = microseconds(*access.took);
         json.push_back(std::move(line));
     }
     return json;

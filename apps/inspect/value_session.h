@@ -1,10 +1,12 @@
 #pragma once
 
+#include "apps/inspect/camera/write_shield.h"
 #include "apps/inspect/command.h"
 #include "apps/inspect/description_options.h"
 #include "apps/inspect/feature_reader.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +36,7 @@ private:
     [[nodiscard]] GenICam::INode& twin_of(GenICam::INode& feature) const;
 
     std::unique_ptr<description> actual_;
+    std::optional<write_shield> shield_;  // between the twin and a camera
     std::unique_ptr<description> twin_;
     evaluation_guard guard_;
     feature_reader reader_;

@@ -1,6 +1,8 @@
 #include "apps/inspect/pages/page_preview.h"
 
 #include "adapter/genicam_adapter_device.h"
+#include "apps/inspect/camera/camera_call.h"
+#include "apps/inspect/camera/camera_filter.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/pages/page_hazards.h"
 #include "propui/page_layout.h"
@@ -40,18 +42,24 @@ drawn_page draw(ZELPropUI::PageName name, IUnknown& filter,
     return page;
 }
 
+std::vector<drawn_page> draw_all(IKsPropertySet& filter) {
+    genicam_adapter::GenICamAdapterDevice adapter(&filter);
+    const auto& described = adapter.get_item_table();
+    std::vector<drawn_page> pages;
+    for (const ZELPropUI::PageName name : ZELPropUI::all_pages)
+        pages.push_back(draw(name, filter, described));
+    return pages;
+}
+
 }  // namespace
 
 std::vector<drawn_page> preview_pages(description& of, access_road road) {
     if (const auto hazard = find_page_hazard(of)) throw refused(*hazard);
-    const simcam::camera_ptr camera = make_camera(of, road);
-    genicam_adapter::GenICamAdapterDevice adapter(camera->property_set());
-    const auto& described = adapter.get_item_table();
-    std::vector<drawn_page> pages;
-    for (const ZELPropUI::PageName name : ZELPropUI::all_pages) {
-        pages.push_back(draw(name, *camera->property_set(), described));
-    }
-    return pages;
+    live_camera* const live = camera_behind(of.path());
+    if (live == nullptr) return draw_all(*make_camera(of, road)->property_set());
+    if (road == access_road::named)
+        throw wrong_use("a camera is reached by its registers: named access needs a driver");
+    return draw_all(*make_camera_filter(*live));
 }
 
 std::vector<drawn_row> rows_of(const drawn_page& page) {

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <map>
+#include <string>
 
 namespace {
 
@@ -126,6 +128,35 @@ void refresh(benchmark::State& state, bool named) {
     measure(state, page.driver(), [&] { simcam_test::refresh(canvas); });
 }
 
+// What a call of the driver asks for: the end of a feature's path, or a property that is no feature's.
+std::string kind_of(const simcam::driver_call& call) {
+    const std::size_t end = call.path.rfind('/');
+    return end == std::string::npos ? "other" : call.path.substr(end + 1);
+}
+
+// The calls by which all pages are built and shown for the first time.
+void open_pages(benchmark::State& state, bool named) {
+    std::map<std::string, double> counts;
+    for ([[maybe_unused]] const auto _ : state) {
+        counts.clear();
+        simcam_test::camera_on_pages seen(simcam_test::on_one_road(*simcam::ready_made("full"), named));
+        static_cast<void>(seen.adapter->get_item_table());
+        for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
+            seen.camera->clear_transcript();
+            RecorderCanvas canvas;
+            seen.build(page, canvas);
+            simcam_test::refresh(canvas);
+            for (const simcam::driver_call& call : seen.camera->calls()) {
+                ++counts["calls"];
+                ++counts["of_" + kind_of(call)];
+            }
+        }
+    }
+    for (const auto& [name, count] : counts) state.counters[name] = count;
+}
+
+BENCHMARK_CAPTURE(open_pages, named, true)->Iterations(1);
+BENCHMARK_CAPTURE(open_pages, registers, false)->Iterations(1);
 BENCHMARK_CAPTURE(build, named, true);
 BENCHMARK_CAPTURE(build, registers, false);
 BENCHMARK_CAPTURE(refresh, named, true);

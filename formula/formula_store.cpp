@@ -13,7 +13,9 @@ namespace {
 // Texts with more versions than real descriptions have are not searched for one more.
 constexpr std::size_t most_versions = 8;
 // What is larger is read at once: the tools would keep room for it as long as the document lives.
-constexpr std::size_t most_nodes_later = 4096;
+constexpr std::size_t most_nodes_later = 1024;
+// Enough for the formulas of some pages.
+constexpr std::size_t most_room = std::size_t{24} << 10;
 
 // Forms of real formulas have fewer steps than nodes.
 std::size_t room_for(std::size_t nodes, const source_kinds& kinds) {
@@ -39,7 +41,7 @@ bool is_same(const name_scope& left, const name_scope& right) {
 // Nobody was told what is wrong with the formula while that was asked for.
 void kept_formula::read_late() {
     const silence quiet;
-    store_->read(*this, names_);
+    store_->read(*this, names_, store_->room_.size == 0);
 }
 
 kept_formula& formula_store::keep(std::string_view text, const variable_table& names,
@@ -47,7 +49,7 @@ kept_formula& formula_store::keep(std::string_view text, const variable_table& n
     if (tools_ == nullptr) tools_ = std::make_unique<tools>();
     if (names.has_expressions() || log_enabled(log_failure)) {
         kept_formula& formula = add(text, kinds);
-        read(formula, names);
+        read(formula, names, true);
         return formula;
     }
     if (kept_formula* known = find(text, names.names(), kinds)) return *known;
@@ -55,10 +57,12 @@ kept_formula& formula_store::keep(std::string_view text, const variable_table& n
     formula.names_ = copy(names.names());
     const formula_size size = measure_formula(text);
     if (size.nodes > most_nodes_later) {
-        read(formula, formula.names_);
+        read(formula, formula.names_, true);
     } else {
         largest_ = {std::max(largest_.nodes, size.nodes), std::max(largest_.marks, size.marks)};
-        take_room(formula, room_for(size.nodes, kinds));
+        const std::size_t room = room_for(size.nodes, kinds);
+        wanted_room_ += room;
+        least_room_ = std::max(least_room_, room);
     }
     if (known_.count(text) < most_versions) known_.emplace(text, &formula);
     return formula;
@@ -67,6 +71,8 @@ kept_formula& formula_store::keep(std::string_view text, const variable_table& n
 void formula_store::close() {
     known_ = {};
     if (tools_ == nullptr) return;
+    room_.size = std::max(least_room_, std::min(wanted_room_, most_room));
+    room_.bytes.reset(new unsigned char[room_.size]);
     tools_->parser.reserve(largest_);
     tools_->specialiser.reserve(largest_.nodes);
 }
@@ -89,40 +95,52 @@ kept_formula& formula_store::add(std::string_view text, const source_kinds& kind
     return *formula;
 }
 
+// The formulas of a converter have the same names, and often those of nodes that follow one another.
 name_scope formula_store::copy(const name_scope& names) {
-    return {memory_.copy(names.rows.data(), names.rows.size()), names.no_from_to};
+    if (!is_same(last_names_, names))
+        last_names_ = {memory_.copy(names.rows.data(), names.rows.size()), names.no_from_to};
+    return last_names_;
 }
 
-void formula_store::take_room(kept_formula& formula, std::size_t size) {
-    formula.room_ = memory_.take(size);
-    formula.room_size_ = size;
-}
-
-void formula_store::read(kept_formula& formula, name_resolver names) {
+void formula_store::read(kept_formula& formula, name_resolver names, bool is_lasting) {
     const formula_tree& tree = tools_->parser.read(formula.text_, names);
     formula.is_read_ = true;
     formula.is_refused_ = !is_usable(tree);
-    if (!formula.is_refused_) put(formula, tree);
+    formula.is_empty_ = formula.is_refused_ || tree.size() == 0;
+    formula.is_lasting_ = is_lasting || formula.is_empty_;
+    if (!formula.is_empty_) put(formula, tree, is_lasting);
 }
 
 // Where there is no room for a form, the instructions have some.
-void formula_store::put(kept_formula& formula, const formula_tree& tree) {
+void formula_store::put(kept_formula& formula, const formula_tree& tree, bool is_lasting) {
     const std::size_t of_instructions = tree.size() * sizeof(formula_instruction);
     auto parts = tools_->specialiser.prepare(tree, formula.kinds_);
     const std::size_t of_form = parts ? specialised_formula::size_of(*parts) : 0;
     // Whoever listens while the description is loaded may want to watch its formulas later on.
-    const bool is_read_at_once = formula.room_ == nullptr;
-    if (is_read_at_once) take_room(formula, of_instructions + of_form);
-
-    const bool needs_instructions = !parts || !formula.kinds_.are_certain || is_read_at_once;
-    std::size_t used = needs_instructions ? of_instructions : 0;
-    if (parts && used + of_form > formula.room_size_) {
+    const bool needs_instructions = !parts || !formula.kinds_.are_certain || is_lasting;
+    std::size_t before_form = needs_instructions ? of_instructions : 0;
+    if (parts && !is_lasting && before_form + of_form > room_.size) {
         parts.reset();
-        used = of_instructions;
+        before_form = of_instructions;
     }
-    auto* const room = static_cast<unsigned char*>(formula.room_);
-    if (used != 0) formula.program_.instructions = put_instructions(tree, room);
-    if (parts) formula.program_.specialised = specialised_formula::make(room + used, *parts);
+    const std::size_t size = before_form + (parts ? of_form : 0);
+    auto* const room = is_lasting ? static_cast<unsigned char*>(memory_.take(size)) : take_room(size);
+    formula.program_ = {};
+    if (before_form != 0) formula.program_.instructions = put_instructions(tree, room);
+    if (parts) formula.program_.specialised = specialised_formula::make(room + before_form, *parts);
+    formula.round_ = room_.round;
+}
+
+unsigned char* formula_store::take_room(std::size_t size) noexcept {
+    constexpr std::size_t alignment = alignof(specialised_formula);
+    const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
+    if (rounded > room_.size - room_.used) {
+        room_.used = 0;
+        ++room_.round;
+    }
+    unsigned char* const taken = room_.bytes.get() + room_.used;
+    room_.used += rounded;
+    return taken;
 }
 
 gsl::span<const formula_instruction> formula_store::put_instructions(const formula_tree& tree, void* room) {

@@ -22,7 +22,8 @@ formula_binding::formula_binding(description& from, element_index index)
     GenICam::IGenICamDoc* document = from.document();
     const GenICam::scanned_element scanned(xml_);
     GenICam::build_formula_name_lookup(table_, document, *scanned, is_integer());
-    map_.resolve_converter_references(document, *scanned, nullptr, table_);
+    sources_.resize(scanned->count(GenICam::child::pVariable));
+    map_.read_references(document, *scanned, table_, sources_.data());
     if (is_converter_) target_ = document->find_node(xml_.child_value("pValue"));
     for (const char* name : {"Formula", "FormulaFrom", "FormulaTo", "Expression"}) parse(name);
 }

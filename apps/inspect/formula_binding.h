@@ -49,6 +49,7 @@ private:
     pugi::xml_node xml_;
     bool is_converter_;
     GenICam::variable_table table_;
+    std::vector<GenICam::variable_source> sources_;  // of the map
     GenICam::variable_map_impl map_;
     GenICam::INode* target_ = nullptr;
     std::vector<bound_formula> formulas_;

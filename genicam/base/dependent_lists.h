@@ -1,91 +1,75 @@
 #pragma once
 
-#include "genicam/ieval.h"
+#include "genicam/base/node_base.h"
+#include "genicam/base/packed_numbers.h"
+#include "genicam/base/shared_lists.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include <gsl/span>
 
 namespace GenICam {
 
-class node_base_data;
+/// Where the document keeps the complete list of dependents of a node.
+struct kept_list {
+    std::uint32_t place = 0;
+    std::uint32_t length = 0;
+};
 
-/// Complete lists of dependents that stand one inside the other, kept once for a document. A node with a
-/// single dependent has a list of that one and its list, and in a circle each list is the next one, turned:
-/// chains and circles cost what their nodes cost, and not the square of it.
+/// The complete lists of dependents of a document. They hold numbers in the place of nodes: there are many
+/// times more entries than nodes.
 class dependent_lists {
 public:
-    /// What the lists of a document that stand for themselves may take together, in entries that are looked
-    /// at while they are completed. Real descriptions stay far below.
-    static constexpr std::size_t most_entries = std::size_t{1} << 24;
+    using number = std::uint32_t;
 
-    /// The list of a node that shares one.
-    [[nodiscard]] gsl::span<IEval* const> operator[](std::uint32_t number) const noexcept;
+    /// The nodes that have the numbers from 0 on. They stay where they are.
+    void begin(gsl::span<node_base_data* const> nodes) { nodes_ = nodes; }
+    /// A number for a node beside those.
+    [[nodiscard]] number add_node(node_base_data* node);
+    /// How many nodes have numbers.
+    [[nodiscard]] std::size_t node_count() const noexcept { return nodes_.size() + others_.size(); }
 
-    /// Gives the node its list, if it is one that can be shared; false if not. The same for the nodes on the
-    /// way, for whom it counts from their own turn on.
-    [[nodiscard]] bool share(node_base_data& node);
-
-    /// Counts entries against the limit.
-    void spend(std::size_t entries) noexcept { spent_ += entries; }
-    [[nodiscard]] bool is_exhausted() const noexcept { return spent_ > most_entries; }
-
-    /// A list while it is completed.
-    struct growing_list {
-        std::vector<IEval*> entries;
-        std::vector<IEval*> to_follow;  ///< of the entries, those whose dependents may be missing
-    };
-    /// An empty one, the same each time.
-    [[nodiscard]] growing_list& take_growing() noexcept {
-        growing_.entries.clear();
-        growing_.to_follow.clear();
-        return growing_;
+    [[nodiscard]] kept_list keep(gsl::span<const number> list);
+    [[nodiscard]] kept_list keep_shared(shared_lists::index list) const noexcept;
+    [[nodiscard]] static bool is_shared(kept_list list) noexcept { return list.place >= first_shared; }
+    [[nodiscard]] static shared_lists::index shared_place(kept_list list) noexcept {
+        return list.place - first_shared;
     }
-    /// A number that no node was marked with.
-    [[nodiscard]] std::uint32_t take_mark() noexcept { return ++last_mark_; }
+    [[nodiscard]] shared_lists& shared() noexcept { return shared_; }
+    /// No more lists come.
+    void close();
+
+    /// Calls `fn` with the number of each node of a list, in its order.
+    template <class Function>
+    void for_each_number(kept_list list, Function fn) const {
+        if (is_shared(list)) {
+            for (const number node : shared_[shared_place(list)]) fn(node);
+        } else {
+            packed_.for_each(list.place, list.length, fn);
+        }
+    }
+    /// The same with the nodes.
+    template <class Function>
+    void for_each(kept_list list, Function fn) const {
+        for_each_number(list, [&](number node) { fn(node_at(node)); });
+    }
+    /// The nodes of a list side by side, until the next list is asked for.
+    [[nodiscard]] gsl::span<IEval* const> spread(kept_list list);
+    [[nodiscard]] gsl::span<IEval* const> spread(gsl::span<const number> list);
 
 private:
-    /// Entries that others are put before.
-    class tape {
-    public:
-        explicit tape(std::vector<IEval*> entries) : room_(std::move(entries)) {}
-        void put_before(IEval* entry);
-        [[nodiscard]] std::size_t size() const noexcept { return room_.size() - front_; }
-        /// The entry so many places before the end.
-        [[nodiscard]] IEval* const* from_end(std::size_t places) const noexcept {
-            return room_.data() + (room_.size() - places);
-        }
+    static constexpr std::uint32_t first_shared = std::uint32_t{1} << 31;
 
-    private:
-        std::vector<IEval*> room_;
-        std::size_t front_ = 0;
-    };
-    /// Whether the owner of a list stands in it, as on a circle.
-    enum class owner_place : std::uint8_t { unknown, none, last, elsewhere };
-    struct list {
-        std::uint32_t on_tape;
-        std::uint32_t begin;  // from the end of the tape, as the tape grows in front
-        std::uint32_t length;
-        owner_place owner;
-    };
+    [[nodiscard]] node_base_data* node_at(number node) const noexcept {
+        return node < nodes_.size() ? nodes_[node] : others_[node - nodes_.size()];
+    }
 
-    [[nodiscard]] node_base_data* follow(node_base_data& node);
-    [[nodiscard]] bool is_known(const node_base_data& node) const noexcept;
-    void adopt(node_base_data& node);
-    void make_circle(std::size_t first);
-    [[nodiscard]] bool extend(node_base_data& follower, node_base_data& node);
-    [[nodiscard]] owner_place find_owner(const list& of, const node_base_data& owner);
-    std::uint32_t add(const list& made);
-
-    std::vector<tape> tapes_;
-    std::vector<list> lists_;            // numbered from 1
-    std::vector<node_base_data*> path_;  // each the single dependent of the one before
-    growing_list growing_;
-    std::size_t spent_ = 0;
-    std::uint32_t last_mark_ = 0;
+    gsl::span<node_base_data* const> nodes_;
+    std::vector<node_base_data*> others_;
+    packed_numbers packed_;
+    shared_lists shared_;
+    std::vector<IEval*> spread_;
 };
 
 }  // namespace GenICam

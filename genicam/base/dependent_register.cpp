@@ -1,19 +1,10 @@
 #include "genicam/base/dependent_register.h"
 
-#include "genicam/base/node_base.h"
-
 namespace GenICam {
 
-void dependent_register::add(node_base_data& owner, IEval* dependent) {
-    if (owner.registered_as_ == 0) {
-        owners_.emplace_back();
-        owner.registered_as_ = static_cast<std::uint32_t>(owners_.size());
-    }
-    ++owners_[owner.registered_as_ - 1].count;
-    entries_.push_back({owner.registered_as_ - 1, dependent});
-}
-
-void dependent_register::close() {
+void dependent_register::close(std::size_t nodes) {
+    owners_.resize(nodes);
+    for (const entry& added : entries_) ++owners_[added.owner].count;
     std::uint32_t begin = 0;
     for (stretch& of_owner : owners_) {
         of_owner.begin = begin;
@@ -21,18 +12,23 @@ void dependent_register::close() {
         of_owner.count = 0;
     }
     dependents_.resize(begin);
-    for (const entry& added : entries_) {
-        stretch& of_owner = owners_[added.owner];
-        IEval** const list = dependents_.data() + of_owner.begin;
-        if (of_owner.count != 0 && list[of_owner.count - 1] == added.dependent) continue;
-        list[of_owner.count++] = added.dependent;
+    for (const stretch& turn : turns_) {
+        for (std::uint32_t at = turn.begin; at < turn.begin + turn.count; ++at) put(entries_[at]);
     }
+    turns_ = {};
     entries_ = {};
 }
 
-gsl::span<IEval* const> dependent_register::operator[](const node_base_data& owner) const noexcept {
-    if (owner.registered_as_ == 0 || owners_.empty()) return {};
-    const stretch& of_owner = owners_[owner.registered_as_ - 1];
+void dependent_register::put(const entry& added) {
+    stretch& of_owner = owners_[added.owner];
+    number* const list = dependents_.data() + of_owner.begin;
+    if (of_owner.count != 0 && list[of_owner.count - 1] == added.dependent) return;
+    list[of_owner.count++] = added.dependent;
+}
+
+gsl::span<const dependent_register::number> dependent_register::operator[](number owner) const noexcept {
+    if (owner >= owners_.size()) return {};
+    const stretch& of_owner = owners_[owner];
     return {dependents_.data() + of_owner.begin, of_owner.count};
 }
 

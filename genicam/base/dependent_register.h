@@ -1,7 +1,6 @@
 #pragma once
 
-#include "genicam/ieval.h"
-
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -9,31 +8,46 @@
 
 namespace GenICam {
 
-class node_base_data;
-
-/// Who depends on the nodes that keep no list of their own, while a description is loaded.
+/// Who depends on whom while a description is loaded, by the numbers of the nodes.
 class dependent_register {
 public:
-    void add(node_base_data& owner, IEval* dependent);
-    /// Puts together what belongs together. Nothing is added from then on.
-    void close();
-    /// Once closed, in the order in which they were added; each once, where it was added several times in a
-    /// row. None of an owner that nobody depends on.
-    [[nodiscard]] gsl::span<IEval* const> operator[](const node_base_data& owner) const noexcept;
+    using number = std::uint32_t;
+
+    /// For so many turns, one for each node with the same number.
+    explicit dependent_register(std::size_t turns) : turns_(turns) {}
+
+    /// What is added from here on comes in the turn of that node. Each has one, at any time.
+    void begin_turn(number node) {
+        turn_ = node;
+        turns_[turn_].begin = static_cast<std::uint32_t>(entries_.size());
+    }
+    void add(number owner, number dependent) {
+        entries_.push_back({owner, dependent});
+        ++turns_[turn_].count;
+    }
+    /// Puts together what belongs together, for so many nodes. Nothing is added from then on.
+    void close(std::size_t nodes);
+    /// Once closed, in the order of the turns; each once, where it was added several times in a row: nodes
+    /// register themselves, with their parts, in their own turns.
+    [[nodiscard]] gsl::span<const number> operator[](number owner) const noexcept;
 
 private:
     struct entry {
-        std::uint32_t owner;
-        IEval* dependent;
+        number owner;
+        number dependent;
     };
     struct stretch {
         std::uint32_t begin = 0;
         std::uint32_t count = 0;
     };
 
+    void put(const entry& added);
+
+    std::vector<stretch> turns_;  // of the entries
+    number turn_ = 0;
     std::vector<entry> entries_;
-    std::vector<stretch> owners_;  // by the numbers of the owners, from 1
-    std::vector<IEval*> dependents_;
+    std::vector<stretch> owners_;  // of the dependents
+    std::vector<number> dependents_;
 };
 
 }  // namespace GenICam

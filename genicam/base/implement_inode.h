@@ -65,7 +65,7 @@ public:
         return find_yes_no(child_text(xml(), "IsDeprecated")).value_or(false);
     }
     [[nodiscard]] bool get_streamable() const final {
-        return self().children().has(child::Streamable) && parse_streamable(xml());
+        return self().states_streamable() && parse_streamable(xml());
     }
     [[nodiscard]] std::optional<std::uint64_t> get_event_id() const final { return self().find_event_id(); }
     [[nodiscard]] INode* get_alias() const final { return self().resolve_node("pAlias"); }

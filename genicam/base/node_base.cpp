@@ -7,6 +7,7 @@
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
+#include <new>
 #include <utility>
 
 namespace GenICam {
@@ -35,21 +36,32 @@ bool has_truth_value(const INode& node) {
 }  // namespace
 
 node_base_data::node_base_data(document_services* services, const described_element& xml)
-    : xml_(xml), name_(xml.node_name()), services_(services), children_(xml.present()) {
+    : xml_(xml),
+      name_(xml.node_name()),
+      services_(services),
+      has_callbacks_(false),
+      has_extension_(xml.has(child::Extension)),
+      has_imposed_mode_(xml.has(child::ImposedAccessMode)),
+      has_streamable_(xml.has(child::Streamable)) {
     imposed_access_mode_ = parse_imposed_access_mode(xml, xml.text(child::ImposedAccessMode));
 }
 
 void node_base_data::resolve_references(IGenICamDoc* doc) { resolve_described(doc, *scanned_element(xml_)); }
 
 void node_base_data::resolve_described(IGenICamDoc* doc, const described_element& xml) {
-    is_implemented_node_ = resolve_common_link(doc, xml, child::pIsImplemented);
-    is_available_node_ = resolve_common_link(doc, xml, child::pIsAvailable);
-    is_locked_node_ = resolve_common_link(doc, xml, child::pIsLocked);
+    if (has_access_links(xml)) resolve_access_links(doc, xml);
     if (xml.has(child::pInvalidator)) resolve_invalidators(doc, xml);
     _resolve_references(doc, xml);
 }
 
-INode* node_base_data::resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name) {
+void node_base_data::resolve_access_links(IGenICamDoc* doc, const described_element& xml) {
+    if (links_ == nullptr) links_ = ::new (take_room(sizeof(access_links))) access_links();
+    links_->is_implemented = resolve_access_link(doc, xml, child::pIsImplemented);
+    links_->is_available = resolve_access_link(doc, xml, child::pIsAvailable);
+    links_->is_locked = resolve_access_link(doc, xml, child::pIsLocked);
+}
+
+INode* node_base_data::resolve_access_link(IGenICamDoc* doc, const described_element& xml, child name) {
     if (!xml.has(name)) return nullptr;
     INode* node = doc->find_node(xml.text(name));
     const bool decides = node != nullptr && has_truth_value(*node) && depend_on(node, get_node());
@@ -113,7 +125,7 @@ std::vector<INode::extension> node_base_data::find_extensions() const {
 }
 
 std::string_view node_base_data::find_extension(std::string_view key) const {
-    if (!children_.has(child::Extension)) return {};
+    if (!has_extension_) return {};
     for (const pugi::xml_node candidate : xml_.child("Extension")) {
         if (key == candidate.name()) return candidate.child_value();
     }
@@ -122,26 +134,26 @@ std::string_view node_base_data::find_extension(std::string_view key) const {
 
 std::error_code node_base_data::test_implemented(bool& value, std::uint32_t flags) const {
     value = true;
-    return is_implemented_node_ == nullptr ? std::error_code()
-                                           : evaluate_flag(is_implemented_node_, value, flags);
+    INode* link = find_link(&access_links::is_implemented);
+    return link == nullptr ? std::error_code() : evaluate_flag(link, value, flags);
 }
 
 std::error_code node_base_data::test_available(bool& value, std::uint32_t flags) const {
     value = true;
-    return is_available_node_ == nullptr ? std::error_code()
-                                         : evaluate_flag(is_available_node_, value, flags);
+    INode* link = find_link(&access_links::is_available);
+    return link == nullptr ? std::error_code() : evaluate_flag(link, value, flags);
 }
 
 std::error_code node_base_data::test_locked(bool& value, std::uint32_t flags) {
     value = find_access_mode() == AccessMode::RO;
-    return value || is_locked_node_ == nullptr ? std::error_code()
-                                               : evaluate_flag(is_locked_node_, value, flags);
+    INode* link = find_link(&access_links::is_locked);
+    return value || link == nullptr ? std::error_code() : evaluate_flag(link, value, flags);
 }
 
 bool node_base_data::is_locked_by_link() const {
     bool locked = false;
-    return is_locked_node_ != nullptr && !evaluate_flag(is_locked_node_, locked, access_flags::none) &&
-           locked;
+    INode* link = find_link(&access_links::is_locked);
+    return link != nullptr && !evaluate_flag(link, locked, access_flags::none) && locked;
 }
 
 std::string_view node_base_data::find_display_name() const {
@@ -150,7 +162,7 @@ std::string_view node_base_data::find_display_name() const {
 }
 
 AccessMode node_base_data::find_access_mode() {
-    if (!children_.has(child::ImposedAccessMode)) {
+    if (!has_imposed_mode_) {
         if (INode* source = get_access_source()) return source->get_access_mode();
     }
     return imposed_access_mode_;

@@ -17,6 +17,18 @@
 
 namespace GenICam {
 
+/// The nodes that decide whether a node can be used; null for those that its element does not name.
+struct access_links {
+    INode* is_implemented = nullptr;
+    INode* is_available = nullptr;
+    INode* is_locked = nullptr;
+};
+
+/// Whether the node of an element has such links. Most have none.
+[[nodiscard]] inline bool has_access_links(const described_element& xml) noexcept {
+    return xml.present().has_any(child::pIsImplemented, child::pIsAvailable, child::pIsLocked);
+}
+
 /// What all nodes share. Common elements that are rarely asked for are read from the XML at each request;
 /// only what decides every access is kept.
 class node_base_data : public IEval {
@@ -68,26 +80,24 @@ public:
 
     [[nodiscard]] expansion_budget& formula_expansion() const { return services_->formula_expansion(); }
     [[nodiscard]] formula_store& formulas() const { return services_->formulas(); }
+    /// Room in the document's arena that was reserved for this node beside the node itself.
+    [[nodiscard]] void* take_room(std::uint64_t size) const { return services_->take_room(size); }
+    /// The node's place among those that depend on one another; `no_number` for none.
+    static constexpr std::uint32_t no_number = 0xFFFFFFFF;
+    [[nodiscard]] std::uint32_t number() const noexcept { return number_; }
+    void set_number(std::uint32_t number) noexcept { number_ = number; }
     [[nodiscard]] pugi::xml_node xml() const noexcept { return xml_; }
     /// For messages about the node, or about one of its children.
     [[nodiscard]] message_origin origin() const noexcept { return xml_; }
     [[nodiscard]] message_origin origin(child which) const noexcept { return {xml_, which}; }
-    [[nodiscard]] const child_set& children() const noexcept { return children_; }
-    /// Whether the element names nodes that decide its access or invalidate it.
-    [[nodiscard]] bool has_common_links() const noexcept {
-        return children_.has_any(child::pIsImplemented, child::pIsAvailable, child::pIsLocked,
-                                 child::pInvalidator);
-    }
+    /// Whether the element has a `Streamable` child.
+    [[nodiscard]] bool states_streamable() const noexcept { return has_streamable_; }
 
 private:
-    friend class node_base_impl_value;
-    friend class dependent_lists;
-    friend class dependent_register;
-
     template <class Mode>
     [[nodiscard]] std::error_code check_access_by(bool is_write, std::uint32_t flags, Mode mode) const {
         if ((flags & access_flags::skip_access_check) != 0) return {};
-        if (is_implemented_node_ != nullptr || is_available_node_ != nullptr) {
+        if (links_ != nullptr) {
             if (const std::error_code refused = check_links(flags)) return refused;
         }
         const AccessMode refusing = is_write ? AccessMode::RO : AccessMode::WO;
@@ -95,25 +105,24 @@ private:
         return {};
     }
     [[nodiscard]] std::error_code check_links(std::uint32_t flags) const;
-    [[nodiscard]] INode* resolve_common_link(IGenICamDoc* doc, const described_element& xml, child name);
+    void resolve_access_links(IGenICamDoc* doc, const described_element& xml);
+    [[nodiscard]] INode* resolve_access_link(IGenICamDoc* doc, const described_element& xml, child name);
     void resolve_invalidators(IGenICamDoc* doc, const described_element& xml);
+    [[nodiscard]] INode* find_link(INode* access_links::*which) const noexcept {
+        return links_ != nullptr ? links_->*which : nullptr;
+    }
 
     pugi::xml_node xml_;
     std::string_view name_;
     document_services* services_;
-    INode* is_implemented_node_ = nullptr;
-    INode* is_available_node_ = nullptr;
-    INode* is_locked_node_ = nullptr;
+    access_links* links_ = nullptr;  // null where the element names none
+    std::uint32_t number_ = no_number;
     AccessMode imposed_access_mode_;
-    bool has_callbacks_ = false;
-    bool is_covered_ = false;  // valid with the closing mark: its dependents stand in that list already
-    bool is_closed_ = false;   // its list of dependents, if it has one, is complete
-    // Bears the mark of the list that this node was last seen in while lists are closed: membership is a
-    // mark, not a search.
-    std::uint32_t closing_mark_ = 0;
-    std::uint32_t shared_list_ = 0;    // its list of dependents where others share it, else 0
-    std::uint32_t registered_as_ = 0;  // its number in the document's register of dependents, or 0
-    child_set children_;
+    bool has_callbacks_ : 1;
+    // Of the children that are asked for again, those that the element has.
+    bool has_extension_ : 1;
+    bool has_imposed_mode_ : 1;
+    bool has_streamable_ : 1;
 
 protected:
     [[nodiscard]] document_services& services() const noexcept { return *services_; }

@@ -4,11 +4,6 @@
 #include <utility>
 
 namespace GenICam {
-namespace {
-
-constexpr std::size_t largest_block = std::size_t{1} << 16;
-
-}  // namespace
 
 void* block_memory::take(std::size_t size) {
     const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
@@ -19,7 +14,7 @@ void* block_memory::take(std::size_t size) {
         blocks_.push_back(std::move(block));
         free_ = first;
         left_ = block_size;
-        next_block_ = std::min(2 * next_block_, largest_block);
+        next_block_ = std::min(2 * next_block_, largest_block_);
     }
     void* const room = free_;
     free_ += rounded;

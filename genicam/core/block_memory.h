@@ -12,6 +12,9 @@ namespace GenICam {
 /// Memory in pieces that come one by one and go together.
 class block_memory {
 public:
+    /// Blocks get larger up to so many bytes: the last one stays half empty on average.
+    explicit block_memory(std::size_t largest_block = std::size_t{1} << 16) : largest_block_(largest_block) {}
+
     /// So many bytes, aligned to 8.
     [[nodiscard]] void* take(std::size_t size);
 
@@ -31,6 +34,7 @@ private:
     unsigned char* free_ = nullptr;
     std::size_t left_ = 0;
     std::size_t next_block_ = 1024;
+    std::size_t largest_block_;
 };
 
 }  // namespace GenICam

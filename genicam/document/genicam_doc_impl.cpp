@@ -2,6 +2,7 @@
 
 #include "genicam/base/node_state.h"
 #include "genicam/base/xml_words.h"
+#include "genicam/core/log.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/core/text_words.h"
@@ -20,18 +21,51 @@ namespace {
 // Somewhat less than real descriptions spend on each node.
 constexpr std::size_t bytes_per_node = 240;
 
-// How many nodes before their turn elements are fetched into the processor's cache.
-constexpr std::size_t ahead = 4;
-
 constexpr std::string_view default_port_name = "Device";
 
-// The first bytes of a name as a number, in the order of the names.
-std::uint64_t prefix_of(std::string_view name) noexcept {
-    std::uint64_t prefix = 0;
-    for (std::size_t at = 0; at < sizeof(prefix); ++at) {
-        prefix = prefix << 8 | (at < name.size() ? static_cast<unsigned char>(name[at]) : 0U);
+// Eight bytes of a name as a number, in the order of the names.
+std::uint64_t key_of(std::string_view name, std::size_t from) noexcept {
+    std::uint64_t key = 0;
+    for (std::size_t at = from; at < from + sizeof(key); ++at) {
+        key = key << 8 | (at < name.size() ? static_cast<unsigned char>(name[at]) : 0U);
     }
-    return prefix;
+    return key;
+}
+
+/// A name with its first bytes, in which most names differ.
+struct name_order {
+    std::uint64_t first;
+    std::uint64_t second;
+    std::string_view name;
+    std::size_t place;  // of the element in the description
+
+    [[nodiscard]] bool operator<(const name_order& other) const noexcept {
+        if (first != other.first) return first < other.first;
+        return second != other.second ? second < other.second : name < other.name;
+    }
+};
+
+/// Where a name stands among all names, and whether it is the first of equal ones.
+struct name_place {
+    std::uint32_t number;
+    bool is_first;
+};
+
+// Of the elements in the order of the description.
+std::vector<name_place> sort_names(const std::vector<taken_element>& taken) {
+    std::vector<name_order> order;
+    order.reserve(taken.size());
+    for (const taken_element& one : taken) {
+        const std::string_view name = one.element.node_name();
+        order.push_back({key_of(name, 0), key_of(name, sizeof(std::uint64_t)), name, order.size()});
+    }
+    std::sort(order.begin(), order.end());
+    std::vector<name_place> places(order.size());
+    for (std::size_t at = 0; at < order.size(); ++at) {
+        const bool is_first = at == 0 || order[at - 1] < order[at];
+        places[order[at].place] = {static_cast<std::uint32_t>(at), is_first};
+    }
+    return places;
 }
 
 // How much of the bytes is worth a copy: a driver may announce far more than it fills. The parser reads
@@ -78,102 +112,104 @@ bool genicam_doc::build_nodes() {
         taken.push_back(walk.taken());
     }
     allocator_.make_arena();
-    std::vector<INode*> made;
-    made.reserve(taken.size());
-    for (const taken_element& one : taken)
-        made.push_back(one.chosen->construct(allocator_, this, one.element));
-
-    const std::vector<name_order> order = sort_names(taken);
-    nodes_.reserve(order.size());
-    for (const name_order& at : order)
-        nodes_.push_back({taken[at.place].element.node_name(), made[at.place]});
-    return resolve_nodes(taken, order);
-}
-
-std::vector<genicam_doc::name_order> genicam_doc::sort_names(const std::vector<taken_element>& taken) {
-    std::vector<name_order> order;
-    order.reserve(taken.size());
-    for (const taken_element& one : taken)
-        order.push_back({prefix_of(one.element.node_name()), order.size()});
-    std::sort(order.begin(), order.end(), [&taken](const name_order& left, const name_order& right) {
-        if (left.prefix != right.prefix) return left.prefix < right.prefix;
-        return taken[left.place].element.node_name() < taken[right.place].element.node_name();
-    });
-    return order;
-}
-
-bool genicam_doc::resolve_nodes(const std::vector<taken_element>& taken,
-                                const std::vector<name_order>& order) {
-    name_index index(nodes_.size());
-    if (fill(index)) index_ = &index;
-    default_port_ = find_port(default_port_name);
-    for (std::size_t at = 0; at < nodes_.size(); ++at) {
-        // What follows by name stands anywhere in the description.
-        if (at + ahead < nodes_.size()) __builtin_prefetch(&taken[order[at + ahead].place]);
-        INode* node = nodes_[at].node;
-        static_cast<node_base_data*>(node->get_eval())
-            ->resolve_described(this, taken[order[at].place].element);
-        if (node->get_streamable()) streamable_nodes_.push_back(node);
-    }
-    formulas_.close();
-    index_ = nullptr;
-    dependents_.close();
-    const bool are_closed = close_dependents();
-    dependents_ = {};
-    is_loading_ = false;
+    make_nodes(taken);
+    resolve_nodes(taken);
+    const bool are_closed = close_lists();
+    loading_.reset();
     return are_closed;
 }
 
-bool genicam_doc::close_dependents() {
-    for (const named_node& named : nodes_) {
-        named.node->get_eval()->close_dependents();
-        if (!shared_lists_.is_exhausted()) continue;
+// In the order of the description; each goes to its place by name, which is its number.
+void genicam_doc::make_nodes(const std::vector<taken_element>& taken) {
+    const std::vector<name_place> places = sort_names(taken);
+    nodes_.resize(taken.size());
+    dependents_.begin({nodes_.data(), nodes_.size()});
+    loading_ = std::make_unique<loading>(dependents_, taken.size());
+    loading_->described.reserve(taken.size());
+    for (std::size_t at = 0; at < taken.size(); ++at) {
+        INode* made = taken[at].chosen->construct(allocator_, this, taken[at].element);
+        auto* node = static_cast<node_base_data*>(made->get_eval());
+        node->set_number(places[at].number);
+        nodes_[places[at].number] = node;
+        loading_->described.push_back(node);
+        if (!places[at].is_first || !loading_->is_indexed) continue;
+        loading_->is_indexed = loading_->index.add(node->find_name(), static_cast<std::uint32_t>(at));
+    }
+}
+
+// Messages come in the order of the names, and what is left for expressions is shared out in it. All else is
+// resolved where it stands, beside what it mostly refers to.
+void genicam_doc::resolve_nodes(const std::vector<taken_element>& taken) {
+    const std::vector<node_base_data*>& described = loading_->described;
+    default_port_ = find_port(default_port_name);
+    const auto resolve = [&](std::size_t at) {
+        loading_->closing.begin_turn(described[at]->number());
+        described[at]->resolve_described(this, taken[at].element);
+    };
+    const bool is_heard = log_enabled(log_failure);
+    std::vector<std::size_t> by_name;
+    for (std::size_t at = 0; at < described.size(); ++at) {
+        if (is_heard || taken[at].element.has(child::Expression)) {
+            by_name.push_back(at);
+        } else {
+            resolve(at);
+        }
+    }
+    std::sort(by_name.begin(), by_name.end(), [&described](std::size_t left, std::size_t right) {
+        return described[left]->number() < described[right]->number();
+    });
+    for (const std::size_t at : by_name) resolve(at);
+    formulas_.close();
+}
+
+bool genicam_doc::close_lists() {
+    loading_->closing.begin();
+    for (node_base_data* node : nodes_) {
+        if (node->states_streamable() && node->get_node()->get_streamable())
+            streamable_nodes_.push_back(node->get_node());
+        node->close_dependents();
+        if (!loading_->closing.is_exhausted()) continue;
         report(messages::too_many_dependents, {}, root().name(), get_model_name(),
-               std::uint64_t{dependent_lists::most_entries});
+               std::uint64_t{dependent_closing::most_entries});
         return false;
     }
+    dependents_.close();
     return true;
 }
 
 // The first node of that name, or the end.
-std::vector<genicam_doc::named_node>::const_iterator genicam_doc::find_first(std::string_view name) const {
-    if (index_ != nullptr) {
-        const std::uint32_t place =
-            index_->find(name, [&](std::uint32_t at) { return is_same_text(nodes_[at].name, name); });
-        return place != name_index::not_found ? nodes_.begin() + place : nodes_.end();
+std::vector<node_base_data*>::const_iterator genicam_doc::find_first(std::string_view name) const {
+    if (loading_ != nullptr && loading_->is_indexed) {
+        const std::vector<node_base_data*>& described = loading_->described;
+        const std::uint32_t place = loading_->index.find(
+            name, [&](std::uint32_t at) { return is_same_text(described[at]->find_name(), name); });
+        return place != name_index::not_found ? nodes_.begin() + described[place]->number() : nodes_.end();
     }
-    const auto found =
-        std::lower_bound(nodes_.begin(), nodes_.end(), name,
-                         [](const named_node& node, std::string_view wanted) { return node.name < wanted; });
-    return found != nodes_.end() && found->name == name ? found : nodes_.end();
-}
-
-// Of equal names the first.
-bool genicam_doc::fill(name_index& index) const {
-    for (std::size_t at = 0; at < nodes_.size(); ++at) {
-        const bool is_first = at == 0 || !is_same_text(nodes_[at].name, nodes_[at - 1].name);
-        if (is_first && !index.add(nodes_[at].name, static_cast<std::uint32_t>(at))) return false;
-    }
-    return true;
+    const auto found = std::lower_bound(
+        nodes_.begin(), nodes_.end(), name,
+        [](const node_base_data* node, std::string_view wanted) { return node->find_name() < wanted; });
+    return found != nodes_.end() && (*found)->find_name() == name ? found : nodes_.end();
 }
 
 INode* genicam_doc::find_node(std::string_view name) {
     if (name.empty()) return nullptr;
     const auto found = find_first(name);
-    return found != nodes_.end() ? found->node : nullptr;
+    return found != nodes_.end() ? (*found)->get_node() : nullptr;
 }
 
 INode* genicam_doc::find_port(std::string_view name) {
     if (name.empty()) return default_port_;
     // Of several nodes with the name, one may be a port without being the first.
-    for (auto found = find_first(name); found != nodes_.end() && is_same_text(found->name, name); ++found) {
-        if (found->node->get_node_type() == node_type::port) return found->node;
+    for (auto found = find_first(name); found != nodes_.end() && is_same_text((*found)->find_name(), name);
+         ++found) {
+        INode* node = (*found)->get_node();
+        if (node->get_node_type() == node_type::port) return node;
     }
     return nullptr;
 }
 
 void genicam_doc::for_each_node(std::function<void(INode*)> fn) {
-    for (const named_node& named : nodes_) fn(named.node);
+    for (node_base_data* node : nodes_) fn(node->get_node());
 }
 
 void genicam_doc::for_each_streamable_node(std::function<void(INode*)> fn) {
@@ -213,8 +249,7 @@ std::string genicam_doc::dump(std::int32_t mode) {
 
 std::string genicam_doc::list_nodes() const {
     node_listing listing;
-    for (const named_node& named : nodes_)
-        listing.add(named.name, named.node->get_eval()->get_dependent_count());
+    for (node_base_data* node : nodes_) listing.add(node->find_name(), node->get_dependent_count());
     return listing.text();
 }
 
@@ -243,18 +278,27 @@ void genicam_doc::fire_callbacks(INode* node) {
     }
 }
 
+// Entries of enumerations stand in no list of nodes, and get their numbers when they first depend on
+// something.
+std::uint32_t genicam_doc::number_of(IEval* node) {
+    auto* base = static_cast<node_base_data*>(node);
+    if (base->number() == node_base_data::no_number) base->set_number(dependents_.add_node(base));
+    return base->number();
+}
+
 void genicam_doc::add_dependent(IEval* owner, IEval* dependent) {
-    if (!takes_dependents()) return;
-    dependents_.add(*static_cast<node_base_data*>(owner), dependent);
+    if (dependent == owner || !takes_dependents()) return;
+    loading_->closing.add(number_of(owner), number_of(dependent));
 }
 
 bool genicam_doc::takes_dependents() const {
-    assert(is_loading_ && "dependents are added while a description is loaded, and never later");
-    return is_loading_;
+    assert(loading_ != nullptr && "dependents are added while a description is loaded, and never later");
+    return loading_ != nullptr;
 }
 
 gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {
-    return dependents_[*static_cast<const node_base_data*>(owner)];
+    if (loading_ == nullptr) return {};
+    return dependents_.spread(loading_->closing.registered(number_of(owner)));
 }
 
 }  // namespace GenICam

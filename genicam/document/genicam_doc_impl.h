@@ -2,13 +2,15 @@
 
 #include "formula/expansion_budget.h"
 #include "formula/formula_store.h"
+#include "genicam/base/dependent_closing.h"
 #include "genicam/base/dependent_lists.h"
-#include "genicam/base/dependent_register.h"
 #include "genicam/base/document_services.h"
+#include "genicam/base/node_base.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/document/name_index.h"
 #include "genicam/genicam_doc.h"
 
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -46,21 +48,22 @@ public:
     void fire_callbacks(INode* node) override;
     void add_dependent(IEval* owner, IEval* dependent) override;
     gsl::span<IEval* const> get_dependents(IEval* owner) override;
-    dependent_lists& shared_lists() override { return shared_lists_; }
+    dependent_lists& dependents() override { return dependents_; }
+    kept_list close_dependents(std::uint32_t node) override { return loading_->closing.close(node); }
+    void* take_room(std::uint64_t size) override { return allocator_.allocate(size, alignof(void*)); }
     expansion_budget& formula_expansion() override { return formula_expansion_; }
     bool takes_dependents() const override;
     formula_store& formulas() override { return formulas_; }
 
 private:
-    // The name stands beside the node, so that searching touches no node.
-    struct named_node {
-        std::string_view name;
-        INode* node;
-    };
-    /// An element's place in the description, and what its name begins with.
-    struct name_order {
-        std::uint64_t prefix;
-        std::size_t place;
+    /// What is known while the description is loaded.
+    struct loading {
+        loading(dependent_lists& lists, std::size_t nodes) : index(nodes), closing(lists, nodes) {}
+
+        std::vector<node_base_data*> described;  // the nodes in the order of the description
+        name_index index;                        // of their places
+        bool is_indexed = true;
+        dependent_closing closing;
     };
     struct node_callbacks {
         std::vector<std::function<void(INode*)>> functions;
@@ -69,30 +72,27 @@ private:
 
     [[nodiscard]] pugi::xml_node root() const { return xml_.first_child(); }
     [[nodiscard]] std::uint64_t get_version(const char* attribute) const;
-    [[nodiscard]] bool fill(name_index& index) const;
-    [[nodiscard]] std::vector<named_node>::const_iterator find_first(std::string_view name) const;
+    [[nodiscard]] std::vector<node_base_data*>::const_iterator find_first(std::string_view name) const;
     [[nodiscard]] bool build_nodes();
-    [[nodiscard]] static std::vector<name_order> sort_names(const std::vector<taken_element>& taken);
-    [[nodiscard]] bool resolve_nodes(const std::vector<taken_element>& taken,
-                                     const std::vector<name_order>& order);
-    [[nodiscard]] bool close_dependents();
+    void make_nodes(const std::vector<taken_element>& taken);
+    void resolve_nodes(const std::vector<taken_element>& taken);
+    [[nodiscard]] std::uint32_t number_of(IEval* node);
+    [[nodiscard]] bool close_lists();
     [[nodiscard]] std::string list_nodes() const;
 
     static constexpr std::size_t first_buckets = 8;
 
-    std::vector<named_node> nodes_;
+    std::vector<node_base_data*> nodes_;  // by name
     std::vector<INode*> streamable_nodes_;
     std::vector<char> xml_buffer_;
     load_options options_;
     pugi::xml_document xml_;
     document_allocator allocator_;
     std::unordered_map<INode*, node_callbacks> callbacks_{first_buckets};
-    dependent_register dependents_;  // only while loading
-    dependent_lists shared_lists_;
+    dependent_lists dependents_;
+    std::unique_ptr<loading> loading_;  // null from the end of the load on
     expansion_budget formula_expansion_;
     formula_store formulas_;
-    const name_index* index_ = nullptr;  // only while loading
-    bool is_loading_ = true;
     INode* default_port_ = nullptr;  // what nearly every register asks for
 };
 

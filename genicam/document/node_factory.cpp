@@ -32,14 +32,27 @@ template <class T>
 constexpr bool is_enumeration =
     std::is_same_v<T, enumeration_Value_type> || std::is_same_v<T, enumeration_pValue_type>;
 
-// Some classes keep an array beside themselves in the arena.
+template <class T>
+constexpr bool has_formulas =
+    std::is_same_v<T, int_swissknife_type> || std::is_same_v<T, float_swissknife_type> ||
+    std::is_same_v<T, int_converter_type> || std::is_same_v<T, float_converter_type>;
+
+void reserve_links(alloc_itf& allocator, const described_element& element) {
+    if (has_access_links(element)) allocator.reserve(sizeof(access_links), 1, alignment, false);
+}
+
+// What a node, and some classes of them, keep beside themselves in the arena.
 template <class T>
 void reserve_node(alloc_itf& allocator, const described_element& element, bool has_destructor) {
     allocator.reserve(sizeof(T), 1, alignment, has_destructor);
+    reserve_links(allocator, element);
     if constexpr (std::is_same_v<T, category_type>) {
         allocator.reserve(sizeof(INode*), element.count(child::pFeature), alignment, false);
     } else if constexpr (is_enumeration<T>) {
         allocator.reserve(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment, false);
+        for (const described_element& entry : element.entries()) reserve_links(allocator, entry);
+    } else if constexpr (has_formulas<T>) {
+        allocator.reserve(sizeof(variable_source), element.count(child::pVariable), alignment, false);
     }
 }
 
@@ -59,11 +72,13 @@ T* construct_node(alloc_itf& allocator, document_services* services, const descr
     }
 }
 
-template <class T, bool has_destructor>
+template <class T, bool owns_memory>
 constexpr node_class make_class(std::string_view name) {
     static_assert(alignof(T) <= alignment);
+    static_assert(owns_memory || std::is_trivially_destructible_v<T>);
+    constexpr bool has_destructor = !std::is_trivially_destructible_v<T>;
     return {
-        name, sizeof(T), has_destructor,
+        name, sizeof(T), owns_memory,
         [](alloc_itf& allocator, const described_element& element) {
             reserve_node<T>(allocator, element, has_destructor);
         },

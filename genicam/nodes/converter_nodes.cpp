@@ -29,7 +29,7 @@ void converter_impl::resolve_converter_references(IGenICamDoc* doc, const descri
     }
     variable_table table(false, self.formula_expansion());
     build_formula_name_lookup(table, doc, xml, map_.is_integer());
-    map_.resolve_converter_references(doc, xml, self.get_node(), table);
+    map_.resolve_converter_references(doc, xml, self, table);
     formula_from_ = keep(xml, child::FormulaFrom, table, kinds_when_reading(), self);
     if (formula_from_ != nullptr)
         formula_to_ = keep(xml, child::FormulaTo, table, map_.kinds(map_.kind()), self);
@@ -54,7 +54,7 @@ kept_formula* converter_impl::keep(const described_element& xml, child name, con
 }
 
 result<eval_value> converter_impl::read(const node_base_data& self, std::uint32_t flags) {
-    if (formula_from_ == nullptr || formula_from_->program().empty()) return make_error_code(not_implemented);
+    if (formula_from_ == nullptr || formula_from_->is_empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
     const result<eval_value> value = target_.get<eval_value>(flags);
     if (!value) return value.error();
@@ -64,7 +64,7 @@ result<eval_value> converter_impl::read(const node_base_data& self, std::uint32_
 
 // Where reading is refused, nobody has looked at the other direction.
 bool converter_impl::can_write() const {
-    return formula_to_ != nullptr && !formula_from_->is_refused() && !formula_to_->program().empty();
+    return formula_to_ != nullptr && !formula_from_->is_refused() && !formula_to_->is_empty();
 }
 
 std::error_code converter_impl::write(const node_base_data& self, const eval_value& value,

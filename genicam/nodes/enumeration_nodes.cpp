@@ -42,7 +42,9 @@ enum_entries::enum_entries(document_services* services, const described_element&
 // Nearly all entries have nothing to resolve.
 void enum_entries::resolve_references(IGenICamDoc* doc, const described_element& xml) {
     for (enum_entry_type& entry : entries_) {
-        if (entry.has_common_links()) entry.resolve_described(doc, xml.entries()[entry.get_index()]);
+        const described_element& element = xml.entries()[entry.get_index()];
+        if (has_access_links(element) || element.has(child::pInvalidator))
+            entry.resolve_described(doc, element);
     }
 }
 

@@ -18,7 +18,7 @@ void int_reg_type_base::_resolve_references(IGenICamDoc* doc, const described_el
 }
 
 message_origin int_reg_type_base::length_origin() const {
-    return origin(children().has(child::pLength) ? child::pLength : child::Length);
+    return origin(node_base_data::xml().child("pLength") ? child::pLength : child::Length);
 }
 
 integer_range int_reg_type_base::get_value_range() {

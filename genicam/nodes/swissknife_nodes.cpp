@@ -16,7 +16,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
     }
     variable_table table(true, self.formula_expansion());
     build_formula_name_lookup(table, doc, xml, map_.is_integer());
-    map_.resolve_converter_references(doc, xml, self.get_node(), table);
+    map_.resolve_converter_references(doc, xml, self, table);
     formula_ = &self.formulas().keep(text, table, map_.kinds(number_kind::integer));
     if (formula_->was_refused()) {
         report(messages::swissknife_formula_invalid, self.origin(child::Formula), text);
@@ -24,7 +24,7 @@ void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const descr
 }
 
 result<eval_value> swissknife_impl::evaluate(const node_base_data& self, std::uint32_t flags) {
-    if (formula_ == nullptr || formula_->program().empty()) return make_error_code(not_implemented);
+    if (formula_ == nullptr || formula_->is_empty()) return make_error_code(not_implemented);
     map_.refresh(flags);
     return compute_formula(formula_->program(), map_, self, child::Formula);
 }

@@ -7,7 +7,7 @@
 #include "genicam/genicam_doc.h"
 #include "genicam/nodes/formula_names.h"
 
-#include <algorithm>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -69,11 +69,24 @@ variable_accessor create_resulting_entry(const INode& node, std::string_view nam
 }
 
 void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
-                                                     INode* self, variable_table& table) {
+                                                     node_base_data& self, variable_table& table) {
+    if (sources_ == nullptr) {
+        const std::size_t size = xml.count(child::pVariable) * sizeof(variable_source);
+        sources_ = static_cast<variable_source*>(self.take_room(size));
+    }
+    bind(doc, xml, self.get_node(), table);
+}
+
+void variable_map_impl::read_references(IGenICamDoc* doc, const described_element& xml, variable_table& table,
+                                        variable_source* room) {
+    sources_ = room;
+    bind(doc, xml, nullptr, table);
+}
+
+void variable_map_impl::bind(IGenICamDoc* doc, const described_element& xml, INode* self,
+                             variable_table& table) {
     const auto children = xml.known_children();
-    sources_.reserve(static_cast<std::size_t>(
-        std::count_if(children.begin(), children.end(),
-                      [](const known_child& found) { return found.name == child::pVariable; })));
+    source_count_ = 0;
     for (const known_child& found : children) {
         if (found.name == child::pVariable) bind_variable(doc, found, self, table);
     }
@@ -91,8 +104,8 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, const known_child& found
     if (node == nullptr) return;
     const variable_accessor accessor = create_resulting_entry(*node, name, found.element);
     if (accessor == nullptr) return;
-    const identifier_id id = first_source_id + sources_.size();
-    sources_.push_back({eval_value::of(std::int64_t{0}), node, accessor});
+    const identifier_id id = first_source_id + source_count_;
+    ::new (sources_ + source_count_++) variable_source{eval_value::of(std::int64_t{0}), node, accessor};
     if (self != nullptr) static_cast<void>(depend_on(node, self));
     table.add_variable(name, id);
 }
@@ -110,7 +123,8 @@ void variable_map_impl::parse_expression(const known_child& found, variable_tabl
 }
 
 void variable_map_impl::refresh(std::uint32_t flags) {
-    for (variable_source& source : sources_) {
+    for (variable_source* at = sources_; at != sources_ + source_count_; ++at) {
+        variable_source& source = *at;
         const result<eval_value> read = source.accessor(source.node, flags);
         if (!read) continue;
         const eval_value& value = read.assume_value();

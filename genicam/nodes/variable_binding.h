@@ -11,12 +11,12 @@
 #include <cstdint>
 #include <string_view>
 
-#include <boost/container/small_vector.hpp>
 #include <pugixml.hpp>
 
 namespace GenICam {
 
 class IGenICamDoc;
+class node_base_data;
 
 /// How a variable is read from its node.
 using variable_accessor = result<eval_value> (*)(INode* node, std::uint32_t flags);
@@ -34,9 +34,12 @@ public:
     explicit variable_map_impl(bool is_integer) : is_integer_(is_integer) {}
 
     /// Binds every `pVariable` whose name is still free, then parses every such `Expression`, both into the
-    /// table. `self` is made a dependent of the sources; null for a reader of a document that is loaded.
-    void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, INode* self,
+    /// table. The node becomes a dependent of the sources, which stand in room of the document beside it.
+    void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self,
                                       variable_table& table);
+    /// The same for a reader of a document that is loaded, who has room for each `pVariable`.
+    void read_references(IGenICamDoc* doc, const described_element& xml, variable_table& table,
+                         variable_source* room);
 
     /// Reads every source. One that cannot be read keeps its value.
     void refresh(std::uint32_t flags);
@@ -45,7 +48,7 @@ public:
     [[nodiscard]] const eval_value* operator()(identifier_id id) const noexcept {
         if (id == current_value_id) return &current;
         const identifier_id index = id - first_source_id;
-        return index < sources_.size() ? &sources_[static_cast<std::size_t>(index)].value : nullptr;
+        return index < source_count_ ? &sources_[index].value : nullptr;
     }
 
     [[nodiscard]] bool is_integer() const noexcept { return is_integer_; }
@@ -55,17 +58,19 @@ public:
     }
     /// With `FROM` and `TO` of that kind. Before a variable could be read it is an integer in any case.
     [[nodiscard]] source_kinds kinds(number_kind of_current) const noexcept {
-        return {kind(), of_current, is_integer_ || sources_.empty()};
+        return {kind(), of_current, is_integer_ || source_count_ == 0};
     }
 
     /// What `FROM` and `TO` read.
     eval_value current;
 
 private:
+    void bind(IGenICamDoc* doc, const described_element& xml, INode* self, variable_table& table);
     void bind_variable(IGenICamDoc* doc, const known_child& found, INode* self, variable_table& table);
     void parse_expression(const known_child& found, variable_table& table) const;
 
-    boost::container::small_vector<variable_source, 3> sources_;
+    variable_source* sources_ = nullptr;
+    std::uint32_t source_count_ = 0;
     bool is_integer_;
 };
 

@@ -123,15 +123,16 @@ show_page() {
     pages_wait "^page $1 of "
 }
 
-# drag_slider NAME ITEM STEPS: to the right, or to the left if negative, 8 pixels a step as a hand does.
+# drag_slider NAME ITEM STEPS [PIXELS [SECONDS]]: to the right, or to the left if negative, so many pixels a step, and so
+# long for each, as a hand does.
 drag_slider() {
-    local step way=8
-    if [ "$3" -lt 0 ]; then way=-8; fi
+    local step way=${4:-8}
+    if [ "$3" -lt 0 ]; then way=-$way; fi
     mouse_to "$(thumb_of "$1" "$2")"
     xdotool mousedown 1
     for ((step = 0; step < ${3#-}; step++)); do
         xdotool mousemove_relative --sync -- $way 0
-        sleep 0.05
+        sleep "${5:-0.05}"
     done
     xdotool mouseup 1
 }

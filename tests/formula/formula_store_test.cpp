@@ -173,6 +173,50 @@ TEST_F(KeptFormulas, AreReadWithoutTheHeap) {
     EXPECT_EQ(Compute(*kept[0]), "10");
 }
 
+// More than there is room for at a time: the first are read again when they are asked for again.
+TEST_F(KeptFormulas, WhoseRoomOthersTookAreReadAgainWithoutTheHeap) {
+    std::vector<std::string> texts;
+    for (int at = 0; at < 400; ++at) texts.push_back(repeat("a+", 20) + std::to_string(at));
+    NodeNames names({"a"});
+    std::vector<kept_formula*> kept;
+    for (const std::string& text : texts) kept.push_back(&Keep(text, names));
+    store_.close();
+    const std::uint64_t rounds_before = store_.round();
+    const std::uint64_t before = adapter_test::AllocationCount();
+    for (int time = 0; time < 2; ++time) {
+        for (kept_formula* formula : kept) EXPECT_FALSE(formula->program().empty());
+    }
+    EXPECT_EQ(adapter_test::AllocationCount() - before, 0U);
+    EXPECT_GT(store_.round(), rounds_before + 1) << "all had room: this tests nothing";
+    for (int at = 0; at < 400; ++at)
+        EXPECT_EQ(Compute(*kept[static_cast<std::size_t>(at)]), std::to_string(200 + at));
+}
+
+TEST_F(KeptFormulas, AreReadOnceAsLongAsTheyHaveRoom) {
+    NodeNames names({"a"});
+    kept_formula& one = Keep("a+1", names);
+    kept_formula& other = Keep("a+2", names);
+    store_.close();
+    const auto* program = one.program().specialised;
+    static_cast<void>(other.program());
+    EXPECT_EQ(one.program().specialised, program);
+    EXPECT_NE(program, nullptr);
+}
+
+TEST_F(KeptFormulas, ThatWereRefusedAreNotReadAgain) {
+    NodeNames names({"a"});
+    kept_formula& refused = Keep("1 + nothing", names);
+    kept_formula& blank = Keep(" ", names);
+    store_.close();
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_TRUE(refused.is_empty());
+        EXPECT_TRUE(refused.is_refused());
+        EXPECT_TRUE(blank.is_empty());
+        EXPECT_FALSE(blank.is_refused());
+        EXPECT_TRUE(blank.program().empty());
+    }
+}
+
 TEST_F(KeptFormulas, OfGreatLengthAreReadAtOnce) {
     NodeNames names({"a"});
     const std::string text = repeat("a+", 5000) + "1";

@@ -1,4 +1,4 @@
-#include "genicam/base/document_services.h"
+#include "genicam/core/log.h"
 #include "genicam/ieval.h"
 #include "tests/support/small_stack.h"
 #include "tests/support/test_document.h"
@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <memory>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -21,12 +22,16 @@ using test_support::TestDocument;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-std::vector<std::string> dependents_of(TestDocument& doc, const char* name) {
+std::vector<std::string> dependents_of(INode& node) {
     std::vector<std::string> names;
-    for (IEval* dependent : doc.Node(name).get_eval()->get_dependents()) {
+    for (IEval* dependent : node.get_eval()->get_dependents()) {
         names.emplace_back(dependent->get_node()->get_name());
     }
     return names;
+}
+
+std::vector<std::string> dependents_of(TestDocument& doc, const char* name) {
+    return dependents_of(doc.Node(name));
 }
 
 TEST(Invalidation, AChainMovesIntoTheListOfTheValueNode) {
@@ -382,9 +387,21 @@ public:
         for (const std::string& name : with_list_) {
             ASSERT_EQ(dependents_of(doc, name.c_str()), lists.of(name)) << name << " of " << text_;
         }
+        expect_the_same_unheard(doc);
     }
 
 private:
+    // Where nobody listens, the nodes are resolved in another order.
+    void expect_the_same_unheard(TestDocument& heard) const {
+        const silence quiet;
+        const std::string whole = "<R>" + text_ + "</R>";
+        const std::unique_ptr<IGenICamDoc> unheard(load_genicam_doc(whole.data(), whole.size(), {}));
+        for (const std::string& name : with_list_) {
+            ASSERT_EQ(dependents_of(*unheard->find_node(name)), dependents_of(heard.Node(name)))
+                << name << " of " << text_;
+        }
+    }
+
     std::map<std::string, std::vector<std::string>> sources_;  // of each node, as it registers with them
     std::vector<std::string> with_list_;
     std::string text_;
@@ -439,6 +456,27 @@ TEST(Dependents, LongListsStandInTheOrderOfTheirWalk) {
         }
         graph.expect_lists();
     }
+}
+
+// Of many nodes with few dependents each, entries of enumerations among them.
+TEST(Dependents, OfADescriptionThatNobodyHearsStandInTheOrderOfTheNames) {
+    std::string text = "<Integer Name='V'><Value>1</Value></Integer>";
+    for (const char* name : {"d", "a", "c"}) {
+        text += "<Enumeration Name='" + std::string(name) + "'><pIsLocked>V</pIsLocked><pValue>P</pValue>" +
+                "<EnumEntry Name='" + name + "1'><Value>1</Value><pIsAvailable>V</pIsAvailable></EnumEntry>" +
+                "<EnumEntry Name='" + name + "2'><Value>2</Value><pIsAvailable>V</pIsAvailable></EnumEntry>" +
+                "</Enumeration>";
+    }
+    text +=
+        "<SwissKnife Name='b'><pVariable Name='x'>V</pVariable><Expression Name='E'>x</Expression>"
+        "<Formula>E</Formula></SwissKnife><Integer Name='P'><Value>1</Value></Integer>";
+    TestDocument heard(text);
+    const std::vector<std::string> expected = {"a", "a1", "a2", "b", "c", "c1", "c2", "d", "d1", "d2"};
+    EXPECT_EQ(dependents_of(heard, "V"), expected);
+    const silence quiet;
+    const std::string whole = "<R>" + text + "</R>";
+    const std::unique_ptr<IGenICamDoc> unheard(load_genicam_doc(whole.data(), whole.size(), {}));
+    EXPECT_EQ(dependents_of(*unheard->find_node("V")), expected);
 }
 
 // Each list of its own would take the square of the count.

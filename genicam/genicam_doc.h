@@ -39,9 +39,9 @@ public:
     [[nodiscard]] virtual std::string dump(std::int32_t mode) = 0;
 };
 
-/// Loads a description from `size` bytes, which are copied. Null if the XML is malformed; else the caller
-/// owns the document. A description that is well-formed always loads: what it gets wrong is logged and left
-/// out.
+/// Loads a description from `size` bytes, which are copied. Null if the XML is malformed, or if its lists of
+/// dependents pass their bound; else the caller owns the document. Whatever else a description gets wrong is
+/// logged and left out.
 [[nodiscard]] IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options options);
 
 }  // namespace GenICam

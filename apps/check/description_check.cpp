@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -115,12 +116,13 @@ bool description_check::take(std::uint32_t index) {
 
 void description_check::judge_text(const std::string& which, const std::string& text) {
     try {
-        const auto loaded = selvane_inspect::description::from_bytes(which, text);
+        auto loaded = selvane_inspect::description::from_bytes(which, text);
         if (loaded->document() == nullptr) {
             findings_.add(fault_kind::description_malformed, which + ": " + loaded->why_not_loaded());
             result_.usable = false;
         } else {
             judge_document(which, *loaded);
+            result_.registers.add(std::move(loaded));
         }
     } catch (const selvane_inspect::inspect_error& failure) {
         findings_.add(is_whole(text) ? fault_kind::description_malformed : fault_kind::description_cut,

@@ -4,6 +4,7 @@
 #include "apps/check/asking_canvas.h"
 #include "apps/check/description_check.h"
 #include "apps/check/driver_watch.h"
+#include "apps/check/feature_survey.h"
 #include "apps/check/vendor_check.h"
 #include "propui/page_groups.h"
 #include "propui/page_layout.h"
@@ -76,17 +77,30 @@ void open_pages(driver_watch& driver, RecordSpan<ItemRecord> built_in, RecordSpa
     }
 }
 
+// Beside names, which the pages prefer; other programs may not.
+void survey_registers(driver_watch& driver, finding_book& findings, const register_names& registers) {
+    driver.show_named_access(false);
+    genicam_adapter::GenICamAdapterDevice adapter(driver.property_set());
+    survey_features(driver, findings, adapter, registers);
+    driver.show_named_access(true);
+}
+
 void check_described_items(driver_watch& driver, finding_book& findings, const check_options& options,
                            driver_report& report) {
     const fetched_descriptions descriptions = check_descriptions(driver, findings);
     report.descriptions = descriptions.count;
     const bool survivable = descriptions.survivable || report.named_access;
     if (!descriptions.usable || !survivable) return;
+    report.registers_asked = report.register_access && descriptions.survivable;
     genicam_adapter::GenICamAdapterDevice adapter(driver.property_set());
     const std::vector<ItemRecord>& table = adapter.get_item_table();
+    survey_features(driver, findings, adapter, descriptions.registers);
     asking_canvas canvas(findings, &driver, options.write);
     open_pages(driver, {}, {table.data(), table.size()}, canvas);
     report.controls += canvas.controls();
+    if (report.named_access && report.registers_asked) {
+        survey_registers(driver, findings, descriptions.registers);
+    }
 }
 
 void check_built_in_items(driver_watch& driver, finding_book& findings, driver_report& report) {

@@ -28,6 +28,7 @@ struct driver_report {
     std::vector<driver_finding> findings;  ///< in the order of the rules
     bool named_access = false;
     bool register_access = false;
+    bool registers_asked = false;
     std::size_t descriptions = 0;
     std::size_t controls = 0;  ///< of described and built-in items together
     std::uint64_t calls = 0;
@@ -35,6 +36,7 @@ struct driver_report {
 
 /// Asks a driver what the pages would ask it, and more where that tells why a page stays empty. Only reads
 /// unless the options allow more; buttons are never pushed. Every call is watched and timed.
+/// Of a driver with both access paths the described features are asked over both.
 [[nodiscard]] driver_report check_driver(IUnknown& driver, const check_options& options);
 
 /// Calls that take longer are told, in microseconds.

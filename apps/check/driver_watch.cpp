@@ -92,6 +92,10 @@ HRESULT driver_watch::run(const driver_call& call, Work work) {
 }
 
 HRESULT driver_watch::query(REFGUID set, DWORD id, DWORD* support) {
+    if (!names_shown_ && set == wire::device_set && id == SELVANE_NAMED_ACCESS) {
+        *support = 0;
+        return S_OK;
+    }
     return run(property_call(call_kind::query_supported, set, id, nullptr, 0),
                [&] { return behind_.property_set->QuerySupported(set, id, support); });
 }
@@ -111,12 +115,27 @@ HRESULT driver_watch::get(REFGUID set, DWORD id, void* instance, DWORD instance_
     if (!call.path.empty()) {
         judge_named(call.path, result, static_cast<const char*>(data), data_size, *returned);
     }
-    if (set == wire::device_set && id == SELVANE_REGISTER_ACCESS && SUCCEEDED(result) && result != S_OK) {
-        findings_.add(fault_kind::register_result,
-                      fmt::format("the register at 0x{:08X} is answered with {}", call.address,
-                                  simcam::describe_result(result)));
+    if (set == wire::device_set && id == SELVANE_REGISTER_ACCESS) {
+        judge_register(call.address, result, data_size, *returned);
     }
     return result;
+}
+
+void driver_watch::judge_register(std::uint64_t address, HRESULT result, DWORD size, DWORD returned) {
+    std::string& purpose = purposes_[address];
+    if (purpose_) purpose = purpose_(address);
+    const std::string shown = fmt::format("the register at 0x{:08X}{}", address, purpose);
+    if (FAILED(result)) {
+        if (!purpose_) return;
+        findings_.add(fault_kind::register_refused,
+                      fmt::format("{} is refused with {}", shown, simcam::describe_result(result)));
+    } else if (result != S_OK) {
+        findings_.add(fault_kind::register_result,
+                      fmt::format("{} is answered with {}", shown, simcam::describe_result(result)));
+    } else if (returned < size) {
+        findings_.add(fault_kind::register_short,
+                      fmt::format("{} is answered with {} of {} bytes", shown, returned, size));
+    }
 }
 
 template <class Work>

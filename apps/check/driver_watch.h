@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 namespace selvane_check {
 
@@ -28,6 +29,12 @@ public:
     /// of, or refused.
     [[nodiscard]] const std::string* selected_entry(const std::string& enumeration) const;
 
+    /// What the registers are read for from now on, told of an address in parentheses. Empty: for something
+    /// that pages can do without, so that a refusal is none to tell.
+    void attend(std::function<std::string(std::uint64_t)> purpose) { purpose_ = std::move(purpose); }
+    /// Whether the driver is seen to offer named access, if it does.
+    void show_named_access(bool shown) noexcept { names_shown_ = shown; }
+
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
@@ -47,6 +54,7 @@ private:
     template <class Work>
     HRESULT run_control(simcam::call_kind kind, LONG property, Work work);
     void judge_named(const std::string& path, HRESULT result, const char* data, DWORD size, DWORD returned);
+    void judge_register(std::uint64_t address, HRESULT result, DWORD size, DWORD returned);
 
     IUnknown& driver_;
     simcam::driver_behind behind_;
@@ -55,6 +63,9 @@ private:
     std::function<std::uint64_t()> clock_;
     std::uint64_t calls_ = 0;
     std::map<std::string, std::string> selected_;
+    bool names_shown_ = true;
+    std::function<std::string(std::uint64_t)> purpose_;
+    std::map<std::uint64_t, std::string> purposes_;  // as last told, by address
 };
 
 }  // namespace selvane_check

@@ -18,12 +18,16 @@ using selvane_inspect::severity_word;
 
 severity_counts counts_of(const driver_report& report) {
     severity_counts counts{};
-    for (const driver_finding& one : report.findings) add_count(counts, one.rule->level, one.count);
+    for (const driver_finding& one : report.findings) add_count(counts, one.rule->level, 1);
     return counts;
 }
 
 const char* road_of(const driver_report& report) {
-    if (report.named_access) return report.register_access ? "names (and registers)" : "names";
+    if (report.named_access && report.register_access) {
+        return report.registers_asked ? "names (and registers)"
+                                      : "names (registers are offered and were not asked)";
+    }
+    if (report.named_access) return "names";
     return report.register_access ? "registers" : "none";
 }
 
@@ -52,6 +56,7 @@ nlohmann::ordered_json report_json(const driver_report& report, const std::strin
                                    {"driver", driver},
                                    {"named_access", report.named_access},
                                    {"register_access", report.register_access},
+                                   {"registers_asked", report.registers_asked},
                                    {"descriptions", report.descriptions},
                                    {"controls", report.controls},
                                    {"calls", report.calls}};

@@ -68,15 +68,27 @@ constexpr check_rule rules[] = {
      "End the name with a zero byte within the 256 bytes."},
     {fault_kind::named_refused, "named-refused", severity::warning,
      "Without /IsImplemented a feature or entry is left out, without /IsLocked its control is grey, without "
-     "/Min "
-     "and /Max a float is left out and the slider of an integer does nothing, without a value a control is "
-     "empty.",
+     "a "
+     "value a control is empty. Without /Min or /Max a float is left out of the page; of an integer the "
+     "slider stands still at 0, its spin button does nothing, and the edit works.",
      "Answer these paths for every feature that the description marks."},
     {fault_kind::entry_unknown, "entry-unknown", severity::warning,
      "The box stays empty: entries are found by their Name, byte for byte.",
      "Answer with the Name of an EnumEntry that is implemented, not with its DisplayName or value."},
     {fault_kind::register_result, "register-result", severity::error,
      "In register access every success but S_OK counts as a failure: the control is empty.", "Answer S_OK."},
+    {fault_kind::register_refused, "register-refused", severity::warning,
+     "Without the register of a value the control is empty, without that of pIsLocked it is grey. Without "
+     "that of a limit a float is left out of the page; of an integer the slider stands still at 0, its spin "
+     "button does nothing, and the edit works.",
+     "Answer every register that the description gives to a marked feature."},
+    {fault_kind::register_short, "register-short", severity::warning,
+     "The size is not looked at: what the driver did not write counts as part of the value.",
+     "Fill as many bytes as are asked for and report them; where they are not there, fail."},
+    {fault_kind::value_range, "value-range", severity::warning,
+     "The slider stands at an end, or moves the wrong way, and the edit shows a number that nobody meant.",
+     "Answer a float with the 8 bytes of a double in named access, in register access in the length and byte "
+     "order of its register; let Min, Max and value agree."},
     {fault_kind::vendor_short, "vendor-short", severity::error,
      "What is missing of a record stays zero: a slider without limits, a switch that is off.",
      "Fill the whole record and report its size."},

@@ -2,10 +2,13 @@
 
 #include "apps/check/driver_check.h"
 #include "simcam/simulated_camera.h"
+#include "wire/device_set.h"
 
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace check_test {
 
@@ -55,6 +58,48 @@ inline std::vector<std::string> BrokenRules(const selvane_check::driver_report& 
         if (names.empty() || names.back() != one.rule->name) names.emplace_back(one.rule->name);
     }
     return names;
+}
+
+using Rules = std::vector<std::string>;
+
+class CheckDriver : public testing::Test {
+protected:
+    // Calls take no time unless a test lets it pass.
+    CheckDriver() {
+        options_.clock = [this] { return now_; };
+    }
+
+    selvane_check::driver_report Check(const camera_ptr& camera) {
+        return selvane_check::check_driver(*camera, options_);
+    }
+    Rules Broken(const camera_ptr& camera) { return BrokenRules(Check(camera)); }
+    Rules Broken(camera_options options) { return Broken(simcam::make_camera(std::move(options))); }
+    Rules BrokenBy(simcam::fault added, camera_options options = SoundCamera()) {
+        const camera_ptr camera = simcam::make_camera(std::move(options));
+        camera->add_fault(std::move(added));
+        return Broken(camera);
+    }
+    std::string MessageBy(simcam::fault added) {
+        const camera_ptr camera = SoundDriver();
+        camera->add_fault(std::move(added));
+        return MessageOf(camera);
+    }
+    std::string MessageOf(const camera_ptr& camera) {
+        const selvane_check::driver_report report = Check(camera);
+        return report.findings.empty() ? "" : report.findings.front().message;
+    }
+    static camera_options ByRegisters() {
+        camera_options options = SoundCamera();
+        options.named_access = false;
+        return options;
+    }
+
+    selvane_check::check_options options_;
+    std::uint64_t now_ = 0;
+};
+
+inline simcam::call_filter device_gets(DWORD id) {
+    return simcam::property_calls(simcam::call_kind::get, wire::device_set, id);
 }
 
 }  // namespace check_test

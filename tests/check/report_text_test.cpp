@@ -54,7 +54,10 @@ TEST(CheckReport, CountsAFindingThatComesAgain) {
     report.findings.push_back({&rule_of(fault_kind::slow_call), "a call is slow", 3});
     const std::string text = report_text(report, "Lamp");
     EXPECT_THAT(text, HasSubstr("Lamp: warning: a call is slow (3 times) [slow-call]\n"));
-    EXPECT_THAT(text, HasSubstr("Lamp: 0 errors, 3 warnings, 0 notes\n"));
+    EXPECT_THAT(text, HasSubstr("Lamp: 0 errors, 1 warning, 0 notes\n"));
+    const nlohmann::json json = report_json(report, "Lamp");
+    EXPECT_EQ(json["warnings"], 1);
+    EXPECT_EQ(json["findings"][0]["count"], 3);
 }
 
 TEST(CheckReport, CountsInWordsOfTheirNumber) {
@@ -67,6 +70,17 @@ TEST(CheckReport, CountsInWordsOfTheirNumber) {
     report.calls = 2;
     EXPECT_THAT(report_text(report, "Lamp"),
                 testing::StartsWith("Lamp: access by none, 0 descriptions, 0 controls, 2 calls\n"));
+}
+
+TEST(CheckReport, TellsWhichAccessWasAsked) {
+    driver_report report;
+    report.named_access = report.register_access = true;
+    EXPECT_THAT(report_text(report, "Lamp"),
+                testing::StartsWith("Lamp: access by names (registers are offered and were not asked), "));
+    EXPECT_EQ(report_json(report, "Lamp")["registers_asked"], false);
+    report.registers_asked = true;
+    EXPECT_THAT(report_text(report, "Lamp"), testing::StartsWith("Lamp: access by names (and registers), "));
+    EXPECT_EQ(report_json(report, "Lamp")["registers_asked"], true);
 }
 
 TEST(CheckReport, EveryRuleStandsInItsDocument) {

@@ -48,6 +48,14 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
 
 void* operator new(std::size_t size) { return adapter_test::Allocate(size); }
 void* operator new[](std::size_t size) { return adapter_test::Allocate(size); }
+// AddressSanitizer's own would take memory that the deletes below know nothing of.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return adapter_test::Allocate(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }

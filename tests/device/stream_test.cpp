@@ -120,10 +120,11 @@ TEST_F(Stream, FollowsTheFrameRateOfTheCamera) {
     EXPECT_EQ(sink.frames()[2].end - sink.frames()[2].begin, 200000);
     ASSERT_EQ(set_feature(*filter, "FrameRate", 10.0), S_OK);
     sink.forget_frames();
-    ASSERT_TRUE(Receives(3));
+    ASSERT_TRUE(Receives(5));
     const std::vector<received_frame> frames = sink.frames();
     EXPECT_EQ(frames[2].end - frames[2].begin, 1000000);
-    EXPECT_GE(frames[2].begin - frames[1].begin, 900000);
+    // A frame may be late by as much as its interval, and the next one keeps to its time.
+    EXPECT_GE(frames[4].begin - frames[1].begin, 2000000);
 }
 
 // A renderer that waits, until it is flushed, as one does that is paused.

@@ -1,6 +1,7 @@
 // How long a description takes to load, as a ratio to what the XML parser alone needs for the same bytes, how
 // that grows with the description, and what stays in memory.
 
+#include "bench/keep_memory.h"
 #include "data_paths.h"
 #include "genicam/genicam_doc.h"
 
@@ -17,7 +18,6 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <pugixml.hpp>
 
 namespace {
@@ -244,14 +244,6 @@ void dependents(benchmark::State& state, std::string (*make)(std::size_t), std::
 }
 
 }  // namespace
-
-// What was freed stays with the process: fresh memory costs time of the system's own, which differs from load
-// to load and with the size of a document, and the parser alone pays it as well.
-void keep_memory() {
-    constexpr int most = std::numeric_limits<int>::max();
-    mallopt(M_MMAP_THRESHOLD, most);
-    mallopt(M_TRIM_THRESHOLD, most);
-}
 
 int main(int argc, char** argv) {
     keep_memory();

@@ -56,8 +56,8 @@ kept_formula& formula_store::keep(std::string_view text, const variable_table& n
     kept_formula& formula = add(text, kinds);
     formula.names_ = copy(names.names());
     const formula_size size = measure_formula(text);
-    if (size.nodes > most_nodes_later) {
-        read(formula, formula.names_, true);
+    if (size.nodes > most_nodes_later || names.is_large()) {
+        read(formula, names, true);
     } else {
         largest_ = {std::max(largest_.nodes, size.nodes), std::max(largest_.marks, size.marks)};
         const std::size_t room = room_for(size.nodes, kinds);

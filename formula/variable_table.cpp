@@ -8,13 +8,20 @@ namespace GenICam {
 
 void variable_table::reserve(std::size_t names, std::size_t expressions) {
     constexpr std::size_t from_and_to = 2;
+    constexpr std::size_t most_searched = 64;
+    is_large_ = names > most_searched;
     rows_.reserve(from_and_to + names);
     expressions_.reserve(expressions);
 }
 
 void variable_table::add_expression(std::string_view name, formula_program program) {
     expressions_.push_back(std::move(program));
-    rows_.push_back({name, 0, &expressions_.back(), {}});
+    add({name, 0, &expressions_.back(), {}});
+}
+
+void variable_table::add(const variable_row& row) {
+    if (is_large_) places_.emplace(row.name, rows_.size());
+    rows_.push_back(row);
 }
 
 resolved_name variable_table::operator()(std::string_view name) const {
@@ -35,6 +42,10 @@ resolved_name name_scope::operator()(std::string_view name) const {
 }
 
 const variable_row* name_scope::find(std::string_view name) const noexcept {
+    if (places != nullptr) {
+        const auto place = places->find(name);
+        return place != places->end() ? rows.data() + place->second : nullptr;
+    }
     const auto* const end = rows.data() + rows.size();
     const auto* const found =
         std::find_if(rows.data(), end, [name](const variable_row& row) { return row.name == name; });

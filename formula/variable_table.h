@@ -6,6 +6,8 @@
 #include "genicam/core/eval_value.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <string_view>
 
 #include <boost/container/small_vector.hpp>
@@ -25,10 +27,14 @@ struct variable_row {
     eval_value constant;
 };
 
+/// The place of the first row of each name.
+using name_places = std::map<std::string_view, std::uint64_t>;
+
 /// Names of formulas as they stand in memory.
 struct name_scope {
     gsl::span<const variable_row> rows;
-    bool no_from_to = false;  ///< whether `FROM` and `TO` are names like any other
+    bool no_from_to = false;              ///< whether `FROM` and `TO` are names like any other
+    const name_places* places = nullptr;  ///< where the rows are too many to be searched
 
     /// The first row of that name, or null.
     [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
@@ -50,10 +56,14 @@ public:
 
     [[nodiscard]] bool has(std::string_view name) const noexcept { return names().find(name) != nullptr; }
     [[nodiscard]] bool has_expressions() const noexcept { return !expressions_.empty(); }
-    [[nodiscard]] name_scope names() const noexcept { return {{rows_.data(), rows_.size()}, no_from_to_}; }
-    void add_variable(std::string_view name, identifier_id id) { rows_.push_back({name, id, nullptr, {}}); }
+    /// Whether there are so many that they are to be searched here, and not in a copy of the rows.
+    [[nodiscard]] bool is_large() const noexcept { return is_large_; }
+    [[nodiscard]] name_scope names() const noexcept {
+        return {{rows_.data(), rows_.size()}, no_from_to_, is_large_ ? &places_ : nullptr};
+    }
+    void add_variable(std::string_view name, identifier_id id) { add({name, id, nullptr, {}}); }
     void add_constant(std::string_view name, const eval_value& constant) {
-        rows_.push_back({name, 0, nullptr, constant});
+        add({name, 0, nullptr, constant});
     }
     void add_expression(std::string_view name, formula_program program);
 
@@ -61,10 +71,14 @@ public:
     [[nodiscard]] resolved_name operator()(std::string_view name) const;
 
 private:
+    void add(const variable_row& row);
+
     expansion_budget& budget_;
     boost::container::small_vector<variable_row, 10> rows_;
+    name_places places_;                                              // of a large table
     boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves
     bool no_from_to_;
+    bool is_large_ = false;
 };
 
 }  // namespace GenICam

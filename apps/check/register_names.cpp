@@ -26,11 +26,12 @@ std::string_view find_behind(const selvane_inspect::description_tree& tree, std:
                              std::uint64_t address) {
     std::vector<element_index> open = tree.find(feature);
     std::set<element_index> seen(open.begin(), open.end());
+    selvane_inspect::link_reader links;
     while (!open.empty()) {
         const auto& element = tree.at(open.back());
         open.pop_back();
         if (stated_address(element.xml) == address) return element.name;
-        for (const selvane_inspect::element_link& link : selvane_inspect::links_of(element.xml)) {
+        for (const selvane_inspect::element_link& link : links.read(element.xml)) {
             for (const element_index target : tree.find(link.target)) {
                 if (seen.insert(target).second) open.push_back(target);
             }

@@ -45,11 +45,14 @@ constexpr limit_suffix limit_suffixes[] = {{".Min", variable_reads::minimum},
 
 }  // namespace
 
-std::vector<element_link> links_of(pugi::xml_node element) {
+std::vector<element_link> link_reader::read(pugi::xml_node element) {
     std::vector<element_link> links;
     collect(element, links);
     const pugi::xml_node frame = GenICam::register_frame_of(element);
-    if (frame != element) collect(frame, links);
+    if (frame == element) return links;
+    const auto [known, is_new] = of_frames_.try_emplace(frame);
+    if (is_new) collect(frame, known->second);
+    links.insert(links.end(), known->second.begin(), known->second.end());
     return links;
 }
 

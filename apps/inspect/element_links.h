@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -15,10 +16,17 @@ struct element_link {
     pugi::xml_node xml;       ///< the child
 };
 
-/// What an element refers to, in document order: every child whose name begins with a p and a capital,
-/// embedded formulas, the links in its extension. An entry of a register structure also has those of the
-/// structure.
-[[nodiscard]] std::vector<element_link> links_of(pugi::xml_node element);
+/// Reads what elements refer to.
+class link_reader {
+public:
+    /// In document order: every child whose name begins with a p and a capital, embedded formulas, the links
+    /// in the extension. An entry of a register structure also has those of the structure.
+    [[nodiscard]] std::vector<element_link> read(pugi::xml_node element);
+
+private:
+    // Of structures, which are as long as their entries are many.
+    std::map<pugi::xml_node, std::vector<element_link>> of_frames_;
+};
 
 /// Where a variable with such a name reads: the value of its node or one of its limits.
 enum class variable_reads { value, minimum, maximum, increment, entry };

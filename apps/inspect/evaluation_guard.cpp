@@ -1,5 +1,6 @@
 #include "apps/inspect/evaluation_guard.h"
 
+#include "apps/inspect/circle_text.h"
 #include "apps/inspect/engine_messages.h"
 #include "apps/inspect/guarded_run.h"
 #include "genicam/base/value_links.h"
@@ -123,6 +124,7 @@ void evaluation_guard::absorb(verdict& into, const verdict& from) const {
 }
 
 const hazard* evaluation_guard::close_circle(node_operation again) {
+    if (hazards_.size() == max_hazards) return &hazards_.back();
     hazard circle = {hazard::kind::circle, {}, {}};
     auto first = std::find_if(path_.begin(), path_.end(),
                               [&](const visit& open) { return open.which.number() == again.number(); });
@@ -136,13 +138,13 @@ const hazard* evaluation_guard::close_circle(node_operation again) {
 
 // The same circle is met once for each way into it.
 const hazard* evaluation_guard::keep(hazard found) {
-    const std::vector<element_index> members = sorted(found.path);
-    for (const hazard& known : hazards_) {
-        if (known.what == found.what && known.formula == found.formula && sorted(known.path) == members)
-            return &known;
-    }
+    hazard_key key = {found.what, found.formula, sorted(found.path)};
+    const auto known = kept_.find(key);
+    if (known != kept_.end()) return known->second;
     if (hazards_.size() == max_hazards) return &hazards_.back();
-    return &hazards_.emplace_back(std::move(found));
+    const hazard* const kept = &hazards_.emplace_back(std::move(found));
+    kept_.emplace(std::move(key), kept);
+    return kept;
 }
 
 formula_binding& evaluation_guard::binding(element_index element) {
@@ -203,9 +205,7 @@ std::string evaluation_guard::describe(const hazard& found) const {
         case hazard::kind::circle:
             break;
     }
-    std::string text;
-    for (const element_index element : found.path) text += name(element) + " needs ";
-    return "a circle: " + text + name(found.path.front());
+    return circle_text(found.path.size(), "needs", [&](std::size_t at) { return name(found.path[at]); });
 }
 
 }  // namespace selvane_inspect

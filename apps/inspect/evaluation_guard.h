@@ -6,8 +6,10 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -54,6 +56,7 @@ private:
         std::size_t depth = 0;
         double effort = 1;  // operations that the engine carries out for it
     };
+    using hazard_key = std::tuple<hazard::kind, std::string, std::vector<element_index>>;
     struct visit {
         node_operation which;
         std::vector<node_operation> needs;
@@ -73,6 +76,7 @@ private:
     std::unordered_map<std::size_t, verdict> verdicts_;
     std::vector<visit> path_;
     std::deque<hazard> hazards_;
+    std::map<hazard_key, const hazard*> kept_;
     std::unordered_map<element_index, std::unique_ptr<formula_binding>> bindings_;
 };
 

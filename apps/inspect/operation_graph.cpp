@@ -169,7 +169,7 @@ std::vector<node_operation> operation_graph::needs_of(node_operation which) cons
 
 const std::vector<element_link>& operation_graph::links(element_index element) const {
     const auto [place, added] = links_.try_emplace(element);
-    if (added) place->second = links_of(tree_.at(element).xml);
+    if (added) place->second = reader_.read(tree_.at(element).xml);
     return place->second;
 }
 

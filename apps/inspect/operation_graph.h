@@ -49,6 +49,7 @@ public:
 
 private:
     const description_tree& tree_;
+    mutable link_reader reader_;
     mutable std::unordered_map<element_index, std::vector<element_link>> links_;
 };
 

@@ -78,6 +78,38 @@ TEST(FormulaVariables, KeepAllDigitsOfIntegers) {
     EXPECT_EQ(float_value(integer("i", "9007199254740993"), variable("I", "i"), "I*1"), 9007199254740992.0);
 }
 
+// As many as no description has whose author wrote it by hand.
+TEST(FormulaVariables, OfALargeTableStandForTheSame) {
+    std::string nodes;
+    std::string bindings = constant("V3", "1000");
+    std::string sum = "X";
+    for (int at = 0; at < 200; ++at) {
+        const std::string number = std::to_string(at);
+        nodes += integer("n" + number, number);
+        bindings += variable("V" + number, "n" + number);
+        sum += "+V" + number;
+    }
+    bindings += variable("V7", "n0") + expression("X", "V5*2") + expression("V9", "1");
+    EXPECT_EQ(int_value(nodes, bindings, sum), 10 + 199 * 200 / 2 - 3 + 1000);
+    TestDocument doc(nodes + int_knife(bindings, "V200"));
+    EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
+}
+
+TEST(FormulaVariables, OfALargeTableAreNotSearchedOneByOne) {
+    expansion_budget budget;
+    variable_table small(true, budget);
+    small.reserve(10, 0);
+    small.add_constant("A", eval_value::of(std::int64_t{1}));
+    EXPECT_EQ(small.names().places, nullptr);
+    variable_table large(true, budget);
+    large.reserve(100, 0);
+    large.add_constant("A", eval_value::of(std::int64_t{1}));
+    large.add_constant("A", eval_value::of(std::int64_t{2}));
+    ASSERT_NE(large.names().places, nullptr);
+    EXPECT_EQ(large.names().find("A"), large.names().rows.data());
+    EXPECT_EQ(large.names().find("B"), nullptr);
+}
+
 TEST(FormulaVariables, FollowTheirNodes) {
     TestDocument doc(integer("n", "5") + int_knife(variable("A", "n"), "A+1"));
     IInteger& knife = doc.Integer("k");

@@ -16,6 +16,7 @@ namespace {
 
 using namespace selvane_inspect;
 using GenICam::eval_value;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 class EvaluationGuardTest : public inspect_test::InspectTest {
@@ -135,6 +136,45 @@ TEST_F(EvaluationGuardTest, FollowsTheFrameOfAStructure) {
         "<StructReg><pAddress>E</pAddress><Length>4</Length><StructEntry "
         "Name=\"E\"><Bit>0</Bit></StructEntry></StructReg>");
     EXPECT_EQ(Find("E", operation::value), "a circle: E needs E");
+}
+
+TEST_F(EvaluationGuardTest, ReadsTheLinksOfAStructureOnceForAllEntries) {
+    Load(
+        "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>"
+        "<StructEntry Name=\"E\"><Bit>0</Bit><pIsLocked>L</pIsLocked></StructEntry>"
+        "<StructEntry Name=\"F\"><Bit>1</Bit></StructEntry></StructReg>");
+    link_reader reader;
+    const auto roles = [&](const char* name) {
+        const pugi::xml_node entry = Opened().tree().at(*Opened().tree().find(Node(name))).xml;
+        std::vector<std::string> found;
+        for (const element_link& link : reader.read(entry)) found.emplace_back(link.role);
+        return found;
+    };
+    EXPECT_THAT(roles("E"), ElementsAre("pIsLocked", "pPort"));
+    const pugi::xml_node entry = Opened().tree().at(*Opened().tree().find(Node("F"))).xml;
+    entry.parent().append_child("pInvalidator").text().set("E");
+    EXPECT_THAT(roles("F"), ElementsAre("pPort"));
+}
+
+TEST_F(EvaluationGuardTest, NamesTheFirstOfALongCircle) {
+    std::string circle;
+    for (int at = 0; at < 25; ++at)
+        circle += Link("N" + std::to_string(at), "N" + std::to_string((at + 1) % 25));
+    Load(circle);
+    const std::string words = Find("N0", operation::value);
+    EXPECT_EQ(words.substr(0, 29), "a circle: N0 needs N1 needs N");
+    EXPECT_EQ(words.substr(words.find("N19")), "N19 needs (5 more) needs N0");
+}
+
+TEST_F(EvaluationGuardTest, KeepsACircleOnceHoweverManyWaysLeadIntoIt) {
+    Load(Link("A", "B") + "<Integer Name=\"B\"><pValue>A</pValue><pIsAvailable>A</pIsAvailable></Integer>" +
+         Link("C", "A") + Link("D", "B"));
+    const hazard* const from_b = Guard().find(Node("B"), operation::value);
+    EXPECT_EQ(Guard().find(Node("A"), operation::value), from_b);
+    EXPECT_EQ(Guard().find(Node("D"), operation::value), from_b);
+    Guard().forget();
+    EXPECT_EQ(Guard().find(Node("C"), operation::value), from_b);
+    EXPECT_EQ(Guard().all().size(), 1U);
 }
 
 TEST_F(EvaluationGuardTest, FollowsIndexedValuesAndTheirUnits) {

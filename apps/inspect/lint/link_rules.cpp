@@ -1,10 +1,10 @@
 #include "apps/inspect/lint/link_rules.h"
 
+#include "apps/inspect/circle_text.h"
 #include "apps/inspect/lint/known_elements.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include <fmt/format.h>
@@ -33,18 +33,18 @@ private:
 
     void enter(element_index category);
     void look_at(pugi::xml_node entry);
-    void add_circle(element_index again, pugi::xml_node entry);
+    void add_circle(std::size_t first, pugi::xml_node entry);
 
     const description_tree& tree_;
     finding_list& findings_;
     std::vector<open_category> path_;
-    std::unordered_set<element_index> open_;
+    std::unordered_map<element_index, std::size_t> open_;  // where they stand on the path
     std::unordered_set<element_index> entered_;
 };
 
 void category_walk::enter(element_index category) {
     if (!entered_.insert(category).second) return;
-    open_.insert(category);
+    open_.emplace(category, path_.size());
     path_.push_back({category, tree_.at(category).xml.child("pFeature")});
 }
 
@@ -65,24 +65,18 @@ void category_walk::start(element_index category) {
 void category_walk::look_at(pugi::xml_node entry) {
     const std::vector<element_index>& listed = tree_.find(entry.child_value());
     if (listed.empty() || !is_category(tree_.at(listed.front()))) return;
-    if (open_.count(listed.front()) != 0) {
-        add_circle(listed.front(), entry);
+    const auto open = open_.find(listed.front());
+    if (open != open_.end()) {
+        add_circle(open->second, entry);
     } else {
         enter(listed.front());
     }
 }
 
-// The names of a long circle, told anew for each entry that closes one, would be longer than any description.
-void category_walk::add_circle(element_index again, pugi::xml_node entry) {
-    constexpr std::ptrdiff_t most_names = 20;
-    const auto first = std::find_if(path_.begin(), path_.end(),
-                                    [&](const open_category& open) { return open.category == again; });
-    const std::ptrdiff_t length = path_.end() - first;
-    std::string text;
-    for (auto one = first; one != first + std::min(length, most_names); ++one)
-        text += fmt::format("{} lists ", tree_.at(one->category).name);
-    if (length > most_names) text += fmt::format("({} more) lists ", length - most_names);
-    findings_.add(tree_.position_of(entry), "a circle: " + text + std::string(tree_.at(again).name));
+void category_walk::add_circle(std::size_t first, pugi::xml_node entry) {
+    findings_.add(tree_.position_of(entry), circle_text(path_.size() - first, "lists", [&](std::size_t at) {
+                      return tree_.at(path_[first + at].category).name;
+                  }));
 }
 
 /// A child that links to a node without a word where there is none.

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include <gsl/span>
+
+namespace test_support {
+
+/// A description that is as bad as we could think of for whoever walks over it.
+struct worst_shape {
+    const char* name;
+    std::string (*make)(std::size_t n);  ///< so many of what is bad
+};
+
+[[nodiscard]] gsl::span<const worst_shape> worst_shapes();
+
+}  // namespace test_support

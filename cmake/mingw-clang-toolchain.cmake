@@ -15,8 +15,10 @@ include("${CMAKE_CURRENT_LIST_DIR}/mingw-common.cmake")
 execute_process(COMMAND x86_64-w64-mingw32-g++-posix -print-libgcc-file-name
   OUTPUT_VARIABLE gcc_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 cmake_path(GET gcc_folder PARENT_PATH gcc_folder)
-# The run-time library is that of g++, whose variables of threads are emulated.
+# The run-time library is that of g++, whose variables of threads are emulated and whose types are compared in the
+# library: g++ knows that without being told.
 string(JOIN " " CMAKE_CXX_FLAGS_INIT -femulated-tls
+  -D__GXX_TYPEINFO_EQUALITY_INLINE=0 -D__GXX_MERGED_TYPEINFO_NAMES=0
   "-stdlib++-isystem ${gcc_folder}/include/c++"
   "-stdlib++-isystem ${gcc_folder}/include/c++/x86_64-w64-mingw32"
   "-cxx-isystem ${gcc_folder}/include/c++/backward")

@@ -9,7 +9,11 @@ using namespace register_test;
 
 namespace {
 
+#ifdef SELVANE_SANITIZED
+constexpr int sequence_count = 30'000;
+#else
 constexpr int sequence_count = 120'000;
+#endif
 constexpr int sequences_per_setup = 60;
 constexpr std::uint64_t seed = 20'240'229;
 

@@ -53,7 +53,7 @@ TEST(FloatReg, ReadsEveryPatternThatIsNoNumber) {
 }
 
 TEST(FloatReg, WritesByLengthAndEndianess) {
-    const double greatest = double{std::numeric_limits<float>::max()};
+    const double greatest = static_cast<double>(std::numeric_limits<float>::max());
     const struct {
         int size;
         std::string children;

@@ -137,11 +137,11 @@ TEST(MaskedIntReg, LengthIsConfined) {
 
 TEST(MaskedIntReg, WithoutALengthIsOneByteAndLogs) {
     TestDocument doc(both("<Bit>0</Bit><pLength>rest</pLength>"));
-    constexpr const char* message =
+    static constexpr const char* message =
         "GenICam::masked_int_reg_type_base::_resolve_references, MaskedIntReg (\"%\"). Failed to parse "
         "\"Length\" XML "
         "element.\n";
-    const auto naming = [message](const char* name) {
+    const auto naming = [](const char* name) {
         std::string text = message;
         return text.replace(text.find('%'), 1, name);
     };

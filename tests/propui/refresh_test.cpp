@@ -147,7 +147,7 @@ protected:
 
 using Controllers =
     testing::Types<CRangeSliderController, CAbsValSliderController, CAbsValExposureSliderController>;
-TYPED_TEST_SUITE(RefreshedControllerTest, Controllers);
+TYPED_TEST_SUITE(RefreshedControllerTest, Controllers, );
 
 TYPED_TEST(RefreshedControllerTest, ARefreshAsksForEachThingOnce) {
     {

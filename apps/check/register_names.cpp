@@ -12,7 +12,7 @@ namespace {
 using selvane_inspect::element_index;
 
 std::optional<std::uint64_t> stated_address(pugi::xml_node element) {
-    const pugi::xml_node frame = GenICam::register_frame_of(element);
+    const pugi::xml_node frame = GenICam::register_element_of(element);
     if (!frame.child("Address")) return std::nullopt;
     for (const char* computed : {"pAddress", "pIndex", "IntSwissKnife"}) {
         if (frame.child(computed)) return std::nullopt;

@@ -97,9 +97,9 @@ TEST_F(KeptFormulas, OfOtherConstantsDoNot) {
 }
 
 TEST_F(KeptFormulas, OfConvertersKnowTheCurrentValue) {
-    NodeNames knife({"a"});
+    NodeNames swissknife({"a"});
     NodeNames converter({"a"}, {}, false);
-    EXPECT_TRUE(Keep("FROM+a", knife).is_refused());
+    EXPECT_TRUE(Keep("FROM+a", swissknife).is_refused());
     EXPECT_EQ(Compute(Keep("FROM+a", converter)), "15");
 }
 

@@ -112,7 +112,7 @@ TEST(CommandLine, ProbingTellsOfEachPage) {
               "page \"Selvane Color Controls\": nothing to show\n");
 }
 
-TEST(CommandLine, OneRoadAloneIsTraced) {
+TEST(CommandLine, OneAccessPathAloneIsTraced) {
     const ProcessEnd named = RunHost({"--probe", "--trace", "--camera", "described", "--access", "named"});
     EXPECT_THAT(named.output, HasSubstr("\nQuerySupported device 4 -> 0x3, ok, "));
     EXPECT_THAT(named.output, HasSubstr("\nQuerySupported device 3, 0x80070490, "));

@@ -53,9 +53,9 @@ TEST_F(PageLayoutTest, IsThatOfTheInspectorForOurDescriptions) {
 TEST_F(PageLayoutTest, IsThatOfTheInspectorForRealDescriptions) {
     std::set<std::filesystem::path> files;
     for (const char* folder : {"/real", "/marked"}) {
-        const std::filesystem::path place = SELVANE_SHARED_DESCRIPTIONS + std::string(folder);
-        if (!std::filesystem::exists(place)) GTEST_SKIP() << place << " is not there";
-        for (const auto& entry : std::filesystem::directory_iterator(place)) {
+        const std::filesystem::path path = SELVANE_SHARED_DESCRIPTIONS + std::string(folder);
+        if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
+        for (const auto& entry : std::filesystem::directory_iterator(path)) {
             if (entry.path().extension() == ".xml") files.insert(entry.path());
         }
     }

@@ -69,7 +69,7 @@ TEST_F(ItemPriorityTest, ADescribedItemReplacesTheBuiltInOneInItsPlace) {
     EXPECT_EQ(OpenPage(exposure_page), expected);
 }
 
-TEST_F(ItemPriorityTest, OverEitherRoad) {
+TEST_F(ItemPriorityTest, OverEitherAccessPath) {
     for (const bool named : {true, false}) {
         simcam::camera_options options = Described(Gain("Image"));
         options.named_access = named;

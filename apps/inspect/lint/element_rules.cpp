@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/element_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/feature_reader.h"
 #include "apps/inspect/lint/known_elements.h"

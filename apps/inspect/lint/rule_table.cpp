@@ -1,11 +1,4 @@
-#include "apps/inspect/lint/element_rules.h"
-#include "apps/inspect/lint/engine_rules.h"
-#include "apps/inspect/lint/formula_rules.h"
-#include "apps/inspect/lint/link_rules.h"
-#include "apps/inspect/lint/lint_rule.h"
-#include "apps/inspect/lint/mark_rules.h"
-#include "apps/inspect/lint/number_rules.h"
-#include "apps/inspect/lint/page_rules.h"
+#include "apps/inspect/lint/rules.h"
 #include "apps/inspect/marked_items.h"
 
 #include <algorithm>

@@ -83,14 +83,14 @@ void show_item(CZELItemDataBase& item, InterfaceKey key, drawn_control& control)
 }  // namespace
 
 bool is_beyond_edge(const drawn_control& control) noexcept {
-    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
-    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
+    const int height = control.kind == control_kind::combo ? 0 : control.rect.height;
+    return control.rect.left + control.rect.width > page_width || control.rect.top + height > page_height;
 }
 
 void preview_canvas::add(const placed_control& placed) {
     drawn_control& control = page_.controls.emplace_back();
     control.kind = placed.kind;
-    control.place = placed.place;
+    control.rect = placed.rect;
     control.text = platform::narrow(placed.text);
     control.feature = feature_of(placed.key);
     if (placed.controller != nullptr) show_number(*placed.controller, control);

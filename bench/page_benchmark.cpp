@@ -140,7 +140,7 @@ void open_pages(benchmark::State& state, bool named) {
     for ([[maybe_unused]] const auto _ : state) {
         counts.clear();
         simcam_test::camera_on_pages seen(
-            simcam_test::on_one_access_path(*simcam::ready_made("full"), named));
+            simcam_test::over_one_access_path(*simcam::ready_made("full"), named));
         static_cast<void>(seen.adapter->get_item_table());
         for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
             seen.camera->clear_transcript();

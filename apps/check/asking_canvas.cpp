@@ -92,7 +92,7 @@ void asking_canvas::ask_box(CZELItemDataBase& item, InterfaceKey key) {
     const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, rect));
     if (described_ == nullptr) return;
     judge_entry(key, selected);
-    // Over registers a box is read by values and written by places.
+    // Over registers a box is read by values and written by indices.
     if (described_->selected_entry(std::string(node_of(key)->get_name())) != nullptr) write_back(item, key);
 }
 

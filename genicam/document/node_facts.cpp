@@ -68,7 +68,7 @@ pugi::xml_node element_of(INode& node) { return data_of(node).xml(); }
 INode* linked_node(INode& node, const char* child) { return data_of(node).resolve_node(child); }
 
 pugi::xml_node register_element_of(pugi::xml_node element) {
-    return element.name() == std::string_view("StructEntry") ? find_struct_frame(element) : element;
+    return element.name() == std::string_view("StructEntry") ? find_struct_reg(element) : element;
 }
 
 Endianess byte_order_of(pugi::xml_node element) {

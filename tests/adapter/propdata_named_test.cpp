@@ -353,9 +353,9 @@ TEST_F(NamedItem, SelectsAnEntryByItsName) {
 
 TEST_F(NamedItem, RefusesAPlaceOutsideTheList) {
     LoadEntries({"Once", "Continuous"});
-    for (const std::int32_t place :
+    for (const std::int32_t index :
          {-1, 2, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
-        EXPECT_EQ(item_->SetValue(mode_, place), static_cast<HRESULT>(0x80070057)) << place;
+        EXPECT_EQ(item_->SetValue(mode_, index), static_cast<HRESULT>(0x80070057)) << index;
     }
     EXPECT_TRUE(item_.Requests().empty());
     OfferEntries({});

@@ -430,10 +430,10 @@ protected:
     IEnumeration* const node_ = node_as<IEnumeration>(key_);
 };
 
-TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesThePlace) {
+TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesTheIndex) {
     std::int32_t value = 0;
     EXPECT_EQ(feature_->GetValue(key_, value), S_OK);
-    EXPECT_EQ(value, 7) << "not its place";
+    EXPECT_EQ(value, 7) << "not its index";
     EXPECT_EQ(feature_->SetValue(key_, 0), S_OK);
     EXPECT_EQ(feature_->GetValue(key_, value), S_OK);
     EXPECT_EQ(value, 3);
@@ -442,14 +442,14 @@ TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesThePlace) {
 }
 
 TEST_F(PortbasedEnumeration, RefusesAPlaceOutsideTheList) {
-    for (const std::int32_t place :
+    for (const std::int32_t index :
          {-1, 2, 3, 7, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
-        EXPECT_EQ(feature_->SetValue(key_, place), bad_parameter) << place;
+        EXPECT_EQ(feature_->SetValue(key_, index), bad_parameter) << index;
     }
     EXPECT_EQ(node_->get_selected_entry(0).value()->get_name(), "Seven");
 }
 
-TEST_F(PortbasedEnumeration, HasARangeOfPlaces) {
+TEST_F(PortbasedEnumeration, HasARangeOfIndices) {
     EXPECT_EQ(BytesOf(feature_.Range()), BytesOf(RangeInfo{0, 1, 0, 1}));
 }
 
@@ -515,7 +515,7 @@ TEST_F(PortbasedEnumeration, OffersNothingWhenItIsNotImplemented) {
     EXPECT_EQ(item->GetRange(key, range), E_NOTIMPL);
 }
 
-TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAPlace) {
+TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAnIndex) {
     OneFeature twins("Enumeration", Entry("Twin", 3) + Entry("Twin", 7) + "<Value>7</Value>");
     EXPECT_EQ(twins.Range().max, 1);
     EXPECT_EQ(twins->SetValue(twins.Key(), 1), S_OK);

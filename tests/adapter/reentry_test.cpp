@@ -198,9 +198,9 @@ TEST_P(EntryReentry, TheListMayBeForgottenWhileTheChoiceIsRead) {
     const auto item = Item();
     EXPECT_EQ(EntriesOf(*item), entries_);
     Before(1, [&] { item->Refresh(mode_); });
-    std::int32_t place = -1;
-    EXPECT_EQ(item->GetValue(mode_, place), S_OK);
-    EXPECT_EQ(place, 1);
+    std::int32_t index = -1;
+    EXPECT_EQ(item->GetValue(mode_, index), S_OK);
+    EXPECT_EQ(index, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Named, EntryReentry, testing::Values(AccessPath::Named));

@@ -60,7 +60,7 @@ TEST(CommandLine, AFolderIsNoDescription) {
     ExpectRefusal(RunHost({folder.Path().u8string()}), 2, "cannot read " + folder.Path().u8string());
 }
 
-TEST(CommandLine, AMalformedDescriptionIsRefusedWithItsPlace) {
+TEST(CommandLine, AMalformedDescriptionIsRefusedWithItsPosition) {
     const ScratchFolder folder;
     const std::string file = folder.Write("broken.xml", "<RegisterDescription><Float Name=\"A\">");
     ExpectRefusal(RunHost({file}), 2, file + " is malformed: ");

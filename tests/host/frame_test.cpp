@@ -107,16 +107,16 @@ TEST(Frame, APageThatRefusesTheCameraIsNotThere) {
 TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", "builtin"});
-    const std::string place = "-?\\d+,-?\\d+ \\d+x\\d+";
+    const std::string rect = "-?\\d+,-?\\d+ \\d+x\\d+";
     for (const std::string& line :
-         {"frame \"[^\"]+\" " + place, "command \"OK\" " + place,
-          "tab 2 \"Selvane Feature Controls\" " + place, "label \"Gain\" " + place,
-          "slider \"Gain\" of \"Gain\" " + place + " enabled position \\d+ of \\d+\\.\\.\\d+ thumb " + place,
-          "edit \"Gain\" of \"Gain\" " + place + " enabled text \"[^\"]*\"",
-          "spin \"Gain\" of \"Gain\" " + place + " enabled position \\d+",
-          "switch \"Auto\" of \"Exposure\" " + place + " enabled (un)?checked",
-          "button \"Read\" of \"GPIO\" " + place + " enabled",
-          "combo \"Operation\" of \"Trigger\" " + place + " enabled \"[^\"]*\" of( \"[^\"]*\")+"}) {
+         {"frame \"[^\"]+\" " + rect, "command \"OK\" " + rect, "tab 2 \"Selvane Feature Controls\" " + rect,
+          "label \"Gain\" " + rect,
+          "slider \"Gain\" of \"Gain\" " + rect + " enabled position \\d+ of \\d+\\.\\.\\d+ thumb " + rect,
+          "edit \"Gain\" of \"Gain\" " + rect + " enabled text \"[^\"]*\"",
+          "spin \"Gain\" of \"Gain\" " + rect + " enabled position \\d+",
+          "switch \"Auto\" of \"Exposure\" " + rect + " enabled (un)?checked",
+          "button \"Read\" of \"GPIO\" " + rect + " enabled",
+          "combo \"Operation\" of \"Trigger\" " + rect + " enabled \"[^\"]*\" of( \"[^\"]*\")+"}) {
         const std::vector<std::string> lines = Lines(walk.end.output);
         EXPECT_TRUE(
             std::any_of(lines.begin(), lines.end(),
@@ -126,7 +126,7 @@ TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
     }
 }
 
-// What the pages show, without the places of the pictures.
+// What the pages show, without the positions of the pictures.
 std::string ShownOver(const char* access_path) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", "full", "--access", access_path});

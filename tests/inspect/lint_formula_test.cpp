@@ -40,7 +40,7 @@ TEST_F(LintFormulas, Refused) {
     FindsNothing("formula-refused", Converter("FROM*10", "TO/10.0"));
 }
 
-TEST_F(LintFormulas, RefusedInEachPlace) {
+TEST_F(LintFormulas, RefusedAtEachPosition) {
     Finds("formula-refused", "error", Converter("FROM @# 2", "1 @$"),
           {"FormulaTo of C is refused at character 6, behind \"FROM\": Invalid token found.",
            "FormulaFrom of C is refused at character 3, behind \"1\": Invalid token found."});

@@ -1,4 +1,4 @@
-// The preview of a page against the layout: the same controls at the same places, in data and in pictures.
+// The preview of a page against the layout: the same controls at the same rects, in data and in pictures.
 
 #include "adapter/genicam_adapter_device.h"
 #include "apps/inspect/description.h"
@@ -61,7 +61,7 @@ std::vector<std::string> LinesOf(const drawn_page& page) {
     return lines;
 }
 
-// What a reader of the picture finds: the first rectangle of each group is the place of a control.
+// What a reader of the picture finds: the first rectangle of each group is the rect of a control.
 std::vector<std::string> LinesOfPicture(const std::string& svg) {
     pugi::xml_document document;
     EXPECT_TRUE(document.load_buffer(svg.data(), svg.size())) << svg;
@@ -102,7 +102,7 @@ public:
         EXPECT_TRUE(Build(name, second));
         std::vector<std::string> lines;
         for (const RecorderCanvas::Placed& one : second.placed)
-            lines.push_back(Line(one.kind, one.place.left, one.place.top, one.place.width, one.place.height,
+            lines.push_back(Line(one.kind, one.rect.left, one.rect.top, one.rect.width, one.rect.height,
                                  platform::narrow(one.text)));
         return lines;
     }

@@ -95,19 +95,19 @@ std::string value_of(const element& shown, bool named) {
     return text.str();
 }
 
-// The place of the first entry that is implemented, in the list of either access path.
-std::int32_t first_place(const element& shown, bool named) {
-    std::int32_t place = 0;
-    if (named) return place;
+// The index of the first entry that is implemented, in the list of either access path.
+std::int32_t first_index(const element& shown, bool named) {
+    std::int32_t index = 0;
+    if (named) return index;
     for (GenICam::IEnumEntry* entry : node_as<GenICam::IEnumeration>(shown.key)->get_entries()) {
-        if (entry->is_implemented()) return place;
-        ++place;
+        if (entry->is_implemented()) return index;
+        ++index;
     }
     return -1;
 }
 
 // Over registers one failure stands for all of a button's, and an enumeration that is not implemented has no
-// places to refuse.
+// indices to refuse.
 HRESULT any_failure(HRESULT hr) { return FAILED(hr) ? E_FAIL : hr; }
 
 // Gives an element a value that ought to be legal: on, the first entry, the least number.
@@ -120,7 +120,7 @@ HRESULT settle(const element& shown, bool named) {
         case InterfaceType::MapStrings:
             // What was written before may have changed which entries there are.
             if (const HRESULT hr = shown.item->Refresh(shown.key); FAILED(hr)) return hr;
-            return any_failure(shown.item->SetValue(shown.key, first_place(shown, named)));
+            return any_failure(shown.item->SetValue(shown.key, first_index(shown, named)));
         case InterfaceType::Range:
             if (const HRESULT hr = shown.item->GetRange(shown.key, range); FAILED(hr)) return hr;
             return shown.item->SetValue(shown.key, range.min);
@@ -152,7 +152,7 @@ struct shown_over_path {
         }
         return rows;
     }
-    // Kinds, places and captions; the keys of the two access paths are nodes of different documents.
+    // Kinds, rects and captions; the keys of the two access paths are nodes of different documents.
     [[nodiscard]] std::vector<std::string> Page(ZELPropUI::PageName page) {
         RecorderCanvas canvas;
         std::vector<std::string> lines = {seen.build(page, canvas) ? "shown" : "nothing to show"};

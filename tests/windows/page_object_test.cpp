@@ -191,7 +191,7 @@ TEST_P(PageObjectTest, ShowAndMoveNeedAWindow) {
     EXPECT_EQ(page->Deactivate(), S_OK) << "no window is fine";
 }
 
-TEST_P(PageObjectTest, ActivateMakesAChildAtThePlace) {
+TEST_P(PageObjectTest, ActivateMakesAChildAtTheRect) {
     const auto page = GivenPage(exposure_page);
     EXPECT_EQ(page->Activate(host_.Handle(), &rect, TRUE), S_OK);
     const HWND window = GetWindow(host_.Handle(), GW_CHILD);

@@ -10,7 +10,7 @@
 namespace page_test {
 namespace {
 
-/// A window of a page as a test expects it. Places are those that the window was made with.
+/// A window of a page as a test expects it. Rects are those that the window was made with.
 struct Expected {
     const wchar_t* window_class;
     DWORD style;

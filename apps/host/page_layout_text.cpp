@@ -115,6 +115,42 @@ std::string page_lines(const frame_window& frame, HWND page) {
     return text;
 }
 
+struct thread_boxes {
+    HWND frame;
+    std::vector<HWND> windows;
+};
+
+BOOL CALLBACK take_box(HWND window, LPARAM found) {
+    auto& boxes = *reinterpret_cast<thread_boxes*>(found);
+    const bool is_box =
+        window != boxes.frame && IsWindowVisible(window) != 0 && class_name(window) == L"#32770";
+    if (is_box) boxes.windows.push_back(window);
+    return TRUE;
+}
+
+// The text of a box stands on its labels, of which the one with the picture has none.
+std::string box_lines(HWND box) {
+    const std::string caption = quoted_text(window_text(box));
+    std::string text;
+    std::string answers;
+    for (const page_control& control : find_controls(box)) {
+        if (control.kind == control_kind::label && !control.text.empty())
+            text += (text.empty() ? "" : " ") + control.text;
+        if (control.kind == control_kind::button)
+            answers += fmt::format("answer {} of {} {}\n", quoted_text(control.text), caption,
+                                   rect_text(control.rect));
+    }
+    return fmt::format("box {} {} {}\n{}", caption, quoted_text(text), rect_text(rect_of(box)), answers);
+}
+
+std::string all_box_lines(const frame_window& frame) {
+    thread_boxes boxes{frame.handle(), {}};
+    EnumThreadWindows(GetCurrentThreadId(), take_box, reinterpret_cast<LPARAM>(&boxes));
+    std::string text;
+    for (const HWND box : boxes.windows) text += box_lines(box);
+    return text;
+}
+
 }  // namespace
 
 std::string describe_layout(const frame_window& frame) {
@@ -125,7 +161,7 @@ std::string describe_layout(const frame_window& frame) {
     const controls all = find_controls(page);
     const LONG item_left = outermost_label(all);
     for (const page_control& control : all) text += control_lines(control, all, item_left);
-    return text + "end\n";
+    return text + all_box_lines(frame) + "end\n";
 }
 
 }  // namespace selvane_host

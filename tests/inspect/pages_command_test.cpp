@@ -184,7 +184,7 @@ protected:
             "<pFeature>E</pFeature>",
             "<Integer Name=\"A\">" + Mark('1') +
                 "<pIsLocked>Yes</pIsLocked><Value>25</Value><Min>-100</Min><Max>400</Max><Inc>5</Inc>"
-                "</Integer>\n<Float Name=\"B\">" +
+                "<Unit>dB</Unit></Integer>\n<Float Name=\"B\">" +
                 Mark('2') +
                 "<pIsLocked>Yes</pIsLocked><Value>2.5</Value><Min>-1</Min><Max>10</Max><Unit>ms</Unit>"
                 "</Float>\n<Boolean Name=\"C\">" +
@@ -222,9 +222,11 @@ TEST_P(EitherAccessPath, ShowsEachOfTheFiveKindsAsData) {
     EXPECT_EQ(shown["A"]["max"], 400.0);
     EXPECT_EQ(shown["A"]["step"], 5.0);
     EXPECT_EQ(shown["A"]["position"], 25);
+    EXPECT_FALSE(shown["A"].contains("unit")) << "the edit of an integer shows none";
     EXPECT_EQ(shown["B"]["min"], -1.0);
     EXPECT_EQ(shown["B"]["max"], 10.0);
     EXPECT_FALSE(shown["B"].contains("step"));
+    EXPECT_EQ(shown["B"]["unit"], "ms");
     EXPECT_EQ(shown["C"]["checked"], true);
     EXPECT_EQ(shown["D"]["text"], "Y");
     EXPECT_EQ(shown["E"]["kind"], "button");

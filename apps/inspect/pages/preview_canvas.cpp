@@ -23,7 +23,8 @@ std::string feature_of(InterfaceKey key) {
 }
 
 // Over named access an item answers either question with the 8 bytes that the driver has, so that the kind of
-// the feature decides which one is asked, as it does on a page.
+// the feature decides which one is asked, as it does on a page. A page shows the units of physical values
+// alone.
 void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
     GenICam::INode* node = genicam_adapter::node_of(key);
     if (node != nullptr && node->get_node_type() == GenICam::node_type::floating) {
@@ -32,6 +33,10 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
             control.minimum = real.min;
             control.maximum = real.max;
         }
+        SharedString unit;
+        std::int32_t scale = ZELAdapterHelper::scale_linear;
+        if (SUCCEEDED(GuardedItem(item).GetAbsUnit(key, unit, scale)))
+            control.unit = platform::narrow(unit.View());
     } else {
         RangeInfo range;
         if (SUCCEEDED(GuardedItem(item).GetRange(key, range))) {
@@ -39,11 +44,6 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
             control.maximum = range.max;
             control.step = range.step;
         }
-    }
-    SharedString unit;
-    std::int32_t scale = ZELAdapterHelper::scale_linear;
-    if (SUCCEEDED(GuardedItem(item).GetAbsUnit(key, unit, scale))) {
-        control.unit = platform::narrow(unit.View());
     }
 }
 

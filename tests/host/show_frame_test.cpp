@@ -57,14 +57,30 @@ TEST_F(ShowFrame, WhatATaskThrowsClosesTheFrame) {
     EXPECT_FALSE(frame_window::find());
 }
 
-// Without a page there is nothing to make a frame of, as without a display.
+// No window of this thread can be made, as without a display.
+class NoWindows {
+public:
+    NoWindows() : hook_(SetWindowsHookExW(WH_CBT, Refuse, nullptr, GetCurrentThreadId())) {}
+    NoWindows(const NoWindows&) = delete;
+    NoWindows& operator=(const NoWindows&) = delete;
+    ~NoWindows() { UnhookWindowsHookEx(hook_); }
+
+private:
+    static LRESULT CALLBACK Refuse(int code, WPARAM wparam, LPARAM lparam) {
+        return code == HCBT_CREATEWND ? 1 : CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    HHOOK hook_;
+};
+
 TEST_F(ShowFrame, AFrameThatDoesNotOpenIsSaid) {
+    const NoWindows no_windows;
     try {
-        show_frame("A camera", *camera, {}, [](const frame_window& frame) { frame.close(); });
+        show_frame("A camera", *camera, pages, [](const frame_window& frame) { frame.close(); });
         FAIL() << "nobody is told";
     } catch (const host_error& failure) {
         EXPECT_EQ(failure.code(), 2);
-        EXPECT_THAT(failure.what(), HasSubstr("the property frame did not open"));
+        EXPECT_STREQ(failure.what(), "the property frame did not open; its windows need a display");
     }
 }
 

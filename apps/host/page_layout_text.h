@@ -22,8 +22,9 @@ namespace selvane_host {
 ///     end
 ///
 /// Entries are there while their list is open, commands are the frame's own buttons, a box with its answers
-/// is one that waits before the page. The rect of the frame is that inside its border. A control bears its own caption, or the label in front of it in its row, and
-/// the item it belongs to: the outermost label above it. Empty while no page is shown.
+/// is one that waits before the page. The rect of the frame is that inside its border. A control bears its
+/// own caption, or the label in front of it in its row, and the item it belongs to: the outermost label above
+/// it. Empty while no page is shown.
 [[nodiscard]] std::string describe_layout(const frame_window& frame);
 
 }  // namespace selvane_host

@@ -91,7 +91,7 @@ TEST(FormulaVariables, OfALargeTableStandForTheSame) {
     }
     bindings += variable("V7", "n0") + expression("X", "V5*2") + expression("V9", "1");
     EXPECT_EQ(int_value(nodes, bindings, sum), 10 + 199 * 200 / 2 - 3 + 1000);
-    TestDocument doc(nodes + int_knife(bindings, "V200"));
+    TestDocument doc(nodes + int_swissknife(bindings, "V200"));
     EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
 }
 

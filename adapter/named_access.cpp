@@ -12,8 +12,8 @@ std::vector<char> make_request(named_path path) {
     std::size_t size = selvane_named_request_size(0);
     for (const std::string_view part : path) size += part.size();
     std::vector<char> request(size);
-    auto place = request.begin() + SELVANE_NAMED_PATH_OFFSET;
-    for (const std::string_view part : path) place = std::copy(part.begin(), part.end(), place);
+    auto end = request.begin() + SELVANE_NAMED_PATH_OFFSET;
+    for (const std::string_view part : path) end = std::copy(part.begin(), part.end(), end);
     return request;
 }
 

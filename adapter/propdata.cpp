@@ -69,10 +69,10 @@ HRESULT genicam_propdata::get_entry_range(IEnumeration& enumeration, ZELAdapterH
     return S_OK;
 }
 
-const enum_entry_text* genicam_propdata::find_offered_entry(IEnumeration& enumeration, std::int32_t place) {
+const enum_entry_text* genicam_propdata::find_offered_entry(IEnumeration& enumeration, std::int32_t index) {
     const std::vector<enum_entry_text>& offered = refresh_entries(enumeration);
-    if (place < 0 || static_cast<std::size_t>(place) >= offered.size()) return nullptr;
-    return &offered[static_cast<std::size_t>(place)];
+    if (index < 0 || static_cast<std::size_t>(index) >= offered.size()) return nullptr;
+    return &offered[static_cast<std::size_t>(index)];
 }
 
 }  // namespace genicam_adapter

@@ -45,12 +45,12 @@ protected:
 
     /// The entries that an enumeration offers, loaded when there are none yet.
     const std::vector<enum_entry_text>& refresh_entries(GenICam::IEnumeration& enumeration);
-    /// The places in that list; E_NOTIMPL when it is empty.
+    /// The indices of that list; E_NOTIMPL when it is empty.
     [[nodiscard]] HRESULT get_entry_range(GenICam::IEnumeration& enumeration,
                                           ZELAdapterHelper::RangeInfo& range);
-    /// The entry at a place in that list; null outside of it.
+    /// The entry at an index of that list; null outside of it.
     [[nodiscard]] const enum_entry_text* find_offered_entry(GenICam::IEnumeration& enumeration,
-                                                            std::int32_t place);
+                                                            std::int32_t index);
 
 private:
     platform::com_ptr<IKsPropertySet> filter_;

@@ -58,7 +58,7 @@ HRESULT genicam_propdata_named::GetRange(InterfaceKey key, ZELAdapterHelper::Ran
 }
 
 HRESULT genicam_propdata_named::GetValue(InterfaceKey key, std::int32_t& value) {
-    if (auto* const enumeration = node_as<IEnumeration>(key)) return get_selected_place(*enumeration, value);
+    if (auto* const enumeration = node_as<IEnumeration>(key)) return get_selected_index(*enumeration, value);
     std::int64_t number = 0;
     const HRESULT hr = get(key, wire::path_suffix::value, number);
     value = low_half(number);
@@ -66,7 +66,7 @@ HRESULT genicam_propdata_named::GetValue(InterfaceKey key, std::int32_t& value) 
 }
 
 HRESULT genicam_propdata_named::SetValue(InterfaceKey key, std::int32_t value) {
-    if (auto* const enumeration = node_as<IEnumeration>(key)) return select_place(*enumeration, value);
+    if (auto* const enumeration = node_as<IEnumeration>(key)) return select_index(*enumeration, value);
     return set(key, wire::path_suffix::value, static_cast<std::uint64_t>(std::int64_t{value}));
 }
 
@@ -117,9 +117,9 @@ HRESULT genicam_propdata_named::get_flag(InterfaceKey key, std::string_view suff
 }
 
 // A text that fills the whole buffer has no end and matches nothing.
-HRESULT genicam_propdata_named::get_selected_place(IEnumeration& enumeration, std::int32_t& place) {
+HRESULT genicam_propdata_named::get_selected_index(IEnumeration& enumeration, std::int32_t& index) {
     const std::vector<enum_entry_text>& offered = refresh_entries(enumeration);
-    place = 0;
+    index = 0;
     char buffer[SELVANE_SELECTED_ENTRY_SIZE] = {};
     const HRESULT hr = get_named_property(
         filter(), {enumeration.get_name(), wire::path_suffix::selected_entry}, buffer, sizeof(buffer));
@@ -129,14 +129,14 @@ HRESULT genicam_propdata_named::get_selected_place(IEnumeration& enumeration, st
     if (length == std::string_view::npos) return E_FAIL;
     for (std::size_t at = 0; at < offered.size(); ++at) {
         if (offered[at].name != whole.substr(0, length)) continue;
-        place = static_cast<std::int32_t>(at);
+        index = static_cast<std::int32_t>(at);
         return S_OK;
     }
     return E_FAIL;
 }
 
-HRESULT genicam_propdata_named::select_place(IEnumeration& enumeration, std::int32_t place) {
-    const enum_entry_text* const entry = find_offered_entry(enumeration, place);
+HRESULT genicam_propdata_named::select_index(IEnumeration& enumeration, std::int32_t index) {
+    const enum_entry_text* const entry = find_offered_entry(enumeration, index);
     if (entry == nullptr) return E_INVALIDARG;
     const std::string name = entry->name;  // while the driver reads it the list may be loaded anew
     return set_named_property(filter(), {enumeration.get_name(), wire::path_suffix::selected_entry},

@@ -35,8 +35,8 @@ private:
     [[nodiscard]] HRESULT get(InterfaceKey key, std::string_view suffix, Number& number) const;
     [[nodiscard]] HRESULT set(InterfaceKey key, std::string_view suffix, std::uint64_t value) const;
     [[nodiscard]] HRESULT get_flag(InterfaceKey key, std::string_view suffix, bool& flag) const;
-    [[nodiscard]] HRESULT get_selected_place(GenICam::IEnumeration& enumeration, std::int32_t& place);
-    [[nodiscard]] HRESULT select_place(GenICam::IEnumeration& enumeration, std::int32_t place);
+    [[nodiscard]] HRESULT get_selected_index(GenICam::IEnumeration& enumeration, std::int32_t& index);
+    [[nodiscard]] HRESULT select_index(GenICam::IEnumeration& enumeration, std::int32_t index);
 };
 
 /// The factory of these items.

@@ -18,7 +18,7 @@ public:
     [[nodiscard]] HRESULT GetSwitchDefault(InterfaceKey key, bool& on) override;
     /// Without a default of its own an integer gets half of its span, without the minimum.
     [[nodiscard]] HRESULT GetRange(InterfaceKey key, ZELAdapterHelper::RangeInfo& range) override;
-    /// For an enumeration the value of the selected entry, although `SetValue` takes a place in the list.
+    /// For an enumeration the value of the selected entry, although `SetValue` takes an index in the list.
     [[nodiscard]] HRESULT GetValue(InterfaceKey key, std::int32_t& value) override;
     HRESULT SetValue(InterfaceKey key, std::int32_t value) override;
     [[nodiscard]] HRESULT GetAbsRange(InterfaceKey key, ZELAdapterHelper::AbsRangeInfo& range) override;

@@ -83,7 +83,7 @@ public:
 
 private:
     static simcam::camera_options options(bool named) {
-        simcam::camera_options made = simcam_test::on_one_road(*simcam::ready_made("full"), named);
+        simcam::camera_options made = simcam_test::over_one_access_path(*simcam::ready_made("full"), named);
         made.keep_transcript = false;
         return made;
     }
@@ -139,7 +139,8 @@ void open_pages(benchmark::State& state, bool named) {
     std::map<std::string, double> counts;
     for ([[maybe_unused]] const auto _ : state) {
         counts.clear();
-        simcam_test::camera_on_pages seen(simcam_test::on_one_road(*simcam::ready_made("full"), named));
+        simcam_test::camera_on_pages seen(
+            simcam_test::over_one_access_path(*simcam::ready_made("full"), named));
         static_cast<void>(seen.adapter->get_item_table());
         for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
             seen.camera->clear_transcript();

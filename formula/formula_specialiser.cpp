@@ -52,7 +52,7 @@ public:
 
 private:
     /// Where a number is: a constant, or a slot.
-    struct place {
+    struct location {
         bool is_constant = false;
         std::uint16_t slot = 0;
         bare_number constant = {0};
@@ -84,9 +84,9 @@ private:
 
     void write_result(node_index node);
     void write_result_of_selection(node_index node);
-    void write_end(number_kind kind, const place& result);
-    [[nodiscard]] place place_number(node_index node, number_kind kind);
-    [[nodiscard]] place place_operand(const operand& of, number_kind kind);
+    void write_end(number_kind kind, const location& result);
+    [[nodiscard]] location locate_number(node_index node, number_kind kind);
+    [[nodiscard]] location locate_operand(const operand& of, number_kind kind);
     [[nodiscard]] std::uint16_t place_condition(node_index node);
     void compute_into(node_index node, number_kind kind, std::uint16_t target);
     void compute_settled(node_index node, number_kind kind, std::uint16_t target);
@@ -95,11 +95,11 @@ private:
     void write_selection(node_index node, number_kind kind, std::uint16_t target);
     void write_branches(const selection& parts, number_kind kind, std::uint16_t target);
     void write_both(const selection& parts, number_kind kind, std::uint16_t target);
-    void write_into(const place& from, std::uint16_t target);
+    void write_into(const location& from, std::uint16_t target);
 
     [[nodiscard]] selection selection_at(node_index node) const;
     [[nodiscard]] specialised_formula::parts settle_slots();
-    std::uint16_t slot_of(const place& from);
+    std::uint16_t slot_of(const location& from);
     std::uint16_t slot_of_variable(node_index node, number_kind kind);
     std::uint16_t take_slot();
     formula_step& append(step_function run, std::uint16_t target, std::uint16_t left,
@@ -215,7 +215,7 @@ void step_writer::write_result(node_index unsettled) {
     if (is_selected && !number.can_fault) {
         write_result_of_selection(node);
     } else if (is_selected || is_leaf(node)) {
-        write_end(number.natural_kind(), place_number(node, number.natural_kind()));
+        write_end(number.natural_kind(), locate_number(node, number.natural_kind()));
     } else {
         write_operation(node, &step_functions::finish, 0);
     }
@@ -230,7 +230,7 @@ void step_writer::write_result_of_selection(node_index node) {
     write_result(parts.when_false);
 }
 
-void step_writer::write_end(number_kind kind, const place& result) {
+void step_writer::write_end(number_kind kind, const location& result) {
     const bool is_integer = kind == number_kind::integer;
     if (result.is_constant) {
         append(is_integer ? steps::end_integer_constant : steps::end_real_constant, 0, 0).constant =
@@ -241,7 +241,7 @@ void step_writer::write_end(number_kind kind, const place& result) {
 }
 
 // A leaf is used where it is, everything else is computed into the next free slot.
-step_writer::place step_writer::place_number(node_index unsettled, number_kind kind) {
+step_writer::location step_writer::locate_number(node_index unsettled, number_kind kind) {
     const node_index node = settle(unsettled);
     const known_number& number = numbers_[node];
     if (number.is_constant) return {true, 0, bare_as(kind, number.value())};
@@ -251,14 +251,14 @@ step_writer::place step_writer::place_number(node_index unsettled, number_kind k
     return {false, slot, {0}};
 }
 
-step_writer::place step_writer::place_operand(const operand& of, number_kind kind) {
-    return of.is_constant ? place{true, 0, of.constant} : place_number(of.node, kind);
+step_writer::location step_writer::locate_operand(const operand& of, number_kind kind) {
+    return of.is_constant ? location{true, 0, of.constant} : locate_number(of.node, kind);
 }
 
 // A slot that holds an integer, not 0 for true. NaN is true.
 std::uint16_t step_writer::place_condition(node_index node) {
     const number_kind kind = numbers_[node].natural_kind();
-    const std::uint16_t slot = slot_of(place_number(node, kind));
+    const std::uint16_t slot = slot_of(locate_number(node, kind));
     if (kind == number_kind::integer) return slot;
     const std::uint16_t truth = take_slot();
     append(truth_of_float().with_constant.store, truth, slot).constant.real = 0.0;
@@ -268,7 +268,7 @@ std::uint16_t step_writer::place_condition(node_index node) {
 void step_writer::compute_into(node_index unsettled, number_kind kind, std::uint16_t target) {
     const node_index node = settle(unsettled);
     if (is_leaf(node)) {
-        write_into(place_number(node, kind), target);
+        write_into(locate_number(node, kind), target);
     } else {
         compute_settled(node, kind, target);
     }
@@ -288,10 +288,10 @@ void step_writer::compute_settled(node_index node, number_kind kind, std::uint16
 void step_writer::write_operation(node_index node, step_effect effect, std::uint16_t target) {
     const std::uint16_t slots_before = slots_in_use_;
     const auto [form, first, second] = operation_at(node);
-    const place left = place_operand(first, form->first);
+    const location left = locate_operand(first, form->first);
     if (tree_[node].instruction.code == op_code::op_unary) {
         append(form->with_slots.*effect, target, left.slot);
-    } else if (const place right = place_operand(second, form->second); right.is_constant) {
+    } else if (const location right = locate_operand(second, form->second); right.is_constant) {
         append(form->with_constant.*effect, target, slot_of(left)).constant = right.constant;
     } else if (left.is_constant) {
         append(form->on_constant.*effect, target, 0, right.slot).constant = left.constant;
@@ -309,9 +309,9 @@ std::size_t step_writer::write_jump_unless(node_index unsettled) {
     if (is_operation && operation_at(node).form->is_test()) {
         write_operation(node, &step_functions::branch, 0);
     } else if (numbers_[node].natural_kind() == number_kind::integer) {
-        append(steps::jump_unless, 0, slot_of(place_number(node, number_kind::integer)));
+        append(steps::jump_unless, 0, slot_of(locate_number(node, number_kind::integer)));
     } else {
-        const std::uint16_t slot = slot_of(place_number(node, number_kind::floating));
+        const std::uint16_t slot = slot_of(locate_number(node, number_kind::floating));
         append(truth_of_float().with_constant.branch, 0, slot).constant.real = 0.0;
     }
     slots_in_use_ = slots_before;
@@ -341,8 +341,8 @@ void step_writer::write_branches(const selection& parts, number_kind kind, std::
 void step_writer::write_both(const selection& parts, number_kind kind, std::uint16_t target) {
     const std::uint16_t slots_before = slots_in_use_;
     const std::uint16_t condition = place_condition(parts.condition);
-    const place when_true = place_number(parts.when_true, kind);
-    const place when_false = place_number(parts.when_false, kind);
+    const location when_true = locate_number(parts.when_true, kind);
+    const location when_false = locate_number(parts.when_false, kind);
     write_into(when_true, target);
     if (when_false.is_constant) {
         append(steps::keep_if_constant, target, condition).constant = when_false.constant;
@@ -352,7 +352,7 @@ void step_writer::write_both(const selection& parts, number_kind kind, std::uint
     slots_in_use_ = slots_before;
 }
 
-void step_writer::write_into(const place& from, std::uint16_t target) {
+void step_writer::write_into(const location& from, std::uint16_t target) {
     if (from.is_constant) {
         append(steps::load, target, 0).constant = from.constant;
     } else {
@@ -360,7 +360,7 @@ void step_writer::write_into(const place& from, std::uint16_t target) {
     }
 }
 
-std::uint16_t step_writer::slot_of(const place& from) {
+std::uint16_t step_writer::slot_of(const location& from) {
     if (!from.is_constant) return from.slot;
     const std::uint16_t slot = take_slot();
     write_into(from, slot);

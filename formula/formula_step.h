@@ -11,7 +11,7 @@ struct formula_step;
 /// Does a step on a frame of slots and hands on to the next one. The last step gives the result.
 using step_function = eval_value (*)(const formula_step* at, eval_value::payload* frame);
 
-/// One step of a specialised formula: an operation whose operands have known kinds and places.
+/// One step of a specialised formula: an operation whose operands have known kinds and locations.
 struct formula_step {
     step_function run;
     std::uint16_t target;  ///< the slot of the result; of jumps, how many steps ahead

@@ -194,7 +194,7 @@ protected:
 class IEnumEntry : public INode {
 public:
     [[nodiscard]] virtual std::int64_t get_value() const = 0;
-    /// The place in the enumeration, from 0.
+    /// The index in the enumeration, from 0.
     [[nodiscard]] virtual std::uint32_t get_index() const = 0;
     [[nodiscard]] virtual std::optional<double> get_numeric_value() const = 0;
     [[nodiscard]] virtual bool is_self_clearing() const = 0;

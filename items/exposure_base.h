@@ -6,21 +6,21 @@
 
 namespace ZELAdapterHelper {
 
-constexpr PropertyPlace camera_exposure = OnCamera(wire::camera_control_exposure);
+constexpr PropertyAddress camera_exposure = OnCamera(wire::camera_control_exposure);
 
 /// Where a driver has the values of the item Exposure.
-struct ExposurePlaces {
-    PropertyPlace value;
-    PropertyPlace seconds;
-    PropertyPlace automatic;
-    PropertyPlace limit;
+struct ExposureProperties {
+    PropertyAddress value;
+    PropertyAddress seconds;
+    PropertyAddress automatic;
+    PropertyAddress limit;
     std::int32_t ticks_per_second;
 };
 
 /// What the two classes of the item Exposure have in common.
 class CExposureBase : public CPropertyItem {
 protected:
-    CExposureBase(Device device, const ExposurePlaces& places);
+    CExposureBase(Device device, const ExposureProperties& properties);
 
 private:
     std::array<PropertyRow, 7> rows_;

@@ -5,7 +5,7 @@
 namespace ZELAdapterHelper {
 namespace {
 
-constexpr PropertyPlace float_exposure = VendorFloat(SELVANE_EXPOSURE_FLOAT);
+constexpr PropertyAddress float_exposure = VendorFloat(SELVANE_EXPOSURE_FLOAT);
 
 // What the driver tells when the item is made.
 struct ExposureAbilities {
@@ -29,7 +29,7 @@ struct ExposureAbilities {
     bool has_auto_limit = false;
 };
 
-ExposurePlaces PlacesOf(const ExposureAbilities& abilities) noexcept {
+ExposureProperties PropertiesOf(const ExposureAbilities& abilities) noexcept {
     return {abilities.integer_exposure ? Vendor(SELVANE_EXPOSURE_TICKS) : camera_exposure, float_exposure,
             abilities.float_auto ? float_exposure : camera_exposure, VendorFloat(SELVANE_AUTO_MAX_FLOAT),
             10000};
@@ -39,7 +39,7 @@ ExposurePlaces PlacesOf(const ExposureAbilities& abilities) noexcept {
 class exposure_item final : public CExposureBase {
 public:
     exposure_item(Device device, const ExposureAbilities& abilities)
-        : CExposureBase(std::move(device), PlacesOf(abilities)), abilities_(abilities) {}
+        : CExposureBase(std::move(device), PropertiesOf(abilities)), abilities_(abilities) {}
 
     bool SupportsInterface(InterfaceKey key) override;
 

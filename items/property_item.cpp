@@ -5,8 +5,8 @@
 namespace ZELAdapterHelper {
 namespace {
 
-DWORD VendorId(const PropertyRow& row) noexcept { return row.place.property; }
-LONG ControlId(const PropertyPlace& place) noexcept { return static_cast<LONG>(place.property); }
+DWORD VendorId(const PropertyRow& row) noexcept { return row.address.property; }
+LONG ControlId(const PropertyAddress& address) noexcept { return static_cast<LONG>(address.property); }
 
 }  // namespace
 
@@ -26,32 +26,32 @@ auto CPropertyItem::WithControl(PropertySource source, Use use) const {
     return source == PropertySource::CameraControl ? use(device_.camera.get()) : use(device_.amp.get());
 }
 
-bool CPropertyItem::IsReadable(const PropertyPlace& place) const {
+bool CPropertyItem::IsReadable(const PropertyAddress& address) const {
     wire::integer_record integer = {};
     wire::float_record real = {};
-    return SUCCEEDED(place.source == PropertySource::Float
-                         ? GetFloatProperty(Properties(), place.property, real)
-                         : GetProperty(Properties(), place.property, integer));
+    return SUCCEEDED(address.source == PropertySource::Float
+                         ? GetFloatProperty(Properties(), address.property, real)
+                         : GetProperty(Properties(), address.property, integer));
 }
 
 bool CPropertyItem::SupportsInterface(InterfaceKey key) {
     const PropertyRow* row = Find(key);
     if (row == nullptr) return false;
-    const PropertyPlace& place = row->needed;
-    const auto has_mode = [this, &place](LONG mode) {
-        return WithControl(place.source, [&](auto* control) {
-            return (ControlCapabilities(control, ControlId(place)) & mode) != 0;
+    const PropertyAddress& address = row->needed;
+    const auto has_mode = [this, &address](LONG mode) {
+        return WithControl(address.source, [&](auto* control) {
+            return (ControlCapabilities(control, ControlId(address)) & mode) != 0;
         });
     };
     switch (row->need) {
         case Need::Property:
-            return PropertySupported(Properties(), place.property);
+            return PropertySupported(Properties(), address.property);
         case Need::ReadableProperty:
-            return PropertySupported(Properties(), place.property) && IsReadable(place);
+            return PropertySupported(Properties(), address.property) && IsReadable(address);
         case Need::ControlRange:
-            return WithControl(place.source, [&](auto* control) {
+            return WithControl(address.source, [&](auto* control) {
                 RangeInfo range;
-                return SUCCEEDED(GetControlRange(control, ControlId(place), range));
+                return SUCCEEDED(GetControlRange(control, ControlId(address), range));
             });
         case Need::ManualMode:
             return has_mode(control_manual);
@@ -89,14 +89,14 @@ HRESULT CPropertyItem::IsReadOnly(InterfaceKey key, bool& read_only) {
 HRESULT CPropertyItem::GetSwitch(InterfaceKey key, bool& on) {
     const PropertyRow* row = Find(key, InterfaceType::Switch);
     if (row == nullptr) return E_NOTIMPL;
-    switch (row->place.source) {
+    switch (row->address.source) {
         case PropertySource::Integer:
             return GetPropertySwitch(Properties(), VendorId(*row), on);
         case PropertySource::Float:
             return GetFloatAutomatic(Properties(), VendorId(*row), on);
         default:
-            return WithControl(row->place.source, [&](auto* control) {
-                return GetControlAutomatic(control, ControlId(row->place), on);
+            return WithControl(row->address.source, [&](auto* control) {
+                return GetControlAutomatic(control, ControlId(row->address), on);
             });
     }
 }
@@ -104,14 +104,14 @@ HRESULT CPropertyItem::GetSwitch(InterfaceKey key, bool& on) {
 HRESULT CPropertyItem::SetSwitch(InterfaceKey key, bool on) {
     const PropertyRow* row = Find(key, InterfaceType::Switch);
     if (row == nullptr || row->read_only) return E_NOTIMPL;
-    switch (row->place.source) {
+    switch (row->address.source) {
         case PropertySource::Integer:
             return SetPropertySwitch(Properties(), VendorId(*row), on);
         case PropertySource::Float:
             return SetFloatAutomatic(Properties(), VendorId(*row), on);
         default:
-            return WithControl(row->place.source, [&](auto* control) {
-                return SetControlAutomatic(control, ControlId(row->place), on, row->write);
+            return WithControl(row->address.source, [&](auto* control) {
+                return SetControlAutomatic(control, ControlId(row->address), on, row->write);
             });
     }
 }
@@ -119,14 +119,14 @@ HRESULT CPropertyItem::SetSwitch(InterfaceKey key, bool on) {
 HRESULT CPropertyItem::GetRange(InterfaceKey key, RangeInfo& range) {
     const PropertyRow* row = Find(key, InterfaceType::Range);
     if (row == nullptr) return E_NOTIMPL;
-    switch (row->place.source) {
+    switch (row->address.source) {
         case PropertySource::Integer:
             return GetPropertyRange(Properties(), VendorId(*row), range);
         case PropertySource::Float:
             return GetTickRange(Properties(), VendorId(*row), row->ticks_per_unit, range);
         default:
-            return WithControl(row->place.source, [&](auto* control) {
-                return GetControlRange(control, ControlId(row->place), range);
+            return WithControl(row->address.source, [&](auto* control) {
+                return GetControlRange(control, ControlId(row->address), range);
             });
     }
 }
@@ -134,14 +134,14 @@ HRESULT CPropertyItem::GetRange(InterfaceKey key, RangeInfo& range) {
 HRESULT CPropertyItem::GetValue(InterfaceKey key, std::int32_t& value) {
     const PropertyRow* row = Find(key, InterfaceType::Range);
     if (row == nullptr) return E_NOTIMPL;
-    switch (row->place.source) {
+    switch (row->address.source) {
         case PropertySource::Integer:
             return GetPropertyValue(Properties(), VendorId(*row), value);
         case PropertySource::Float:
             return GetTicks(Properties(), VendorId(*row), row->ticks_per_unit, value);
         default:
-            return WithControl(row->place.source, [&](auto* control) {
-                return GetControlValue(control, ControlId(row->place), value);
+            return WithControl(row->address.source, [&](auto* control) {
+                return GetControlValue(control, ControlId(row->address), value);
             });
     }
 }
@@ -149,14 +149,14 @@ HRESULT CPropertyItem::GetValue(InterfaceKey key, std::int32_t& value) {
 HRESULT CPropertyItem::SetValue(InterfaceKey key, std::int32_t value) {
     const PropertyRow* row = Find(key, InterfaceType::Range);
     if (row == nullptr) return E_NOTIMPL;
-    switch (row->place.source) {
+    switch (row->address.source) {
         case PropertySource::Integer:
             return SetPropertyValue(Properties(), VendorId(*row), value);
         case PropertySource::Float:
             return SetTicks(Properties(), VendorId(*row), row->ticks_per_unit, value);
         default:
-            return WithControl(row->place.source, [&](auto* control) {
-                return SetControlValue(control, ControlId(row->place), value, row->write);
+            return WithControl(row->address.source, [&](auto* control) {
+                return SetControlValue(control, ControlId(row->address), value, row->write);
             });
     }
 }
@@ -164,7 +164,7 @@ HRESULT CPropertyItem::SetValue(InterfaceKey key, std::int32_t value) {
 HRESULT CPropertyItem::GetAbsRange(InterfaceKey key, AbsRangeInfo& range) {
     const PropertyRow* row = Find(key, InterfaceType::AbsoluteValue);
     if (row == nullptr) return E_NOTIMPL;
-    return row->place.source == PropertySource::Float
+    return row->address.source == PropertySource::Float
                ? GetFloatRange(Properties(), VendorId(*row), range)
                : GetScaledRange(Properties(), VendorId(*row), row->ticks_per_unit, range);
 }
@@ -172,7 +172,7 @@ HRESULT CPropertyItem::GetAbsRange(InterfaceKey key, AbsRangeInfo& range) {
 HRESULT CPropertyItem::GetAbsValue(InterfaceKey key, double& value) {
     const PropertyRow* row = Find(key, InterfaceType::AbsoluteValue);
     if (row == nullptr) return E_NOTIMPL;
-    return row->place.source == PropertySource::Float
+    return row->address.source == PropertySource::Float
                ? GetFloatValue(Properties(), VendorId(*row), value)
                : GetScaledValue(Properties(), VendorId(*row), row->ticks_per_unit, value);
 }
@@ -180,7 +180,7 @@ HRESULT CPropertyItem::GetAbsValue(InterfaceKey key, double& value) {
 HRESULT CPropertyItem::SetAbsValue(InterfaceKey key, double value) {
     const PropertyRow* row = Find(key, InterfaceType::AbsoluteValue);
     if (row == nullptr) return E_NOTIMPL;
-    return row->place.source == PropertySource::Float
+    return row->address.source == PropertySource::Float
                ? SetFloatValue(Properties(), VendorId(*row), static_cast<float>(value))
                : SetScaledValue(Properties(), VendorId(*row), row->ticks_per_unit, value);
 }

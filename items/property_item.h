@@ -14,21 +14,21 @@ enum class PropertySource : std::uint8_t {
     VideoProcAmp,   ///< IAMVideoProcAmp
 };
 
-struct PropertyPlace {
+struct PropertyAddress {
     PropertySource source;
     std::uint16_t property;
 };
 
-constexpr PropertyPlace Vendor(selvane_vendor_property property) noexcept {
+constexpr PropertyAddress Vendor(selvane_vendor_property property) noexcept {
     return {PropertySource::Integer, static_cast<std::uint16_t>(property)};
 }
-constexpr PropertyPlace VendorFloat(selvane_vendor_property property) noexcept {
+constexpr PropertyAddress VendorFloat(selvane_vendor_property property) noexcept {
     return {PropertySource::Float, static_cast<std::uint16_t>(property)};
 }
-constexpr PropertyPlace OnCamera(LONG property) noexcept {
+constexpr PropertyAddress OnCamera(LONG property) noexcept {
     return {PropertySource::CameraControl, static_cast<std::uint16_t>(property)};
 }
-constexpr PropertyPlace OnProcAmp(LONG property) noexcept {
+constexpr PropertyAddress OnProcAmp(LONG property) noexcept {
     return {PropertySource::VideoProcAmp, static_cast<std::uint16_t>(property)};
 }
 
@@ -45,16 +45,17 @@ enum class Need : std::uint8_t {
 /// What a switch of the item says of the elements that it governs: see the functions of these names.
 enum class Available : std::uint8_t { Always, UnlessOn, WhileOn, UnlessKnownOn, WhileKnownOn };
 
-/// What a key of an item stands for. The operations of its type work on its place; the others are not there.
+/// What a key of an item stands for. The operations of its type work on its property; the others are not
+/// there.
 struct PropertyRow {
-    constexpr PropertyRow(InterfaceKey its_key, InterfaceType its_type, PropertyPlace its_place) noexcept
+    constexpr PropertyRow(InterfaceKey its_key, InterfaceType its_type, PropertyAddress its_address) noexcept
         : key(static_cast<std::uint16_t>(its_key)),
           type(static_cast<std::uint8_t>(its_type)),
-          place(its_place),
-          needed(its_place) {}
+          address(its_address),
+          needed(its_address) {}
 
-    [[nodiscard]] constexpr PropertyRow Needs(Need what) const noexcept { return Needs(what, place); }
-    [[nodiscard]] constexpr PropertyRow Needs(Need what, PropertyPlace where) const noexcept {
+    [[nodiscard]] constexpr PropertyRow Needs(Need what) const noexcept { return Needs(what, address); }
+    [[nodiscard]] constexpr PropertyRow Needs(Need what, PropertyAddress where) const noexcept {
         PropertyRow row = *this;
         row.need = what;
         row.needed = where;
@@ -92,8 +93,8 @@ struct PropertyRow {
     /// Of integers that stand for physical values, and of floats that show as a range.
     std::int32_t ticks_per_unit = 0;
     std::uint8_t type;  ///< an `InterfaceType`
-    PropertyPlace place;
-    PropertyPlace needed;  ///< where `need` is looked for
+    PropertyAddress address;
+    PropertyAddress needed;  ///< where `need` is looked for
     Need need = Need::Property;
     Available available = Available::Always;
     ModeWrite write = ModeWrite::OnChange;  ///< of controls
@@ -138,8 +139,8 @@ protected:
 private:
     [[nodiscard]] const PropertyRow* Find(InterfaceKey key) const noexcept;
     [[nodiscard]] const PropertyRow* Find(InterfaceKey key, InterfaceType type) const noexcept;
-    [[nodiscard]] bool IsReadable(const PropertyPlace& place) const;
-    // Calls `use` with the control of a place, which may be null.
+    [[nodiscard]] bool IsReadable(const PropertyAddress& address) const;
+    // Calls `use` with the control of an address, which may be null.
     template <class Use>
     auto WithControl(PropertySource source, Use use) const;
 

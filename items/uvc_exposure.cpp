@@ -6,11 +6,11 @@ namespace {
 
 // The two families of properties that drivers have for exposure times. The first leaves the plain value to
 // the camera control.
-constexpr ExposurePlaces ticks = {camera_exposure, Vendor(SELVANE_EXPOSURE_TICKS), camera_exposure,
-                                  Vendor(SELVANE_AUTO_MAX_TICKS), 10000};
-constexpr ExposurePlaces microseconds = {Vendor(SELVANE_EXPOSURE_MICROSECONDS),
-                                         Vendor(SELVANE_EXPOSURE_MICROSECONDS), camera_exposure,
-                                         Vendor(SELVANE_AUTO_MAX_MICROSECONDS), 1000000};
+constexpr ExposureProperties ticks = {camera_exposure, Vendor(SELVANE_EXPOSURE_TICKS), camera_exposure,
+                                      Vendor(SELVANE_AUTO_MAX_TICKS), 10000};
+constexpr ExposureProperties microseconds = {Vendor(SELVANE_EXPOSURE_MICROSECONDS),
+                                             Vendor(SELVANE_EXPOSURE_MICROSECONDS), camera_exposure,
+                                             Vendor(SELVANE_AUTO_MAX_MICROSECONDS), 1000000};
 
 // Exposure over the integer properties and the camera control.
 class CUVCExposure final : public CExposureBase {

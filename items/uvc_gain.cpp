@@ -5,7 +5,7 @@
 namespace ZELAdapterHelper {
 namespace {
 
-constexpr PropertyPlace amp_gain = OnProcAmp(wire::video_proc_amp_gain);
+constexpr PropertyAddress amp_gain = OnProcAmp(wire::video_proc_amp_gain);
 
 constexpr PropertyRow gain_rows[] = {
     PropertyRow(gain_key::value, InterfaceType::Range, amp_gain).Is(Available::UnlessOn, gain_key::automatic),

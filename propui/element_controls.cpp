@@ -124,9 +124,9 @@ void PageLayout::PlaceCombo(CZELItemDataBase& item, InterfaceKey key, int& x, in
 
 PageRect PageLayout::PlaceForCaption(std::wstring_view caption, int& x, int y) {
     const int width = canvas_->TextWidth(caption) + measure::caption_margin;
-    const PageRect place{x, y, width, canvas_->ScaleY(measure::row_height)};
+    const PageRect rect{x, y, width, canvas_->ScaleY(measure::row_height)};
     x += width + canvas_->ScaleX(measure::gap);
-    return place;
+    return rect;
 }
 
 }  // namespace ZELPropUI

@@ -34,15 +34,15 @@ public:
         static_cast<void>(item);
         static_cast<void>(element);
     }
-    virtual void AddLabel(const PageRect& place, std::wstring_view text) = 0;
-    virtual void AddSlider(const PageRect& place, ISliderController& controller) = 0;
-    virtual void AddEdit(const PageRect& place, ISliderController& controller) = 0;
+    virtual void AddLabel(const PageRect& rect, std::wstring_view text) = 0;
+    virtual void AddSlider(const PageRect& rect, ISliderController& controller) = 0;
+    virtual void AddEdit(const PageRect& rect, ISliderController& controller) = 0;
     /// Belongs to the edit of the call before.
-    virtual void AddSpinButton(const PageRect& place, ISliderController& controller) = 0;
-    virtual void AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) = 0;
-    virtual void AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+    virtual void AddSpinButton(const PageRect& rect, ISliderController& controller) = 0;
+    virtual void AddCombo(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key) = 0;
+    virtual void AddSwitch(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                            std::wstring_view caption) = 0;
-    virtual void AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+    virtual void AddButton(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                            std::wstring_view caption) = 0;
 };
 

@@ -8,8 +8,9 @@ std::optional<fault> call_book::strike(const driver_call& call) {
     std::optional<fault> struck;
     for (waiting_fault& waiting : faults_) {
         if (waiting.what.when && !waiting.what.when(call)) continue;
-        const std::uint64_t place = ++waiting.picked;
-        const bool strikes = place >= waiting.what.first && place - waiting.what.first < waiting.what.count;
+        const std::uint64_t ordinal = ++waiting.picked;
+        const bool strikes =
+            ordinal >= waiting.what.first && ordinal - waiting.what.first < waiting.what.count;
         if (strikes && !struck) struck = waiting.what;
     }
     return struck;

@@ -242,7 +242,7 @@ HRESULT camera_core::ask_control(call_kind kind, LONG property, Give give) {
     });
 }
 
-HRESULT camera_core::control_range(call_kind kind, LONG property, const range_places& out) {
+HRESULT camera_core::control_range(call_kind kind, LONG property, const range_outputs& out) {
     if (std::find(out.begin(), out.end(), nullptr) != out.end()) return E_POINTER;
     return ask_control(kind, property, [&](const direct_show_property& control, driver_call& call) {
         call.numbers = {control.min, control.max, control.step, control.default_value,

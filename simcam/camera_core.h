@@ -25,7 +25,7 @@ public:
     [[nodiscard]] HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data,
                               DWORD data_size);
 
-    [[nodiscard]] HRESULT control_range(call_kind kind, LONG property, const range_places& out);
+    [[nodiscard]] HRESULT control_range(call_kind kind, LONG property, const range_outputs& out);
     [[nodiscard]] HRESULT control_get(call_kind kind, LONG property, LONG* value, LONG* flags);
     [[nodiscard]] HRESULT control_set(call_kind kind, LONG property, LONG value, LONG flags);
 

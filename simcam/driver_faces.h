@@ -8,7 +8,7 @@
 namespace simcam {
 
 /// The ends of a range, step, default and capabilities, in the order of `GetRange`.
-using range_places = std::array<LONG*, 5>;
+using range_outputs = std::array<LONG*, 5>;
 
 /// The interfaces by which a capture filter shows its camera, as parts of that filter. Behind them stands a
 /// `Driver`, which outlives them and has these operations:
@@ -17,7 +17,7 @@ using range_places = std::array<LONG*, 5>;
 ///     HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size,
 ///                 DWORD* returned);
 ///     HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size);
-///     HRESULT control_range(call_kind kind, LONG property, const range_places& out);
+///     HRESULT control_range(call_kind kind, LONG property, const range_outputs& out);
 ///     HRESULT control_get(call_kind kind, LONG property, LONG* value, LONG* flags);
 ///     HRESULT control_set(call_kind kind, LONG property, LONG value, LONG flags);
 ///

@@ -17,7 +17,7 @@ namespace simcam {
 enum class value_form { integer, real, text };
 
 /// Answers the paths of named feature access from documents of its own. Every value is read past the register
-/// caches: the registers may have changed by the other road. What a feature refuses comes back as the
+/// caches: the registers may have changed by the other access path. What a feature refuses comes back as the
 /// engine's HRESULT; an unknown feature or suffix, or one that its kind does not have, as 0x80070490.
 class feature_server {
 public:

@@ -67,7 +67,7 @@ void write_yuv_row(const std::uint32_t* source, const std::vector<std::uint32_t>
 }
 
 // The row of the frame that is the n-th from the top of the picture.
-std::size_t place_of_row(const frame_format& format, int y) noexcept {
+std::size_t row_index(const frame_format& format, int y) noexcept {
     return static_cast<std::size_t>(format.pixels == pixel_format::rgb24 ? format.height - 1 - y : y);
 }
 
@@ -84,7 +84,7 @@ void write_mark(const frame_format& format, std::uint64_t number, std::uint8_t* 
     const auto left = static_cast<std::size_t>(number * pace % room / 2 * 2);
     const std::size_t pixel = format.pixels == pixel_format::rgb24 ? 3 : 2;
     for (int y = 0; y < std::min(static_cast<int>(size), format.height); ++y) {
-        std::uint8_t* row = frame + place_of_row(format, y) * row_size(format) + left * pixel;
+        std::uint8_t* row = frame + row_index(format, y) * row_size(format) + left * pixel;
         std::memset(row, mark_level, size * pixel);
         for (std::size_t at = 1; format.pixels == pixel_format::yuy2 && at < size * pixel; at += 2)
             row[at] = 128;
@@ -142,7 +142,7 @@ void picture_painter::paint(const picture_state& state, const frame_format& form
     const std::uint8_t* above = nullptr;
     std::uint32_t row_above = 0;
     for (int y = 0; y < format.height; ++y) {
-        std::uint8_t* row = frame + place_of_row(format, y) * size;
+        std::uint8_t* row = frame + row_index(format, y) * size;
         const std::uint32_t source = scene_row(state, y, format.height);
         const std::uint32_t* points = developed_.data() + std::size_t{source} * scene_width;
         if (above != nullptr && source == row_above) {

@@ -12,7 +12,7 @@ namespace {
 // One property that shows a quantity, and how many of its units make one of the quantity's.
 struct view {
     int quantity;
-    view_place place;
+    view_source source;
     LONG id;
     double per_unit;
 };
@@ -22,20 +22,20 @@ constexpr int exposure_limit = 1;  // seconds
 constexpr int gain = 2;            // dB
 
 constexpr view views[] = {
-    {exposure, view_place::integer, SELVANE_EXPOSURE_TICKS, 1e4},
-    {exposure, view_place::integer, SELVANE_EXPOSURE_MICROSECONDS, 1e6},
-    {exposure, view_place::real, SELVANE_EXPOSURE_FLOAT, 1.0},
-    {exposure, view_place::camera_control, wire::camera_control_exposure, 1e4},
-    {exposure_limit, view_place::integer, SELVANE_AUTO_MAX_TICKS, 1e4},
-    {exposure_limit, view_place::integer, SELVANE_AUTO_MAX_MICROSECONDS, 1e6},
-    {exposure_limit, view_place::real, SELVANE_AUTO_MAX_FLOAT, 1.0},
-    {gain, view_place::integer, SELVANE_GAIN, 100.0},
-    {gain, view_place::video_proc_amp, wire::video_proc_amp_gain, 10.0},
+    {exposure, view_source::integer, SELVANE_EXPOSURE_TICKS, 1e4},
+    {exposure, view_source::integer, SELVANE_EXPOSURE_MICROSECONDS, 1e6},
+    {exposure, view_source::real, SELVANE_EXPOSURE_FLOAT, 1.0},
+    {exposure, view_source::camera_control, wire::camera_control_exposure, 1e4},
+    {exposure_limit, view_source::integer, SELVANE_AUTO_MAX_TICKS, 1e4},
+    {exposure_limit, view_source::integer, SELVANE_AUTO_MAX_MICROSECONDS, 1e6},
+    {exposure_limit, view_source::real, SELVANE_AUTO_MAX_FLOAT, 1.0},
+    {gain, view_source::integer, SELVANE_GAIN, 100.0},
+    {gain, view_source::video_proc_amp, wire::video_proc_amp_gain, 10.0},
 };
 
-const view* find_view(view_place place, LONG id) noexcept {
+const view* find_view(view_source source, LONG id) noexcept {
     const auto* found = std::find_if(std::begin(views), std::end(views), [&](const view& candidate) {
-        return candidate.place == place && candidate.id == id;
+        return candidate.source == source && candidate.id == id;
     });
     return found == std::end(views) ? nullptr : found;
 }
@@ -49,17 +49,17 @@ void use_property(Map& map, LONG id, Use use) {
 // Calls `use` with the property of a view, if the camera has it.
 template <class Model, class Use>
 void with_view(Model& model, const view& seen, Use use) {
-    switch (seen.place) {
-        case view_place::integer:
+    switch (seen.source) {
+        case view_source::integer:
             use_property(model.integers, seen.id, use);
             break;
-        case view_place::real:
+        case view_source::real:
             use_property(model.floats, seen.id, use);
             break;
-        case view_place::camera_control:
+        case view_source::camera_control:
             use_property(model.camera_control, seen.id, use);
             break;
-        case view_place::video_proc_amp:
+        case view_source::video_proc_amp:
             use_property(model.video_proc_amp, seen.id, use);
             break;
     }
@@ -78,8 +78,8 @@ void show(Property& property, double amount, std::uint32_t mode) {
 
 }  // namespace
 
-void follow_view(vendor_model& model, view_place place, LONG id) {
-    const view* set = find_view(place, id);
+void follow_view(vendor_model& model, view_source source, LONG id) {
+    const view* set = find_view(source, id);
     if (set == nullptr) return;
     double amount = 0;
     std::uint32_t mode = 0;
@@ -94,7 +94,7 @@ void follow_view(vendor_model& model, view_place place, LONG id) {
 }
 
 bool is_quantity_automatic(const vendor_model& model, LONG id) {
-    const view* asked = find_view(view_place::integer, id);
+    const view* asked = find_view(view_source::integer, id);
     if (asked == nullptr) return false;
     return std::any_of(std::begin(views), std::end(views), [&](const view& other) {
         bool automatic = false;

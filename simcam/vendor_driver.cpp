@@ -227,7 +227,7 @@ HRESULT vendor_driver::set_float(DWORD id, float_property& property, const void*
         property.value = value;
     }
     property.flags = automatic ? wire::automatic : wire::manual;
-    follow_view(model_, view_place::real, static_cast<LONG>(id));
+    follow_view(model_, view_source::real, static_cast<LONG>(id));
     return S_OK;
 }
 
@@ -264,7 +264,7 @@ void vendor_driver::act_on(DWORD id, integer_property& property) {
             if (on) start_focus();
             break;
         default:
-            follow_view(model_, view_place::integer, static_cast<LONG>(id));
+            follow_view(model_, view_source::integer, static_cast<LONG>(id));
             break;
     }
 }
@@ -316,7 +316,7 @@ HRESULT vendor_driver::set_control(control_map& controls, LONG property, LONG va
     }
     control.flags = mode;
     const bool camera = &controls == &model_.camera_control;
-    follow_view(model_, camera ? view_place::camera_control : view_place::video_proc_amp, property);
+    follow_view(model_, camera ? view_source::camera_control : view_source::video_proc_amp, property);
     return S_OK;
 }
 

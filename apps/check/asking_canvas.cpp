@@ -88,11 +88,11 @@ void asking_canvas::ask_box(CZELItemDataBase& item, InterfaceKey key) {
     std::vector<SharedString> strings;
     static_cast<void>(GuardedItem(item).GetMapStrings(key, strings));
     static_cast<void>(is_available(item, key));
-    std::int32_t place = -1;
-    const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, place));
+    std::int32_t rect = -1;
+    const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, rect));
     if (described_ == nullptr) return;
     judge_entry(key, selected);
-    // Over registers a box is read by values and written by places.
+    // Over registers a box is read by values and written by indices.
     if (described_->selected_entry(std::string(node_of(key)->get_name())) != nullptr) write_back(item, key);
 }
 

@@ -146,7 +146,7 @@ HRESULT driver_watch::run_control(call_kind kind, LONG property, Work work) {
     return run(call, [&] { return behind_.with_control(kind, work); });
 }
 
-HRESULT driver_watch::control_range(call_kind kind, LONG property, const simcam::range_places& out) {
+HRESULT driver_watch::control_range(call_kind kind, LONG property, const simcam::range_outputs& out) {
     return run_control(kind, property, [&](auto& control) {
         return control.GetRange(property, out[0], out[1], out[2], out[3], out[4]);
     });

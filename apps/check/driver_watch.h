@@ -44,7 +44,7 @@ public:
     HRESULT get(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size,
                 DWORD* returned);
     HRESULT set(REFGUID set, DWORD id, void* instance, DWORD instance_size, void* data, DWORD data_size);
-    HRESULT control_range(simcam::call_kind kind, LONG property, const simcam::range_places& out);
+    HRESULT control_range(simcam::call_kind kind, LONG property, const simcam::range_outputs& out);
     HRESULT control_get(simcam::call_kind kind, LONG property, LONG* value, LONG* flags);
     HRESULT control_set(simcam::call_kind kind, LONG property, LONG value, LONG flags);
 

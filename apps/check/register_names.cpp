@@ -12,13 +12,13 @@ namespace {
 using selvane_inspect::element_index;
 
 std::optional<std::uint64_t> stated_address(pugi::xml_node element) {
-    const pugi::xml_node frame = GenICam::register_frame_of(element);
-    if (!frame.child("Address")) return std::nullopt;
+    const pugi::xml_node struct_reg = GenICam::register_element_of(element);
+    if (!struct_reg.child("Address")) return std::nullopt;
     for (const char* computed : {"pAddress", "pIndex", "IntSwissKnife"}) {
-        if (frame.child(computed)) return std::nullopt;
+        if (struct_reg.child(computed)) return std::nullopt;
     }
     std::uint64_t sum = 0;
-    for (const pugi::xml_node term : frame.children("Address")) sum += term.text().as_ullong();
+    for (const pugi::xml_node term : struct_reg.children("Address")) sum += term.text().as_ullong();
     return sum;
 }
 

@@ -22,7 +22,7 @@ severity_counts counts_of(const driver_report& report) {
     return counts;
 }
 
-const char* road_of(const driver_report& report) {
+const char* access_path_of(const driver_report& report) {
     if (report.named_access && report.register_access) {
         return report.registers_asked ? "names (and registers)"
                                       : "names (registers are offered and were not asked)";
@@ -45,7 +45,7 @@ std::string report_text(const driver_report& report, const std::string& driver) 
         if (broken.count(&rule) == 0) continue;
         text += fmt::format("    {}: {} {}\n", rule.name, rule.why, rule.what_to_do);
     }
-    text += fmt::format("{}: access by {}, {}, {}, {}\n", driver, road_of(report),
+    text += fmt::format("{}: access by {}, {}, {}, {}\n", driver, access_path_of(report),
                         count_text(report.descriptions, "description"),
                         count_text(report.controls, "control"), count_text(report.calls, "call"));
     return text + driver + ": " + selvane_inspect::summary(counts_of(report)) + "\n";

@@ -27,7 +27,7 @@ public:
             return camera.property_set()->Set(set, id, instance, instance_size, data, data_size);
         });
     }
-    HRESULT control_range(simcam::call_kind kind, LONG property, const simcam::range_places& out) {
+    HRESULT control_range(simcam::call_kind kind, LONG property, const simcam::range_outputs& out) {
         return at_control(kind, [&](auto* control) {
             return control->GetRange(property, out[0], out[1], out[2], out[3], out[4]);
         });

@@ -33,9 +33,9 @@ void load_memory(simcam::simulated_camera& camera, const std::filesystem::path& 
     if (line != 0) throw wrong_use(fmt::format("{}: line {} is not understood", file.u8string(), line));
 }
 
-void choose_road(simcam::camera_options& camera, access_road road) {
-    if (road == access_road::named) camera.register_access = false;
-    if (road == access_road::registers) camera.named_access = false;
+void choose_access_path(simcam::camera_options& camera, access_path access) {
+    if (access == access_path::named) camera.register_access = false;
+    if (access == access_path::registers) camera.named_access = false;
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ simcam::camera_ptr make_wanted_camera(const host_options& options) {
     for (const std::filesystem::path& file : options.descriptions) files.push_back(file.u8string());
     simcam::camera_options wanted = wanted_options(options);
     if (!files.empty()) refuse(simcam::replace_descriptions(wanted, files));
-    choose_road(wanted, options.access);
+    choose_access_path(wanted, options.access);
     wanted.call_delay = options.delay;
     wanted.keep_transcript = false;  // what is traced is printed as it comes
     simcam::camera_ptr camera = simcam::make_camera(std::move(wanted));

@@ -21,8 +21,8 @@ host_error unusable_driver(const std::filesystem::path& file, const std::string&
 platform::com_ptr<IUnknown> open_driver(const std::filesystem::path& file) {
     // A name without a folder would be looked for where the system has its own DLLs.
     std::error_code failure;
-    const std::filesystem::path place = std::filesystem::absolute(file, failure);
-    const HMODULE module = failure ? nullptr : LoadLibraryW(place.c_str());
+    const std::filesystem::path path = std::filesystem::absolute(file, failure);
+    const HMODULE module = failure ? nullptr : LoadLibraryW(path.c_str());
     if (module == nullptr) throw unusable_driver(file, system_message(GetLastError()));
     using factory = HRESULT(STDMETHODCALLTYPE*)(IUnknown**);
     const auto make =

@@ -30,6 +30,7 @@ public:
     void rethrow_failure() const {
         if (failure_) std::rethrow_exception(failure_);
     }
+    [[nodiscard]] bool has_seen_frame() const noexcept { return has_seen_frame_; }
 
 private:
     static void CALLBACK on_timer(HWND, UINT, UINT_PTR, DWORD) {
@@ -46,6 +47,7 @@ private:
     }
 
     void run_in(const frame_window& frame) noexcept {
+        has_seen_frame_ = true;
         if (failure_) return;
         try {
             task_(frame);
@@ -60,6 +62,7 @@ private:
     UINT_PTR timer_ = 0;
     std::exception_ptr failure_;
     bool running_ = false;
+    bool has_seen_frame_ = false;
 };
 
 frame_timer* frame_timer::current_ = nullptr;
@@ -85,6 +88,9 @@ void show_frame(const std::string& caption, IUnknown& camera, std::vector<CLSID>
     if (FAILED(hr)) {
         throw wrong_use("the property frame cannot be opened: " + system_message(static_cast<DWORD>(hr)));
     }
+    // The platform calls it a success, too, when it had no windows to make a frame of.
+    if (!timer.has_seen_frame())
+        throw wrong_use("the property frame did not open; its windows need a display");
 }
 
 }  // namespace selvane_host

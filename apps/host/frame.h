@@ -14,7 +14,7 @@ namespace selvane_host {
 using frame_task = std::function<void(const frame_window&)>;
 
 /// Shows pages of a camera in the platform's property frame, until it is closed. Throws `host_error` when it
-/// cannot be opened.
+/// cannot be opened, or does not open for want of a display.
 void show_frame(const std::string& caption, IUnknown& camera, std::vector<CLSID> pages,
                 const frame_task& task);
 

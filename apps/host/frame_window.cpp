@@ -67,11 +67,11 @@ std::string frame_window::page_title(int page) const {
     return platform::narrow(item.pszText);
 }
 
-RECT frame_window::tab_place(int page) const noexcept {
-    RECT place{};
-    SendMessageW(tabs_, TCM_GETITEMRECT, static_cast<WPARAM>(page), reinterpret_cast<LPARAM>(&place));
-    MapWindowPoints(tabs_, nullptr, reinterpret_cast<POINT*>(&place), 2);
-    return place;
+RECT frame_window::tab_rect(int page) const noexcept {
+    RECT rect{};
+    SendMessageW(tabs_, TCM_GETITEMRECT, static_cast<WPARAM>(page), reinterpret_cast<LPARAM>(&rect));
+    MapWindowPoints(tabs_, nullptr, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
 }
 
 void frame_window::repaint() const noexcept {

@@ -21,7 +21,7 @@ public:
     void show_page(int page) const noexcept;
     [[nodiscard]] std::string page_title(int page) const;
     /// Of the tab, in pixels of the screen.
-    [[nodiscard]] RECT tab_place(int page) const noexcept;
+    [[nodiscard]] RECT tab_rect(int page) const noexcept;
     /// Paints at once what is to be painted.
     void repaint() const noexcept;
     void close() const noexcept;

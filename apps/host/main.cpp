@@ -64,6 +64,7 @@ void show_pages(const host_options& options, const camera_to_show& camera, const
         }
         if (walk) walk->step(frame);
     });
+    if (walk) walk->finish();
 }
 
 int check_camera(const host_options& options, const camera_to_show& camera) {

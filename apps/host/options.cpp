@@ -10,8 +10,8 @@
 namespace selvane_host {
 namespace {
 
-constexpr const char* named_road = "named";
-constexpr const char* register_road = "registers";
+constexpr const char* named_path = "named";
+constexpr const char* register_path = "registers";
 
 constexpr int longest_delay = 10000;
 
@@ -27,7 +27,7 @@ struct raw_options {
     std::vector<std::string> descriptions;
     std::string memory;
     std::string pictures;
-    std::string road;
+    std::string access_path;
     std::string driver;
     int delay = 0;
 };
@@ -38,10 +38,11 @@ void add_camera_options(CLI::App& app, host_options& options, raw_options& raw) 
     CLI::Option* camera =
         app.add_option("--camera", options.camera, "A ready-made camera")->type_name("NAME");
     CLI::Option* access =
-        app.add_option("--access", raw.road,
-                       "Only this road to the features: named or registers (default: what the camera has)")
-            ->type_name("ROAD")
-            ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
+        app.add_option(
+               "--access", raw.access_path,
+               "Only this access path to the features: named or registers (default: what the camera has)")
+            ->type_name("PATH")
+            ->check(CLI::IsMember(std::set<std::string>{named_path, register_path}));
     CLI::Option* memory =
         app.add_option("--memory", raw.memory, "Register contents on top of what the camera starts with")
             ->type_name("FILE");
@@ -125,8 +126,8 @@ host_options parse_options(std::vector<std::string> arguments) {
     refuse_empty(app, "--pictures", raw.pictures.empty());
     for (const std::string& file : raw.descriptions)
         options.descriptions.push_back(std::filesystem::u8path(file));
-    if (raw.road == named_road) options.access = access_road::named;
-    if (raw.road == register_road) options.access = access_road::registers;
+    if (raw.access_path == named_path) options.access = access_path::named;
+    if (raw.access_path == register_path) options.access = access_path::registers;
     options.driver = std::filesystem::u8path(raw.driver);
     options.delay = std::chrono::milliseconds(raw.delay);
     options.memory = std::filesystem::u8path(raw.memory);

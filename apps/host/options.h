@@ -7,14 +7,14 @@
 
 namespace selvane_host {
 
-/// By which road the simulated driver lets the pages reach the camera.
-enum class access_road { as_offered, named, registers };
+/// By which access path the simulated driver lets the pages reach the camera.
+enum class access_path { as_offered, named, registers };
 
 /// What the user asked for.
 struct host_options {
     std::vector<std::filesystem::path> descriptions;  ///< in place of the camera's own
     std::string camera;                               ///< of the ready-made ones; empty for the usual one
-    access_road access = access_road::as_offered;
+    access_path access = access_path::as_offered;
     std::chrono::milliseconds delay{0};  ///< of each call of the simulated driver
     std::filesystem::path memory;        ///< register contents of the simulated camera; empty for its own
     std::string device;                  ///< name of a real device; empty for the simulated camera

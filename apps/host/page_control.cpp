@@ -49,7 +49,7 @@ BOOL CALLBACK take_control(HWND window, LPARAM list) {
     const std::optional<control_kind> kind = kind_of(window);
     if (!kind || IsWindowVisible(window) == 0) return TRUE;
     page_control control{window, *kind, {}, window_text(window)};
-    GetWindowRect(window, &control.place);
+    GetWindowRect(window, &control.rect);
     reinterpret_cast<std::vector<page_control>*>(list)->push_back(std::move(control));
     return TRUE;
 }
@@ -61,7 +61,7 @@ std::string slider_state(HWND slider) {
     SendMessageW(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
     MapWindowPoints(slider, nullptr, reinterpret_cast<POINT*>(&thumb), 2);
     return fmt::format("position {} of {}..{} thumb {}", ask(slider, TBM_GETPOS),
-                       ask(slider, TBM_GETRANGEMIN), ask(slider, TBM_GETRANGEMAX), place_text(thumb));
+                       ask(slider, TBM_GETRANGEMIN), ask(slider, TBM_GETRANGEMAX), rect_text(thumb));
 }
 
 std::string entry_text(HWND combo, WPARAM entry) {
@@ -125,17 +125,16 @@ std::vector<open_entry> open_entries(const page_control& control) {
     const LRESULT count = ask(control.window, CB_GETCOUNT);
     for (LRESULT at = 0; at < count; ++at) {
         const auto entry = static_cast<WPARAM>(at);
-        RECT place{};
-        SendMessageW(info.hwndList, LB_GETITEMRECT, entry, reinterpret_cast<LPARAM>(&place));
-        MapWindowPoints(info.hwndList, nullptr, reinterpret_cast<POINT*>(&place), 2);
-        entries.push_back({entry_text(control.window, entry), place});
+        RECT rect{};
+        SendMessageW(info.hwndList, LB_GETITEMRECT, entry, reinterpret_cast<LPARAM>(&rect));
+        MapWindowPoints(info.hwndList, nullptr, reinterpret_cast<POINT*>(&rect), 2);
+        entries.push_back({entry_text(control.window, entry), rect});
     }
     return entries;
 }
 
-std::string place_text(const RECT& place) {
-    return fmt::format("{},{} {}x{}", place.left, place.top, place.right - place.left,
-                       place.bottom - place.top);
+std::string rect_text(const RECT& rect) {
+    return fmt::format("{},{} {}x{}", rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
 }
 
 }  // namespace selvane_host

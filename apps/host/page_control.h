@@ -13,7 +13,7 @@ enum class control_kind { label, slider, edit, spin_button, combo, check_box, bu
 struct page_control {
     HWND window;
     control_kind kind;
-    RECT place;  ///< in pixels of the screen
+    RECT rect;  ///< in pixels of the screen
     std::string text;
 };
 
@@ -29,13 +29,13 @@ struct page_control {
 /// An entry of a combo box whose list is open.
 struct open_entry {
     std::string text;
-    RECT place;  ///< in pixels of the screen
+    RECT rect;  ///< in pixels of the screen
 };
 
 /// The entries that can be picked at the moment; none unless the control is a combo box with its list open.
 [[nodiscard]] std::vector<open_entry> open_entries(const page_control& control);
 
 /// "x,y widthxheight"
-[[nodiscard]] std::string place_text(const RECT& place);
+[[nodiscard]] std::string rect_text(const RECT& rect);
 
 }  // namespace selvane_host

@@ -29,7 +29,7 @@ LONG outermost_label(const controls& all) {
     bool found = false;
     for (const page_control& control : all) {
         if (control.kind != control_kind::label) continue;
-        left = found ? std::min(left, control.place.left) : control.place.left;
+        left = found ? std::min(left, control.rect.left) : control.rect.left;
         found = true;
     }
     return left;
@@ -39,9 +39,9 @@ LONG outermost_label(const controls& all) {
 const page_control* label_of(const page_control& control, const controls& all) {
     const page_control* nearest = nullptr;
     for (const page_control& label : all) {
-        if (label.kind != control_kind::label || label.place.top != control.place.top) continue;
-        if (label.place.left >= control.place.left) continue;
-        if (nearest == nullptr || label.place.left > nearest->place.left) nearest = &label;
+        if (label.kind != control_kind::label || label.rect.top != control.rect.top) continue;
+        if (label.rect.left >= control.rect.left) continue;
+        if (nearest == nullptr || label.rect.left > nearest->rect.left) nearest = &label;
     }
     return nearest;
 }
@@ -50,9 +50,9 @@ const page_control* label_of(const page_control& control, const controls& all) {
 const page_control* item_of(const page_control& control, const controls& all, LONG item_left) {
     const page_control* nearest = nullptr;
     for (const page_control& label : all) {
-        if (label.kind != control_kind::label || label.place.left != item_left) continue;
-        if (label.place.top > control.place.top) continue;
-        if (nearest == nullptr || label.place.top > nearest->place.top) nearest = &label;
+        if (label.kind != control_kind::label || label.rect.left != item_left) continue;
+        if (label.rect.top > control.rect.top) continue;
+        if (nearest == nullptr || label.rect.top > nearest->rect.top) nearest = &label;
     }
     return nearest;
 }
@@ -66,40 +66,40 @@ std::string name_of(const page_control& control, const controls& all) {
 
 std::string control_lines(const page_control& control, const controls& all, LONG item_left) {
     if (control.kind == control_kind::label) {
-        return fmt::format("label {} {}\n", quoted_text(control.text), place_text(control.place));
+        return fmt::format("label {} {}\n", quoted_text(control.text), rect_text(control.rect));
     }
     const page_control* item = item_of(control, all, item_left);
     const std::string state = control_state(control);
     const std::string name = quoted_text(name_of(control, all));
     std::string lines = fmt::format(
         "{} {} of {} {} {}{}{}\n", kind_word(control.kind), name,
-        quoted_text(item != nullptr ? item->text : std::string()), place_text(control.place),
+        quoted_text(item != nullptr ? item->text : std::string()), rect_text(control.rect),
         IsWindowEnabled(control.window) != 0 ? "enabled" : "disabled", state.empty() ? "" : " ", state);
     for (const open_entry& entry : open_entries(control)) {
-        lines += fmt::format("entry {} of {} {}\n", quoted_text(entry.text), name, place_text(entry.place));
+        lines += fmt::format("entry {} of {} {}\n", quoted_text(entry.text), name, rect_text(entry.rect));
     }
     return lines;
 }
 
-RECT place_of(HWND window) {
-    RECT place{};
-    GetWindowRect(window, &place);
-    return place;
+RECT rect_of(HWND window) {
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
 }
 
-RECT inner_place_of(HWND window) {
-    RECT place{};
-    GetClientRect(window, &place);
-    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
-    return place;
+RECT inner_rect_of(HWND window) {
+    RECT rect{};
+    GetClientRect(window, &rect);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
 }
 
 std::string frame_lines(const frame_window& frame, const controls& all) {
     std::string text = fmt::format("frame {} {}\n", quoted_text(window_text(frame.handle())),
-                                   place_text(inner_place_of(frame.handle())));
+                                   rect_text(inner_rect_of(frame.handle())));
     for (const page_control& control : all) {
         if (control.kind != control_kind::button || GetParent(control.window) != frame.handle()) continue;
-        text += fmt::format("command {} {}\n", quoted_text(control.text), place_text(control.place));
+        text += fmt::format("command {} {}\n", quoted_text(control.text), rect_text(control.rect));
     }
     return text;
 }
@@ -107,11 +107,47 @@ std::string frame_lines(const frame_window& frame, const controls& all) {
 std::string page_lines(const frame_window& frame, HWND page) {
     const int shown = frame.shown_page();
     std::string text = fmt::format("page {} of {} {} {}\n", shown + 1, frame.page_count(),
-                                   quoted_text(frame.page_title(shown)), place_text(place_of(page)));
+                                   quoted_text(frame.page_title(shown)), rect_text(rect_of(page)));
     for (int tab = 0; tab < frame.page_count(); ++tab) {
         text += fmt::format("tab {} {} {}\n", tab + 1, quoted_text(frame.page_title(tab)),
-                            place_text(frame.tab_place(tab)));
+                            rect_text(frame.tab_rect(tab)));
     }
+    return text;
+}
+
+struct thread_boxes {
+    HWND frame;
+    std::vector<HWND> windows;
+};
+
+BOOL CALLBACK take_box(HWND window, LPARAM found) {
+    auto& boxes = *reinterpret_cast<thread_boxes*>(found);
+    const bool is_box =
+        window != boxes.frame && IsWindowVisible(window) != 0 && class_name(window) == L"#32770";
+    if (is_box) boxes.windows.push_back(window);
+    return TRUE;
+}
+
+// The text of a box stands on its labels, of which the one with the picture has none.
+std::string box_lines(HWND box) {
+    const std::string caption = quoted_text(window_text(box));
+    std::string text;
+    std::string answers;
+    for (const page_control& control : find_controls(box)) {
+        if (control.kind == control_kind::label && !control.text.empty())
+            text += (text.empty() ? "" : " ") + control.text;
+        if (control.kind == control_kind::button)
+            answers += fmt::format("answer {} of {} {}\n", quoted_text(control.text), caption,
+                                   rect_text(control.rect));
+    }
+    return fmt::format("box {} {} {}\n{}", caption, quoted_text(text), rect_text(rect_of(box)), answers);
+}
+
+std::string all_box_lines(const frame_window& frame) {
+    thread_boxes boxes{frame.handle(), {}};
+    EnumThreadWindows(GetCurrentThreadId(), take_box, reinterpret_cast<LPARAM>(&boxes));
+    std::string text;
+    for (const HWND box : boxes.windows) text += box_lines(box);
     return text;
 }
 
@@ -125,7 +161,7 @@ std::string describe_layout(const frame_window& frame) {
     const controls all = find_controls(page);
     const LONG item_left = outermost_label(all);
     for (const page_control& control : all) text += control_lines(control, all, item_left);
-    return text + "end\n";
+    return text + all_box_lines(frame) + "end\n";
 }
 
 }  // namespace selvane_host

@@ -70,11 +70,11 @@ private:
 };
 
 pixels copy_window(HWND window) {
-    RECT place{};
-    GetClientRect(window, &place);
+    RECT rect{};
+    GetClientRect(window, &rect);
     pixels copy;
-    copy.width = static_cast<UINT>(place.right);
-    copy.height = static_cast<UINT>(place.bottom);
+    copy.width = static_cast<UINT>(rect.right);
+    copy.height = static_cast<UINT>(rect.bottom);
     copy.bytes.resize(std::size_t{4} * copy.width * copy.height);
     const window_context source(window);
     memory_bitmap bitmap(source.get(), static_cast<int>(copy.width), static_cast<int>(copy.height));

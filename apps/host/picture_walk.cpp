@@ -51,7 +51,15 @@ void picture_walk::step(const frame_window& frame) {
     save_picture(frame.handle(), file);
     write_line("picture " + file.u8string());
     steps_shown_ = 0;
-    if (++page_ == frame.page_count()) frame.close();
+    if (++page_ < frame.page_count()) return;
+    is_done_ = true;
+    frame.close();
+}
+
+void picture_walk::finish() const {
+    if (is_done_) return;
+    throw wrong_use("the property frame was closed before every page had its picture; saved: " +
+                    std::to_string(page_));
 }
 
 std::filesystem::path picture_walk::file_of(const frame_window& frame) const {

@@ -15,11 +15,14 @@ public:
 
     /// To be called again and again while the frame is open. Throws `host_error`.
     void step(const frame_window& frame);
+    /// To be called when the frame is closed. Throws `host_error` unless every page has its picture.
+    void finish() const;
 
 private:
     [[nodiscard]] std::filesystem::path file_of(const frame_window& frame) const;
 
     std::filesystem::path folder_;
+    bool is_done_ = false;
     int page_ = 0;
     int steps_shown_ = 0;
 };

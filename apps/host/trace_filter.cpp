@@ -76,7 +76,7 @@ public:
         });
     }
 
-    HRESULT control_range(call_kind kind, LONG property, const simcam::range_places& out) {
+    HRESULT control_range(call_kind kind, LONG property, const simcam::range_outputs& out) {
         return run_control(kind, property, {out[0], out[1], out[2], out[3], out[4]}, [&](auto& control) {
             return control.GetRange(property, out[0], out[1], out[2], out[3], out[4]);
         });

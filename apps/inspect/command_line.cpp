@@ -174,10 +174,11 @@ void add_pages(command_set& commands) {
     pages_options& options = commands.add("pages", "What the four property pages will show", pages, command);
     add_description_options(*command, options.input);
     command->add_option("--svg", options.folder, "Draw each page as a picture there")->type_name("DIR");
-    command->add_option("--access", options.road, "The road to the features: registers or named")
-        ->type_name("ROAD")
+    command
+        ->add_option("--access", options.access_path, "The access path to the features: registers or named")
+        ->type_name("PATH")
         ->capture_default_str()
-        ->check(CLI::IsMember(std::set<std::string>{named_road, register_road}));
+        ->check(CLI::IsMember(std::set<std::string>{named_path, register_path}));
 }
 
 void add_dump(command_set& commands) {

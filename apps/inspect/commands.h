@@ -68,13 +68,13 @@ struct lint_options {
 };
 int lint(const lint_options& options, const channels& to);
 
-constexpr const char* named_road = "named";
-constexpr const char* register_road = "registers";
+constexpr const char* named_path = "named";
+constexpr const char* register_path = "registers";
 
 struct pages_options {
     description_options input;
     std::string folder;
-    std::string road = register_road;
+    std::string access_path = register_path;
 };
 int pages(const pages_options& options, const channels& to);
 

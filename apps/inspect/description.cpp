@@ -24,12 +24,12 @@ std::string system_words(int error) {
 }  // namespace
 
 std::string read_file(const std::string& path) {
-    const std::filesystem::path place = std::filesystem::u8path(path);
+    const std::filesystem::path native = std::filesystem::u8path(path);
     std::error_code unknown;
-    if (std::filesystem::is_directory(place, unknown))
+    if (std::filesystem::is_directory(native, unknown))
         throw wrong_use("cannot read " + path + ": it is a folder");
     errno = 0;
-    std::ifstream file(place, std::ios::binary);
+    std::ifstream file(native, std::ios::binary);
     std::string contents{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (!file.is_open() || file.bad()) throw wrong_use("cannot read " + path + system_words(errno));
     return contents;

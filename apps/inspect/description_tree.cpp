@@ -51,7 +51,7 @@ std::optional<element_index> description_tree::find(pugi::xml_node xml) const {
     return found->second;
 }
 
-// Both trees are made of the same text, so that an element stands at the same place in both.
+// Both trees are made of the same text, so that an element stands at the same index in both.
 std::optional<element_index> description_tree::find(GenICam::INode& node) const {
     return find(GenICam::element_of(node));
 }

@@ -28,7 +28,7 @@ struct node_element {
 /// A number of an element in the list of a tree.
 using element_index = std::size_t;
 
-/// The elements of a description, with their places in the file. The text must outlive it.
+/// The elements of a description, with their positions in the file. The text must outlive it.
 class description_tree {
 public:
     explicit description_tree(const source_text& source);

@@ -48,10 +48,10 @@ constexpr limit_suffix limit_suffixes[] = {{".Min", variable_reads::minimum},
 std::vector<element_link> link_reader::read(pugi::xml_node element) {
     std::vector<element_link> links;
     collect(element, links);
-    const pugi::xml_node frame = GenICam::register_frame_of(element);
-    if (frame == element) return links;
-    const auto [known, is_new] = of_frames_.try_emplace(frame);
-    if (is_new) collect(frame, known->second);
+    const pugi::xml_node struct_reg = GenICam::register_element_of(element);
+    if (struct_reg == element) return links;
+    const auto [known, is_new] = of_struct_regs_.try_emplace(struct_reg);
+    if (is_new) collect(struct_reg, known->second);
     links.insert(links.end(), known->second.begin(), known->second.end());
     return links;
 }

@@ -25,7 +25,7 @@ public:
 
 private:
     // Of structures, which are as long as their entries are many.
-    std::map<pugi::xml_node, std::vector<element_link>> of_frames_;
+    std::map<pugi::xml_node, std::vector<element_link>> of_struct_regs_;
 };
 
 /// Where a variable with such a name reads: the value of its node or one of its limits.

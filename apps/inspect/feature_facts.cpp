@@ -32,9 +32,10 @@ void collect_elements(const description_tree& tree, pugi::xml_node parent, std::
 }
 
 // What a structure holds for all of its entries, without the entries.
-void collect_frame(const description_tree& tree, pugi::xml_node frame, std::vector<shown_element>& elements) {
-    elements.push_back(show(tree, frame, 0));
-    for (const pugi::xml_node child : frame.children()) {
+void collect_struct_reg(const description_tree& tree, pugi::xml_node struct_reg,
+                        std::vector<shown_element>& elements) {
+    elements.push_back(show(tree, struct_reg, 0));
+    for (const pugi::xml_node child : struct_reg.children()) {
         if (child.type() != pugi::node_element || is_named(child, "StructEntry") || is_named(child, "Group"))
             continue;
         elements.push_back(show(tree, child, 1));
@@ -45,8 +46,8 @@ void collect_frame(const description_tree& tree, pugi::xml_node frame, std::vect
 std::vector<shown_element> find_elements(const description_tree& tree, pugi::xml_node feature) {
     std::vector<shown_element> elements;
     collect_elements(tree, feature, 0, elements);
-    const pugi::xml_node frame = GenICam::register_frame_of(feature);
-    if (frame != feature) collect_frame(tree, frame, elements);
+    const pugi::xml_node struct_reg = GenICam::register_element_of(feature);
+    if (struct_reg != feature) collect_struct_reg(tree, struct_reg, elements);
     return elements;
 }
 

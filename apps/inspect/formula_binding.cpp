@@ -28,7 +28,7 @@ formula_binding::formula_binding(description& from, element_index index)
     for (const char* name : {"Formula", "FormulaFrom", "FormulaTo", "Expression"}) parse(name);
 }
 
-// A knife has no use for the formulas of a converter, nor the other way round.
+// A swissknife has no use for the formulas of a converter, nor the other way round.
 void formula_binding::parse(const char* element_name) {
     const std::string_view name = element_name;
     if (name != "Expression" && (name == "Formula") == is_converter_) return;

@@ -17,12 +17,12 @@ using simcam::bytes;
 using simcam::register_memory;
 
 // A file with the address behind its last @, if it has one.
-struct image_place {
+struct image_argument {
     std::string file;
     std::optional<std::uint64_t> address;
 };
 
-image_place split_image(const std::string& argument) {
+image_argument split_image(const std::string& argument) {
     const std::size_t at = argument.rfind('@');
     if (at == std::string::npos) return {argument, std::nullopt};
     const auto address = parse_address(std::string_view(argument).substr(at + 1));
@@ -33,15 +33,15 @@ image_place split_image(const std::string& argument) {
 bytes to_bytes(const std::string& text) { return {text.begin(), text.end()}; }
 
 void load_image(const std::string& argument, register_memory& memory) {
-    const image_place place = split_image(argument);
-    const std::string contents = read_file(place.file);
-    if (place.address) {
-        memory.poke(*place.address, to_bytes(contents));
+    const image_argument parts = split_image(argument);
+    const std::string contents = read_file(parts.file);
+    if (parts.address) {
+        memory.poke(*parts.address, to_bytes(contents));
     } else if (const std::size_t line = memory.load(contents); line != 0) {
         throw wrong_use(
             fmt::format("{}:{}: not of the form \"address: contents\" (an image of bytes is given as "
                         "FILE@ADDRESS)",
-                        place.file, line));
+                        parts.file, line));
     }
 }
 
@@ -76,8 +76,8 @@ std::string as_lines(const register_memory& memory) {
 std::uint64_t image_size(const memory_options& options, std::uint64_t address) {
     std::uint64_t size = 0;
     for (const std::string& image : options.images) {
-        const image_place place = split_image(image);
-        if (place.address == address) size = std::max<std::uint64_t>(size, read_file(place.file).size());
+        const image_argument parts = split_image(image);
+        if (parts.address == address) size = std::max<std::uint64_t>(size, read_file(parts.file).size());
     }
     return size;
 }
@@ -105,8 +105,8 @@ void fill_memory(const memory_options& options, register_memory& memory) {
     for (const std::string& one : options.registers) set_register(one, memory);
 }
 
-void save_memory(const std::string& place, const memory_options& options, const register_memory& memory) {
-    const image_place split = split_image(place);
+void save_memory(const std::string& argument, const memory_options& options, const register_memory& memory) {
+    const image_argument split = split_image(argument);
     write_file(split.file, split.address
                                ? as_image(memory, *split.address, image_size(options, *split.address))
                                : as_lines(memory));

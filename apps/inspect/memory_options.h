@@ -24,7 +24,7 @@ void fill_memory(const memory_options& options, simcam::register_memory& memory)
 /// Writes the memory to a file in the form that --memory takes: FILE@ADDRESS as bytes from that address to
 /// the last one that is not zero, and no less than the image that was read there; FILE as lines. Throws
 /// `inspect_error`.
-void save_memory(const std::string& place, const memory_options& options,
+void save_memory(const std::string& argument, const memory_options& options,
                  const simcam::register_memory& memory);
 
 /// A decimal number, or a hexadecimal one behind 0x; nothing else.

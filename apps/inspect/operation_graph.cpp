@@ -101,9 +101,9 @@ void need_list::mode() {
 
 bool need_list::states(const limit_elements& which) const {
     const pugi::xml_node xml = tree_.at(element_).xml;
-    const pugi::xml_node place = which.limit == operation::default_value ? xml.child("Extension") : xml;
+    const pugi::xml_node holder = which.limit == operation::default_value ? xml.child("Extension") : xml;
     GenICam::eval_value number;
-    return GenICam::parse_number(place.child_value(which.constant), number) != 0;
+    return GenICam::parse_number(holder.child_value(which.constant), number) != 0;
 }
 
 void need_list::limit(const limit_elements& which) {
@@ -168,9 +168,9 @@ std::vector<node_operation> operation_graph::needs_of(node_operation which) cons
 }
 
 const std::vector<element_link>& operation_graph::links(element_index element) const {
-    const auto [place, added] = links_.try_emplace(element);
-    if (added) place->second = reader_.read(tree_.at(element).xml);
-    return place->second;
+    const auto [entry, added] = links_.try_emplace(element);
+    if (added) entry->second = reader_.read(tree_.at(element).xml);
+    return entry->second;
 }
 
 }  // namespace selvane_inspect

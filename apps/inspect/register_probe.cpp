@@ -86,7 +86,7 @@ std::optional<register_state> probe_register(description& in, evaluation_guard& 
 std::string port_defect(description& in, element_index element) {
     const pugi::xml_node xml = in.tree().at(element).xml;
     if (!is_register(xml)) return {};
-    const std::string_view stated = register_frame_of(xml).child_value("pPort");
+    const std::string_view stated = register_element_of(xml).child_value("pPort");
     const std::string name(stated.empty() ? "Device" : stated);
     INode* const port = in.document()->find_port(name);
     if (port == nullptr) return "port " + name + ": there is none";

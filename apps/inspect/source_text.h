@@ -7,20 +7,21 @@
 
 namespace selvane_inspect {
 
-/// A place in a file as editors count: line and column from 1, a column a character. 0 where it is not known.
+/// A position in a file as editors count: line and column from 1, a column a character. 0 where it is not
+/// known.
 struct text_position {
     std::size_t line = 0;
     std::size_t column = 0;
 };
 
-/// The contents of a file: its bytes, its text, and which place of the text is where. Owns both.
+/// The contents of a file: its bytes, its text, and which position of the text is where. Owns both.
 class source_text {
 public:
     explicit source_text(std::string bytes);
 
     [[nodiscard]] const std::string& bytes() const noexcept { return bytes_; }
     [[nodiscard]] std::string_view utf8() const noexcept { return text_; }
-    /// The place of a byte of the UTF-8 text. Lines end in LF, CR LF or CR; a byte order mark counts as
+    /// The position of a byte of the UTF-8 text. Lines end in LF, CR LF or CR; a byte order mark counts as
     /// nothing.
     [[nodiscard]] text_position position_of(std::size_t offset) const;
 

@@ -59,8 +59,8 @@ encoding guess_encoding(std::string_view bytes) {
 std::uint32_t unit_at(std::string_view bytes, std::size_t at, std::size_t size, bool little_endian) {
     std::uint32_t unit = 0;
     for (std::size_t i = 0; i < size; ++i) {
-        const std::size_t place = little_endian ? at + size - 1 - i : at + i;
-        unit = unit << 8 | static_cast<unsigned char>(bytes[place]);
+        const std::size_t index = little_endian ? at + size - 1 - i : at + i;
+        unit = unit << 8 | static_cast<unsigned char>(bytes[index]);
     }
     return unit;
 }

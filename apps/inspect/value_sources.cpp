@@ -54,7 +54,7 @@ value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
     source.is_known = !told_.insert(*element).second || depth > max_depth;
     if (source.is_known) return source;
     if (formula_binding::has_formulas(description_.tree().at(*element))) add_formulas(*element, source);
-    source.place = probe_register(description_, guard_, node);
+    source.state = probe_register(description_, guard_, node);
     source.port = port_defect(description_, *element);
     for (const element_link& link : guard_.graph().links(*element)) {
         GenICam::INode* target = description_.document()->find_node(link.target);
@@ -103,12 +103,12 @@ void source_finder::add_variable(formula_binding& formulas, std::string_view nam
     source.variables.push_back(std::move(shown));
 }
 
-std::string place_text(const register_state& place) {
+std::string register_text(const register_state& read) {
     std::string text =
-        fmt::format("register {}, {} {}{}{}: {}", address_text(place.address), place.bytes.size(),
-                    place.bytes.size() == 1 ? "byte" : "bytes", place.byte_order.empty() ? "" : " ",
-                    place.byte_order, block_text(place.bytes, some_bytes));
-    if (place.mask) text += fmt::format(", mask 0x{:0{}X}", *place.mask, place.bytes.size() * 2);
+        fmt::format("register {}, {} {}{}{}: {}", address_text(read.address), read.bytes.size(),
+                    read.bytes.size() == 1 ? "byte" : "bytes", read.byte_order.empty() ? "" : " ",
+                    read.byte_order, block_text(read.bytes, some_bytes));
+    if (read.mask) text += fmt::format(", mask 0x{:0{}X}", *read.mask, read.bytes.size() * 2);
     return text;
 }
 
@@ -125,7 +125,7 @@ void append_lines(const value_source& source, std::size_t depth, std::string& te
     const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
     line(0, fmt::format("{}{}{} {}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
                         value_behind_name(source.value), source.is_known ? " (told above)" : ""));
-    if (source.place) line(1, place_text(*source.place));
+    if (source.state) line(1, register_text(*source.state));
     if (!source.port.empty()) line(1, source.port);
     for (const shown_formula& formula : source.formulas) {
         line(1, fmt::format("{}{}{}: {}", formula.element, formula.name.empty() ? "" : " ", formula.name,
@@ -147,7 +147,7 @@ value_source find_sources(description& in, evaluation_guard& guard, GenICam::INo
 }
 
 bool has_sources(const value_source& source) {
-    return source.place || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
+    return source.state || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
 }
 
 std::string sources_text(const value_source& source) {
@@ -158,11 +158,11 @@ std::string sources_text(const value_source& source) {
 
 namespace {
 
-nlohmann::ordered_json place_json(const register_state& place) {
-    nlohmann::ordered_json json = {{"address", address_text(place.address)},
-                                   {"bytes", bytes_text(place.bytes)}};
-    if (!place.byte_order.empty()) json["byte_order"] = place.byte_order;
-    if (place.mask) json["mask"] = fmt::format("0x{:X}", *place.mask);
+nlohmann::ordered_json register_json(const register_state& read) {
+    nlohmann::ordered_json json = {{"address", address_text(read.address)},
+                                   {"bytes", bytes_text(read.bytes)}};
+    if (!read.byte_order.empty()) json["byte_order"] = read.byte_order;
+    if (read.mask) json["mask"] = fmt::format("0x{:X}", *read.mask);
     return json;
 }
 
@@ -187,7 +187,7 @@ nlohmann::ordered_json sources_json(const value_source& source) {
     } else {
         json["error"] = source.value.failure;
     }
-    if (source.place) json["register"] = place_json(*source.place);
+    if (source.state) json["register"] = register_json(*source.state);
     if (!source.port.empty()) json["port"] = source.port;
     for (const shown_formula& formula : source.formulas) {
         json["formulas"].push_back({{"element", formula.element},

@@ -33,7 +33,7 @@ struct value_source {
     answer<feature_value> value;
     std::vector<shown_formula> formulas;
     std::vector<shown_variable> variables;
-    std::optional<register_state> place;
+    std::optional<register_state> state;
     std::string port;       ///< of a register that leads nowhere: why
     bool is_known = false;  ///< told further up, and what is behind it as well
     std::vector<value_source> behind;

@@ -39,7 +39,7 @@ bool dependent_closing::complete(number node, std::size_t longest) {
     to_follow_ = entries_;
     for (const number dependent : own) mark_listed(dependent, false);
     std::size_t looked_at = 0;
-    // By place, as the list grows.
+    // By index, as the list grows.
     for (std::size_t at = 0; at < to_follow_.size(); ++at) {
         const number dependent = to_follow_[at];
         if (dependent == node || states_[dependent].is_covered) continue;
@@ -90,7 +90,7 @@ bool dependent_closing::share(number node) {
     path_.pop_back();
     if (!dependent_lists::is_shared(states_[follower].list)) adopt(follower);
     for (; !path_.empty(); path_.pop_back()) {
-        const auto made = lists_.shared().add_before(dependent_lists::shared_place(states_[follower].list),
+        const auto made = lists_.shared().add_before(dependent_lists::shared_index(states_[follower].list),
                                                      follower, path_.back());
         if (!made) return false;
         follower = path_.back();
@@ -130,7 +130,7 @@ void dependent_closing::adopt(number node) {
     states_[node].list = lists_.keep_shared(lists_.shared().add(std::move(entries)));
 }
 
-// The nodes from that place of the path on, which leave it.
+// The nodes from that index of the path on, which leave it.
 void dependent_closing::make_circle(std::size_t first) {
     const gsl::span<const number> circle{path_.data() + first, path_.size() - first};
     shared_lists::index list = lists_.shared().add_circle(circle);

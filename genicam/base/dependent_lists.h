@@ -13,11 +13,11 @@ namespace GenICam {
 
 /// Where the document keeps the complete list of dependents of a node.
 struct kept_list {
-    std::uint32_t place = 0;
+    std::uint32_t offset = 0;
     std::uint32_t length = 0;
 };
 
-/// The complete lists of dependents of a document. They hold numbers in the place of nodes: there are many
+/// The complete lists of dependents of a document. They hold numbers instead of nodes: there are many
 /// times more entries than nodes.
 class dependent_lists {
 public:
@@ -32,9 +32,9 @@ public:
 
     [[nodiscard]] kept_list keep(gsl::span<const number> list);
     [[nodiscard]] kept_list keep_shared(shared_lists::index list) const noexcept;
-    [[nodiscard]] static bool is_shared(kept_list list) noexcept { return list.place >= first_shared; }
-    [[nodiscard]] static shared_lists::index shared_place(kept_list list) noexcept {
-        return list.place - first_shared;
+    [[nodiscard]] static bool is_shared(kept_list list) noexcept { return list.offset >= first_shared; }
+    [[nodiscard]] static shared_lists::index shared_index(kept_list list) noexcept {
+        return list.offset - first_shared;
     }
     [[nodiscard]] shared_lists& shared() noexcept { return shared_; }
     /// No more lists come.
@@ -44,9 +44,9 @@ public:
     template <class Function>
     void for_each_number(kept_list list, Function fn) const {
         if (is_shared(list)) {
-            for (const number node : shared_[shared_place(list)]) fn(node);
+            for (const number node : shared_[shared_index(list)]) fn(node);
         } else {
-            packed_.for_each(list.place, list.length, fn);
+            packed_.for_each(list.offset, list.length, fn);
         }
     }
     /// The same with the nodes.

@@ -82,7 +82,7 @@ public:
     [[nodiscard]] formula_store& formulas() const { return services_->formulas(); }
     /// Room in the document's arena that was reserved for this node beside the node itself.
     [[nodiscard]] void* take_room(std::uint64_t size) const { return services_->take_room(size); }
-    /// The node's place among those that depend on one another; `no_number` for none.
+    /// The node's index among those that depend on one another; `no_number` for none.
     static constexpr std::uint32_t no_number = 0xFFFFFFFF;
     [[nodiscard]] std::uint32_t number() const noexcept { return number_; }
     void set_number(std::uint32_t number) noexcept { number_ = number; }

@@ -21,10 +21,10 @@ public:
     /// Where the next number will stand.
     [[nodiscard]] std::size_t end() const noexcept { return bytes_.size(); }
 
-    /// Calls `fn` with so many numbers from a place on.
+    /// Calls `fn` with so many numbers from an offset on.
     template <class Function>
-    void for_each(std::size_t place, std::size_t count, Function fn) const {
-        const std::uint8_t* at = bytes_.data() + place;
+    void for_each(std::size_t offset, std::size_t count, Function fn) const {
+        const std::uint8_t* at = bytes_.data() + offset;
         for (; count > 0; --count) fn(read(at));
     }
     /// No more numbers come.

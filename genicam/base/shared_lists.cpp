@@ -22,7 +22,7 @@ gsl::span<const shared_lists::number> shared_lists::operator[](index at) const n
 shared_lists::index shared_lists::add(std::vector<number> entries) {
     const auto length = static_cast<std::uint32_t>(entries.size());
     looked_at_ += length;
-    return add_list({add_tape(std::move(entries)), length, length, owner_place::unknown});
+    return add_list({add_tape(std::move(entries)), length, length, owner_position::unknown});
 }
 
 // The nodes twice but for the last: each list is a part of that.
@@ -36,7 +36,7 @@ shared_lists::index shared_lists::add_circle(gsl::span<const number> nodes) {
     for (std::size_t at = 0; at < length; ++at) {
         const std::size_t begin = 2 * length - 1 - (at + 1) % length;
         static_cast<void>(add_list({on_tape, static_cast<std::uint32_t>(begin),
-                                    static_cast<std::uint32_t>(length), owner_place::last}));
+                                    static_cast<std::uint32_t>(length), owner_position::last}));
     }
     return first;
 }
@@ -44,29 +44,29 @@ shared_lists::index shared_lists::add_circle(gsl::span<const number> nodes) {
 std::optional<shared_lists::index> shared_lists::add_before(index list_of_follower, number follower,
                                                             number node) {
     list& known = lists_[list_of_follower];
-    if (known.owner == owner_place::unknown) known.owner = find_owner(known, follower);
-    if (known.owner == owner_place::elsewhere) return std::nullopt;
+    if (known.owner == owner_position::unknown) known.owner = find_owner(known, follower);
+    if (known.owner == owner_position::elsewhere) return std::nullopt;
     list made = known;
     tape& on = tapes_[made.on_tape];
     if (made.begin == on.size()) on.put_before(follower);
     ++made.begin;
     if (*on.from_end(made.begin) != follower) return std::nullopt;
-    if (known.owner == owner_place::none) {
+    if (known.owner == owner_position::none) {
         ++made.length;
     } else {
         const number last = *on.from_end(made.begin - made.length + 1);
-        made.owner = last == node ? owner_place::last : owner_place::unknown;
+        made.owner = last == node ? owner_position::last : owner_position::unknown;
     }
     return add_list(made);
 }
 
-shared_lists::owner_place shared_lists::find_owner(const list& of, number owner) {
+shared_lists::owner_position shared_lists::find_owner(const list& of, number owner) {
     looked_at_ += of.length;
     const number* const begin = tapes_[of.on_tape].from_end(of.begin);
     const number* const end = begin + of.length;
     const number* const found = std::find(begin, end, owner);
-    if (found == end) return owner_place::none;
-    return found + 1 == end ? owner_place::last : owner_place::elsewhere;
+    if (found == end) return owner_position::none;
+    return found + 1 == end ? owner_position::last : owner_position::elsewhere;
 }
 
 std::uint32_t shared_lists::add_tape(std::vector<number> entries) {

@@ -16,7 +16,7 @@ namespace GenICam {
 class shared_lists {
 public:
     using number = std::uint32_t;
-    /// The place of a list.
+    /// The index of a list.
     using index = std::uint32_t;
 
     [[nodiscard]] gsl::span<const number> operator[](index at) const noexcept;
@@ -39,9 +39,9 @@ private:
         explicit tape(std::vector<number> entries) : room_(std::move(entries)) {}
         void put_before(number entry);
         [[nodiscard]] std::size_t size() const noexcept { return room_.size() - front_; }
-        /// The entry so many places before the end.
-        [[nodiscard]] const number* from_end(std::size_t places) const noexcept {
-            return room_.data() + (room_.size() - places);
+        /// The entry so far before the end.
+        [[nodiscard]] const number* from_end(std::size_t distance) const noexcept {
+            return room_.data() + (room_.size() - distance);
         }
 
     private:
@@ -49,17 +49,17 @@ private:
         std::size_t front_ = 0;
     };
     /// Whether the owner of a list stands in it, as on a circle.
-    enum class owner_place : std::uint8_t { unknown, none, last, elsewhere };
+    enum class owner_position : std::uint8_t { unknown, none, last, elsewhere };
     struct list {
         std::uint32_t on_tape;
         std::uint32_t begin;  // from the end of the tape, as the tape grows in front
         std::uint32_t length;
-        owner_place owner;
+        owner_position owner;
     };
 
     [[nodiscard]] std::uint32_t add_tape(std::vector<number> entries);
     [[nodiscard]] index add_list(const list& made);
-    [[nodiscard]] owner_place find_owner(const list& of, number owner);
+    [[nodiscard]] owner_position find_owner(const list& of, number owner);
 
     std::vector<tape> tapes_;
     std::vector<list> lists_;

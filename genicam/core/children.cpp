@@ -78,9 +78,9 @@ described_element element_scanner::describe_alone(pugi::xml_node xml) {
     children_.clear();
     child_set present;
     for (pugi::xml_node node = xml.first_child(); node; node = node.next_sibling()) {
-        const std::size_t place = child_names.find(node.name());
-        if (place == child_names.not_found) continue;
-        const auto name = static_cast<child>(place);
+        const std::size_t index = child_names.find(node.name());
+        if (index == child_names.not_found) continue;
+        const auto name = static_cast<child>(index);
         present.add(name);
         children_.push_back({node, node.child_value(), name});
     }

@@ -144,15 +144,15 @@ public:
 
     /// Of a `StructEntry`: the element with the settings that it shares, looked up once for all its entries.
     /// Null where nobody did.
-    [[nodiscard]] const described_element* frame() const noexcept { return frame_; }
-    void set_frame(const described_element* frame) noexcept { frame_ = frame; }
+    [[nodiscard]] const described_element* struct_reg() const noexcept { return struct_reg_; }
+    void set_struct_reg(const described_element* struct_reg) noexcept { struct_reg_ = struct_reg; }
 
 private:
     child_set present_;
     gsl::span<const known_child> children_;
     gsl::span<const described_element> entries_;
     std::string_view node_name_;
-    const described_element* frame_ = nullptr;
+    const described_element* struct_reg_ = nullptr;
 };
 
 /// Describes elements, and keeps what the descriptions refer to.

@@ -26,7 +26,7 @@ public:
         }
     }
 
-    /// The place of the name in the list, or `not_found`.
+    /// The index of the name in the list, or `not_found`.
     [[nodiscard]] std::size_t find(std::string_view name) const noexcept {
         if (name.size() < shortest_name) return not_found;
         for (std::size_t at = slot_of(name); slots_[at] != empty_slot; at = (at + 1) % slot_count) {

@@ -37,7 +37,7 @@ struct name_order {
     std::uint64_t first;
     std::uint64_t second;
     std::string_view name;
-    std::size_t place;  // of the element in the description
+    std::size_t position;  // of the element in the description
 
     [[nodiscard]] bool operator<(const name_order& other) const noexcept {
         if (first != other.first) return first < other.first;
@@ -46,13 +46,13 @@ struct name_order {
 };
 
 /// Where a name stands among all names, and whether it is the first of equal ones.
-struct name_place {
+struct name_position {
     std::uint32_t number;
     bool is_first;
 };
 
 // Of the elements in the order of the description.
-std::vector<name_place> sort_names(const std::vector<taken_element>& taken) {
+std::vector<name_position> sort_names(const std::vector<taken_element>& taken) {
     std::vector<name_order> order;
     order.reserve(taken.size());
     for (const taken_element& one : taken) {
@@ -60,12 +60,12 @@ std::vector<name_place> sort_names(const std::vector<taken_element>& taken) {
         order.push_back({key_of(name, 0), key_of(name, sizeof(std::uint64_t)), name, order.size()});
     }
     std::sort(order.begin(), order.end());
-    std::vector<name_place> places(order.size());
+    std::vector<name_position> positions(order.size());
     for (std::size_t at = 0; at < order.size(); ++at) {
         const bool is_first = at == 0 || order[at - 1] < order[at];
-        places[order[at].place] = {static_cast<std::uint32_t>(at), is_first};
+        positions[order[at].position] = {static_cast<std::uint32_t>(at), is_first};
     }
-    return places;
+    return positions;
 }
 
 // How much of the bytes is worth a copy: a driver may announce far more than it fills. The parser reads
@@ -119,9 +119,9 @@ bool genicam_doc::build_nodes() {
     return are_closed;
 }
 
-// In the order of the description; each goes to its place by name, which is its number.
+// In the order of the description; each goes to its position by name, which is its number.
 void genicam_doc::make_nodes(const std::vector<taken_element>& taken) {
-    const std::vector<name_place> places = sort_names(taken);
+    const std::vector<name_position> positions = sort_names(taken);
     nodes_.resize(taken.size());
     dependents_.begin({nodes_.data(), nodes_.size()});
     loading_ = std::make_unique<loading>(dependents_, taken.size());
@@ -129,10 +129,10 @@ void genicam_doc::make_nodes(const std::vector<taken_element>& taken) {
     for (std::size_t at = 0; at < taken.size(); ++at) {
         INode* made = taken[at].chosen->construct(allocator_, this, taken[at].element);
         auto* node = static_cast<node_base_data*>(made->get_eval());
-        node->set_number(places[at].number);
-        nodes_[places[at].number] = node;
+        node->set_number(positions[at].number);
+        nodes_[positions[at].number] = node;
         loading_->described.push_back(node);
-        if (!places[at].is_first || !loading_->is_indexed) continue;
+        if (!positions[at].is_first || !loading_->is_indexed) continue;
         loading_->is_indexed = loading_->index.add(node->find_name(), static_cast<std::uint32_t>(at));
     }
 }
@@ -181,9 +181,10 @@ bool genicam_doc::close_lists() {
 std::vector<node_base_data*>::const_iterator genicam_doc::find_first(std::string_view name) const {
     if (loading_ != nullptr && loading_->is_indexed) {
         const std::vector<node_base_data*>& described = loading_->described;
-        const std::uint32_t place = loading_->index.find(
+        const std::uint32_t position = loading_->index.find(
             name, [&](std::uint32_t at) { return is_same_text(described[at]->find_name(), name); });
-        return place != name_index::not_found ? nodes_.begin() + described[place]->number() : nodes_.end();
+        return position != name_index::not_found ? nodes_.begin() + described[position]->number()
+                                                 : nodes_.end();
     }
     const auto found = std::lower_bound(
         nodes_.begin(), nodes_.end(), name,

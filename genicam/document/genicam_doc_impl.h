@@ -61,7 +61,7 @@ private:
         loading(dependent_lists& lists, std::size_t nodes) : index(nodes), closing(lists, nodes) {}
 
         std::vector<node_base_data*> described;  // the nodes in the order of the description
-        name_index index;                        // of their places
+        name_index index;                        // of their positions
         bool is_indexed = true;
         dependent_closing closing;
     };

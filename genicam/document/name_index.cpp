@@ -18,13 +18,13 @@ std::size_t slots_for(std::size_t count) noexcept {
 
 name_index::name_index(std::size_t count) : slots_(slots_for(count)), mask_(slots_.size() - 1) {}
 
-bool name_index::add(std::string_view name, std::uint32_t place) {
+bool name_index::add(std::string_view name, std::uint32_t position) {
     const std::uint32_t hash = hash_of(name);
     std::size_t at = hash & mask_;
-    for (std::size_t left = longest_search; slots_[at].place != not_found; at = (at + 1) & mask_) {
+    for (std::size_t left = longest_search; slots_[at].position != not_found; at = (at + 1) & mask_) {
         if (--left == 0) return false;
     }
-    slots_[at] = {hash, place};
+    slots_[at] = {hash, position};
     return true;
 }
 

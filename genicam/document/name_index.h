@@ -18,14 +18,14 @@ public:
 
     /// Each name once. False where too many names would share their slots, which real ones do not: the index
     /// is of no use then.
-    [[nodiscard]] bool add(std::string_view name, std::uint32_t place);
+    [[nodiscard]] bool add(std::string_view name, std::uint32_t position);
 
-    /// The place of a name; `is_named` tells whether what stands at a place bears it.
+    /// The position of a name; `is_named` tells whether what stands at a position bears it.
     template <class IsNamed>
     [[nodiscard]] std::uint32_t find(std::string_view name, IsNamed is_named) const {
         const std::uint32_t hash = hash_of(name);
-        for (std::size_t at = hash & mask_; slots_[at].place != not_found; at = (at + 1) & mask_) {
-            if (slots_[at].hash == hash && is_named(slots_[at].place)) return slots_[at].place;
+        for (std::size_t at = hash & mask_; slots_[at].position != not_found; at = (at + 1) & mask_) {
+            if (slots_[at].hash == hash && is_named(slots_[at].position)) return slots_[at].position;
         }
         return not_found;
     }
@@ -33,7 +33,7 @@ public:
 private:
     struct slot {
         std::uint32_t hash = 0;
-        std::uint32_t place = not_found;
+        std::uint32_t position = not_found;
     };
 
     [[nodiscard]] static std::uint32_t hash_of(std::string_view name) noexcept;

@@ -58,17 +58,17 @@ void reserve_node(alloc_itf& allocator, const described_element& element, bool h
 
 template <class T>
 T* construct_node(alloc_itf& allocator, document_services* services, const described_element& element) {
-    void* place = allocator.allocate(sizeof(T), alignment);
+    void* storage = allocator.allocate(sizeof(T), alignment);
     if constexpr (std::is_same_v<T, category_type>) {
-        return ::new (place)
+        return ::new (storage)
             T(services, element,
               allocator.allocate_array(sizeof(INode*), element.count(child::pFeature), alignment));
     } else if constexpr (is_enumeration<T>) {
-        return ::new (place)
+        return ::new (storage)
             T(services, element,
               allocator.allocate_array(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment));
     } else {
-        return ::new (place) T(services, element);
+        return ::new (storage) T(services, element);
     }
 }
 
@@ -120,7 +120,7 @@ bool has_constant_address(const described_element& element) {
            !element.present().has_any(child::pAddress, child::IntSwissKnife, child::pIndex);
 }
 
-bool has_constant_place(const described_element& element) {
+bool has_constant_span(const described_element& element) {
     return has_constant_address(element) && element.has(child::Length) && !element.has(child::pLength);
 }
 
@@ -205,7 +205,7 @@ void element_walk::open(pugi::xml_node container) {
     opened.xml = container;
     opened.is_struct = container.name() == std::string_view("StructReg");
     opened.sharing = containers_.size();
-    // Entries in a group share with the frame around it, if there is one.
+    // Entries in a group share with the StructReg around it, if there is one.
     if (!opened.is_struct && !containers_.empty()) {
         const std::size_t outer = containers_.back().sharing;
         if (containers_[outer].is_struct) opened.sharing = outer;
@@ -228,10 +228,11 @@ void element_walk::advance() {
     if (at_) at_ = at_.next_sibling();
 }
 
-const described_element* element_walk::find_frame() {
+const described_element* element_walk::find_shared_struct_reg() {
     open_container& shared = containers_[containers_.back().sharing];
-    if (shared.frame == nullptr) shared.frame = &frames_.emplace_back(scanner_.describe(shared.xml));
-    return shared.frame;
+    if (shared.struct_reg == nullptr)
+        shared.struct_reg = &struct_regs_.emplace_back(scanner_.describe(shared.xml));
+    return shared.struct_reg;
 }
 
 bool element_walk::take(pugi::xml_node xml) {
@@ -245,7 +246,7 @@ bool element_walk::take(pugi::xml_node xml) {
     }
     if (rule == nullptr || (!keep_debug_properties_ && is_debug_property(element))) return false;
     taken_.chosen = &rule->made;
-    if (rule->element == "StructEntry") element.set_frame(find_frame());
+    if (rule->element == "StructEntry") element.set_struct_reg(find_shared_struct_reg());
     return true;
 }
 

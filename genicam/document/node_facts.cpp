@@ -41,7 +41,7 @@ const node_facts enum_entry_facts = {"EnumEntry", "enum_entry_type",
                                      false,       false,
                                      false,       "",
                                      "",          {common, "Value NumericValue IsSelfClearing"}};
-const node_facts struct_frame_facts = {
+const node_facts struct_reg_facts = {
     "StructReg", "", false, false, false, "", "", {placed, "pLength Cachable Endianess StructEntry"}};
 
 bool name_list::contains(std::string_view name) const noexcept {
@@ -67,13 +67,13 @@ pugi::xml_node element_of(INode& node) { return data_of(node).xml(); }
 
 INode* linked_node(INode& node, const char* child) { return data_of(node).resolve_node(child); }
 
-pugi::xml_node register_frame_of(pugi::xml_node element) {
-    return element.name() == std::string_view("StructEntry") ? find_struct_frame(element) : element;
+pugi::xml_node register_element_of(pugi::xml_node element) {
+    return element.name() == std::string_view("StructEntry") ? find_struct_reg(element) : element;
 }
 
 Endianess byte_order_of(pugi::xml_node element) {
-    const pugi::xml_node frame = register_frame_of(element);
-    return parse_endianess(frame, frame.child_value("Endianess"));
+    const pugi::xml_node placed = register_element_of(element);
+    return parse_endianess(placed, placed.child_value("Endianess"));
 }
 
 std::uint64_t field_bits_of(pugi::xml_node element, std::int64_t length) {

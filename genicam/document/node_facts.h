@@ -53,7 +53,7 @@ struct node_facts {
 /// What an entry of an enumeration reads, and a `StructReg` for all of its entries: neither is a node of the
 /// document.
 extern const node_facts enum_entry_facts;
-extern const node_facts struct_frame_facts;
+extern const node_facts struct_reg_facts;
 
 /// The element that a node was made from.
 [[nodiscard]] pugi::xml_node element_of(INode& node);
@@ -63,7 +63,7 @@ extern const node_facts struct_frame_facts;
 // Of the elements of registers.
 
 /// The element that tells where the register lies: for a `StructEntry` the one around it.
-[[nodiscard]] pugi::xml_node register_frame_of(pugi::xml_node element);
+[[nodiscard]] pugi::xml_node register_element_of(pugi::xml_node element);
 [[nodiscard]] Endianess byte_order_of(pugi::xml_node element);
 /// The bits that a `MaskedIntReg` or a `StructEntry` has in the word of a register of 1 to 8 bytes.
 [[nodiscard]] std::uint64_t field_bits_of(pugi::xml_node element, std::int64_t length);

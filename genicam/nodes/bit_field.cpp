@@ -32,7 +32,7 @@ bit_field::bit_field(const described_element& xml) {
     lsb_ = *lsb;
 }
 
-bit_field::mask_and_shift bit_field::place(std::int64_t length, Endianess endianess) const noexcept {
+bit_field::mask_and_shift bit_field::locate(std::int64_t length, Endianess endianess) const noexcept {
     std::int64_t low = lsb_;
     std::int64_t high = msb_;
     if (endianess == Endianess::BigEndian) {
@@ -47,7 +47,7 @@ bit_field::mask_and_shift bit_field::place(std::int64_t length, Endianess endian
 
 std::int64_t bit_field::get(std::uint64_t word, std::int64_t length, Endianess endianess,
                             Sign sign) const noexcept {
-    const mask_and_shift at = place(length, endianess);
+    const mask_and_shift at = locate(length, endianess);
     std::uint64_t field = (word & at.mask) >> at.shift;
     if (sign == Sign::Signed && distance() < word_bits) field = extend_sign(field, distance() + 1);
     return static_cast<std::int64_t>(field);
@@ -55,7 +55,7 @@ std::int64_t bit_field::get(std::uint64_t word, std::int64_t length, Endianess e
 
 std::uint64_t bit_field::put(std::uint64_t word, std::int64_t value, std::int64_t length,
                              Endianess endianess) const noexcept {
-    const mask_and_shift at = place(length, endianess);
+    const mask_and_shift at = locate(length, endianess);
     return (word & ~at.mask) | ((static_cast<std::uint64_t>(value) << at.shift) & at.mask);
 }
 
@@ -69,17 +69,17 @@ node_base_impl_bit_field::node_base_impl_bit_field(document_services* services, 
     cache_.sign = parse_sign(xml, xml.text(child::Sign));
 }
 
-result<std::int64_t> node_base_impl_bit_field::read_field(register_place place, std::uint32_t flags) {
+result<std::int64_t> node_base_impl_bit_field::read_field(register_span span, std::uint32_t flags) {
     std::uint64_t word = 0;
-    if (const std::error_code failure = cache_.read_word(place, word, flags)) return failure;
-    return bits_.get(word, place.length, cache_.endianess, cache_.sign);
+    if (const std::error_code failure = cache_.read_word(span, word, flags)) return failure;
+    return bits_.get(word, span.length, cache_.endianess, cache_.sign);
 }
 
-std::error_code node_base_impl_bit_field::write_field(register_place place, std::int64_t value,
+std::error_code node_base_impl_bit_field::write_field(register_span span, std::int64_t value,
                                                       std::uint32_t flags) {
     std::uint64_t word = 0;
-    if (const std::error_code failure = cache_.read_word(place, word, flags)) return failure;
-    return cache_.write_word(place, bits_.put(word, value, place.length, cache_.endianess), flags);
+    if (const std::error_code failure = cache_.read_word(span, word, flags)) return failure;
+    return cache_.write_word(span, bits_.put(word, value, span.length, cache_.endianess), flags);
 }
 
 }  // namespace GenICam

@@ -36,7 +36,7 @@ private:
         unsigned shift;
     };
 
-    [[nodiscard]] mask_and_shift place(std::int64_t length, Endianess endianess) const noexcept;
+    [[nodiscard]] mask_and_shift locate(std::int64_t length, Endianess endianess) const noexcept;
     /// How far the two ends are apart: one less than the width.
     [[nodiscard]] std::uint32_t distance() const noexcept { return lsb_ > msb_ ? lsb_ - msb_ : msb_ - lsb_; }
 
@@ -53,11 +53,11 @@ protected:
     node_base_impl_bit_field(document_services* services, const described_element& xml);
     ~node_base_impl_bit_field() = default;
 
-    // The length of the place must fit a number.
+    // The length of the span must fit a number.
 
-    [[nodiscard]] result<std::int64_t> read_field(register_place place, std::uint32_t flags);
+    [[nodiscard]] result<std::int64_t> read_field(register_span span, std::uint32_t flags);
     /// Reads the register, with the same flags, puts the value in and writes it back.
-    [[nodiscard]] std::error_code write_field(register_place place, std::int64_t value, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_field(register_span span, std::int64_t value, std::uint32_t flags);
 
 private:
     bit_field bits_;

@@ -5,9 +5,9 @@
 
 namespace GenICam {
 
-category_type::category_type(document_services* services, const described_element& xml, void* place)
+category_type::category_type(document_services* services, const described_element& xml, void* storage)
     : node_base_impl_ignore_dependent(services, xml),
-      features_(static_cast<INode**>(place), xml.count(child::pFeature)) {
+      features_(static_cast<INode**>(storage), xml.count(child::pFeature)) {
     for (INode*& feature : features_) feature = nullptr;
 }
 

@@ -29,8 +29,8 @@ bool enum_entry_type::is_self_clearing() const {
     return find_yes_no(child_text(node_base_data::xml(), "IsSelfClearing")).value_or(false);
 }
 
-enum_entries::enum_entries(document_services* services, const described_element& xml, void* place) {
-    auto* first = static_cast<enum_entry_type*>(place);
+enum_entries::enum_entries(document_services* services, const described_element& xml, void* storage) {
+    auto* first = static_cast<enum_entry_type*>(storage);
     std::uint32_t count = 0;
     for (const described_element& entry : xml.entries()) {
         ::new (first + count) enum_entry_type(services, entry, count);

@@ -26,8 +26,8 @@ private:
 /// The entries of an enumeration, made in memory that the document's arena gave.
 class enum_entries {
 public:
-    /// `place` has room for one entry per `EnumEntry` child.
-    enum_entries(document_services* services, const described_element& xml, void* place);
+    /// `storage` has room for one entry per `EnumEntry` child.
+    enum_entries(document_services* services, const described_element& xml, void* storage);
     void resolve_references(IGenICamDoc* doc, const described_element& xml);
     [[nodiscard]] std::vector<IEnumEntry*> list() const;
     [[nodiscard]] IEnumEntry* find_nearest(double value) const;
@@ -50,8 +50,8 @@ public:
     [[nodiscard]] gsl::span<enum_entry_type> get_entry_span() final { return entries_.span(); }
 
 protected:
-    implement_enum_entries(document_services* services, const described_element& xml, void* place)
-        : entries_(services, xml, place) {}
+    implement_enum_entries(document_services* services, const described_element& xml, void* storage)
+        : entries_(services, xml, storage) {}
     ~implement_enum_entries() = default;
 
     enum_entries entries_;

@@ -75,32 +75,32 @@ result<double> float_reg_type_base::get_inc(std::uint32_t) { return make_error_c
 
 result<double> float_reg_type_base::get_default(std::uint32_t) { return make_error_code(not_implemented); }
 
-result<double> float_reg_type_base::read_number(register_place place, std::uint32_t flags) {
-    if (!is_float_size(place.length)) {
-        return refuse_length(messages::float_register_get_length, place.length);
+result<double> float_reg_type_base::read_number(register_span span, std::uint32_t flags) {
+    if (!is_float_size(span.length)) {
+        return refuse_length(messages::float_register_get_length, span.length);
     }
     std::uint64_t bits = 0;
-    if (const std::error_code failure = cache_.read_word(place, bits, flags)) return failure;
-    return number_of(bits, place.length);
+    if (const std::error_code failure = cache_.read_word(span, bits, flags)) return failure;
+    return number_of(bits, span.length);
 }
 
-std::error_code float_reg_type_base::write_number(register_place place, double value, std::uint32_t flags) {
-    if (!is_float_size(place.length)) {
-        return refuse_length(messages::float_register_set_length, place.length);
+std::error_code float_reg_type_base::write_number(register_span span, double value, std::uint32_t flags) {
+    if (!is_float_size(span.length)) {
+        return refuse_length(messages::float_register_set_length, span.length);
     }
-    return cache_.write_word(place, bits_of(value, place.length), flags);
+    return cache_.write_word(span, bits_of(value, span.length), flags);
 }
 
 float_reg_type_const_address::float_reg_type_const_address(document_services* services,
                                                            const described_element& xml)
-    : placed_register(services, xml, register_const_address_eval(xml)) {}
+    : addressed_register(services, xml, register_const_address_eval(xml)) {}
 
 float_reg_type_dyn::float_reg_type_dyn(document_services* services, const described_element& xml)
-    : placed_register(services, xml, register_dyn_address_eval()) {}
+    : addressed_register(services, xml, register_dyn_address_eval()) {}
 
 void float_reg_type_dyn::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
     float_reg_type_base::_resolve_references(doc, xml);
-    place_.resolve_references_len(doc, xml, this);
+    address_.resolve_references_len(doc, xml, this);
 }
 
 }  // namespace GenICam

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "genicam/nodes/placed_register.h"
+#include "genicam/nodes/addressed_register.h"
 
 namespace GenICam {
 
@@ -17,7 +17,7 @@ public:
     result<double> get_max(std::uint32_t flags) final;
     result<double> get_inc(std::uint32_t flags) final;
     result<double> get_default(std::uint32_t flags) final;
-    [[nodiscard]] virtual result<register_place> get_address_and_length(std::uint32_t flags) = 0;
+    [[nodiscard]] virtual result<register_span> get_address_and_length(std::uint32_t flags) = 0;
     /// Never fails: 4 where it cannot be evaluated.
     [[nodiscard]] virtual std::int64_t get_length() = 0;
 
@@ -25,19 +25,19 @@ protected:
     float_reg_type_base(document_services* services, const described_element& xml);
     ~float_reg_type_base() = default;
 
-    [[nodiscard]] result<double> read_number(register_place place, std::uint32_t flags);
-    [[nodiscard]] std::error_code write_number(register_place place, double value, std::uint32_t flags);
+    [[nodiscard]] result<double> read_number(register_span span, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_number(register_span span, double value, std::uint32_t flags);
 };
 
-/// `FloatReg` at a place that the description fixes.
+/// `FloatReg` at an address that the description fixes.
 class float_reg_type_const_address final
-    : public placed_register<float_reg_type_base, register_const_address_eval> {
+    : public addressed_register<float_reg_type_base, register_const_address_eval> {
 public:
     float_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
-/// `FloatReg` at a place that depends on other nodes.
-class float_reg_type_dyn final : public placed_register<float_reg_type_base, register_dyn_address_eval> {
+/// `FloatReg` at an address that depends on other nodes.
+class float_reg_type_dyn final : public addressed_register<float_reg_type_base, register_dyn_address_eval> {
 public:
     float_reg_type_dyn(document_services* services, const described_element& xml);
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;

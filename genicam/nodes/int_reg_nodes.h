@@ -1,6 +1,6 @@
 #pragma once
 
-#include "genicam/nodes/placed_register.h"
+#include "genicam/nodes/addressed_register.h"
 
 namespace GenICam {
 
@@ -12,7 +12,7 @@ public:
 
     INode* get_node() final { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
-    [[nodiscard]] virtual result<register_place> get_address_and_length(std::uint32_t flags) = 0;
+    [[nodiscard]] virtual result<register_span> get_address_and_length(std::uint32_t flags) = 0;
     /// Never fails: 4 where it cannot be evaluated.
     [[nodiscard]] virtual std::int64_t get_length() = 0;
     [[nodiscard]] integer_range get_value_range();
@@ -21,22 +21,22 @@ protected:
     int_reg_type_base(document_services* services, const described_element& xml);
     ~int_reg_type_base() = default;
 
-    [[nodiscard]] result<std::int64_t> read_number(register_place place, std::uint32_t flags);
-    [[nodiscard]] std::error_code write_number(register_place place, std::int64_t value, std::uint32_t flags);
+    [[nodiscard]] result<std::int64_t> read_number(register_span span, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_number(register_span span, std::int64_t value, std::uint32_t flags);
 
 private:
     [[nodiscard]] message_origin length_origin() const;
 };
 
-/// `IntReg` at a place that the description fixes.
+/// `IntReg` at an address that the description fixes.
 class int_reg_type_const_address final
-    : public placed_register<int_reg_type_base, register_const_address_eval> {
+    : public addressed_register<int_reg_type_base, register_const_address_eval> {
 public:
     int_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
-/// `IntReg` at a place that depends on other nodes.
-class int_reg_type_dyn final : public placed_register<int_reg_type_base, register_dyn_address_eval> {
+/// `IntReg` at an address that depends on other nodes.
+class int_reg_type_dyn final : public addressed_register<int_reg_type_base, register_dyn_address_eval> {
 public:
     int_reg_type_dyn(document_services* services, const described_element& xml);
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;

@@ -63,7 +63,7 @@ void port_chunk_type::_resolve_references(IGenICamDoc* doc, const described_elem
 }
 
 std::error_code port_chunk_type::find_bytes(std::uint64_t address, std::int64_t length,
-                                            const access_messages& texts, unsigned char*& place) const {
+                                            const access_messages& texts, unsigned char*& found) const {
     if (data_ == nullptr) {
         report(texts.not_bound, origin());
         return make_error_code(invalid_parameter);
@@ -79,7 +79,7 @@ std::error_code port_chunk_type::find_bytes(std::uint64_t address, std::int64_t 
         report(texts.bad_length, origin(), length);
         return make_error_code(index_out_of_range);
     }
-    place = data_ + offset;
+    found = data_ + offset;
     return {};
 }
 
@@ -87,9 +87,9 @@ std::error_code port_chunk_type::read(std::uint64_t address, void* buffer, std::
                                       std::uint32_t) {
     constexpr access_messages texts = {messages::chunk_port_read_unbound, messages::chunk_port_read_address,
                                        messages::chunk_port_read_length};
-    unsigned char* place = nullptr;
-    if (const std::error_code failed = find_bytes(address, length, texts, place)) return failed;
-    if (length > 0) std::memcpy(buffer, place, static_cast<std::size_t>(length));
+    unsigned char* found = nullptr;
+    if (const std::error_code failed = find_bytes(address, length, texts, found)) return failed;
+    if (length > 0) std::memcpy(buffer, found, static_cast<std::size_t>(length));
     return {};
 }
 
@@ -97,9 +97,9 @@ std::error_code port_chunk_type::write(std::uint64_t address, const void* buffer
                                        std::uint32_t) {
     constexpr access_messages texts = {messages::chunk_port_write_unbound, messages::chunk_port_write_address,
                                        messages::chunk_port_write_length};
-    unsigned char* place = nullptr;
-    if (const std::error_code failed = find_bytes(address, length, texts, place)) return failed;
-    if (length > 0) std::memcpy(place, buffer, static_cast<std::size_t>(length));
+    unsigned char* found = nullptr;
+    if (const std::error_code failed = find_bytes(address, length, texts, found)) return failed;
+    if (length > 0) std::memcpy(found, buffer, static_cast<std::size_t>(length));
     return {};
 }
 

@@ -47,9 +47,9 @@ public:
 private:
     struct access_messages;
 
-    /// Sets `place` to the requested bytes, if they lie in the block.
+    /// Sets `found` to the requested bytes, if they lie in the block.
     std::error_code find_bytes(std::uint64_t address, std::int64_t length, const access_messages& texts,
-                               unsigned char*& place) const;
+                               unsigned char*& found) const;
 
     integer_pair chunk_id_;
     unsigned char* data_ = nullptr;

@@ -61,11 +61,11 @@ IPort* find_register_port(IGenICamDoc* doc, const described_element& xml) {
     return static_cast<IPort*>(doc->find_port(child_text(xml, child::pPort)));
 }
 
-register_const_address_eval::register_const_address_eval(const described_element& xml) : place_{0, 0} {
-    if (parse_int(child_text(xml, child::Length), place_.length) == 0) {
+register_const_address_eval::register_const_address_eval(const described_element& xml) : span_{0, 0} {
+    if (parse_int(child_text(xml, child::Length), span_.length) == 0) {
         report(messages::fixed_length_invalid, {xml, child::Length});
     }
-    place_.address = calc_address_nodes_sum(xml);
+    span_.address = calc_address_nodes_sum(xml);
 }
 
 void address_eval::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self) {
@@ -136,12 +136,12 @@ void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, const d
     address_.resolve_references(doc, xml, self);
 }
 
-result<register_place> register_dyn_address_eval::evaluate(std::uint32_t flags) const {
+result<register_span> register_dyn_address_eval::evaluate(std::uint32_t flags) const {
     const result<std::int64_t> length = length_.evaluate(flags);
     if (!length) return length.error();
     const result<std::uint64_t> address = address_.calc_address(length.assume_value(), flags);
     if (!address) return address.error();
-    return register_place{address.assume_value(), length.assume_value()};
+    return register_span{address.assume_value(), length.assume_value()};
 }
 
 std::int64_t register_dyn_address_eval::get_length() const {

@@ -15,7 +15,7 @@ namespace GenICam {
 class IGenICamDoc;
 
 /// Where a register lies and how many bytes it has. The length is what the description says, not yet checked.
-struct register_place {
+struct register_span {
     std::uint64_t address;
     std::int64_t length;
 };
@@ -26,16 +26,16 @@ struct register_place {
 /// The port named by `pPort`, "Device" without a name; null if there is no such port.
 [[nodiscard]] IPort* find_register_port(IGenICamDoc* doc, const described_element& xml);
 
-/// The place of a register that the description fixes.
+/// Address and length of a register that the description fixes.
 class register_const_address_eval {
 public:
     explicit register_const_address_eval(const described_element& xml);
 
-    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t) const { return place_; }
-    [[nodiscard]] std::int64_t get_length() const noexcept { return place_.length; }
+    [[nodiscard]] result<register_span> get_address_and_length(std::uint32_t) const { return span_; }
+    [[nodiscard]] std::int64_t get_length() const noexcept { return span_.length; }
 
 private:
-    register_place place_;
+    register_span span_;
 };
 
 /// One dynamic part of an address: a node that is added, or an index times a stride.
@@ -70,15 +70,15 @@ private:
     boost::container::small_vector<address_term, 1> terms_;
 };
 
-/// The place of a register that depends on other nodes: an address with the length record.
+/// Address and length of a register that depends on other nodes: an address with the length record.
 class register_dyn_address_eval {
 public:
     /// `self` becomes a dependent of `pLength` too. Without a usable length the register has 4 bytes.
     void resolve_references_len(IGenICamDoc* doc, const described_element& xml, INode* self);
 
-    [[nodiscard]] result<register_place> get_address_and_length(std::uint32_t flags) const {
+    [[nodiscard]] result<register_span> get_address_and_length(std::uint32_t flags) const {
         if (length_.kind == limit_kind::constant && address_.is_fixed()) {
-            return register_place{address_.base(), length_.number};
+            return register_span{address_.base(), length_.number};
         }
         return evaluate(flags);
     }
@@ -86,7 +86,7 @@ public:
     [[nodiscard]] std::int64_t get_length() const;
 
 private:
-    [[nodiscard]] result<register_place> evaluate(std::uint32_t flags) const;
+    [[nodiscard]] result<register_span> evaluate(std::uint32_t flags) const;
 
     address_eval address_;
     integer_pair length_;

@@ -104,10 +104,10 @@ void register_cache::store(std::uint64_t address, const void* bytes, std::int64_
     cached_length = static_cast<std::uint8_t>(length);
 }
 
-std::error_code register_cache::write_word(register_place place, std::uint64_t word, std::uint32_t flags) {
+std::error_code register_cache::write_word(register_span span, std::uint64_t word, std::uint32_t flags) {
     unsigned char bytes[word_size];
-    encode_word(word, place.length, endianess, bytes);
-    return cache_write(place.address, bytes, place.length, flags);
+    encode_word(word, span.length, endianess, bytes);
+    return cache_write(span.address, bytes, span.length, flags);
 }
 
 }  // namespace GenICam

@@ -41,13 +41,13 @@ struct register_cache {
 
     // The same for a number; the length must fit one.
 
-    [[nodiscard]] std::error_code read_word(register_place place, std::uint64_t& word, std::uint32_t flags) {
+    [[nodiscard]] std::error_code read_word(register_span span, std::uint64_t& word, std::uint32_t flags) {
         unsigned char bytes[word_size] = {};
-        const std::error_code failure = cache_read(place.address, bytes, place.length, flags);
-        if (!failure) word = decode_word(bytes, place.length, endianess);
+        const std::error_code failure = cache_read(span.address, bytes, span.length, flags);
+        if (!failure) word = decode_word(bytes, span.length, endianess);
         return failure;
     }
-    [[nodiscard]] std::error_code write_word(register_place place, std::uint64_t word, std::uint32_t flags);
+    [[nodiscard]] std::error_code write_word(register_span span, std::uint64_t word, std::uint32_t flags);
 
     IPort* port = nullptr;
     unsigned char cached_bytes[word_size] = {};  ///< in the device's order

@@ -10,47 +10,47 @@ register_type::register_type(document_services* services, const described_elemen
 }
 
 void register_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    place_.resolve_references_len(doc, xml, this);
+    address_.resolve_references_len(doc, xml, this);
     port_ = find_register_port(doc, xml);
     if (port_ == nullptr) {
         report(messages::register_port_unresolved, origin(child::pPort));
     }
 }
 
-result<register_place> register_type::find_bytes(std::int64_t length, std::uint32_t flags) const {
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (place && (length < 1 || length > place.assume_value().length))
+result<register_span> register_type::find_bytes(std::int64_t length, std::uint32_t flags) const {
+    const result<register_span> span = address_.get_address_and_length(flags);
+    if (span && (length < 1 || length > span.assume_value().length))
         return make_error_code(invalid_parameter);
-    return place;
+    return span;
 }
 
 std::error_code register_type::read(void* buffer, std::int64_t length, std::uint32_t flags) {
     if (const std::error_code refused = check_own_access(false, flags)) return refused;
     if (port_ == nullptr) return make_error_code(not_implemented);
-    const result<register_place> place = find_bytes(length, flags);
-    if (!place) return place.error();
-    return port_->read(place.assume_value().address, buffer, length, flags);
+    const result<register_span> span = find_bytes(length, flags);
+    if (!span) return span.error();
+    return port_->read(span.assume_value().address, buffer, length, flags);
 }
 
 // Asks for the port first, unlike a read.
 std::error_code register_type::write(const void* buffer, std::int64_t length, std::uint32_t flags) {
     if (port_ == nullptr) return make_error_code(not_implemented);
     if (const std::error_code refused = check_own_access(true, flags)) return refused;
-    const result<register_place> place = find_bytes(length, flags);
-    if (!place) return place.error();
-    return spread_write(*this, port_->write(place.assume_value().address, buffer, length, flags));
+    const result<register_span> span = find_bytes(length, flags);
+    if (!span) return span.error();
+    return spread_write(*this, port_->write(span.assume_value().address, buffer, length, flags));
 }
 
 result<std::uint64_t> register_type::get_address(std::uint32_t flags) {
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (!place) return place.error();
-    return place.assume_value().address;
+    const result<register_span> span = address_.get_address_and_length(flags);
+    if (!span) return span.error();
+    return span.assume_value().address;
 }
 
 result<std::int64_t> register_type::get_length(std::uint32_t flags) {
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (!place) return place.error();
-    return place.assume_value().length;
+    const result<register_span> span = address_.get_address_and_length(flags);
+    if (!span) return span.error();
+    return span.assume_value().length;
 }
 
 }  // namespace GenICam

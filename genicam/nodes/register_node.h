@@ -16,11 +16,11 @@ public:
     result<std::int64_t> get_length(std::uint32_t flags) override;
 
 private:
-    /// The register's place, if it is at least `length` bytes long.
-    [[nodiscard]] result<register_place> find_bytes(std::int64_t length, std::uint32_t flags) const;
+    /// Address and length of the register, if it is at least `length` bytes long.
+    [[nodiscard]] result<register_span> find_bytes(std::int64_t length, std::uint32_t flags) const;
 
     IPort* port_ = nullptr;
-    register_dyn_address_eval place_;
+    register_dyn_address_eval address_;
 };
 
 }  // namespace GenICam

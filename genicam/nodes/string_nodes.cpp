@@ -45,22 +45,22 @@ std::error_code string_type::set_val(std::string_view value, std::uint32_t flags
     return spread_write(*this, {});
 }
 
-std::error_code string_cache::read(register_place place, std::string& text, std::uint32_t flags) {
+std::error_code string_cache::read(register_span span, std::string& text, std::uint32_t flags) {
     if (port == nullptr) return make_error_code(not_implemented);
     const bool is_cache_only = (flags & access_flags::cache_only) != 0;
     if ((flags & access_flags::bypass_cache) == 0 && (is_cache_only || cachable != Cachable::NoCache)) {
-        const bool is_held = cache_valid && cached_address == place.address;
-        const auto length = static_cast<std::size_t>(place.length);
+        const bool is_held = cache_valid && cached_address == span.address;
+        const auto length = static_cast<std::size_t>(span.length);
         if (is_held && length <= cached_text.size()) {
             text.assign(cached_text, 0, length);
             return {};
         }
         if (is_cache_only) return make_error_code(is_held ? buffer_too_small : no_cached_value);
     }
-    text.assign(static_cast<std::size_t>(place.length), '\0');
-    if (const std::error_code failure = port->read(place.address, text.data(), place.length, flags))
+    text.assign(static_cast<std::size_t>(span.length), '\0');
+    if (const std::error_code failure = port->read(span.address, text.data(), span.length, flags))
         return failure;
-    return store(place.address, text);
+    return store(span.address, text);
 }
 
 std::error_code string_cache::write(std::uint64_t address, std::string_view text, std::uint32_t flags) {
@@ -98,26 +98,26 @@ void string_reg_type::invalidate() {
 }
 
 void string_reg_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    place_.resolve_references_len(doc, xml, this);
+    address_.resolve_references_len(doc, xml, this);
     cache_.port = find_register_port(doc, xml);
 }
 
 result<std::string> string_reg_type::get_val(std::uint32_t flags) {
     if (const std::error_code refused = check_own_access(false, flags)) return refused;
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (!place) return place.error();
-    const std::int64_t length = place.assume_value().length;
+    const result<register_span> span = address_.get_address_and_length(flags);
+    if (!span) return span.error();
+    const std::int64_t length = span.assume_value().length;
     if (length < 0 || length > greatest_text) return make_error_code(index_out_of_range);
     std::string text;
-    if (const std::error_code failure = cache_.read(place.assume_value(), text, flags)) return failure;
+    if (const std::error_code failure = cache_.read(span.assume_value(), text, flags)) return failure;
     return result<std::string>(std::move(text));
 }
 
 std::error_code string_reg_type::set_val(std::string_view value, std::uint32_t flags) {
     if (const std::error_code refused = check_own_access(true, flags)) return refused;
-    const result<register_place> place = place_.get_address_and_length(flags);
-    if (!place) return place.error();
-    return spread_write(*this, cache_.write(place.assume_value().address, value, flags));
+    const result<register_span> span = address_.get_address_and_length(flags);
+    if (!span) return span.error();
+    return spread_write(*this, cache_.write(span.assume_value().address, value, flags));
 }
 
 }  // namespace GenICam

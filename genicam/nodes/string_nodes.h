@@ -23,7 +23,7 @@ private:
 /// The port of a string register with the text that was last seen behind it, at one address.
 struct string_cache {
     /// Sets `text` to `length` bytes, from the cache where flags and mode allow it, else from the port.
-    [[nodiscard]] std::error_code read(register_place place, std::string& text, std::uint32_t flags);
+    [[nodiscard]] std::error_code read(register_span span, std::string& text, std::uint32_t flags);
     /// Writes as many bytes as the text has.
     [[nodiscard]] std::error_code write(std::uint64_t address, std::string_view text, std::uint32_t flags);
     void clear() noexcept { cache_valid = false; }
@@ -51,7 +51,7 @@ public:
     std::error_code set_val(std::string_view value, std::uint32_t flags) override;
 
 private:
-    register_dyn_address_eval place_;
+    register_dyn_address_eval address_;
     string_cache cache_;
 };
 

@@ -6,7 +6,7 @@ namespace GenICam {
 
 /// The element with the settings that the entries of a `StructReg` share: usually the parent, but groups may
 /// lie between.
-[[nodiscard]] pugi::xml_node find_struct_frame(pugi::xml_node entry);
+[[nodiscard]] pugi::xml_node find_struct_reg(pugi::xml_node entry);
 
 /// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of
 /// more than 8 bytes, or of none, fails every read and write with `index_out_of_range`.
@@ -20,7 +20,7 @@ public:
     result<std::int64_t> get_val(std::uint32_t flags) override;
 
 private:
-    register_dyn_address_eval place_;
+    register_dyn_address_eval address_;
 };
 
 }  // namespace GenICam

@@ -22,13 +22,13 @@ std::error_code write_all(int file, std::string_view contents) {
 
 }  // namespace
 
-std::error_code write_new_file(const std::filesystem::path& place, std::string_view contents) {
+std::error_code write_new_file(const std::filesystem::path& path, std::string_view contents) {
     constexpr mode_t for_all = 0666;  // as far as the user's mask lets it
-    const int file = ::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, for_all);
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, for_all);
     if (file < 0) return last_failure();
     std::error_code failure = write_all(file, contents);
     if (::close(file) != 0 && !failure) failure = last_failure();
-    if (failure) ::unlink(place.c_str());
+    if (failure) ::unlink(path.c_str());
     return failure;
 }
 

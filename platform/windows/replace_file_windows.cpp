@@ -22,13 +22,13 @@ std::error_code write_all(HANDLE file, std::string_view contents) {
 
 }  // namespace
 
-std::error_code write_new_file(const std::filesystem::path& place, std::string_view contents) {
+std::error_code write_new_file(const std::filesystem::path& path, std::string_view contents) {
     const HANDLE file =
-        CreateFileW(place.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return last_failure();
     std::error_code failure = write_all(file, contents);
     if (CloseHandle(file) == 0 && !failure) failure = last_failure();
-    if (failure) DeleteFileW(place.c_str());
+    if (failure) DeleteFileW(path.c_str());
     return failure;
 }
 

@@ -3,8 +3,6 @@
 #include "propui/control_logic.h"
 #include "propui/windows/button_class.h"
 
-#include <utility>
-
 namespace ZELPropUI {
 namespace {
 
@@ -17,18 +15,14 @@ constexpr std::int32_t last_tick = 10;
 
 }  // namespace
 
-CZELButton::CZELButton(ZELAdapterHelper::CZELItemDataBase* item, ZELAdapterHelper::InterfaceKey key,
-                       std::wstring caption)
-    : CItemControl(item, key), caption_(std::move(caption)) {}
-
-bool CZELButton::Create(HWND parent, const RECT& place, HWND) {
-    if (!CreateChild(ButtonClass(), parent, place, style)) return false;
+bool CZELButton::Create(HWND parent, const RECT& rect, HWND) {
+    if (!CreateChild(ButtonClass(), parent, rect, style)) return false;
     UseFontOfParent();
     return true;
 }
 
 void CZELButton::Init() {
-    SetText(caption_);
+    SetText(Caption());
     Update();
 }
 

@@ -16,8 +16,8 @@ Framework::Superclass window_class(L"Selvane_COMBOBOX", L"COMBOBOX",
 
 }  // namespace
 
-bool CZELCombo::Create(HWND parent, const RECT& place, HWND) {
-    if (!CreateChild(window_class, parent, place, style)) return false;
+bool CZELCombo::Create(HWND parent, const RECT& rect, HWND) {
+    if (!CreateChild(window_class, parent, rect, style)) return false;
     UseFontOfParent();
     return true;
 }

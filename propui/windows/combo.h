@@ -7,9 +7,8 @@ namespace ZELPropUI {
 /// A drop-down list of the texts of an element; the value is the index of the selected one.
 class CZELCombo : public CItemControl {
 public:
-    CZELCombo(ZELAdapterHelper::CZELItemDataBase* item, ZELAdapterHelper::InterfaceKey key)
-        : CItemControl(item, key) {}
-    bool Create(HWND parent, const RECT& place, HWND extra) override;
+    using CItemControl::CItemControl;
+    bool Create(HWND parent, const RECT& rect, HWND extra) override;
     void Init() override;
     void Update() override;
     void UpdateValue() override;

@@ -21,7 +21,7 @@ public:
 
     /// Makes the window. `extra` is the window that belongs to this one: the edit of a spin button. False if
     /// the platform refuses; all other operations do nothing visible then.
-    virtual bool Create(HWND parent, const RECT& place, HWND extra) = 0;
+    virtual bool Create(HWND parent, const RECT& rect, HWND extra) = 0;
     /// Fetches what is constant and ends in `Update`.
     virtual void Init() {}
     /// Refreshes whether the control is enabled, and its value.

@@ -30,8 +30,8 @@ std::wstring TextOf(HWND window) {
 
 }  // namespace
 
-bool CZELEdit::Create(HWND parent, const RECT& place, HWND) {
-    if (!CreateChild(window_class, parent, place, style)) return false;
+bool CZELEdit::Create(HWND parent, const RECT& rect, HWND) {
+    if (!CreateChild(window_class, parent, rect, style)) return false;
     TakePlainNumbersOnly();
     Send(EM_SETOPTIONS, ECOOP_SET, options);
     // Some versions grow a bar with automatic scrolling, and it would stand over the text.

@@ -8,7 +8,7 @@ namespace ZELPropUI {
 class CZELEdit : public CControllerControl {
 public:
     explicit CZELEdit(ISliderController* controller) : CControllerControl(controller) {}
-    bool Create(HWND parent, const RECT& place, HWND extra) override;
+    bool Create(HWND parent, const RECT& rect, HWND extra) override;
     void Init() override;
     void Update() override;
     void UpdateValue() override;

@@ -17,8 +17,8 @@ Framework::Superclass window_class(L"Selvane_msctls_trackbar32", L"msctls_trackb
 
 }  // namespace
 
-bool CZELSlider::Create(HWND parent, const RECT& place, HWND) {
-    return CreateChild(window_class, parent, place, style);
+bool CZELSlider::Create(HWND parent, const RECT& rect, HWND) {
+    return CreateChild(window_class, parent, rect, style);
 }
 
 void CZELSlider::Init() {

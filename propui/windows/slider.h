@@ -8,7 +8,7 @@ namespace ZELPropUI {
 class CZELSlider : public CControllerControl {
 public:
     explicit CZELSlider(ISliderController* controller) : CControllerControl(controller) {}
-    bool Create(HWND parent, const RECT& place, HWND extra) override;
+    bool Create(HWND parent, const RECT& rect, HWND extra) override;
     void Init() override;
     void UpdateValue() override;
 

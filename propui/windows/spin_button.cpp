@@ -15,8 +15,8 @@ Framework::Superclass window_class(L"Selvane_msctls_updown32", L"msctls_updown32
 
 }  // namespace
 
-bool CZELSpinButton::Create(HWND parent, const RECT& place, HWND extra) {
-    if (!CreateChild(window_class, parent, place, style)) return false;
+bool CZELSpinButton::Create(HWND parent, const RECT& rect, HWND extra) {
+    if (!CreateChild(window_class, parent, rect, style)) return false;
     Send(UDM_SETBUDDY, reinterpret_cast<WPARAM>(extra));
     return true;
 }

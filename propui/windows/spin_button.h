@@ -9,7 +9,7 @@ class CZELSpinButton : public CControllerControl {
 public:
     explicit CZELSpinButton(ISliderController* controller) : CControllerControl(controller) {}
     /// `extra` is the window of the edit.
-    bool Create(HWND parent, const RECT& place, HWND extra) override;
+    bool Create(HWND parent, const RECT& rect, HWND extra) override;
     void Init() override;
     void UpdateValue() override;
 

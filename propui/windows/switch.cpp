@@ -3,8 +3,6 @@
 #include "propui/control_logic.h"
 #include "propui/windows/button_class.h"
 
-#include <utility>
-
 namespace ZELPropUI {
 namespace {
 
@@ -13,18 +11,14 @@ static_assert(style == (WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_CHECKBOX));
 
 }  // namespace
 
-CZELSwitch::CZELSwitch(ZELAdapterHelper::CZELItemDataBase* item, ZELAdapterHelper::InterfaceKey key,
-                       std::wstring caption)
-    : CItemControl(item, key), caption_(std::move(caption)) {}
-
-bool CZELSwitch::Create(HWND parent, const RECT& place, HWND) {
-    if (!CreateChild(ButtonClass(), parent, place, style)) return false;
+bool CZELSwitch::Create(HWND parent, const RECT& rect, HWND) {
+    if (!CreateChild(ButtonClass(), parent, rect, style)) return false;
     UseFontOfParent();
     return true;
 }
 
 void CZELSwitch::Init() {
-    SetText(caption_);
+    SetText(Caption());
     Update();
 }
 

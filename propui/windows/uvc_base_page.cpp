@@ -146,24 +146,24 @@ void CUVCBasePage::OnDetached() noexcept {
 
 // Whatever ends in the driver may come back to the host, which may let go of the page: it stays until the
 // call is done.
-HRESULT CUVCBasePage::Activate(HWND parent, LPCRECT place, BOOL) {
+HRESULT CUVCBasePage::Activate(HWND parent, LPCRECT rect, BOOL) {
     const Holder hold(*this);
     std::ignore = at_com_edge([&] {
         Deactivate();  // a host may have lost count
         InitCommonControlClasses();
         LoadEditLibraries();
-        CreatePage(parent, place);
+        CreatePage(parent, rect);
         return S_OK;
     });
     return S_OK;
 }
 
-void CUVCBasePage::CreatePage(HWND parent, LPCRECT place) {
+void CUVCBasePage::CreatePage(HWND parent, LPCRECT rect) {
     if (!CreateFromResource(Resources().dialog, parent)) return;
     ChangeStyleOnce(Handle());
-    if (place != nullptr) {
-        Move(place);
-        RecordSize(*place);
+    if (rect != nullptr) {
+        Move(rect);
+        RecordSize(*rect);
     }
     BuildPage({filter_, adapter_}, false);
 }

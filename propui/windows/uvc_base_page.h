@@ -37,7 +37,7 @@ public:
     ULONG STDMETHODCALLTYPE Release() override;
 
     /// Creates the window and its controls. S_OK even if that fails: the frame stays empty then.
-    HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT place, BOOL modal) override;
+    HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT rect, BOOL modal) override;
     HRESULT STDMETHODCALLTYPE Deactivate() override;
     /// Takes the first object that is a camera with something to show on this page. E_NOINTERFACE if there is
     /// none. Throws `hr_exception` when a camera cannot be reached or hands out a malformed description.
@@ -59,7 +59,7 @@ private:
 
     [[nodiscard]] bool TakeObject(IUnknown& object, const Objects& all);
     bool BuildPage(const Camera& camera, bool measure_only);
-    void CreatePage(HWND parent, LPCRECT place);
+    void CreatePage(HWND parent, LPCRECT rect);
     void UpdateControls();
     void GoOnUpdating();
     void WaitForPause();

@@ -37,10 +37,10 @@ int WindowCanvas::ScaleX(int measure) { return MulDiv(measure, DotsPerInch(LOGPI
 
 int WindowCanvas::ScaleY(int measure) { return MulDiv(measure, DotsPerInch(LOGPIXELSY), 96); }
 
-void WindowCanvas::AddLabel(const PageRect& place, std::wstring_view text) {
+void WindowCanvas::AddLabel(const PageRect& rect, std::wstring_view text) {
     const HWND label =
-        CreateWindowExW(0, L"STATIC", std::wstring(text).c_str(), label_style, place.left, place.top,
-                        place.width, place.height, page_, nullptr, Framework::ModuleHandle(), nullptr);
+        CreateWindowExW(0, L"STATIC", std::wstring(text).c_str(), label_style, rect.left, rect.top,
+                        rect.width, rect.height, page_, nullptr, Framework::ModuleHandle(), nullptr);
     GiveId(label);
     SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(PageFont()), TRUE);
 }
@@ -54,8 +54,8 @@ void WindowCanvas::BeginElement(std::wstring_view item, std::wstring_view elemen
 void WindowCanvas::GiveId(HWND window) { SetWindowLongPtrW(window, GWLP_ID, next_id_++); }
 
 template <class Control, class... Arguments>
-std::shared_ptr<Control> WindowCanvas::Add(const PageRect& place, HWND extra, Arguments&&... arguments) {
-    const RECT edges{place.left, place.top, place.left + place.width, place.top + place.height};
+std::shared_ptr<Control> WindowCanvas::Add(const PageRect& rect, HWND extra, Arguments&&... arguments) {
+    const RECT edges{rect.left, rect.top, rect.left + rect.width, rect.top + rect.height};
     const std::shared_ptr<Control> control(new Control(std::forward<Arguments>(arguments)...),
                                            [source = source_](Control* end) {
                                                end->Close();
@@ -69,32 +69,32 @@ std::shared_ptr<Control> WindowCanvas::Add(const PageRect& place, HWND extra, Ar
     return control;
 }
 
-void WindowCanvas::AddSlider(const PageRect& place, ISliderController& controller) {
-    Add<CZELSlider>(place, nullptr, &controller);
+void WindowCanvas::AddSlider(const PageRect& rect, ISliderController& controller) {
+    Add<CZELSlider>(rect, nullptr, &controller);
 }
 
-void WindowCanvas::AddEdit(const PageRect& place, ISliderController& controller) {
-    const auto edit = Add<CZELEdit>(place, nullptr, &controller);
+void WindowCanvas::AddEdit(const PageRect& rect, ISliderController& controller) {
+    const auto edit = Add<CZELEdit>(rect, nullptr, &controller);
     edit->SetName(element_name_);
     edit_ = edit->Handle();
 }
 
-void WindowCanvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
-    Add<CZELSpinButton>(place, edit_, &controller)->SetName(element_name_);
+void WindowCanvas::AddSpinButton(const PageRect& rect, ISliderController& controller) {
+    Add<CZELSpinButton>(rect, edit_, &controller)->SetName(element_name_);
 }
 
-void WindowCanvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
-    Add<CZELCombo>(place, nullptr, &item, key);
+void WindowCanvas::AddCombo(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key) {
+    Add<CZELCombo>(rect, nullptr, &item, key);
 }
 
-void WindowCanvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+void WindowCanvas::AddSwitch(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                              std::wstring_view caption) {
-    Add<CZELSwitch>(place, nullptr, &item, key, std::wstring(caption));
+    Add<CZELSwitch>(rect, nullptr, &item, key, std::wstring(caption));
 }
 
-void WindowCanvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+void WindowCanvas::AddButton(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                              std::wstring_view caption) {
-    Add<CZELButton>(place, nullptr, &item, key, std::wstring(caption));
+    Add<CZELButton>(rect, nullptr, &item, key, std::wstring(caption));
 }
 
 HFONT WindowCanvas::PageFont() const {

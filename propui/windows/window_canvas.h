@@ -26,14 +26,14 @@ public:
     [[nodiscard]] int ScaleX(int measure) override;
     [[nodiscard]] int ScaleY(int measure) override;
     void BeginElement(std::wstring_view item, std::wstring_view element) override;
-    void AddLabel(const PageRect& place, std::wstring_view text) override;
-    void AddSlider(const PageRect& place, ISliderController& controller) override;
-    void AddEdit(const PageRect& place, ISliderController& controller) override;
-    void AddSpinButton(const PageRect& place, ISliderController& controller) override;
-    void AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) override;
-    void AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+    void AddLabel(const PageRect& rect, std::wstring_view text) override;
+    void AddSlider(const PageRect& rect, ISliderController& controller) override;
+    void AddEdit(const PageRect& rect, ISliderController& controller) override;
+    void AddSpinButton(const PageRect& rect, ISliderController& controller) override;
+    void AddCombo(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key) override;
+    void AddSwitch(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                    std::wstring_view caption) override;
-    void AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+    void AddButton(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                    std::wstring_view caption) override;
 
 private:
@@ -43,7 +43,7 @@ private:
     void GiveId(HWND window);
     /// Without a window on a page that is gone.
     template <class Control, class... Arguments>
-    std::shared_ptr<Control> Add(const PageRect& place, HWND extra, Arguments&&... arguments);
+    std::shared_ptr<Control> Add(const PageRect& rect, HWND extra, Arguments&&... arguments);
 
     HWND page_;
     ControlList& controls_;

@@ -49,7 +49,7 @@ def compiles(target):
 
 
 def code_of(line):
-    """The line with comments and texts blanked, at the same places."""
+    """The line with comments and texts blanked, at the same offsets."""
     line = re.sub(r'"(\\.|[^"\\])*"|\'(\\.|[^\'\\])\'', lambda m: "\x01" * len(m.group()), line)
     at = line.find("//")
     return line if at < 0 else line[:at]
@@ -61,10 +61,10 @@ def plant(lines):
     code = code_of(lines[number])
     if re.match(r"\s*(#|static_assert|using|namespace|\x01)|.*\blog_", code):
         return None
-    places = [(p, m, r) for p, r in faults for m in re.finditer(p, code)]
-    if not places:
+    spots = [(p, m, r) for p, r in faults for m in re.finditer(p, code)]
+    if not spots:
         return None
-    pattern, match, new = random.choice(places)
+    pattern, match, new = random.choice(spots)
     text = str(int(match.group()) + 1) if new is None else match.expand(new) if "\\" in new else new
     if "\x01" in text:
         return None

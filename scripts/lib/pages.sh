@@ -17,7 +17,7 @@ pages_open() {
 
 # pages_close: presses OK and waits for the end.
 pages_close() {
-    pages_click "$(place_of command OK)"
+    pages_click "$(rect_of command OK)"
     local code=0
     wait "$host_pid" || code=$?
     host_pid=
@@ -77,34 +77,34 @@ expect_calls() {
     echo "  $(driver_calls | grep -E -- "$pattern" | tail -n 1)"
 }
 
-# place_of KIND NAME [ITEM]: "x y width height", from the latest listing.
-place_of() {
+# rect_of KIND NAME [ITEM]: "x y width height", from the latest listing.
+rect_of() {
     local head="$1 \"$2\" ${3:+of \"$3\" }" found
     found=$(last_layout | grep -F -m 1 -- "$head" || true)
     if [ -z "$found" ] || [[ $found != "$head"* ]]; then
         echo "no such thing on the page: $head" >&2
         return 1
     fi
-    place_behind "${found#"$head"}"
+    rect_behind "${found#"$head"}"
 }
 
-# thumb_of NAME ITEM: place of the thumb of a slider.
+# thumb_of NAME ITEM: rect of the thumb of a slider.
 thumb_of() {
     local found
     found=$(last_layout | grep -F -m 1 -- "slider \"$1\" of \"$2\" ")
-    place_behind "${found##* thumb }"
+    rect_behind "${found##* thumb }"
 }
 
 # "10,20 30x40 ..." -> "10 20 30 40"
-place_behind() {
+rect_behind() {
     sed -nE 's/^(-?[0-9]+),(-?[0-9]+) ([0-9]+)x([0-9]+).*/\1 \2 \3 \4/p' <<<"$1"
 }
 
 # middle_of PLACE: "x y"
 middle_of() {
-    local place
-    read -r -a place <<<"$1"
-    echo "$((place[0] + place[2] / 2)) $((place[1] + place[3] / 2))"
+    local rect
+    read -r -a rect <<<"$1"
+    echo "$((rect[0] + rect[2] / 2)) $((rect[1] + rect[3] / 2))"
 }
 
 # shellcheck disable=SC2046 # the middle is two words
@@ -119,7 +119,7 @@ pages_click() {
 show_page() {
     local tab
     tab=$(last_layout | grep -E -m 1 "^tab $1 ")
-    pages_click "$(place_behind "${tab##*\" }")"
+    pages_click "$(rect_behind "${tab##*\" }")"
     pages_wait "^page $1 of "
 }
 
@@ -137,9 +137,9 @@ drag_slider() {
     xdotool mouseup 1
 }
 
-# type_value NAME ITEM TEXT: in the place of what the edit holds; the tabulator leaves it, which sends it.
+# type_value NAME ITEM TEXT: in place of what the edit holds; the tabulator leaves it, which sends it.
 type_value() {
-    pages_click "$(place_of edit "$1" "$2")"
+    pages_click "$(rect_of edit "$1" "$2")"
     xdotool key --delay 30 Home shift+End
     xdotool type --delay 30 -- "$3"
     xdotool key Tab
@@ -147,16 +147,16 @@ type_value() {
 
 # pick_entry NAME ITEM ENTRY: opens the list and clicks an entry.
 pick_entry() {
-    pages_click "$(place_of combo "$1" "$2")"
+    pages_click "$(rect_of combo "$1" "$2")"
     pages_wait "^entry \"$3\" of \"$1\" "
-    pages_click "$(place_of entry "$3" "$1")"
+    pages_click "$(rect_of entry "$3" "$1")"
 }
 
 # frame_picture FILE.png: the frame as it stands on the screen, with what happens to be in front of it.
 frame_picture() {
-    local place
-    mouse_to "$(place_behind "$(last_layout | sed -nE '1s/^frame ".*" //p')")" # away from what was clicked
+    local rect
+    mouse_to "$(rect_behind "$(last_layout | sed -nE '1s/^frame ".*" //p')")" # away from what was clicked
     sleep 0.3
-    read -r -a place <<<"$(place_behind "$(last_layout | sed -nE '1s/^frame ".*" //p')")"
-    import -window root -crop "${place[2]}x${place[3]}+${place[0]}+${place[1]}" +repage "$1"
+    read -r -a rect <<<"$(rect_behind "$(last_layout | sed -nE '1s/^frame ".*" //p')")"
+    import -window root -crop "${rect[2]}x${rect[3]}+${rect[0]}+${rect[1]}" +repage "$1"
 }

@@ -90,7 +90,7 @@ TEST_F(Gate, NeedsTheWholeBlockBack) {
 TEST(GateWithoutFilter, StaysClosed) { EXPECT_FALSE(is_adapter_device(nullptr)); }
 
 TEST(AdapterConstruction, AsksForNamedAccessThenForRegisters) {
-    ScriptedCamera camera(Road::Both, {});
+    ScriptedCamera camera(AccessPath::Both, {});
     const GenICamAdapterDevice adapter(&camera.filter);
     EXPECT_EQ(camera.filter.TakeRequests(),
               (std::vector{Supported(wire::device_set, 4), Supported(wire::device_set, 3)}));
@@ -100,19 +100,19 @@ TEST(AdapterConstruction, AsksForNamedAccessThenForRegisters) {
 }
 
 TEST(AdapterConstruction, TellsTheAccessPathsApart) {
-    ScriptedCamera named(Road::Named, {});
+    ScriptedCamera named(AccessPath::Named, {});
     const GenICamAdapterDevice by_name(&named.filter);
     EXPECT_TRUE(by_name.has_named_access());
     EXPECT_FALSE(by_name.has_register_access());
 
-    ScriptedCamera registers(Road::Registers, {});
+    ScriptedCamera registers(AccessPath::Registers, {});
     const GenICamAdapterDevice by_register(&registers.filter);
     EXPECT_FALSE(by_register.has_named_access());
     EXPECT_TRUE(by_register.has_register_access());
 }
 
 TEST(AdapterConstruction, TakesAnySupportBitButNoFailure) {
-    ScriptedCamera camera(Road::Both, {});
+    ScriptedCamera camera(AccessPath::Both, {});
     camera.filter.Property(wire::device_set, 4).support = 0;
     camera.filter.Property(wire::device_set, 3).support = 0x80000000;
     const GenICamAdapterDevice odd_bit(&camera.filter);
@@ -140,7 +140,7 @@ TEST(AdapterConstruction, ThrowsWithoutAnyAccess) {
 }
 
 TEST(AdapterConstruction, HoldsOneReference) {
-    ScriptedCamera camera(Road::Both, {});
+    ScriptedCamera camera(AccessPath::Both, {});
     {
         const GenICamAdapterDevice adapter(&camera.filter);
         EXPECT_EQ(camera.filter.OutstandingReferences(), 1);
@@ -159,7 +159,7 @@ const std::error_code success = GenICam::make_error_code(GenICam::success);
 
 class RegisterAccess : public testing::Test {
 protected:
-    ScriptedCamera camera_{Road::Registers, {}};
+    ScriptedCamera camera_{AccessPath::Registers, {}};
     GenICamAdapterDevice adapter_{&camera_.filter};
 
     void SetUp() override { (void)camera_.filter.TakeRequests(); }

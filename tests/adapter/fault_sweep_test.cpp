@@ -53,7 +53,8 @@ std::string TheDescription() {
 
 class FaultyCamera : public ScriptedCamera {
 public:
-    explicit FaultyCamera(Road road) : ScriptedCamera(road, {TheDescription(), TheDescription()}) {
+    explicit FaultyCamera(AccessPath access_path)
+        : ScriptedCamera(access_path, {TheDescription(), TheDescription()}) {
         for (const std::uint64_t address : {0U, 4U, 20U}) memory[address] = 1;
         for (const std::uint64_t address : {16U, 32U}) memory[address] = 100;
         other_paths = [](std::string_view path, Bytes& answer) {
@@ -87,7 +88,7 @@ Life Live(ScriptedCamera& camera) {
     return life;
 }
 
-class FaultSweep : public testing::TestWithParam<Road> {
+class FaultSweep : public testing::TestWithParam<AccessPath> {
 protected:
     Life clean_ = LiveClean();
 
@@ -149,12 +150,12 @@ TEST_P(FaultSweep, SurvivesAFailureOfAnyCall) {
             camera.filter.FailCall(n, hr);
             const Life life = Live(camera);
             const DriverRequest& request = camera.filter.Calls()[n - 1].request;
-            const std::uint32_t only_road = GetParam() == Road::Named       ? 4
-                                            : GetParam() == Road::Registers ? 3
-                                                                            : 0;
-            const bool was_the_only_road = request.kind == DriverRequest::Kind::query_supported &&
-                                           only_road != 0 && request.id == only_road;
-            EXPECT_EQ(life.exception, was_the_only_road ? "Failed to access GenICam data" : "");
+            const std::uint32_t only_path = GetParam() == AccessPath::Named       ? 4
+                                            : GetParam() == AccessPath::Registers ? 3
+                                                                                  : 0;
+            const bool was_the_only_path = request.kind == DriverRequest::Kind::query_supported &&
+                                           only_path != 0 && request.id == only_path;
+            EXPECT_EQ(life.exception, was_the_only_path ? "Failed to access GenICam data" : "");
             const WalkStep* const step = StepOfCall(life, n - 1);
             if (step == nullptr) continue;
             SCOPED_TRACE(step->element + ' ' + step->operation);
@@ -241,11 +242,12 @@ TEST_P(FaultSweep, LeavesNothingBehindWithoutMemory) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, FaultSweep, testing::Values(Road::Named, Road::Registers, Road::Both),
-                         [](const auto& road) {
-                             return road.param == Road::Named       ? "Named"
-                                    : road.param == Road::Registers ? "Registers"
-                                                                    : "Both";
+INSTANTIATE_TEST_SUITE_P(AccessPaths, FaultSweep,
+                         testing::Values(AccessPath::Named, AccessPath::Registers, AccessPath::Both),
+                         [](const auto& access_path) {
+                             return access_path.param == AccessPath::Named       ? "Named"
+                                    : access_path.param == AccessPath::Registers ? "Registers"
+                                                                                 : "Both";
                          });
 
 }  // namespace

@@ -40,7 +40,7 @@ void ExpectParseFailure(GenICamAdapterDevice& adapter) {
 // A camera with an adapter, whose own requests are out of the way.
 class Fetch : public testing::Test {
 protected:
-    ScriptedCamera camera_{Road::Registers, {}};
+    ScriptedCamera camera_{AccessPath::Registers, {}};
     GenICamAdapterDevice adapter_{&camera_.filter};
 
     void SetUp() override { (void)camera_.filter.TakeRequests(); }

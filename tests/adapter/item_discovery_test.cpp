@@ -53,7 +53,7 @@ std::vector<std::wstring> ElementNamesOf(const ItemRecord& record) {
 // An adapter over register access, where nothing but the description decides.
 class Discovery : public testing::Test {
 protected:
-    ScriptedCamera camera_{Road::Registers, {}};
+    ScriptedCamera camera_{AccessPath::Registers, {}};
     GenICamAdapterDevice adapter_{&camera_.filter};
 
     const std::vector<ItemRecord>& TableOf(const std::vector<std::string>& nodes) {
@@ -214,7 +214,7 @@ TEST_F(Discovery, TakesAnUnreadableItemIdForNone) {
         " {00000000-0000-0000-0000-000000000001}", "{00000000-0000-0000-0000-000000000000}"};
     for (const std::string& text : texts) {
         ScriptedCamera camera(
-            Road::Registers,
+            AccessPath::Registers,
             {Description(Category("Root", {"Outer"}) +
                          Category("Outer", {"Inner"},
                                   "<Extension><ZELItemGUID>" + text + "</ZELItemGUID></Extension>") +
@@ -267,7 +267,7 @@ TEST_F(Discovery, AsksTheNodeInRegisterAccess) {
 }
 
 TEST(NamedDiscovery, AsksTheDriver) {
-    ScriptedCamera camera(Road::Named, {Description(implementation_nodes)});
+    ScriptedCamera camera(AccessPath::Named, {Description(implementation_nodes)});
     camera.Answer("Yes/IsImplemented", std::uint64_t{0});
     camera.Answer("No/IsImplemented", std::uint64_t{0x100000000});
     GenICamAdapterDevice adapter(&camera.filter);
@@ -282,12 +282,13 @@ TEST(NamedDiscovery, AsksTheDriver) {
 }
 
 TEST(NamedDiscovery, AsksOnlyForMarkedFeaturesWhateverTheirKind) {
-    ScriptedCamera camera(Road::Named, {Description(Category("Root", {"Item"}) +
-                                                    Category("Item", {"Text", "Unmarked", "A"}, ItemMark(1)) +
-                                                    "<String Name=\"Text\">" + ElementMark() +
-                                                    "<Value>text</Value></String>"
-                                                    "<Integer Name=\"Unmarked\"><Value>1</Value></Integer>" +
-                                                    MarkedInteger("A"))});
+    ScriptedCamera camera(
+        AccessPath::Named,
+        {Description(Category("Root", {"Item"}) + Category("Item", {"Text", "Unmarked", "A"}, ItemMark(1)) +
+                     "<String Name=\"Text\">" + ElementMark() +
+                     "<Value>text</Value></String>"
+                     "<Integer Name=\"Unmarked\"><Value>1</Value></Integer>" +
+                     MarkedInteger("A"))});
     camera.other_paths = [](std::string_view, Bytes& answer) {
         answer = BytesOf(std::uint64_t{1});
         return true;
@@ -304,7 +305,7 @@ TEST(NamedDiscovery, AsksOnlyForMarkedFeaturesWhateverTheirKind) {
 TEST(NamedDiscovery, IsPreferredWhenTheDriverServesBoth) {
     const std::string nodes = Category("Root", {"First", "Second"}) + Category("First", {"A"}, ItemMark(1)) +
                               Category("Second", {"A"}, ItemMark(2)) + MarkedInteger("A");
-    ScriptedCamera camera(Road::Both, {Description(nodes), Description(nodes)});
+    ScriptedCamera camera(AccessPath::Both, {Description(nodes), Description(nodes)});
     camera.Answer("A/IsImplemented", std::uint64_t{1});
     GenICamAdapterDevice adapter(&camera.filter);
     const auto& table = adapter.get_item_table();
@@ -430,7 +431,7 @@ TEST_F(Discovery, FindsNoMoreElementsThanItsBound) {
 }
 
 TEST(NamedDiscovery, AsksTheDriverNoMoreOftenThanTheBoundOfFinds) {
-    ScriptedCamera camera(Road::Named,
+    ScriptedCamera camera(AccessPath::Named,
                           {Description(Category("Root", Times(400, "Item")) +
                                        Category("Item", Times(400, "A"), ItemMark(1)) + MarkedInteger("A"))});
     std::size_t asked = 0;
@@ -445,7 +446,7 @@ TEST(NamedDiscovery, AsksTheDriverNoMoreOftenThanTheBoundOfFinds) {
 
 TEST(CollectElements, StopsWithoutAWordAtAnException) {
     ScriptedCamera camera(
-        Road::Named,
+        AccessPath::Named,
         {Description(Category("Root", {"Item"}) + Category("Item", {"A", "B", "C"}, ItemMark(1)) +
                      MarkedInteger("A") + MarkedInteger("B") + MarkedInteger("C"))});
     camera.other_paths = [](std::string_view path, Bytes& answer) {
@@ -460,7 +461,7 @@ TEST(CollectElements, StopsWithoutAWordAtAnException) {
 }
 
 TEST(CollectElements, LetsOtherExceptionsThrough) {
-    ScriptedCamera camera(Road::Named,
+    ScriptedCamera camera(AccessPath::Named,
                           {Description(Category("Root", {"Item"}) + Category("Item", {"A"}, ItemMark(1)) +
                                        MarkedInteger("A"))});
     camera.other_paths = [](std::string_view, Bytes&) -> bool { throw 7; };

@@ -41,11 +41,11 @@ TEST_P(ItemLifetime, IsMadeForAnythingThatThePageGives) {
     EXPECT_TRUE(MakeItem(record, nullptr));
 }
 
-INSTANTIATE_TEST_SUITE_P(BothRoads, ItemLifetime,
+INSTANTIATE_TEST_SUITE_P(BothAccessPaths, ItemLifetime,
                          testing::Values(&make_genicam_propdata_named, &make_genicam_propdata_portbased));
 
 TEST(NamedItemWithoutPropertySet, FailsWhatNeedsTheDriver) {
-    OneItem described(Road::Named, number_node, {"N"});
+    OneItem described(AccessPath::Named, number_node, {"N"});
     ItemRecord record = {};
     record.factory = &make_genicam_propdata_named;
     const auto item = MakeItem(record, nullptr);
@@ -56,7 +56,7 @@ TEST(NamedItemWithoutPropertySet, FailsWhatNeedsTheDriver) {
 }
 
 TEST(PortbasedItem, UsesNoFilter) {
-    OneItem described(Road::Registers, number_node, {"N"});
+    OneItem described(AccessPath::Registers, number_node, {"N"});
     ItemRecord record = {};
     record.factory = &make_genicam_propdata_portbased;
     const auto item = MakeItem(record, nullptr);
@@ -66,7 +66,7 @@ TEST(PortbasedItem, UsesNoFilter) {
 }
 
 TEST(DescribedItem, HoldsAReferenceOfItsOwn) {
-    OneItem described(Road::Named, number_node, {"N"});
+    OneItem described(AccessPath::Named, number_node, {"N"});
     const std::int32_t before = described.camera.filter.OutstandingReferences();
     EXPECT_EQ(before, 2) << "the adapter's and the item's";
     const auto another = MakeItem(described.Adapter().get_item_table().front(), &described.camera.filter);

@@ -200,7 +200,7 @@ protected:
 };
 
 TEST_P(MarkedDescription, GivesItsItemsByName) {
-    ScriptedCamera camera(Road::Named, {text_});
+    ScriptedCamera camera(AccessPath::Named, {text_});
     camera.other_paths = [](std::string_view path, Bytes& answer) {
         const bool asks_for_existence = path.find("/IsImplemented") != std::string_view::npos;
         answer = BytesOf(std::uint64_t{asks_for_existence ? 1U : 0U});
@@ -212,7 +212,7 @@ TEST_P(MarkedDescription, GivesItsItemsByName) {
 }
 
 TEST_P(MarkedDescription, GivesNothingByNameWhenNothingIsImplemented) {
-    ScriptedCamera camera(Road::Named, {text_});
+    ScriptedCamera camera(AccessPath::Named, {text_});
     camera.other_paths = [](std::string_view, Bytes& answer) {
         answer = Bytes(8);
         return true;
@@ -222,7 +222,7 @@ TEST_P(MarkedDescription, GivesNothingByNameWhenNothingIsImplemented) {
 }
 
 TEST_P(MarkedDescription, GivesItsItemsOverRegisters) {
-    ScriptedCamera camera(Road::Registers, {text_});
+    ScriptedCamera camera(AccessPath::Registers, {text_});
     GenICamAdapterDevice adapter(&camera.filter);
     EXPECT_EQ(ItemsOf(adapter.get_item_table()), File().Items(false));
     ExpectWalkOver(adapter, camera, 3);

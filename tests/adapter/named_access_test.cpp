@@ -12,7 +12,7 @@ using namespace genicam_adapter;
 
 class NamedAccess : public testing::Test {
 protected:
-    ScriptedCamera camera_{Road::Named, {}};
+    ScriptedCamera camera_{AccessPath::Named, {}};
     IKsPropertySet* const filter_ = &camera_.filter;
 };
 

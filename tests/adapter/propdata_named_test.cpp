@@ -47,7 +47,7 @@ std::vector<std::wstring> TextsOf(const std::vector<SharedString>& strings) {
 
 class NamedItem : public testing::Test {
 protected:
-    OneItem item_{Road::Named, Nodes(), features};
+    OneItem item_{AccessPath::Named, Nodes(), features};
     ScriptedCamera& camera_ = item_.camera;
     InterfaceKey num_ = item_.Key("Num");
     InterfaceKey real_ = item_.Key("Real");
@@ -314,7 +314,7 @@ TEST_F(NamedItem, PassesAFailureOfTheSelectedEntryOn) {
 TEST(NamedEnumeration, MatchesNoEntryThatTheBufferDoesNotHold) {
     for (const std::size_t length : {254U, 255U, 256U, 257U, 400U}) {
         const std::string name(length, 'x');
-        OneItem item(Road::Named,
+        OneItem item(AccessPath::Named,
                      "<Enumeration Name=\"E\">" + ElementMark() + "<EnumEntry Name=\"" + name +
                          "\"><Value>1</Value></EnumEntry><Value>1</Value></Enumeration>",
                      {"E"});
@@ -327,7 +327,7 @@ TEST(NamedEnumeration, MatchesNoEntryThatTheBufferDoesNotHold) {
 }
 
 TEST(NamedEnumeration, FindsTheFirstOfEntriesWithOneName) {
-    OneItem item(Road::Named,
+    OneItem item(AccessPath::Named,
                  "<Enumeration Name=\"E\">" + ElementMark() +
                      "<EnumEntry Name=\"A\"><Value>1</Value></EnumEntry><EnumEntry "
                      "Name=\"B\"><Value>2</Value></EnumEntry>"
@@ -353,9 +353,9 @@ TEST_F(NamedItem, SelectsAnEntryByItsName) {
 
 TEST_F(NamedItem, RefusesAPlaceOutsideTheList) {
     LoadEntries({"Once", "Continuous"});
-    for (const std::int32_t place :
+    for (const std::int32_t index :
          {-1, 2, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
-        EXPECT_EQ(item_->SetValue(mode_, place), static_cast<HRESULT>(0x80070057)) << place;
+        EXPECT_EQ(item_->SetValue(mode_, index), static_cast<HRESULT>(0x80070057)) << index;
     }
     EXPECT_TRUE(item_.Requests().empty());
     OfferEntries({});
@@ -451,7 +451,7 @@ TEST_F(NamedItem, HasNoTextsForOtherKinds) {
 }
 
 TEST_F(NamedItem, KeepsTheListsOfItsEnumerationsApart) {
-    OneItem two(Road::Named,
+    OneItem two(AccessPath::Named,
                 "<Enumeration Name=\"E\">" + ElementMark() +
                     "<EnumEntry Name=\"A\"><Value>1</Value></EnumEntry>"
                     "<Value>1</Value></Enumeration><Enumeration Name=\"F\">" +
@@ -482,8 +482,8 @@ TEST(DescribedItem, IsNotSerializedWithTheExtensionKey) {
     const std::string nodes = node("No", "") + node("Empty", "<DoNotSerialize/>") +
                               node("Zero", "<DoNotSerialize>0</DoNotSerialize>") +
                               node("Yes", "<DoNotSerialize>Yes</DoNotSerialize>");
-    for (const Road road : {Road::Named, Road::Registers}) {
-        OneItem item(road, nodes, {"No", "Empty", "Zero", "Yes"});
+    for (const AccessPath access_path : {AccessPath::Named, AccessPath::Registers}) {
+        OneItem item(access_path, nodes, {"No", "Empty", "Zero", "Yes"});
         EXPECT_FALSE(item->IsDoNotSerialize(item.Key("No")));
         EXPECT_FALSE(item->IsDoNotSerialize(item.Key("Empty")));
         EXPECT_TRUE(item->IsDoNotSerialize(item.Key("Zero")));

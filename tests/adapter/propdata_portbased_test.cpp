@@ -67,7 +67,7 @@ std::vector<std::uint64_t> RegistersRead(OneItem& item) {
 class OneFeature {
 public:
     OneFeature(const std::string& kind, const std::string& content, const std::string& others = "")
-        : item_(Road::Registers, Element(kind, "F", content) + others, {"F"}) {}
+        : item_(AccessPath::Registers, Element(kind, "F", content) + others, {"F"}) {}
 
     CZELItemDataBase* operator->() { return item_.operator->(); }
     [[nodiscard]] InterfaceKey Key() { return item_.Key("F"); }
@@ -135,7 +135,7 @@ TEST(PortbasedItem, ReadsTheDefaultOfASwitch) {
     bool on = true;
     EXPECT_EQ(without->GetSwitchDefault(without.Key(), on), E_NOTIMPL);
     EXPECT_TRUE(on) << "left alone";
-    OneItem with(Road::Registers,
+    OneItem with(AccessPath::Registers,
                  "<Boolean Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
                  "</ZELElementGUID><Default>1</Default></Extension><Value>false</Value></Boolean>",
                  {"F"});
@@ -145,7 +145,7 @@ TEST(PortbasedItem, ReadsTheDefaultOfASwitch) {
 }
 
 TEST(PortbasedRange, ComesFromTheNode) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  "<Integer Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
                  "</ZELElementGUID><Default>4</Default></Extension><Value>1</Value><Min>-3</Min><Max>12</Max>"
                  "<Inc>5</Inc></Integer>",
@@ -174,7 +174,7 @@ TEST(PortbasedRange, ComputesTheFallbackIn32Bits) {
 }
 
 TEST(PortbasedRange, AsksForMinimumMaximumDefaultAndStep) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
                      RegisterNode("Start", "0x30") + RegisterNode("Step", "0x40") + "<Integer Name=\"F\">" +
                      MarkWithDefault("<pDefault>Start</pDefault>") +
@@ -191,7 +191,7 @@ TEST(PortbasedRange, AsksForMinimumMaximumDefaultAndStep) {
 }
 
 TEST(PortbasedRange, FallsBackWhenTheDefaultCannotBeRead) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  DeadRegister("Start") + "<Integer Name=\"F\">" +
                      MarkWithDefault("<pDefault>Start</pDefault>") +
                      "<Value>1</Value><Min>10</Min><Max>21</Max></Integer>",
@@ -267,7 +267,7 @@ constexpr RoundTrip round_trips[] = {
 };
 
 TEST(PortbasedItem, GivesTheDriversFailureAsFarAsTheCodesKeepIt) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Reg", "0x20") +
                      Element("Integer", "Num", "<pValue>Reg</pValue>") +
                      Element("Boolean", "Flag", "<pValue>Reg</pValue>") +
@@ -292,7 +292,7 @@ TEST(PortbasedItem, GivesTheDriversFailureAsFarAsTheCodesKeepIt) {
 
 TEST(PortbasedItem, ReachesTheDriverThroughRegistersOnly) {
     OneItem item(
-        Road::Registers,
+        AccessPath::Registers,
         device_port + RegisterNode("Reg", "0x20") + Element("Integer", "Num", "<pValue>Reg</pValue>"),
         {"Num"});
     item.camera.PutMemory(0x20, {0xFB, 0xFF, 0xFF, 0xFF});
@@ -309,7 +309,7 @@ TEST(PortbasedItem, ReachesTheDriverThroughRegistersOnly) {
 }
 
 TEST(PortbasedItem, LeavesCachingToTheNodes) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Kept", "0x20", "<Cachable>WriteThrough</Cachable>") +
                      Element("Integer", "Num", "<pValue>Kept</pValue>"),
                  {"Num"});
@@ -326,7 +326,7 @@ TEST(PortbasedItem, LeavesCachingToTheNodes) {
 }
 
 TEST(PortbasedItem, ReadsThePhysicalRange) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  "<Float Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
                  "</ZELElementGUID><Default>3.5</Default></Extension><Value>1</Value><Min>-1.5</Min>"
                  "<Max>9.25</Max></Float>",
@@ -344,7 +344,7 @@ TEST(PortbasedItem, FallsBackToHalfThePhysicalSpan) {
 }
 
 TEST(PortbasedItem, AsksForThePhysicalLimitsAndTheDefault) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
                      RegisterNode("Start", "0x30") + "<Float Name=\"F\">" +
                      MarkWithDefault("<pDefault>Start</pDefault>") +
@@ -359,7 +359,7 @@ TEST(PortbasedItem, AsksForThePhysicalLimitsAndTheDefault) {
 }
 
 TEST(PortbasedItem, FallsBackWhenThePhysicalDefaultCannotBeRead) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  DeadRegister("Start") + "<Float Name=\"F\">" +
                      MarkWithDefault("<pDefault>Start</pDefault>") +
                      "<Value>11</Value><Min>10</Min><Max>21</Max></Float>",
@@ -430,10 +430,10 @@ protected:
     IEnumeration* const node_ = node_as<IEnumeration>(key_);
 };
 
-TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesThePlace) {
+TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesTheIndex) {
     std::int32_t value = 0;
     EXPECT_EQ(feature_->GetValue(key_, value), S_OK);
-    EXPECT_EQ(value, 7) << "not its place";
+    EXPECT_EQ(value, 7) << "not its index";
     EXPECT_EQ(feature_->SetValue(key_, 0), S_OK);
     EXPECT_EQ(feature_->GetValue(key_, value), S_OK);
     EXPECT_EQ(value, 3);
@@ -442,14 +442,14 @@ TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesThePlace) {
 }
 
 TEST_F(PortbasedEnumeration, RefusesAPlaceOutsideTheList) {
-    for (const std::int32_t place :
+    for (const std::int32_t index :
          {-1, 2, 3, 7, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
-        EXPECT_EQ(feature_->SetValue(key_, place), bad_parameter) << place;
+        EXPECT_EQ(feature_->SetValue(key_, index), bad_parameter) << index;
     }
     EXPECT_EQ(node_->get_selected_entry(0).value()->get_name(), "Seven");
 }
 
-TEST_F(PortbasedEnumeration, HasARangeOfPlaces) {
+TEST_F(PortbasedEnumeration, HasARangeOfIndices) {
     EXPECT_EQ(BytesOf(feature_.Range()), BytesOf(RangeInfo{0, 1, 0, 1}));
 }
 
@@ -463,7 +463,7 @@ TEST_F(PortbasedEnumeration, AppendsItsTexts) {
 
 TEST_F(PortbasedEnumeration, CutsAValueToItsLowHalf) {
     OneItem item(
-        Road::Registers,
+        AccessPath::Registers,
         "<Enumeration Name=\"E\">" + ElementMark() +
             "<EnumEntry Name=\"Big\"><Value>0x100000002</Value></EnumEntry><Value>0x100000002</Value>"
             "</Enumeration>",
@@ -491,7 +491,7 @@ TEST_F(PortbasedEnumeration, ListsEntriesThatAreNotImplementedThemselves) {
 
 TEST_F(PortbasedEnumeration, OffersNothingWhenItIsNotImplemented) {
     OneItem item(
-        Road::Registers,
+        AccessPath::Registers,
         Element("Enumeration", "E",
                 Entry("A", 0) + Entry("B", 1) + "<pIsImplemented>Switch</pIsImplemented><Value>0</Value>") +
             "<Integer Name=\"Switch\"><Value>1</Value></Integer>",
@@ -515,7 +515,7 @@ TEST_F(PortbasedEnumeration, OffersNothingWhenItIsNotImplemented) {
     EXPECT_EQ(item->GetRange(key, range), E_NOTIMPL);
 }
 
-TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAPlace) {
+TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAnIndex) {
     OneFeature twins("Enumeration", Entry("Twin", 3) + Entry("Twin", 7) + "<Value>7</Value>");
     EXPECT_EQ(twins.Range().max, 1);
     EXPECT_EQ(twins->SetValue(twins.Key(), 1), S_OK);
@@ -523,7 +523,7 @@ TEST_F(PortbasedEnumeration, TakesTheFirstEntryOfTheNameAtAPlace) {
 }
 
 TEST_F(PortbasedEnumeration, LoadsItsEntriesBeforeTheSelectedOne) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Present", "0x40") + RegisterNode("Chosen", "0x50") +
                      Element("Enumeration", "E",
                              Entry("A", 0) + Entry("B", 1) +
@@ -545,7 +545,7 @@ TEST_F(PortbasedEnumeration, LoadsItsEntriesBeforeTheSelectedOne) {
 }
 
 TEST_F(PortbasedEnumeration, AsksWhetherItIsImplementedForEachEntry) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  device_port + RegisterNode("Switch", "0x44", "<Cachable>NoCache</Cachable>") +
                      Element("Enumeration", "E",
                              Entry("A", 0) + Entry("B", 1) + Entry("C", 2) +
@@ -557,7 +557,7 @@ TEST_F(PortbasedEnumeration, AsksWhetherItIsImplementedForEachEntry) {
 }
 
 TEST(PortbasedItem, HasNothingForKindsOfAnotherInterface) {
-    OneItem item(Road::Registers,
+    OneItem item(AccessPath::Registers,
                  Element("Integer", "Num", "<Value>1</Value>") +
                      Element("Float", "Real", "<Value>1</Value>") +
                      Element("Boolean", "Flag", "<Value>true</Value>") +

@@ -35,7 +35,7 @@ std::string TwoItems() {
         "Name=\"AutomaticByTheCamera\"><Value>2</Value></EnumEntry><Value>0</Value></Enumeration>");
 }
 
-class Reentry : public testing::TestWithParam<Road> {
+class Reentry : public testing::TestWithParam<AccessPath> {
 protected:
     Reentry() {
         camera_.other_paths = [](std::string_view path, Bytes& answer) {
@@ -116,7 +116,7 @@ TEST_P(Reentry, DescriptionsMayComeInWhileTheTableIsMade) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, Reentry, testing::Values(Road::Named, Road::Registers));
+INSTANTIATE_TEST_SUITE_P(AccessPaths, Reentry, testing::Values(AccessPath::Named, AccessPath::Registers));
 
 /// The item with an enumeration, over named access, where each entry is a question to the driver.
 class EntryReentry : public Reentry {
@@ -198,12 +198,12 @@ TEST_P(EntryReentry, TheListMayBeForgottenWhileTheChoiceIsRead) {
     const auto item = Item();
     EXPECT_EQ(EntriesOf(*item), entries_);
     Before(1, [&] { item->Refresh(mode_); });
-    std::int32_t place = -1;
-    EXPECT_EQ(item->GetValue(mode_, place), S_OK);
-    EXPECT_EQ(place, 1);
+    std::int32_t index = -1;
+    EXPECT_EQ(item->GetValue(mode_, index), S_OK);
+    EXPECT_EQ(index, 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Named, EntryReentry, testing::Values(Road::Named));
+INSTANTIATE_TEST_SUITE_P(Named, EntryReentry, testing::Values(AccessPath::Named));
 
 }  // namespace
 }  // namespace adapter_test

@@ -110,14 +110,16 @@ GUID ElementId(std::uint8_t number) {
     return {0x0A0B0C0D, 0x0102, 0x0304, {0x05, 0x06, 0x07, 0x08, 0x09, 0x0A, 0x0B, number}};
 }
 
-ScriptedCamera::ScriptedCamera(Road road, std::vector<std::string> texts) : descriptions(std::move(texts)) {
+ScriptedCamera::ScriptedCamera(AccessPath access_path, std::vector<std::string> texts)
+    : descriptions(std::move(texts)) {
     auto& gate = filter.Property(wire::gate_set, 0);
     gate.Put<std::uint32_t>(0, 5).bytes.resize(144);
     Serve(size_property, &ScriptedCamera::GetSize, nullptr);
     Serve(data_property, &ScriptedCamera::GetData, nullptr);
-    if (road != Road::Named)
+    if (access_path != AccessPath::Named)
         Serve(register_property, &ScriptedCamera::GetRegister, &ScriptedCamera::SetRegister);
-    if (road != Road::Registers) Serve(named_property, &ScriptedCamera::GetNamed, &ScriptedCamera::SetNamed);
+    if (access_path != AccessPath::Registers)
+        Serve(named_property, &ScriptedCamera::GetNamed, &ScriptedCamera::SetNamed);
 }
 
 void ScriptedCamera::Serve(std::uint32_t id, HRESULT (ScriptedCamera::*get)(GetArguments&),
@@ -187,8 +189,8 @@ void ScriptedCamera::PutMemory(std::uint64_t address, const Bytes& bytes) {
     for (const std::uint8_t byte : bytes) memory[address++] = byte;
 }
 
-OneItem::OneItem(Road road, const std::string& nodes, const std::vector<std::string>& features)
-    : camera(road, {}) {
+OneItem::OneItem(AccessPath access_path, const std::string& nodes, const std::vector<std::string>& features)
+    : camera(access_path, {}) {
     std::string item =
         "<Category Name=\"Root\"><pFeature>TheItem</pFeature></Category><Category Name=\"TheItem\">"
         "<Extension><ZELItemGUID>{00000000-0000-0000-0000-000000000001}</ZELItemGUID></Extension>";

@@ -58,12 +58,12 @@ template <class T>
 [[nodiscard]] std::string ElementMark(std::uint8_t number = 1);
 [[nodiscard]] GUID ElementId(std::uint8_t number = 1);
 
-enum class Road { Named, Registers, Both };
+enum class AccessPath { Named, Registers, Both };
 
 /// A driver that serves descriptions, values by path and registers.
 class ScriptedCamera {
 public:
-    ScriptedCamera(Road road, std::vector<std::string> texts);
+    ScriptedCamera(AccessPath access_path, std::vector<std::string> texts);
 
     ScriptedFilter filter;
     std::vector<std::string> descriptions;
@@ -103,7 +103,7 @@ class OneItem {
 public:
     /// `features` are the names of the nodes that the item's category lists. In named access the driver says
     /// of each that it is implemented.
-    OneItem(Road road, const std::string& nodes, const std::vector<std::string>& features);
+    OneItem(AccessPath access_path, const std::string& nodes, const std::vector<std::string>& features);
 
     ScriptedCamera camera;
 

@@ -41,7 +41,7 @@ inline std::string LampDescription() {
            "<Port Name=\"Device\"/></RegisterDescription>\n";
 }
 
-/// A driver without a fault: the description, both roads, every vendor property.
+/// A driver without a fault: the description, both access paths, every vendor property.
 inline camera_options SoundCamera() {
     camera_options options;
     options.descriptions = {LampDescription()};

@@ -112,7 +112,7 @@ TEST_F(CheckDriver, GateWithTooFewBytes) {
     EXPECT_THAT(BrokenBy(claim_size(gate, 145)), IsEmpty());
 }
 
-TEST_F(CheckDriver, NeitherRoad) {
+TEST_F(CheckDriver, NoAccessPath) {
     camera_options options = ByRegisters();
     options.register_access = false;
     EXPECT_THAT(Broken(options), ElementsAre("no-access"));

@@ -56,9 +56,9 @@ std::optional<foreign_frame> foreign_frame::wait() {
 }
 
 void foreign_frame::click(HWND control) const {
-    RECT place{};
-    GetWindowRect(control, &place);
-    SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+    RECT rect{};
+    GetWindowRect(control, &rect);
+    SetCursorPos((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
     INPUT input{};
     input.type = INPUT_MOUSE;
     for (const auto step : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {

@@ -274,19 +274,19 @@ TEST_F(Filter, PassesCallsOfTheDriverToTheCamera) {
     EXPECT_EQ(amp->GetRange(white_balance, &min, &max, &step, &usual, nullptr), E_POINTER);
 }
 
-DWORD Roads(const filter_ptr& filter) {
+DWORD AccessPaths(const filter_ptr& filter) {
     const auto driver = ask<IKsPropertySet>(filter);
-    DWORD roads = 0;
+    DWORD access_paths = 0;
     for (const DWORD id : {3U, 4U}) {
         DWORD support = 0;
-        if (SUCCEEDED(driver->QuerySupported(wire::device_set, id, &support))) roads |= 1U << id;
+        if (SUCCEEDED(driver->QuerySupported(wire::device_set, id, &support))) access_paths |= 1U << id;
     }
-    return roads;
+    return access_paths;
 }
 
-TEST_F(Filter, ReachesFeaturesByTheRoadsOfItsDevice) {
-    EXPECT_EQ(Roads(filter), 0x18U);
-    EXPECT_EQ(Roads(module.make_filter(registers_device)), 0x08U);
+TEST_F(Filter, ReachesFeaturesByTheAccessPathsOfItsDevice) {
+    EXPECT_EQ(AccessPaths(filter), 0x18U);
+    EXPECT_EQ(AccessPaths(module.make_filter(registers_device)), 0x08U);
 }
 
 TEST_F(Filter, SharesItsCameraWithTheFiltersOfTheSameDevice) {

@@ -9,7 +9,7 @@ namespace {
 using selvane_host::control_kind;
 using selvane_host::page_control;
 
-LONG middle(const RECT& place) noexcept { return (place.top + place.bottom) / 2; }
+LONG middle(const RECT& rect) noexcept { return (rect.top + rect.bottom) / 2; }
 
 template <class Condition>
 const page_control* find(const std::vector<page_control>& controls, Condition fits) {
@@ -31,9 +31,9 @@ HWND control_in_row(HWND frame, const std::string& label, control_kind kind) {
     const std::vector<page_control> controls = selvane_host::find_controls(frame);
     const page_control* row = find_captioned(controls, label, control_kind::label);
     if (row == nullptr) return nullptr;
-    const LONG reach = (row->place.bottom - row->place.top) / 2;
+    const LONG reach = (row->rect.bottom - row->rect.top) / 2;
     return window_of(find(controls, [&](const page_control& control) {
-        return control.kind == kind && std::abs(middle(control.place) - middle(row->place)) <= reach;
+        return control.kind == kind && std::abs(middle(control.rect) - middle(row->rect)) <= reach;
     }));
 }
 

@@ -69,9 +69,9 @@ struct page_of_camera {
 simcam::camera_options options_of(const page_of_camera& wanted) {
     for (const simcam_test::marked_description& marked : simcam_test::marked_descriptions()) {
         if (marked.name == wanted.camera)
-            return simcam_test::on_one_road(simcam_test::camera_of(marked, 7), wanted.named);
+            return simcam_test::over_one_access_path(simcam_test::camera_of(marked, 7), wanted.named);
     }
-    return simcam_test::on_one_road(*simcam::ready_made(wanted.camera), wanted.named);
+    return simcam_test::over_one_access_path(*simcam::ready_made(wanted.camera), wanted.named);
 }
 
 class DriverSweep : public testing::TestWithParam<page_of_camera> {

@@ -20,7 +20,7 @@ constexpr source_kinds of_either = {number_kind::integer, number_kind::integer, 
 
 const eval_value seven = eval_value::of(std::int64_t{7});
 
-/// The names of a node: variables by their places, then constants.
+/// The names of a node: variables by their indices, then constants.
 class NodeNames {
 public:
     NodeNames(std::initializer_list<const char*> variables,
@@ -50,8 +50,8 @@ protected:
         };
         eval_value value;
         const auto find = [&](identifier_id id) -> const eval_value* {
-            const auto place = static_cast<std::int64_t>(id - first_source_id);
-            value = id == current_value_id ? number(5) : number(10 * (place + 1));
+            const auto index = static_cast<std::int64_t>(id - first_source_id);
+            value = id == current_value_id ? number(5) : number(10 * (index + 1));
             return &value;
         };
         const auto computed = evaluate_formula(formula.program(), find);
@@ -97,9 +97,9 @@ TEST_F(KeptFormulas, OfOtherConstantsDoNot) {
 }
 
 TEST_F(KeptFormulas, OfConvertersKnowTheCurrentValue) {
-    NodeNames knife({"a"});
+    NodeNames swissknife({"a"});
     NodeNames converter({"a"}, {}, false);
-    EXPECT_TRUE(Keep("FROM+a", knife).is_refused());
+    EXPECT_TRUE(Keep("FROM+a", swissknife).is_refused());
     EXPECT_EQ(Compute(Keep("FROM+a", converter)), "15");
 }
 
@@ -107,7 +107,7 @@ TEST_F(KeptFormulas, ThatUseExpressionsAreReadAtOnceAndEachForItself) {
     NodeNames names({"a"});
     names.table().add_expression("X", std::move(parse_instructions("a+1", names.table()).value()));
     kept_formula& formula = Keep("X*2", names);
-    EXPECT_NE(&formula, &Keep("X*2", names)) << "the next node may have another one at the same place";
+    EXPECT_NE(&formula, &Keep("X*2", names)) << "the next node may have another one at the same address";
     EXPECT_EQ(Compute(formula), "22");
     EXPECT_TRUE(Keep("X*nothing", names).was_refused());
 }

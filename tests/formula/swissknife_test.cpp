@@ -6,19 +6,19 @@ namespace {
 
 TEST(IntSwissKnife, FixedAnswers) {
     TestDocument doc(node("IntSwissKnife", formula("5")));
-    IInteger& knife = doc.Integer("k");
-    EXPECT_EQ(knife.get_node_type(), node_type::integer);
-    EXPECT_EQ(knife.get_min(0).value(), lowest);
-    EXPECT_EQ(knife.get_max(0).value(), highest);
-    EXPECT_EQ(knife.get_inc(0).value(), 1);
-    EXPECT_EQ(knife.get_default(0).error(), code(not_implemented));
-    EXPECT_EQ(knife.set_val(5, 0), code(not_implemented));
-    EXPECT_EQ(knife.get_access_mode(), AccessMode::RO);
-    EXPECT_EQ(knife.get_eval()->get_access_source(), nullptr);
-    EXPECT_EQ(knife.get_eval()->get_dependent_count(), 0);
-    EXPECT_EQ(knife.get_representation(), Representation::PureNumber);
-    EXPECT_EQ(knife.get_unit(), "");
-    EXPECT_THAT(knife.get_selected(), IsEmpty());
+    IInteger& swissknife = doc.Integer("k");
+    EXPECT_EQ(swissknife.get_node_type(), node_type::integer);
+    EXPECT_EQ(swissknife.get_min(0).value(), lowest);
+    EXPECT_EQ(swissknife.get_max(0).value(), highest);
+    EXPECT_EQ(swissknife.get_inc(0).value(), 1);
+    EXPECT_EQ(swissknife.get_default(0).error(), code(not_implemented));
+    EXPECT_EQ(swissknife.set_val(5, 0), code(not_implemented));
+    EXPECT_EQ(swissknife.get_access_mode(), AccessMode::RO);
+    EXPECT_EQ(swissknife.get_eval()->get_access_source(), nullptr);
+    EXPECT_EQ(swissknife.get_eval()->get_dependent_count(), 0);
+    EXPECT_EQ(swissknife.get_representation(), Representation::PureNumber);
+    EXPECT_EQ(swissknife.get_unit(), "");
+    EXPECT_THAT(swissknife.get_selected(), IsEmpty());
 }
 
 TEST(IntSwissKnife, CommonElements) {
@@ -33,17 +33,18 @@ TEST(IntSwissKnife, CommonElements) {
 
 TEST(SwissKnife, FixedAnswers) {
     TestDocument doc(node("SwissKnife", formula("5")));
-    IFloat& knife = doc.Float("k");
-    EXPECT_EQ(knife.get_node_type(), node_type::floating);
-    EXPECT_EQ(knife.get_min(0).value(), 2.2250738585072014e-308) << "positive, as in a float without a Min";
-    EXPECT_EQ(knife.get_max(0).value(), 1.7976931348623157e+308);
-    EXPECT_EQ(knife.get_inc(0).error(), code(not_implemented));
-    EXPECT_EQ(knife.get_default(0).error(), code(not_implemented));
-    EXPECT_EQ(knife.set_val(5, 0), code(not_implemented));
-    EXPECT_EQ(knife.get_access_mode(), AccessMode::RO);
-    EXPECT_EQ(knife.get_eval()->get_access_source(), nullptr);
-    EXPECT_EQ(knife.get_display_notation(), DisplayNotation::Automatic);
-    EXPECT_EQ(knife.get_display_precision(), 6);
+    IFloat& swissknife = doc.Float("k");
+    EXPECT_EQ(swissknife.get_node_type(), node_type::floating);
+    EXPECT_EQ(swissknife.get_min(0).value(), 2.2250738585072014e-308)
+        << "positive, as in a float without a Min";
+    EXPECT_EQ(swissknife.get_max(0).value(), 1.7976931348623157e+308);
+    EXPECT_EQ(swissknife.get_inc(0).error(), code(not_implemented));
+    EXPECT_EQ(swissknife.get_default(0).error(), code(not_implemented));
+    EXPECT_EQ(swissknife.set_val(5, 0), code(not_implemented));
+    EXPECT_EQ(swissknife.get_access_mode(), AccessMode::RO);
+    EXPECT_EQ(swissknife.get_eval()->get_access_source(), nullptr);
+    EXPECT_EQ(swissknife.get_display_notation(), DisplayNotation::Automatic);
+    EXPECT_EQ(swissknife.get_display_precision(), 6);
 }
 
 TEST(SwissKnife, CommonElements) {

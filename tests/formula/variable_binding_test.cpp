@@ -8,24 +8,24 @@ using namespace formula_test;
 
 namespace {
 
-constexpr const char* knife_refused =
+constexpr const char* swissknife_refused =
     "GenICam::converter::swissknife_impl::resolve_converter_references, SwissKnife (\"k\"). failed to "
     "evaluate ";
 
-std::string int_knife(const std::string& bindings, const std::string& text) {
+std::string int_swissknife(const std::string& bindings, const std::string& text) {
     return node("IntSwissKnife", bindings + formula(text));
 }
-std::string float_knife(const std::string& bindings, const std::string& text) {
+std::string float_swissknife(const std::string& bindings, const std::string& text) {
     return node("SwissKnife", bindings + formula(text));
 }
 
 std::int64_t int_value(const std::string& nodes, const std::string& bindings, const std::string& text) {
-    TestDocument doc(nodes + int_knife(bindings, text));
+    TestDocument doc(nodes + int_swissknife(bindings, text));
     EXPECT_THAT(doc.load_messages, IsEmpty()) << text;
     return doc.Integer("k").get_val(0).value();
 }
 double float_value(const std::string& nodes, const std::string& bindings, const std::string& text) {
-    TestDocument doc(nodes + float_knife(bindings, text));
+    TestDocument doc(nodes + float_swissknife(bindings, text));
     EXPECT_THAT(doc.load_messages, IsEmpty()) << text;
     return doc.Float("k").get_val(0).value();
 }
@@ -41,12 +41,12 @@ TEST(FormulaConstants, AreReadByTheClass) {
 }
 
 TEST(FormulaConstants, BadTextIsLoggedAndLeavesTheNameUnknown) {
-    TestDocument doc(int_knife(constant("C", ".5") + constant("D", "2"), "C+D"));
+    TestDocument doc(int_swissknife(constant("C", ".5") + constant("D", "2"), "C+D"));
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre("GenICam::converter::build_formula_name_lookup, failed to parse Constant named=\"C\" "
                     "content=\".5\".\n",
-                    unknown_name("C"), name_not_mapped("+D"), std::string(knife_refused) + "\"C+D\"\n"));
+                    unknown_name("C"), name_not_mapped("+D"), std::string(swissknife_refused) + "\"C+D\"\n"));
     EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
 }
 
@@ -55,7 +55,7 @@ TEST(FormulaConstants, TheFirstOfTwoCounts) {
 }
 
 TEST(FormulaConstants, OutrankVariables) {
-    TestDocument doc(integer("n", "5") + int_knife(variable("A", "n") + constant("A", "7"), "A"));
+    TestDocument doc(integer("n", "5") + int_swissknife(variable("A", "n") + constant("A", "7"), "A"));
     EXPECT_EQ(doc.Integer("k").get_val(0).value(), 7);
     // The node is neither read nor watched.
     ChangeCounter changes(doc.Node("k"));
@@ -91,7 +91,7 @@ TEST(FormulaVariables, OfALargeTableStandForTheSame) {
     }
     bindings += variable("V7", "n0") + expression("X", "V5*2") + expression("V9", "1");
     EXPECT_EQ(int_value(nodes, bindings, sum), 10 + 199 * 200 / 2 - 3 + 1000);
-    TestDocument doc(nodes + int_knife(bindings, "V200"));
+    TestDocument doc(nodes + int_swissknife(bindings, "V200"));
     EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
 }
 
@@ -111,16 +111,16 @@ TEST(FormulaVariables, OfALargeTableAreNotSearchedOneByOne) {
 }
 
 TEST(FormulaVariables, FollowTheirNodes) {
-    TestDocument doc(integer("n", "5") + int_knife(variable("A", "n"), "A+1"));
-    IInteger& knife = doc.Integer("k");
-    EXPECT_EQ(knife.get_val(0).value(), 6);
+    TestDocument doc(integer("n", "5") + int_swissknife(variable("A", "n"), "A+1"));
+    IInteger& swissknife = doc.Integer("k");
+    EXPECT_EQ(swissknife.get_val(0).value(), 6);
     EXPECT_FALSE(doc.Integer("n").set_val(41, 0));
-    EXPECT_EQ(knife.get_val(0).value(), 42);
+    EXPECT_EQ(swissknife.get_val(0).value(), 42);
 }
 
 TEST(FormulaVariables, ReportChangesOfTheirNodes) {
     TestDocument doc(integer("n", "5") + integer("m", "5") +
-                     int_knife(variable("A", "n") + variable("B", "m"), "A"));
+                     int_swissknife(variable("A", "n") + variable("B", "m"), "A"));
     ChangeCounter changes(doc.Node("k"));
     EXPECT_FALSE(doc.Integer("n").set_val(6, 0));
     EXPECT_EQ(changes.Count(), 1);
@@ -142,12 +142,12 @@ TEST(FormulaVariables, MoreThanThree) {
 }
 
 TEST(FormulaVariables, OfUnknownNodesAreSkippedInSilence) {
-    TestDocument doc(integer("n", "5") + int_knife(variable("A", "nobody") + variable("A", "n"), "A"));
+    TestDocument doc(integer("n", "5") + int_swissknife(variable("A", "nobody") + variable("A", "n"), "A"));
     EXPECT_THAT(doc.load_messages, IsEmpty());
     EXPECT_EQ(doc.Integer("k").get_val(0).value(), 5) << "the name was still free";
-    TestDocument other(int_knife(variable("A", "nobody"), "A"));
-    EXPECT_THAT(other.load_messages,
-                ElementsAre(unknown_name("A"), name_not_mapped(""), std::string(knife_refused) + "\"A\"\n"));
+    TestDocument other(int_swissknife(variable("A", "nobody"), "A"));
+    EXPECT_THAT(other.load_messages, ElementsAre(unknown_name("A"), name_not_mapped(""),
+                                                 std::string(swissknife_refused) + "\"A\"\n"));
 }
 
 TEST(FormulaVariables, TheFirstOfTwoCounts) {
@@ -156,7 +156,8 @@ TEST(FormulaVariables, TheFirstOfTwoCounts) {
 }
 
 TEST(FormulaVariables, WithoutANameAreNobodys) {
-    TestDocument doc(integer("n", "5") + int_knife("<pVariable>n</pVariable>" + constant("C", "1"), "C"));
+    TestDocument doc(integer("n", "5") +
+                     int_swissknife("<pVariable>n</pVariable>" + constant("C", "1"), "C"));
     EXPECT_EQ(doc.Integer("k").get_val(0).value(), 1);
 }
 
@@ -178,8 +179,8 @@ TEST(FormulaVariables, ThatCannotBeReadKeepTheirLastValue) {
         "<IntReg Name='r'><Address>16</Address><Length>4</Length><pPort>Device</pPort>"
         "<Endianess>LittleEndian</Endianess></IntReg>";
     for (const bool is_integer : {true, false}) {
-        TestDocument doc(reg + (is_integer ? int_knife(variable("R", "r"), "R+0.25")
-                                           : float_knife(variable("R", "r"), "R+0.25")));
+        TestDocument doc(reg + (is_integer ? int_swissknife(variable("R", "r"), "R+0.25")
+                                           : float_swissknife(variable("R", "r"), "R+0.25")));
         const auto value = [&doc, is_integer] {
             return is_integer ? static_cast<double>(doc.Integer("k").get_val(0).value())
                               : doc.Float("k").get_val(0).value();
@@ -198,7 +199,7 @@ TEST(FormulaVariables, ThatCannotBeReadKeepTheirLastValue) {
 TEST(FormulaVariables, BeforeTheFirstSuccessAreTheIntegerZero) {
     const std::string reg =
         "<FloatReg Name='r'><Address>16</Address><Length>8</Length><pPort>Device</pPort></FloatReg>";
-    TestDocument doc(reg + float_knife(variable("R", "r"), "(R+7)/2"));
+    TestDocument doc(reg + float_swissknife(variable("R", "r"), "(R+7)/2"));
     doc.device.FailAccess(1, code(device_lost));
     EXPECT_EQ(doc.Float("k").get_val(0).value(), 3.0) << "of two integers";
     EXPECT_EQ(doc.Float("k").get_val(0).value(), 3.5);
@@ -207,7 +208,7 @@ TEST(FormulaVariables, BeforeTheFirstSuccessAreTheIntegerZero) {
 TEST(FormulaVariables, GetTheFlagsOfTheRead) {
     const std::string reg =
         "<IntReg Name='r'><Address>16</Address><Length>4</Length><pPort>Device</pPort></IntReg>";
-    TestDocument doc(reg + int_knife(variable("R", "r"), "R"));
+    TestDocument doc(reg + int_swissknife(variable("R", "r"), "R"));
     EXPECT_TRUE(doc.Integer("k").get_val(access_flags::bypass_cache));
     EXPECT_THAT(doc.device.TakeAccesses(),
                 ElementsAre(test_support::ReadOf(16, 4, access_flags::bypass_cache)));
@@ -230,7 +231,7 @@ TEST(FormulaLimits, OfIntegersAndFloats) {
 
 TEST(FormulaLimits, AreReadEachTime) {
     TestDocument doc("<Integer Name='i'><Value>5</Value><pMin>m</pMin></Integer>" + integer("m", "1") +
-                     int_knife(variable("X.Min", "i"), "X.Min"));
+                     int_swissknife(variable("X.Min", "i"), "X.Min"));
     EXPECT_EQ(doc.Integer("k").get_val(0).value(), 1);
     EXPECT_FALSE(doc.Integer("m").set_val(4, 0));
     EXPECT_EQ(doc.Integer("k").get_val(0).value(), 4);
@@ -256,9 +257,10 @@ TEST(FormulaLimits, OfOtherNodesAreLoggedAndLeaveTheNameUnknown) {
         const char* message;
     } rows[] = {{"X.Min", min_message}, {"X.Max", min_message}, {"X.Inc", inc_message}};
     for (const auto& row : rows) {
-        TestDocument doc(truth_value("b", "true") + int_knife(variable(row.name, "b"), row.name));
-        EXPECT_THAT(doc.load_messages, ElementsAre(row.message, unknown_name(row.name), name_not_mapped(""),
-                                                   knife_refused + std::string("\"") + row.name + "\"\n"));
+        TestDocument doc(truth_value("b", "true") + int_swissknife(variable(row.name, "b"), row.name));
+        EXPECT_THAT(doc.load_messages,
+                    ElementsAre(row.message, unknown_name(row.name), name_not_mapped(""),
+                                swissknife_refused + std::string("\"") + row.name + "\"\n"));
         EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
     }
 }
@@ -277,7 +279,7 @@ TEST(FormulaEntries, BecomeNumbersAtLoad) {
 }
 
 TEST(FormulaEntries, AreNoVariables) {
-    TestDocument doc(modes + int_knife(variable("Mode.Entry.Fast", "m"), "Mode.Entry.Fast"));
+    TestDocument doc(modes + int_swissknife(variable("Mode.Entry.Fast", "m"), "Mode.Entry.Fast"));
     ChangeCounter changes(doc.Node("k"));
     EXPECT_FALSE(doc.Enumeration("m").set_selected_entry(doc.Enumeration("m").find_entry("Fast"), 0));
     EXPECT_EQ(changes.Count(), 0);
@@ -293,32 +295,32 @@ TEST(FormulaEntries, NamesMayHavePoints) {
 
 TEST(FormulaEntries, OfWhatIsNoEnumerationAreLogged) {
     for (const char* node : {"n", "nobody"}) {
-        TestDocument doc(integer("n", "1") + int_knife(variable("X.Entry.Fast", node), "X.Entry.Fast"));
+        TestDocument doc(integer("n", "1") + int_swissknife(variable("X.Entry.Fast", node), "X.Entry.Fast"));
         EXPECT_THAT(doc.load_messages,
                     ElementsAre("GenICam::converter::build_formula_name_lookup, did not find enumeration for "
                                 "pVariable with \".Entry\" specifier.\n",
                                 unknown_name("X.Entry.Fast"), name_not_mapped(""),
-                                std::string(knife_refused) + "\"X.Entry.Fast\"\n"));
+                                std::string(swissknife_refused) + "\"X.Entry.Fast\"\n"));
     }
 }
 
 TEST(FormulaEntries, ThatAreUnknownAreLogged) {
-    TestDocument doc(modes + int_knife(variable("X.Entry.Fastest", "m"), "X.Entry.Fastest"));
+    TestDocument doc(modes + int_swissknife(variable("X.Entry.Fastest", "m"), "X.Entry.Fastest"));
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre("GenICam::converter::build_formula_name_lookup, did not find entry in enumeration for "
                     "pVariable with \".Entry\" specifier.\n",
                     unknown_name("X.Entry.Fastest"), name_not_mapped(""),
-                    std::string(knife_refused) + "\"X.Entry.Fastest\"\n"));
+                    std::string(swissknife_refused) + "\"X.Entry.Fastest\"\n"));
 }
 
 TEST(FormulaEntries, WithoutAnEntryNameEndTheLoad) {
-    EXPECT_THROW(TestDocument doc(modes + int_knife(variable("X.Entry", "m"), "1")), std::out_of_range);
+    EXPECT_THROW(TestDocument doc(modes + int_swissknife(variable("X.Entry", "m"), "1")), std::out_of_range);
     // Without the enumeration nobody looks at the name.
-    TestDocument doc(int_knife(variable("X.Entry", "m"), "1"));
+    TestDocument doc(int_swissknife(variable("X.Entry", "m"), "1"));
     EXPECT_EQ(doc.load_messages.size(), 1U);
     // With a point behind it there is an entry name, an empty one.
-    TestDocument other(modes + int_knife(variable("X.Entry.", "m"), "1"));
+    TestDocument other(modes + int_swissknife(variable("X.Entry.", "m"), "1"));
     EXPECT_EQ(other.load_messages.size(), 1U);
 }
 
@@ -335,13 +337,13 @@ TEST(FormulaExpressions, SeeConstantsVariablesAndWhatStandsBefore) {
 TEST(FormulaExpressions, AreWholeOperands) { EXPECT_EQ(int_value("", expression("X", "1+2"), "X*X"), 9); }
 
 TEST(FormulaExpressions, BeforeTheirTurnAreUnknown) {
-    TestDocument doc(int_knife(expression("X", "Y+1") + expression("Y", "2"), "X+Y"));
+    TestDocument doc(int_swissknife(expression("X", "Y+1") + expression("Y", "2"), "X+Y"));
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre(unknown_name("Y"), name_not_mapped("+1"),
                     "GenICam::converter::variable_map_impl::resolve_converter_references, failed to parse "
                     "Constant named=\"X\" content=\"Y+1\".\n",
-                    unknown_name("X"), name_not_mapped("+Y"), std::string(knife_refused) + "\"X+Y\"\n"));
+                    unknown_name("X"), name_not_mapped("+Y"), std::string(swissknife_refused) + "\"X+Y\"\n"));
     EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
 }
 
@@ -366,7 +368,7 @@ TEST(FormulaExpressions, ThatGrowWithoutEndAreRefused) {
         const std::string before = "E" + std::to_string(at - 1);
         bindings += expression("E" + std::to_string(at), before + "+" + before);
     }
-    TestDocument doc(int_knife(bindings, "E63"));
+    TestDocument doc(int_swissknife(bindings, "E63"));
     EXPECT_EQ(doc.Integer("k").get_val(0).error(), code(not_implemented));
 }
 
@@ -375,21 +377,21 @@ TEST(FormulaNames, OfAConstantMayLookLikeFunctions) {
     EXPECT_EQ(int_value("", constant("PI", "5"), "PI"), 3) << "but PI and E are what they are";
 }
 
-TEST(FormulaNames, FromAndToMeanNothingInAKnifeUnlessBound) {
-    TestDocument doc(int_knife("", "FROM"));
+TEST(FormulaNames, FromAndToMeanNothingInASwissknifeUnlessBound) {
+    TestDocument doc(int_swissknife("", "FROM"));
     EXPECT_THAT(doc.load_messages, ElementsAre(unknown_name("FROM"), name_not_mapped(""),
-                                               std::string(knife_refused) + "\"FROM\"\n"));
+                                               std::string(swissknife_refused) + "\"FROM\"\n"));
     EXPECT_EQ(int_value(integer("n", "5"), variable("FROM", "n") + constant("TO", "2"), "FROM*TO"), 10);
 }
 
 TEST(FormulaNames, PercentSignsAreNoConversions) {
-    TestDocument doc(int_knife(constant("%s%n", "%s"), "1 % %n"));
+    TestDocument doc(int_swissknife(constant("%s%n", "%s"), "1 % %n"));
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre("GenICam::converter::build_formula_name_lookup, failed to parse Constant named=\"%s%n\" "
                     "content=\"%s\".\n",
                     parse_failed("Failed to find terminal symbol for factor.", "n"),
-                    std::string(knife_refused) + "\"1 % %n\"\n"));
+                    std::string(swissknife_refused) + "\"1 % %n\"\n"));
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ TEST(NameIndex, FindsEveryName) {
     name_index index(names.size());
     for (std::uint32_t at = 0; at < names.size(); ++at) ASSERT_TRUE(index.add(names[at], at));
     for (std::uint32_t at = 0; at < names.size(); ++at) {
-        EXPECT_EQ(index.find(names[at], [&](std::uint32_t place) { return names[place] == names[at]; }), at);
+        EXPECT_EQ(index.find(names[at], [&](std::uint32_t position) { return names[position] == names[at]; }),
+                  at);
     }
     EXPECT_EQ(index.find("Nowhere", [](std::uint32_t) { return false; }), name_index::not_found);
 }
@@ -27,10 +28,10 @@ TEST(NameIndex, FindsEveryName) {
 // As descriptions have them: long, and different at their ends.
 TEST(NameIndex, TakesNamesThatAreMuchAlike) {
     name_index index(20000);
-    std::uint32_t place = 0;
+    std::uint32_t position = 0;
     for (const char* name : {"Reg", "SequencerSetActive", "ChunkParserControlValue", "LUTValueAllEntries_"}) {
         for (int at = 0; at < 5000; ++at)
-            ASSERT_TRUE(index.add(name + std::to_string(at), place++)) << name << at;
+            ASSERT_TRUE(index.add(name + std::to_string(at), position++)) << name << at;
     }
 }
 

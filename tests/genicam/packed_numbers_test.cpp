@@ -12,13 +12,13 @@ namespace {
 
 using GenICam::packed_numbers;
 
-std::vector<std::uint32_t> read_all(const packed_numbers& packed, std::size_t place, std::size_t count) {
+std::vector<std::uint32_t> read_all(const packed_numbers& packed, std::size_t offset, std::size_t count) {
     std::vector<std::uint32_t> read;
-    packed.for_each(place, count, [&read](std::uint32_t number) { read.push_back(number); });
+    packed.for_each(offset, count, [&read](std::uint32_t number) { read.push_back(number); });
     return read;
 }
 
-TEST(PackedNumbers, ComeBackFromEachPlace) {
+TEST(PackedNumbers, ComeBackFromEachOffset) {
     std::vector<std::uint32_t> numbers;
     for (unsigned bits = 0; bits < 32; ++bits) {
         for (const std::uint32_t beside : {0U, 1U, 2U})
@@ -26,9 +26,9 @@ TEST(PackedNumbers, ComeBackFromEachPlace) {
     }
     numbers.push_back(std::numeric_limits<std::uint32_t>::max());
     packed_numbers packed;
-    std::vector<std::size_t> places;
+    std::vector<std::size_t> offsets;
     for (const std::uint32_t number : numbers) {
-        places.push_back(packed.end());
+        offsets.push_back(packed.end());
         packed.append({&number, 1});
     }
     packed.close();
@@ -38,7 +38,7 @@ TEST(PackedNumbers, ComeBackFromEachPlace) {
     EXPECT_EQ(read_all(together, 0, numbers.size()), numbers);
     EXPECT_EQ(together.end(), packed.end());
     for (std::size_t at = 0; at < numbers.size(); ++at)
-        EXPECT_EQ(read_all(packed, places[at], 1), std::vector<std::uint32_t>{numbers[at]});
+        EXPECT_EQ(read_all(packed, offsets[at], 1), std::vector<std::uint32_t>{numbers[at]});
 }
 
 TEST(PackedNumbers, TakeAByteForSevenBits) {

@@ -35,7 +35,7 @@ std::uint64_t allocations_of(Call call) {
 }
 
 TEST(RegisterAllocation, TextsTakeSome) {
-    TestDocument doc(element("StringReg", fixed_place(100)));
+    TestDocument doc(element("StringReg", fixed_span(100)));
     IString& text = doc.String("r");
     EXPECT_TRUE(text.get_val(0));
     EXPECT_GE(allocations_of([&] { EXPECT_TRUE(text.get_val(0)); }), 3U) << "or nothing is counted";
@@ -73,9 +73,9 @@ TEST(RegisterAllocation, NumbersTakeNone) {
 }
 
 TEST(RegisterAllocation, RefusalsTakeNone) {
-    TestDocument doc(element("IntReg", fixed_place(9), "long") +
-                     element("IntReg", fixed_place(4) + "<pPort>no</pPort>", "none") +
-                     element("IntReg", fixed_place(4) + "<AccessMode>WO</AccessMode>", "hidden"));
+    TestDocument doc(element("IntReg", fixed_span(9), "long") +
+                     element("IntReg", fixed_span(4) + "<pPort>no</pPort>", "none") +
+                     element("IntReg", fixed_span(4) + "<AccessMode>WO</AccessMode>", "hidden"));
     log_threshold = 0;
     for (const char* name : {"long", "none", "hidden"}) {
         IInteger& node = doc.Integer(name);
@@ -84,7 +84,7 @@ TEST(RegisterAllocation, RefusalsTakeNone) {
 }
 
 TEST(RegisterAllocation, ATextWithoutRoomForItThrowsAndKeepsTheCache) {
-    TestDocument doc(element("StringReg", fixed_place(100)));
+    TestDocument doc(element("StringReg", fixed_span(100)));
     IString& text = doc.String("r");
     doc.device.records = false;
     for (std::uint64_t n = 1;; ++n) {

@@ -1,4 +1,4 @@
-// Fields of bits: every place in every register, and those that lie outside.
+// Fields of bits: every position in every register, and those that lie outside.
 
 #include "tests/genicam_registers/register_test.h"
 
@@ -70,7 +70,7 @@ std::string name_of(const field_model& field) {
 
 std::string element_of(const field_model& field) {
     return element("MaskedIntReg",
-                   fixed_place(field.length) + "<LSB>" + std::to_string(field.lsb) + "</LSB><MSB>" +
+                   fixed_span(field.length) + "<LSB>" + std::to_string(field.lsb) + "</LSB><MSB>" +
                        std::to_string(field.msb) + "</MSB>" + (field.is_signed ? "<Sign>Signed</Sign>" : "") +
                        (field.is_little_endian ? little_endian() : ""),
                    name_of(field));
@@ -137,8 +137,8 @@ TEST(BitField, FieldsFarOutside) {
 TEST(BitField, NumbersBeyond32BitsStayOutside) {
     for (const char* number : {"0x100000000", "0xFFFFFFFF", "0x7FFFFFFFFFFFFFFF"}) {
         TestDocument doc(
-            element("MaskedIntReg", fixed_place(4) + "<Bit>" + number + "</Bit>") +
-            element("MaskedIntReg", fixed_place(4) + little_endian() + "<Bit>" + number + "</Bit>", "l"));
+            element("MaskedIntReg", fixed_span(4) + "<Bit>" + number + "</Bit>") +
+            element("MaskedIntReg", fixed_span(4) + little_endian() + "<Bit>" + number + "</Bit>", "l"));
         doc.device.Put(0x100, {0xFF, 0xFF, 0xFF, 0xFF});
         for (const char* name : {"r", "l"}) {
             EXPECT_EQ(value_of(doc.Integer(name).get_val(0)), 0) << number;
@@ -172,8 +172,8 @@ TEST(BitField, ParsesItsElements) {
         {"<Bit>x</Bit>", 0, 0},
     };
     for (const auto& row : rows) {
-        TestDocument doc(element("MaskedIntReg", fixed_place(1) + row.children) + "<StructReg>" +
-                         fixed_place(1) + "<StructEntry Name='e'>" + row.children +
+        TestDocument doc(element("MaskedIntReg", fixed_span(1) + row.children) + "<StructReg>" +
+                         fixed_span(1) + "<StructEntry Name='e'>" + row.children +
                          "</StructEntry></StructReg>");
         EXPECT_THAT(doc.load_messages, IsEmpty());
         for (int at = 0; at < 8; ++at) {
@@ -204,9 +204,9 @@ TEST(BitField, RangeFollowsFromTheDistanceOfItsEnds) {
     };
     for (const auto& row : rows) {
         const std::string bits = std::string("<LSB>") + row.lsb + "</LSB><MSB>" + row.msb + "</MSB>";
-        TestDocument doc(element("MaskedIntReg", fixed_place(1) + bits + "<Sign>Signed</Sign>", "s") +
-                         element("MaskedIntReg", fixed_place(1) + bits, "u") + "<StructReg>" +
-                         fixed_place(99) + "<StructEntry Name='e'>" + bits + "</StructEntry></StructReg>");
+        TestDocument doc(element("MaskedIntReg", fixed_span(1) + bits + "<Sign>Signed</Sign>", "s") +
+                         element("MaskedIntReg", fixed_span(1) + bits, "u") + "<StructReg>" + fixed_span(99) +
+                         "<StructEntry Name='e'>" + bits + "</StructEntry></StructReg>");
         EXPECT_EQ(value_of(doc.Integer("s").get_min(0)), row.signed_min) << bits;
         EXPECT_EQ(value_of(doc.Integer("s").get_max(0)), row.signed_max) << bits;
         for (const char* name : {"u", "e"}) {

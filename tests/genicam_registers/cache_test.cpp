@@ -12,7 +12,7 @@ constexpr std::uint32_t bypass = access_flags::bypass_cache;
 std::string cachable(const char* mode) { return std::string("<Cachable>") + mode + "</Cachable>"; }
 
 std::string number_register(const char* mode, const std::string& more = "") {
-    return element("IntReg", fixed_place(2) + cachable(mode) + more);
+    return element("IntReg", fixed_span(2) + cachable(mode) + more);
 }
 
 const char* const modes[] = {"WriteThrough", "WriteAround", "NoCache"};
@@ -29,8 +29,8 @@ TEST(RegisterCache, ReadingByMode) {
 }
 
 TEST(RegisterCache, AbsentMeansNotCached) {
-    TestDocument doc(element("IntReg", fixed_place(2), "i") + element("FloatReg", fixed_place(4), "f") +
-                     "<StructReg>" + fixed_place(1) +
+    TestDocument doc(element("IntReg", fixed_span(2), "i") + element("FloatReg", fixed_span(4), "f") +
+                     "<StructReg>" + fixed_span(1) +
                      "<StructEntry Name='e'><Bit>0</Bit></StructEntry></StructReg>");
     for (int time = 0; time < 2; ++time) {
         EXPECT_TRUE(doc.Integer("i").get_val(0));
@@ -210,7 +210,7 @@ TEST(RegisterCache, UnderNoCacheAWriteLeavesWhatWasReadBefore) {
 
 TEST(RegisterCache, EachNodeHasItsOwn) {
     TestDocument doc(number_register("WriteThrough") +
-                     element("IntReg", fixed_place(2) + cachable("WriteThrough"), "same"));
+                     element("IntReg", fixed_span(2) + cachable("WriteThrough"), "same"));
     EXPECT_TRUE(doc.Integer("r").get_val(0));
     EXPECT_FALSE(doc.Integer("same").set_val(9, 0));
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 0) << "nobody told it";
@@ -218,7 +218,7 @@ TEST(RegisterCache, EachNodeHasItsOwn) {
 
 TEST(RegisterCache, OfFloatRegisters) {
     for (const char* mode : modes) {
-        TestDocument doc(element("FloatReg", fixed_place(8) + cachable(mode)));
+        TestDocument doc(element("FloatReg", fixed_span(8) + cachable(mode)));
         doc.device.Put(0x100, {0x3F, 0xF0, 0, 0, 0, 0, 0, 0});
         EXPECT_EQ(value_of(doc.Float("r").get_val(0)), 1.0);
         EXPECT_EQ(value_of(doc.Float("r").get_val(0)), 1.0);

@@ -1,4 +1,4 @@
-// Registers over a chunk port: a block of every size, and every place in and beside it.
+// Registers over a chunk port: a block of every size, and every address in and beside it.
 
 #include "tests/genicam_registers/register_test.h"
 
@@ -18,23 +18,23 @@ std::error_code expected(std::uint64_t address, std::int64_t length, std::int64_
     return offset + length > size ? code(index_out_of_range) : std::error_code();
 }
 
-std::string registers_at(const std::string& place) {
+std::string registers_at(const std::string& address) {
     std::string text = "<Port Name='Chunk'><ChunkID>1</ChunkID></Port>";
     for (int length = 1; length <= 8; ++length) {
-        text +=
-            element("IntReg", place + register_test::length(std::to_string(length)) + "<pPort>Chunk</pPort>",
-                    "i" + std::to_string(length));
+        text += element("IntReg",
+                        address + register_test::length(std::to_string(length)) + "<pPort>Chunk</pPort>",
+                        "i" + std::to_string(length));
     }
-    text += element("FloatReg", place + length("4") + "<pPort>Chunk</pPort>", "f");
-    text += element("MaskedIntReg", place + length("4") + "<pPort>Chunk</pPort><Bit>0</Bit>", "m");
-    text += element("Register", place + length("16") + "<pPort>Chunk</pPort>", "b");
-    text += element("StringReg", place + length("16") + "<pPort>Chunk</pPort>", "s");
-    text += "<StructReg>" + place + length("4") +
+    text += element("FloatReg", address + length("4") + "<pPort>Chunk</pPort>", "f");
+    text += element("MaskedIntReg", address + length("4") + "<pPort>Chunk</pPort><Bit>0</Bit>", "m");
+    text += element("Register", address + length("16") + "<pPort>Chunk</pPort>", "b");
+    text += element("StringReg", address + length("16") + "<pPort>Chunk</pPort>", "s");
+    text += "<StructReg>" + address + length("4") +
             "<pPort>Chunk</pPort><StructEntry Name='e'><Bit>0</Bit></StructEntry></StructReg>";
     return text + number("at", "0");
 }
 
-TEST(ChunkRegister, EverySizeAndPlace) {
+TEST(ChunkRegister, EverySizeAndAddress) {
     TestDocument doc(registers_at("<pAddress>at</pAddress>"));
     IPort& port = doc.Port("Chunk");
     for (std::int64_t size = 1; size <= 20; ++size) {
@@ -106,7 +106,7 @@ TEST(ChunkRegister, AddressesThatWrap) {
 TEST(ChunkRegister, ACacheKeepsTheOldChunk) {
     TestDocument doc(
         "<Port Name='Chunk'><ChunkID>1</ChunkID></Port>" +
-        element("IntReg", fixed_place(1) + "<pPort>Chunk</pPort><Cachable>WriteThrough</Cachable>"));
+        element("IntReg", fixed_span(1) + "<pPort>Chunk</pPort><Cachable>WriteThrough</Cachable>"));
     Bytes first{1};
     Bytes second{2};
     EXPECT_FALSE(doc.Port("Chunk").bind(base, first.data(), 1));

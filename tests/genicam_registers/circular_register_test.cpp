@@ -1,5 +1,5 @@
-// Places that depend on themselves. They load; who reads them recurses until the stack ends, in a process of
-// its own. And chains of links that end.
+// Addresses that depend on themselves. They load; who reads them recurses until the stack ends, in a process
+// of its own. And chains of links that end.
 
 #include "tests/genicam_registers/register_test.h"
 #include "tests/support/small_stack.h"
@@ -17,16 +17,16 @@ struct circle {
 
 std::vector<circle> circles() {
     return {
-        {"an address that is its own term", element("IntReg", fixed_place(4) + "<pAddress>r</pAddress>")},
-        {"an index of itself", element("IntReg", fixed_place(4) + "<pIndex>r</pIndex>")},
+        {"an address that is its own term", element("IntReg", fixed_span(4) + "<pAddress>r</pAddress>")},
+        {"an index of itself", element("IntReg", fixed_span(4) + "<pIndex>r</pIndex>")},
         {"a stride of itself",
-         element("IntReg", fixed_place(4) + "<pIndex pOffset='r'>zero</pIndex>") + number("zero", "0")},
+         element("IntReg", fixed_span(4) + "<pIndex pOffset='r'>zero</pIndex>") + number("zero", "0")},
         {"a length of itself", element("IntReg", address("0x100") + "<pLength>r</pLength>")},
         {"two that are each other's address",
          element("IntReg", length("4") + "<pAddress>s</pAddress>") +
              element("MaskedIntReg", length("4") + "<pAddress>r</pAddress>", "s")},
         {"an availability that needs itself",
-         element("IntReg", fixed_place(4) + "<pIsAvailable>r</pIsAvailable>")},
+         element("IntReg", fixed_span(4) + "<pIsAvailable>r</pIsAvailable>")},
     };
 }
 
@@ -41,7 +41,7 @@ TEST(CircularRegister, Loads) {
 }
 
 TEST(CircularRegister, CanBeWrittenAroundInTheCircle) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<pIsAvailable>r</pIsAvailable>"));
+    TestDocument doc(element("IntReg", fixed_span(4) + "<pIsAvailable>r</pIsAvailable>"));
     EXPECT_FALSE(doc.Integer("r").set_val(1, access_flags::skip_access_check));
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(WriteOf(0x100, {0, 0, 0, 1}, 0x800)));
 }
@@ -100,7 +100,7 @@ void read_and_exit(const std::string& elements) {
 bool did_not_survive(int status) { return !testing::ExitedWithCode(survived)(status); }
 
 TEST(CircularRegisterDeathTest, EndsOnlyTheProcessThatReads) {
-    EXPECT_EXIT(read_and_exit(element("IntReg", fixed_place(4))), testing::ExitedWithCode(survived), "");
+    EXPECT_EXIT(read_and_exit(element("IntReg", fixed_span(4))), testing::ExitedWithCode(survived), "");
     for (const circle& circle : circles()) {
         EXPECT_EXIT(read_and_exit(circle.elements), did_not_survive, "") << circle.name;
     }

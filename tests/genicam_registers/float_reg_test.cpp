@@ -29,8 +29,8 @@ TEST(FloatReg, ReadsByLengthAndEndianess) {
     for (const auto& row : rows) {
         const int size = static_cast<int>(row.bytes.size());
         TestDocument doc(
-            element("FloatReg", fixed_place(size) + row.children) +
-            element("FloatReg", fixed_place(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
+            element("FloatReg", fixed_span(size) + row.children) +
+            element("FloatReg", fixed_span(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
             number("zero", "0"));
         doc.device.Put(0x100, row.bytes);
         EXPECT_EQ(value_of(doc.Float("r").get_val(0)), row.value);
@@ -40,8 +40,8 @@ TEST(FloatReg, ReadsByLengthAndEndianess) {
 }
 
 TEST(FloatReg, ReadsEveryPatternThatIsNoNumber) {
-    TestDocument doc(element("FloatReg", fixed_place(4), "single") +
-                     element("FloatReg", fixed_place(8), "double"));
+    TestDocument doc(element("FloatReg", fixed_span(4), "single") +
+                     element("FloatReg", fixed_span(8), "double"));
     for (const std::uint8_t top : Bytes{0x7F, 0xFF}) {
         for (const std::uint8_t next : Bytes{0xA0, 0xC0, 0xF8}) {  // quiet and signalling
             doc.device.Put(0x100, {top, next, 0, 1, 0, 0, 0, 0});
@@ -80,8 +80,8 @@ TEST(FloatReg, WritesByLengthAndEndianess) {
     };
     for (const auto& row : rows) {
         TestDocument doc(
-            element("FloatReg", fixed_place(row.size) + row.children) +
-            element("FloatReg", fixed_place(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
+            element("FloatReg", fixed_span(row.size) + row.children) +
+            element("FloatReg", fixed_span(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
             number("zero", "0"));
         EXPECT_FALSE(doc.Float("r").set_val(row.value, 0));
         EXPECT_FALSE(doc.Float("dyn").set_val(row.value, 0));
@@ -89,13 +89,13 @@ TEST(FloatReg, WritesByLengthAndEndianess) {
                     ElementsAre(WriteOf(0x100, row.bytes), WriteOf(0x100, row.bytes)))
             << row.value;
     }
-    TestDocument doc(element("FloatReg", fixed_place(4)));
+    TestDocument doc(element("FloatReg", fixed_span(4)));
     EXPECT_FALSE(doc.Float("r").set_val(std::numeric_limits<double>::quiet_NaN(), 0));
     EXPECT_TRUE(std::isnan(value_of(doc.Float("r").get_val(0))));
 }
 
 TEST(FloatReg, KeepsTheNearestSingle) {
-    TestDocument doc(element("FloatReg", fixed_place(4)));
+    TestDocument doc(element("FloatReg", fixed_span(4)));
     EXPECT_FALSE(doc.Float("r").set_val(1.1, 0));
     EXPECT_EQ(value_of(doc.Float("r").get_val(0)), 1.100000023841858);
 }
@@ -128,7 +128,7 @@ TEST(FloatReg, RangeIsThatOfPositiveNormalNumbers) {
 }
 
 TEST(FloatReg, TheRangeDoesNotBindAWrite) {
-    TestDocument doc(element("FloatReg", fixed_place(8) + "<Min>5</Min><Max>6</Max>"));
+    TestDocument doc(element("FloatReg", fixed_span(8) + "<Min>5</Min><Max>6</Max>"));
     EXPECT_FALSE(doc.Float("r").set_val(-1, 0));
     EXPECT_EQ(value_of(doc.Float("r").get_val(0)), -1);
     EXPECT_THAT(doc.log.Take(), IsEmpty());
@@ -155,8 +155,8 @@ TEST(FloatReg, OtherLengthsAreRefusedBeforeThePort) {
 }
 
 TEST(FloatReg, ChecksAccessBeforeAnythingElse) {
-    TestDocument doc(element("FloatReg", fixed_place(9) + "<AccessMode>RO</AccessMode>", "ro") +
-                     element("FloatReg", fixed_place(9) + "<AccessMode>WO</AccessMode>", "wo"));
+    TestDocument doc(element("FloatReg", fixed_span(9) + "<AccessMode>RO</AccessMode>", "ro") +
+                     element("FloatReg", fixed_span(9) + "<AccessMode>WO</AccessMode>", "wo"));
     EXPECT_EQ(doc.Float("ro").set_val(1, 0), code(access_denied));
     EXPECT_EQ(failure_of(doc.Float("wo").get_val(0)), code(access_denied));
     EXPECT_THAT(doc.log.Take(), IsEmpty());
@@ -164,11 +164,11 @@ TEST(FloatReg, ChecksAccessBeforeAnythingElse) {
 }
 
 TEST(FloatReg, AnswersFromItsElement) {
-    TestDocument doc(element("FloatReg", fixed_place(4) +
+    TestDocument doc(element("FloatReg", fixed_span(4) +
                                              "<Representation>Logarithmic</Representation><Unit>dB</Unit>"
                                              "<DisplayNotation>Fixed</DisplayNotation>"
                                              "<DisplayPrecision>3</DisplayPrecision>") +
-                     element("FloatReg", fixed_place(4), "plain"));
+                     element("FloatReg", fixed_span(4), "plain"));
     IFloat& told = doc.Float("r");
     EXPECT_EQ(told.get_node_type(), node_type::floating);
     EXPECT_EQ(told.get_representation(), FloatRepresentation::Logarithmic);
@@ -188,14 +188,14 @@ TEST(FloatReg, BadWordsFallToTheirDefaults) {
     } rows[] = {{"Cachable", "writethrough"}, {"Endianess", "Big"}, {"AccessMode", "R"}};
     for (const auto& row : rows) {
         const std::string child = std::string("<") + row.child + ">" + row.text + "</" + row.child + ">";
-        TestDocument doc(element("FloatReg", fixed_place(4) + child));
+        TestDocument doc(element("FloatReg", fixed_span(4) + child));
         EXPECT_THAT(doc.load_messages, ElementsAre(std::string("Invalid contents of \"") + row.child +
                                                    "\" node (\"" + row.text + "\"\n"));
         EXPECT_TRUE(doc.Float("r").get_val(0));
         EXPECT_TRUE(doc.Float("r").get_val(0));
         EXPECT_EQ(doc.device.TakeAccesses().size(), 2U) << "not cached";
     }
-    TestDocument doc(element("FloatReg", fixed_place(4) + "<Sign>nonsense</Sign>"));
+    TestDocument doc(element("FloatReg", fixed_span(4) + "<Sign>nonsense</Sign>"));
     EXPECT_THAT(doc.load_messages, IsEmpty()) << "has no sign to read";
 }
 

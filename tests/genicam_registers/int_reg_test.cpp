@@ -40,8 +40,8 @@ TEST(IntReg, ReadsByEndianessAndSign) {
     for (const auto& row : rows) {
         const int size = static_cast<int>(row.bytes.size());
         TestDocument doc(
-            element("IntReg", fixed_place(size) + row.children) +
-            element("IntReg", fixed_place(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
+            element("IntReg", fixed_span(size) + row.children) +
+            element("IntReg", fixed_span(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
             number("zero", "0"));
         doc.device.Put(0x100, row.bytes);
         EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), row.value) << size << row.children;
@@ -69,8 +69,8 @@ TEST(IntReg, WritesByEndianessAndTruncates) {
     };
     for (const auto& row : rows) {
         TestDocument doc(
-            element("IntReg", fixed_place(row.size) + row.children) +
-            element("IntReg", fixed_place(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
+            element("IntReg", fixed_span(row.size) + row.children) +
+            element("IntReg", fixed_span(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
             number("zero", "0"));
         EXPECT_FALSE(doc.Integer("r").set_val(row.value, 0));
         EXPECT_FALSE(doc.Integer("dyn").set_val(row.value, 0));
@@ -81,7 +81,7 @@ TEST(IntReg, WritesByEndianessAndTruncates) {
 }
 
 TEST(IntReg, LimitsPlayNoPartInAWrite) {
-    TestDocument doc(element("IntReg", fixed_place(1) + "<Min>5</Min><Max>6</Max>"));
+    TestDocument doc(element("IntReg", fixed_span(1) + "<Min>5</Min><Max>6</Max>"));
     EXPECT_FALSE(doc.Integer("r").set_val(200, 0));
     EXPECT_EQ(doc.device.At(0x100, 1), Bytes{200});
     EXPECT_THAT(doc.log.Take(), IsEmpty());
@@ -104,8 +104,8 @@ TEST(IntReg, RangeFollowsFromLengthAndSign) {
         {1000000, lowest, highest, highest},
     };
     for (const auto& row : rows) {
-        TestDocument doc(element("IntReg", fixed_place(row.size) + sign("Signed"), "s") +
-                         element("IntReg", fixed_place(row.size) + "<Min>1</Min><Max>2</Max>", "u"));
+        TestDocument doc(element("IntReg", fixed_span(row.size) + sign("Signed"), "s") +
+                         element("IntReg", fixed_span(row.size) + "<Min>1</Min><Max>2</Max>", "u"));
         IInteger& with_sign = doc.Integer("s");
         IInteger& without = doc.Integer("u");
         EXPECT_EQ(value_of(with_sign.get_min(0)), row.signed_min) << row.size;
@@ -167,7 +167,7 @@ TEST(IntReg, ChecksAccessBeforeAnythingElse) {
     TestDocument doc(element("IntReg", address("0x100") + length("9") + "<AccessMode>RO</AccessMode>", "ro") +
                      element("IntReg", address("0x100") + length("9") + "<AccessMode>WO</AccessMode>", "wo") +
                      element("IntReg",
-                             fixed_place(4) + "<pIsAvailable>no</pIsAvailable><pAddress>index</pAddress>",
+                             fixed_span(4) + "<pIsAvailable>no</pIsAvailable><pAddress>index</pAddress>",
                              "unavailable") +
                      element("IntReg", address("0x900") + length("4"), "index") + number("no", "0"));
     EXPECT_EQ(doc.Integer("ro").set_val(1, 0), code(access_denied));
@@ -181,10 +181,10 @@ TEST(IntReg, ChecksAccessBeforeAnythingElse) {
 }
 
 TEST(IntReg, AnswersFromItsElement) {
-    TestDocument doc(element("IntReg", fixed_place(4) +
+    TestDocument doc(element("IntReg", fixed_span(4) +
                                            "<Representation>HexNumber</Representation><Unit>ms</Unit>"
                                            "<pSelected>other</pSelected>") +
-                     element("IntReg", fixed_place(4), "other"));
+                     element("IntReg", fixed_span(4), "other"));
     EXPECT_EQ(doc.Node("r").get_node_type(), node_type::integer);
     EXPECT_EQ(doc.Integer("r").get_representation(), Representation::HexNumber);
     EXPECT_EQ(doc.Integer("r").get_unit(), "ms");
@@ -209,7 +209,7 @@ TEST(IntReg, BadWordsFallToTheirDefaults) {
     };
     for (const auto& row : rows) {
         const std::string child = std::string("<") + row.child + ">" + row.text + "</" + row.child + ">";
-        TestDocument doc(element("IntReg", fixed_place(2) + child));
+        TestDocument doc(element("IntReg", fixed_span(2) + child));
         EXPECT_THAT(doc.load_messages, ElementsAre(std::string("Invalid contents of \"") + row.child +
                                                    "\" node (\"" + row.text + "\"\n"));
         doc.device.Put(0x100, {0xFF, 0xFE});
@@ -223,7 +223,7 @@ TEST(IntReg, BadWordsFallToTheirDefaults) {
 
 TEST(IntReg, EmptyElementsCountAsAbsent) {
     TestDocument doc(
-        element("IntReg", fixed_place(2) + "<Cachable/><Endianess></Endianess><Sign/><AccessMode/>"));
+        element("IntReg", fixed_span(2) + "<Cachable/><Endianess></Endianess><Sign/><AccessMode/>"));
     EXPECT_THAT(doc.load_messages, IsEmpty());
     doc.device.Put(0x100, {0xFF, 0xFE});
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 65534);
@@ -239,11 +239,11 @@ TEST(IntReg, TheWordsOfItsElements) {
                 {"<AccessMode>RW</AccessMode>", AccessMode::RW},
                 {"<ImposedAccessMode>RO</ImposedAccessMode><AccessMode>RW</AccessMode>", AccessMode::RO}};
     for (const auto& row : rows) {
-        TestDocument doc(element("IntReg", fixed_place(4) + row.children) +
-                         element("FloatReg", fixed_place(4) + row.children, "f") +
-                         element("Register", fixed_place(4) + row.children, "b") +
-                         element("MaskedIntReg", fixed_place(4) + row.children, "m") +
-                         element("StringReg", fixed_place(4) + row.children, "s"));
+        TestDocument doc(element("IntReg", fixed_span(4) + row.children) +
+                         element("FloatReg", fixed_span(4) + row.children, "f") +
+                         element("Register", fixed_span(4) + row.children, "b") +
+                         element("MaskedIntReg", fixed_span(4) + row.children, "m") +
+                         element("StringReg", fixed_span(4) + row.children, "s"));
         for (const char* name : {"r", "f", "b", "m", "s"}) {
             EXPECT_EQ(doc.Node(name).get_access_mode(), row.mode) << name << row.children;
         }

@@ -95,7 +95,7 @@ TEST(MaskedIntReg, IsNeverCached) {
     EXPECT_EQ(doc.device.TakeAccesses().size(), 2U);
     EXPECT_EQ(doc.Integer("r").set_val(1, access_flags::cache_only), code(not_implemented));
     EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
-    TestDocument bad(element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit><Cachable>x</Cachable>"));
+    TestDocument bad(element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit><Cachable>x</Cachable>"));
     EXPECT_THAT(bad.load_messages, IsEmpty()) << "not read";
 }
 
@@ -158,8 +158,8 @@ TEST(MaskedIntReg, ResolvesItsAddressBeforeItsLength) {
 }
 
 TEST(MaskedIntReg, ItsLengthIsTheStrideOfAnIndex) {
-    TestDocument doc(element("MaskedIntReg", fixed_place(2) + "<Bit>0</Bit><pIndex>index</pIndex>", "two") +
-                     element("MaskedIntReg", fixed_place(9) + "<Bit>0</Bit><pIndex>index</pIndex>", "nine") +
+    TestDocument doc(element("MaskedIntReg", fixed_span(2) + "<Bit>0</Bit><pIndex>index</pIndex>", "two") +
+                     element("MaskedIntReg", fixed_span(9) + "<Bit>0</Bit><pIndex>index</pIndex>", "nine") +
                      number("index", "3"));
     EXPECT_TRUE(doc.Integer("two").get_val(0));
     EXPECT_TRUE(doc.Integer("nine").get_val(0));
@@ -168,8 +168,8 @@ TEST(MaskedIntReg, ItsLengthIsTheStrideOfAnIndex) {
 
 TEST(MaskedIntReg, ChecksAccessBeforeAnythingElse) {
     TestDocument doc(
-        element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit><AccessMode>RO</AccessMode>", "ro") +
-        element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit><AccessMode>WO</AccessMode>", "wo") +
+        element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit><AccessMode>RO</AccessMode>", "ro") +
+        element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit><AccessMode>WO</AccessMode>", "wo") +
         element("MaskedIntReg", "<Bit>0</Bit>" + length("4") + "<AccessMode>WO</AccessMode>", "dyn"));
     EXPECT_EQ(doc.Integer("ro").set_val(1, 0), code(access_denied));
     EXPECT_EQ(failure_of(doc.Integer("wo").get_val(0)), code(access_denied));
@@ -186,7 +186,7 @@ TEST(MaskedIntReg, BadWordsFallToTheirDefaults) {
     } rows[] = {{"Endianess", "big"}, {"Sign", "signed"}, {"AccessMode", "WR"}};
     for (const auto& row : rows) {
         const std::string child = std::string("<") + row.child + ">" + row.text + "</" + row.child + ">";
-        TestDocument doc(element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit>" + child));
+        TestDocument doc(element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit>" + child));
         EXPECT_THAT(doc.load_messages, ElementsAre(std::string("Invalid contents of \"") + row.child +
                                                    "\" node (\"" + row.text + "\"\n"));
         doc.device.Put(0x100, {0x80, 0, 0, 0});
@@ -195,7 +195,7 @@ TEST(MaskedIntReg, BadWordsFallToTheirDefaults) {
 }
 
 TEST(MaskedIntReg, AnswersFromItsElement) {
-    TestDocument doc(element("MaskedIntReg", fixed_place(4) +
+    TestDocument doc(element("MaskedIntReg", fixed_span(4) +
                                                  "<Bit>0</Bit><Representation>Boolean</Representation>"
                                                  "<Unit>x</Unit><pSelected>r</pSelected>"));
     IInteger& field = doc.Integer("r");

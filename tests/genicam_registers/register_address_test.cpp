@@ -34,16 +34,16 @@ const register_kind kinds[] = {
 
 std::string element_of(const register_kind& kind, const std::string& children) {
     if (std::string(kind.element) == "StructEntry") {
-        return "<StructReg Name='frame'>" + children +
+        return "<StructReg Name='struct'>" + children +
                "<StructEntry Name='r'><Bit>0</Bit></StructEntry></StructReg>";
     }
     const std::string always_read = "<Cachable>NoCache</Cachable>";
     return element(kind.element, always_read + children);
 }
 
-// The element and the name that messages about the place of this kind carry.
+// The element and the name that messages about the address of this kind carry.
 std::string named_element(const register_kind& kind) {
-    return std::string(kind.element) == "StructEntry" ? "StructReg (\"frame\")"
+    return std::string(kind.element) == "StructEntry" ? "StructReg (\"struct\")"
                                                       : std::string(kind.element) + " (\"r\")";
 }
 
@@ -226,7 +226,7 @@ TEST(RegisterAddress, LogsEveryTermThatDoesNotResolve) {
 }
 
 TEST(RegisterAddress, BothFailingAttributesOfOneIndexAreLogged) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<pIndex Offset='x' pOffset='y'>two</pIndex>") +
+    TestDocument doc(element("IntReg", fixed_span(4) + "<pIndex Offset='x' pOffset='y'>two</pIndex>") +
                      number("two", "2"));
     EXPECT_THAT(doc.load_messages,
                 ElementsAre(testing::HasSubstr("@Offset"), testing::HasSubstr("@pOffset")));
@@ -257,7 +257,7 @@ TEST(RegisterAddress, ATermThatFailsKeepsTheDeviceUntouched) {
 }
 
 TEST(RegisterAddress, TheCodeOfATermReachesWritersToo) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<pAddress>term</pAddress>") +
+    TestDocument doc(element("IntReg", fixed_span(4) + "<pAddress>term</pAddress>") +
                      element("IntReg", address("0x900") + length("4"), "term"));
     doc.device.FailAccess(1, code(device_lost));
     EXPECT_EQ(doc.Integer("r").set_val(1, 0), code(device_lost));
@@ -266,7 +266,7 @@ TEST(RegisterAddress, TheCodeOfATermReachesWritersToo) {
 }
 
 TEST(RegisterAddress, NodesWithoutAValueFailAsTerms) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<pAddress>text</pAddress>") +
+    TestDocument doc(element("IntReg", fixed_span(4) + "<pAddress>text</pAddress>") +
                      element("String", "<Value>1</Value>", "text"));
     EXPECT_EQ(failure_of(doc.Integer("r").get_val(0)), code(not_implemented));
     EXPECT_THAT(doc.log.Take(),
@@ -321,7 +321,7 @@ TEST(RegisterLength, IsFourWithoutAnElement) {
     for (const register_kind& kind : kinds) {
         if (!has_length_record(kind)) continue;
         TestDocument doc(element_of(kind, address("0x100")));
-        const std::string name = std::string(kind.element) == "StructEntry" ? "frame" : "r";
+        const std::string name = std::string(kind.element) == "StructEntry" ? "struct" : "r";
         EXPECT_THAT(doc.load_messages,
                     ElementsAre("resolve_references_len, node=\"" + name +
                                 "\". Node contains neither pLength nor Length XML elements.\n"));
@@ -353,7 +353,7 @@ TEST(RegisterLength, IsFourWhereTheElementCannotBeUsed) {
 }
 
 TEST(RegisterLength, ALinkBeatsANumber) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<pLength>size</pLength>") + number("size", "2"));
+    TestDocument doc(element("IntReg", fixed_span(4) + "<pLength>size</pLength>") + number("size", "2"));
     EXPECT_THAT(doc.load_messages,
                 ElementsAre("GenICam::resolve_link_or_value_, IntReg \"r\". Node contains both "
                             "\"Length\" and \"pLength\" nodes.\n"));
@@ -391,7 +391,7 @@ TEST(RegisterLength, FixedPlacesParseTheirOwn) {
     }
 }
 
-TEST(RegisterPlace, TheEvaluatedHalvesOfABlock) {
+TEST(RegisterSpan, TheEvaluatedHalvesOfABlock) {
     TestDocument doc(element("Register", address("0x100") + "<pAddress>term</pAddress><pLength>size</pLength>"
                                                             "<AccessMode>WO</AccessMode>") +
                      number("term", "0x10") + number("size", "24"));
@@ -400,8 +400,8 @@ TEST(RegisterPlace, TheEvaluatedHalvesOfABlock) {
     EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
 }
 
-TEST(RegisterPlace, OneFailingHalfFailsBoth) {
-    TestDocument doc(element("Register", fixed_place(4) + "<pAddress>broken</pAddress>", "a") +
+TEST(RegisterSpan, OneFailingHalfFailsBoth) {
+    TestDocument doc(element("Register", fixed_span(4) + "<pAddress>broken</pAddress>", "a") +
                      element("Register", address("0x100") + "<pLength>broken</pLength>", "b") +
                      broken("broken"));
     for (const char* name : {"a", "b"}) {
@@ -410,7 +410,7 @@ TEST(RegisterPlace, OneFailingHalfFailsBoth) {
     }
 }
 
-// The place as the classes tell it to one another.
+// The address as the classes tell it to one another.
 
 template <class Base>
 Base& eval_as(TestDocument& doc, const char* name) {
@@ -418,42 +418,42 @@ Base& eval_as(TestDocument& doc, const char* name) {
 }
 
 template <class Base>
-void expect_places(TestDocument& doc, const std::vector<const char*>& names) {
+void expect_spans(TestDocument& doc, const std::vector<const char*>& names) {
     for (const char* name : names) {
-        const result<register_place> place = eval_as<Base>(doc, name).get_address_and_length(0);
-        ASSERT_TRUE(place) << name;
-        EXPECT_EQ(place.assume_value().address, 0x110U) << name;
-        EXPECT_EQ(place.assume_value().length, 8) << name;
+        const result<register_span> address = eval_as<Base>(doc, name).get_address_and_length(0);
+        ASSERT_TRUE(address) << name;
+        EXPECT_EQ(address.assume_value().address, 0x110U) << name;
+        EXPECT_EQ(address.assume_value().length, 8) << name;
         EXPECT_EQ(eval_as<Base>(doc, name).get_length(), 8) << name;
     }
-    EXPECT_EQ(failure_of(eval_as<Base>(doc, "broken_place").get_address_and_length(0)),
+    EXPECT_EQ(failure_of(eval_as<Base>(doc, "broken_address").get_address_and_length(0)),
               code(not_implemented));
-    EXPECT_EQ(eval_as<Base>(doc, "broken_place").get_length(), 8) << "the length alone is asked for";
+    EXPECT_EQ(eval_as<Base>(doc, "broken_address").get_length(), 8) << "the length alone is asked for";
     EXPECT_EQ(eval_as<Base>(doc, "broken_length").get_length(), 4);
 }
 
-std::string placed_registers(const std::string& kind) {
+std::string addressed_registers(const std::string& kind) {
     return element(kind, address("0x110") + length("8"), "fixed") +
            element(kind, address("0x100") + "<pLength>eight</pLength><pIndex Offset='16'>one</pIndex>",
                    "dynamic") +
-           element(kind, length("8") + "<pAddress>broken</pAddress>", "broken_place") +
+           element(kind, length("8") + "<pAddress>broken</pAddress>", "broken_address") +
            element(kind, "<pLength>broken</pLength>", "broken_length") + broken("broken") +
            number("one", "1") + number("eight", "8");
 }
 
-TEST(RegisterPlace, OfNumbers) {
-    TestDocument integers(placed_registers("IntReg"));
-    expect_places<int_reg_type_base>(integers, {"fixed", "dynamic"});
+TEST(RegisterSpan, OfNumbers) {
+    TestDocument integers(addressed_registers("IntReg"));
+    expect_spans<int_reg_type_base>(integers, {"fixed", "dynamic"});
     EXPECT_THAT(integers.device.TakeAccesses(), IsEmpty());
 }
 
-TEST(RegisterPlace, OfFloats) {
-    TestDocument floats(placed_registers("FloatReg"));
-    expect_places<float_reg_type_base>(floats, {"fixed", "dynamic"});
+TEST(RegisterSpan, OfFloats) {
+    TestDocument floats(addressed_registers("FloatReg"));
+    expect_spans<float_reg_type_base>(floats, {"fixed", "dynamic"});
     EXPECT_THAT(floats.device.TakeAccesses(), IsEmpty());
 }
 
-TEST(RegisterPlace, OfMaskedRegisters) {
+TEST(RegisterSpan, OfMaskedRegisters) {
     TestDocument doc(
         element("MaskedIntReg", address("0x110") + length("2"), "fixed") +
         element("MaskedIntReg", address("0x10E") + length("2") + "<pIndex>one</pIndex>", "dynamic") +
@@ -466,7 +466,7 @@ TEST(RegisterPlace, OfMaskedRegisters) {
               code(not_implemented));
 }
 
-TEST(RegisterPlace, DecidesTheClass) {
+TEST(RegisterSpan, DecidesTheClass) {
     const struct {
         const char* element;
         const char* children;

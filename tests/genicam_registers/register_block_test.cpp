@@ -12,7 +12,7 @@ namespace {
 constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
 
 TEST(RegisterBlock, ReadsAndWritesFromItsAddressOn) {
-    TestDocument doc(element("Register", fixed_place(16)));
+    TestDocument doc(element("Register", fixed_span(16)));
     doc.device.Put(0x100, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
     IRegister& block = doc.Register("r");
     EXPECT_EQ(block.get_node_type(), node_type::register_block);
@@ -27,20 +27,20 @@ TEST(RegisterBlock, ReadsAndWritesFromItsAddressOn) {
 }
 
 TEST(RegisterBlock, IsNeverCached) {
-    TestDocument doc(element("Register", fixed_place(4) + "<Cachable>WriteThrough</Cachable>"));
+    TestDocument doc(element("Register", fixed_span(4) + "<Cachable>WriteThrough</Cachable>"));
     std::array<std::uint8_t, 4> bytes{};
     for (int time = 0; time < 2; ++time) EXPECT_FALSE(doc.Register("r").read(bytes.data(), 4, 0));
     EXPECT_FALSE(doc.Register("r").read(bytes.data(), 4, access_flags::cache_only))
         << "a flag that it hands on";
     EXPECT_EQ(doc.device.TakeAccesses().size(), 3U);
     EXPECT_THAT(doc.load_messages, IsEmpty());
-    TestDocument bad(element("Register", fixed_place(4) + "<Cachable>x</Cachable><Endianess>x</Endianess>"));
+    TestDocument bad(element("Register", fixed_span(4) + "<Cachable>x</Cachable><Endianess>x</Endianess>"));
     EXPECT_THAT(bad.load_messages, IsEmpty()) << "not read";
 }
 
 TEST(RegisterBlock, RefusesLengthsThatDoNotFit) {
-    TestDocument doc(element("Register", fixed_place(16), "r") + element("Register", fixed_place(0), "none") +
-                     element("Register", fixed_place(-5), "negative") +
+    TestDocument doc(element("Register", fixed_span(16), "r") + element("Register", fixed_span(0), "none") +
+                     element("Register", fixed_span(-5), "negative") +
                      element("Register", address("0x100") + length("0x7FFFFFFFFFFFFFFF"), "huge"));
     std::array<std::uint8_t, 32> bytes{};
     const struct {
@@ -68,19 +68,19 @@ TEST(RegisterBlock, TheOrderOfItsChecks) {
     {
         // A read asks for access first, a write for the port.
         TestDocument doc(
-            element("Register", fixed_place(1) + "<pPort>nowhere</pPort><AccessMode>WO</AccessMode>", "wo") +
-            element("Register", fixed_place(1) + "<pPort>nowhere</pPort><AccessMode>RO</AccessMode>", "ro"));
+            element("Register", fixed_span(1) + "<pPort>nowhere</pPort><AccessMode>WO</AccessMode>", "wo") +
+            element("Register", fixed_span(1) + "<pPort>nowhere</pPort><AccessMode>RO</AccessMode>", "ro"));
         EXPECT_EQ(doc.Register("wo").read(&byte, 1, 0), code(access_denied));
         EXPECT_EQ(doc.Register("ro").read(&byte, 1, 0), code(not_implemented));
         EXPECT_EQ(doc.Register("ro").write(&byte, 1, 0), code(not_implemented));
         EXPECT_EQ(doc.Register("wo").write(&byte, 1, 0), code(not_implemented));
     }
     {
-        // Then the place, then the length that is asked for.
-        TestDocument doc(element("Register", fixed_place(1) + "<pAddress>broken</pAddress>") +
+        // Then the address, then the length that is asked for.
+        TestDocument doc(element("Register", fixed_span(1) + "<pAddress>broken</pAddress>") +
                          broken("broken") +
-                         element("Register", fixed_place(1) + "<pPort>nowhere</pPort>", "unported") +
-                         element("Register", fixed_place(1) + "<AccessMode>RO</AccessMode>", "ro"));
+                         element("Register", fixed_span(1) + "<pPort>nowhere</pPort>", "unported") +
+                         element("Register", fixed_span(1) + "<AccessMode>RO</AccessMode>", "ro"));
         EXPECT_EQ(doc.Register("r").read(&byte, 99, 0), code(not_implemented));
         EXPECT_EQ(doc.Register("r").write(&byte, 99, 0), code(not_implemented));
         EXPECT_EQ(doc.Register("unported").read(&byte, 99, 0), code(not_implemented));
@@ -90,9 +90,8 @@ TEST(RegisterBlock, TheOrderOfItsChecks) {
 }
 
 TEST(RegisterBlock, LogsThatItHasNoPort) {
-    TestDocument doc(element("Register", fixed_place(1) + "<pPort>nowhere</pPort>") +
-                     element("Register", fixed_place(1) + "<pPort>value</pPort>", "s") +
-                     number("value", "1"));
+    TestDocument doc(element("Register", fixed_span(1) + "<pPort>nowhere</pPort>") +
+                     element("Register", fixed_span(1) + "<pPort>value</pPort>", "s") + number("value", "1"));
     EXPECT_THAT(
         doc.load_messages,
         ElementsAre("GenICam::register_type::_resolve_references, Register (\"r\"). Failed resolve port.\n",
@@ -100,7 +99,7 @@ TEST(RegisterBlock, LogsThatItHasNoPort) {
 }
 
 TEST(RegisterBlock, FailuresOfThePortTravelUnchanged) {
-    TestDocument doc(element("Register", fixed_place(4)));
+    TestDocument doc(element("Register", fixed_span(4)));
     std::array<std::uint8_t, 4> bytes{};
     const std::error_code odd(0x12345, GenICam::genicam_error_category::instance());
     doc.device.FailAccess(1, odd);
@@ -113,8 +112,8 @@ TEST(RegisterBlock, FailuresOfThePortTravelUnchanged) {
 
 TEST(RegisterBlock, AWriteReachesItsDependents) {
     TestDocument doc(
-        element("Register", fixed_place(4)) +
-        element("IntReg", fixed_place(4) + "<Cachable>WriteThrough</Cachable><pInvalidator>r</pInvalidator>",
+        element("Register", fixed_span(4)) +
+        element("IntReg", fixed_span(4) + "<Cachable>WriteThrough</Cachable><pInvalidator>r</pInvalidator>",
                 "number"));
     ChangeCounter own(doc.Node("r"));
     ChangeCounter dependent(doc.Node("number"));
@@ -134,10 +133,10 @@ TEST(RegisterBlock, PollingTime) {
                 {"-1", std::nullopt}, {"x", std::nullopt}, {"", std::nullopt}};
     for (const auto& row : rows) {
         TestDocument doc(
-            element("Register", fixed_place(4) + "<PollingTime>" + std::string(row.text) + "</PollingTime>"));
+            element("Register", fixed_span(4) + "<PollingTime>" + std::string(row.text) + "</PollingTime>"));
         EXPECT_EQ(doc.Register("r").get_polling_time(), row.value) << row.text;
     }
-    TestDocument doc(element("Register", fixed_place(4)));
+    TestDocument doc(element("Register", fixed_span(4)));
     EXPECT_EQ(doc.Register("r").get_polling_time(), std::nullopt);
 }
 

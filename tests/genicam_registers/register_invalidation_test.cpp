@@ -11,15 +11,15 @@ const std::string cached = "<Cachable>WriteThrough</Cachable>";
 // One cached register of each kind, all invalidated by "trigger".
 std::string one_of_each(const std::string& more) {
     const std::string children = cached + more;
-    return element("IntReg", fixed_place(4) + children, "int") +
+    return element("IntReg", fixed_span(4) + children, "int") +
            element("IntReg", address("0x100") + "<pLength>four</pLength>" + children, "int_dyn") +
-           element("FloatReg", fixed_place(4) + children, "float") +
+           element("FloatReg", fixed_span(4) + children, "float") +
            element("FloatReg", address("0x100") + "<pLength>four</pLength>" + children, "float_dyn") +
-           element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit>" + children, "masked") +
+           element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit>" + children, "masked") +
            element("MaskedIntReg", length("4") + "<pAddress>base</pAddress><Bit>0</Bit>" + children,
                    "masked_dyn") +
-           "<StructReg>" + fixed_place(4) + "<StructEntry Name='entry'><Bit>0</Bit>" + children +
-           "</StructEntry></StructReg>" + element("StringReg", fixed_place(4) + children, "string") +
+           "<StructReg>" + fixed_span(4) + "<StructEntry Name='entry'><Bit>0</Bit>" + children +
+           "</StructEntry></StructReg>" + element("StringReg", fixed_span(4) + children, "string") +
            number("four", "4") + number("base", "0x100");
 }
 
@@ -74,7 +74,7 @@ TEST(RegisterInvalidation, CommonLinksCountToo) {
 
 TEST(RegisterInvalidation, AWriteToOneRegisterReachesAnotherThroughALink) {
     // command -> feature (which only forwards) -> status
-    TestDocument doc(element("IntReg", fixed_place(4), "command") +
+    TestDocument doc(element("IntReg", fixed_span(4), "command") +
                      element("Integer", "<pValue>command</pValue>", "feature") +
                      element("IntReg",
                              address("0x200") + length("4") + cached + "<pInvalidator>feature</pInvalidator>",
@@ -87,10 +87,10 @@ TEST(RegisterInvalidation, AWriteToOneRegisterReachesAnotherThroughALink) {
 }
 
 TEST(RegisterInvalidation, AWriteIsAnnouncedChangedOrNot) {
-    TestDocument doc(element("IntReg", fixed_place(4) + cached, "i") +
-                     element("FloatReg", fixed_place(4), "f") +
-                     element("MaskedIntReg", fixed_place(4) + "<Bit>0</Bit>", "m") + "<StructReg>" +
-                     fixed_place(4) + "<StructEntry Name='e'><Bit>0</Bit></StructEntry></StructReg>" +
+    TestDocument doc(element("IntReg", fixed_span(4) + cached, "i") +
+                     element("FloatReg", fixed_span(4), "f") +
+                     element("MaskedIntReg", fixed_span(4) + "<Bit>0</Bit>", "m") + "<StructReg>" +
+                     fixed_span(4) + "<StructEntry Name='e'><Bit>0</Bit></StructEntry></StructReg>" +
                      element("Integer",
                              "<Value>0</Value><pInvalidator>i</pInvalidator><pInvalidator>f</pInvalidator>"
                              "<pInvalidator>m</pInvalidator><pInvalidator>e</pInvalidator>",
@@ -111,8 +111,8 @@ TEST(RegisterInvalidation, AWriteIsAnnouncedChangedOrNot) {
 }
 
 TEST(RegisterInvalidation, DependentsHearBeforeTheNodesOwnCallbacks) {
-    TestDocument doc(element("IntReg", fixed_place(4), "r") +
-                     element("IntReg", fixed_place(4) + "<pInvalidator>r</pInvalidator>", "dependent"));
+    TestDocument doc(element("IntReg", fixed_span(4), "r") +
+                     element("IntReg", fixed_span(4) + "<pInvalidator>r</pInvalidator>", "dependent"));
     std::string order;
     doc.Node("r").register_callback([&order](INode*) { order += "own "; });
     doc.Node("dependent").register_callback([&order](INode*) { order += "dependent "; });
@@ -121,15 +121,15 @@ TEST(RegisterInvalidation, DependentsHearBeforeTheNodesOwnCallbacks) {
 }
 
 TEST(RegisterInvalidation, AWriteDoesNotEmptyTheWritersCache) {
-    TestDocument doc(element("IntReg", fixed_place(4) + cached));
+    TestDocument doc(element("IntReg", fixed_span(4) + cached));
     EXPECT_FALSE(doc.Integer("r").set_val(1, 0));
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0x100)), 1);
 }
 
 TEST(RegisterInvalidation, AFailedWriteIsSilent) {
     TestDocument doc(
-        element("IntReg", fixed_place(4) + cached) +
-        element("IntReg", fixed_place(4) + cached + "<pInvalidator>r</pInvalidator>", "dependent"));
+        element("IntReg", fixed_span(4) + cached) +
+        element("IntReg", fixed_span(4) + cached + "<pInvalidator>r</pInvalidator>", "dependent"));
     EXPECT_TRUE(doc.Integer("dependent").get_val(0));
     ChangeCounter own(doc.Node("r"));
     ChangeCounter dependent(doc.Node("dependent"));
@@ -141,7 +141,7 @@ TEST(RegisterInvalidation, AFailedWriteIsSilent) {
 }
 
 TEST(RegisterInvalidation, AnIndexDoesNotTellTheRegister) {
-    TestDocument doc(element("IntReg", fixed_place(4) + cached + "<pIndex>index</pIndex>") +
+    TestDocument doc(element("IntReg", fixed_span(4) + cached + "<pIndex>index</pIndex>") +
                      number("index", "0"));
     EXPECT_TRUE(doc.Integer("r").get_val(0));
     EXPECT_FALSE(doc.Integer("index").set_val(1, 0));
@@ -153,7 +153,7 @@ TEST(RegisterInvalidation, AnIndexDoesNotTellTheRegister) {
 
 TEST(RegisterInvalidation, TwoThatInvalidateEachOther) {
     TestDocument doc(
-        element("IntReg", fixed_place(4) + cached + "<pInvalidator>b</pInvalidator>", "a") +
+        element("IntReg", fixed_span(4) + cached + "<pInvalidator>b</pInvalidator>", "a") +
         element("IntReg", address("0x200") + length("4") + cached + "<pInvalidator>a</pInvalidator>", "b"));
     EXPECT_TRUE(doc.Integer("b").get_val(0));
     ChangeCounter changes(doc.Node("a"));

@@ -133,12 +133,12 @@ std::string print_float(double value) {
 std::string model_register::element() const {
     static constexpr const char* modes[] = {"WriteThrough", "WriteAround", "NoCache"};
     static constexpr const char* accesses[] = {"RW", "RO", "WO"};
-    std::string place = child("Address", std::to_string(address));
-    place += has_linked_length ? child("pLength", "size") : child("Length", std::to_string(length));
-    if (has_added_address) place += child("pAddress", "added");
+    std::string address_part = child("Address", std::to_string(address));
+    address_part += has_linked_length ? child("pLength", "size") : child("Length", std::to_string(length));
+    if (has_added_address) address_part += child("pAddress", "added");
     const std::string stated = offset != 0 ? " Offset='" + std::to_string(offset) + "'" : "";
-    if (has_index) place += "<pIndex" + stated + ">index</pIndex>";
-    if (is_little_endian) place += child("Endianess", "LittleEndian");
+    if (has_index) address_part += "<pIndex" + stated + ">index</pIndex>";
+    if (is_little_endian) address_part += child("Endianess", "LittleEndian");
     std::string own = child("Cachable", modes[static_cast<int>(mode)]) +
                       child("AccessMode", accesses[static_cast<int>(access)]);
     if (is_signed) own += child("Sign", "Signed");
@@ -146,8 +146,8 @@ std::string model_register::element() const {
     for (const std::string& invalidator : invalidators) own += child("pInvalidator", invalidator);
     const std::string head = std::string("<") + element_name(kind) + " Name='" + name + "'>";
     const std::string tail = std::string("</") + element_name(kind) + ">";
-    return kind == model_kind::entry ? "<StructReg>" + place + head + own + tail + "</StructReg>"
-                                     : head + place + own + tail;
+    return kind == model_kind::entry ? "<StructReg>" + address_part + head + own + tail + "</StructReg>"
+                                     : head + address_part + own + tail;
 }
 
 std::string model_setup::elements() const {
@@ -202,7 +202,7 @@ void register_model::reset() {
     accesses_until_failure_ = 0;
 }
 
-register_model::place register_model::place_of(const model_register& reg) const {
+register_model::span register_model::span_of(const model_register& reg) const {
     std::int64_t length = reg.has_linked_length ? numbers.at("size") : reg.length;
     if (reg.kind == model_kind::masked && !is_word(length)) length = 4;
     std::int64_t address = static_cast<std::int64_t>(reg.address);
@@ -217,7 +217,7 @@ bool register_model::is_refused(const model_register& reg, bool is_write, std::u
 
 model_outcome register_model::read(const model_register& reg, std::uint32_t flags) {
     if (is_refused(reg, false, flags)) return {code(access_denied), ""};
-    const place from = place_of(reg);
+    const span from = span_of(reg);
     if (reg.kind == model_kind::block) {
         if (from.length < 1) return {code(invalid_parameter), ""};
         const auto failure = ask_device(ReadOf(from.address, 1, flags));
@@ -240,7 +240,7 @@ model_outcome register_model::read(const model_register& reg, std::uint32_t flag
 
 model_outcome register_model::write(const model_register& reg, std::int64_t value, std::uint32_t flags) {
     if (is_refused(reg, true, flags)) return {code(access_denied), ""};
-    const place to = place_of(reg);
+    const span to = span_of(reg);
     Bytes bytes;
     if (reg.kind == model_kind::text) {
         const std::string text = text_for(value);
@@ -265,7 +265,7 @@ model_outcome register_model::write(const model_register& reg, std::int64_t valu
     return {failure, ""};
 }
 
-std::error_code register_model::fetch(const model_register& reg, place from, std::uint32_t flags,
+std::error_code register_model::fetch(const model_register& reg, span from, std::uint32_t flags,
                                       Bytes& bytes) {
     const auto size = static_cast<std::size_t>(from.length);
     if ((flags & 0x200) == 0 && ((flags & 0x100) != 0 || reg.mode != Cachable::NoCache)) {

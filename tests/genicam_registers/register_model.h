@@ -36,7 +36,7 @@ struct model_register {
     [[nodiscard]] std::string element() const;
 };
 
-/// A document to compare with: a few registers, and the numbers that their places depend on.
+/// A document to compare with: a few registers, and the numbers that their addresses depend on.
 struct model_setup {
     std::vector<model_register> registers;
 
@@ -77,14 +77,14 @@ private:
         std::uint64_t address;
         Bytes bytes;
     };
-    struct place {
+    struct span {
         std::uint64_t address;
         std::int64_t length;
     };
 
-    [[nodiscard]] place place_of(const model_register& reg) const;
+    [[nodiscard]] span span_of(const model_register& reg) const;
     [[nodiscard]] bool is_refused(const model_register& reg, bool is_write, std::uint32_t flags) const;
-    [[nodiscard]] std::error_code fetch(const model_register& reg, place from, std::uint32_t flags,
+    [[nodiscard]] std::error_code fetch(const model_register& reg, span from, std::uint32_t flags,
                                         Bytes& bytes);
     [[nodiscard]] std::error_code put(const model_register& reg, std::uint64_t address, const Bytes& bytes,
                                       std::uint32_t flags);

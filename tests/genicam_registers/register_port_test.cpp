@@ -11,9 +11,9 @@ namespace {
 std::string on_port(const char* port) { return std::string("<pPort>") + port + "</pPort>"; }
 
 TEST(RegisterPort, IsTheOneNamed) {
-    TestDocument doc(element("IntReg", fixed_place(4), "default") +
-                     element("IntReg", fixed_place(4) + on_port(""), "empty") +
-                     element("IntReg", fixed_place(4) + on_port("Other"), "other") + "<Port Name='Other'/>");
+    TestDocument doc(element("IntReg", fixed_span(4), "default") +
+                     element("IntReg", fixed_span(4) + on_port(""), "empty") +
+                     element("IntReg", fixed_span(4) + on_port("Other"), "other") + "<Port Name='Other'/>");
     test_support::RecordingDevice second;
     EXPECT_FALSE(doc.Port("Other").bind(&second));
     second.Put(0x100, {0, 0, 0, 2});
@@ -26,10 +26,10 @@ TEST(RegisterPort, IsTheOneNamed) {
 
 // Every kind of register on a port, and what reading and writing it gives.
 std::string one_of_each(const std::string& port) {
-    return element("IntReg", fixed_place(4) + port, "i") + element("FloatReg", fixed_place(4) + port, "f") +
-           element("MaskedIntReg", fixed_place(4) + port + "<Bit>0</Bit>", "m") +
-           element("Register", fixed_place(4) + port, "b") +
-           element("StringReg", fixed_place(4) + port, "s") + "<StructReg>" + fixed_place(4) + port +
+    return element("IntReg", fixed_span(4) + port, "i") + element("FloatReg", fixed_span(4) + port, "f") +
+           element("MaskedIntReg", fixed_span(4) + port + "<Bit>0</Bit>", "m") +
+           element("Register", fixed_span(4) + port, "b") + element("StringReg", fixed_span(4) + port, "s") +
+           "<StructReg>" + fixed_span(4) + port +
            "<StructEntry Name='e'><Bit>0</Bit></StructEntry></StructReg>";
 }
 
@@ -82,7 +82,7 @@ TEST(RegisterPort, BindingTwiceKeepsTheFirst) {
 }
 
 TEST(RegisterPort, ACacheOutlivesTheBinding) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<Cachable>WriteThrough</Cachable>"));
+    TestDocument doc(element("IntReg", fixed_span(4) + "<Cachable>WriteThrough</Cachable>"));
     doc.device.Put(0x100, {0, 0, 0, 1});
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 1);
     doc.Port().unbind();
@@ -101,7 +101,7 @@ TEST(RegisterPort, EveryCodeTravelsUnchanged) {
 }
 
 TEST(RegisterPort, AnExceptionOfTheDeviceLeavesTheCacheUsable) {
-    TestDocument doc(element("IntReg", fixed_place(4) + "<Cachable>WriteThrough</Cachable>"));
+    TestDocument doc(element("IntReg", fixed_span(4) + "<Cachable>WriteThrough</Cachable>"));
     doc.device.before_access = [](const test_support::PortAccess&) -> std::error_code {
         throw std::bad_alloc();
     };

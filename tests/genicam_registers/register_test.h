@@ -50,7 +50,7 @@ inline std::string address(const std::string& text) { return "<Address>" + text 
 inline std::string length(const std::string& text) { return "<Length>" + text + "</Length>"; }
 
 /// `Address` 0x100 with a length.
-inline std::string fixed_place(int bytes) { return address("0x100") + length(std::to_string(bytes)); }
+inline std::string fixed_span(int bytes) { return address("0x100") + length(std::to_string(bytes)); }
 
 inline std::string little_endian() { return "<Endianess>LittleEndian</Endianess>"; }
 

@@ -9,7 +9,7 @@ namespace {
 using std::string_literals::operator""s;
 
 std::string text_register(int bytes, const std::string& children = "") {
-    return element("StringReg", fixed_place(bytes) + children);
+    return element("StringReg", fixed_span(bytes) + children);
 }
 
 Bytes bytes_of(std::string_view text) { return {text.begin(), text.end()}; }
@@ -39,7 +39,7 @@ TEST(String, ForwardsToAnotherString) {
 }
 
 TEST(String, ForwardsItsFlags) {
-    TestDocument doc(element("String", "<pValue>reg</pValue>") + element("StringReg", fixed_place(4), "reg"));
+    TestDocument doc(element("String", "<pValue>reg</pValue>") + element("StringReg", fixed_span(4), "reg"));
     EXPECT_EQ(failure_of(doc.String("r").get_val(0x100)), code(no_cached_value));
     EXPECT_TRUE(doc.String("r").get_val(0x200));
     EXPECT_FALSE(doc.String("r").set_val("abc", 0x800));
@@ -268,7 +268,7 @@ TEST(StringReg, AnInvalidatorEmptiesTheCacheBeforeItsCallbacksRun) {
 TEST(StringReg, AWriteKeepsItsOwnCache) {
     TestDocument doc(
         text_register(4) +
-        element("IntReg", fixed_place(4) + "<pInvalidator>r</pInvalidator><Cachable>WriteThrough</Cachable>",
+        element("IntReg", fixed_span(4) + "<pInvalidator>r</pInvalidator><Cachable>WriteThrough</Cachable>",
                 "number"));
     EXPECT_EQ(value_of(doc.Integer("number").get_val(0)), 0);
     EXPECT_FALSE(doc.String("r").set_val("\0\0\0\5"s, 0));
@@ -328,7 +328,7 @@ TEST(StringReg, ATextTooLongToCountStopsTheWrite) {
     EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
 }
 
-TEST(StringReg, ChecksAccessBeforeItsPlace) {
+TEST(StringReg, ChecksAccessBeforeItsAddress) {
     TestDocument doc(element("StringReg", "<pLength>broken</pLength><AccessMode>RO</AccessMode>", "ro") +
                      element("StringReg", "<pLength>broken</pLength><AccessMode>WO</AccessMode>", "wo") +
                      broken("broken"));

@@ -6,8 +6,8 @@ using namespace register_test;
 
 namespace {
 
-std::string frame(const std::string& children, const std::string& entry_children) {
-    return "<StructReg Name='frame'>" + children + "<StructEntry Name='r'>" + entry_children +
+std::string struct_reg(const std::string& children, const std::string& entry_children) {
+    return "<StructReg Name='struct'>" + children + "<StructEntry Name='r'>" + entry_children +
            "</StructEntry></StructReg>";
 }
 
@@ -31,8 +31,8 @@ TEST(StructEntry, TakesItsPlaceFromTheFrame) {
 
 TEST(StructEntry, IgnoresAPlaceOfItsOwn) {
     TestDocument doc(
-        frame(fixed_place(4), address("0x900") + length("2") + little_endian() +
-                                  "<pPort>nowhere</pPort><pAddress>nobody</pAddress><Bit>0</Bit>"));
+        struct_reg(fixed_span(4), address("0x900") + length("2") + little_endian() +
+                                      "<pPort>nowhere</pPort><pAddress>nobody</pAddress><Bit>0</Bit>"));
     doc.device.Put(0x100, {0x80, 0, 0, 0});
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 1);
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 4)));
@@ -40,23 +40,24 @@ TEST(StructEntry, IgnoresAPlaceOfItsOwn) {
 }
 
 TEST(StructEntry, HasTheCommonElementsToItself) {
-    TestDocument doc(frame(fixed_place(4) + "<pIsAvailable>no</pIsAvailable><Visibility>Guru</Visibility>",
-                           "<Bit>0</Bit><pIsLocked>yes</pIsLocked>") +
-                     number("no", "0") + number("yes", "1"));
+    TestDocument doc(
+        struct_reg(fixed_span(4) + "<pIsAvailable>no</pIsAvailable><Visibility>Guru</Visibility>",
+                   "<Bit>0</Bit><pIsLocked>yes</pIsLocked>") +
+        number("no", "0") + number("yes", "1"));
     EXPECT_TRUE(doc.Node("r").is_available());
     EXPECT_TRUE(doc.Node("r").is_locked());
     EXPECT_EQ(doc.Node("r").get_visibility(), Visibility::Beginner);
 }
 
 TEST(StructEntry, AFramesElementsReachEntriesInGroupsOfIt) {
-    TestDocument doc("<Group><StructReg Name='frame'>" + fixed_place(2) +
+    TestDocument doc("<Group><StructReg Name='struct'>" + fixed_span(2) +
                      "<Group><StructEntry Name='r'><Bit>0</Bit></StructEntry></Group></StructReg></Group>");
     EXPECT_TRUE(doc.Integer("r").get_val(0));
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
 }
 
 TEST(StructEntry, WithoutAFrameTakesItsParent) {
-    TestDocument doc("<Group Name='g'>" + fixed_place(2) +
+    TestDocument doc("<Group Name='g'>" + fixed_span(2) +
                      "<StructEntry Name='r'><Bit>0</Bit></StructEntry></Group>");
     EXPECT_TRUE(doc.Integer("r").get_val(0));
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
@@ -66,29 +67,29 @@ std::string entry(const std::string& name) {
     return "<StructEntry Name='" + name + "'><Bit>0</Bit></StructEntry>";
 }
 
-TEST(StructEntry, EachHasTheNearestFrame) {
-    const auto frame_at = [](const std::string& at, const std::string& children) {
+TEST(StructEntry, EachHasTheNearestStructReg) {
+    const auto struct_reg_at = [](const std::string& at, const std::string& children) {
         return "<StructReg>" + address(at) + length("1") + children + "</StructReg>";
     };
     const auto group = [](const std::string& children) { return "<Group>" + children + "</Group>"; };
-    TestDocument doc(
-        frame_at("1", entry("a1") + group(entry("a2")) + entry("a3")) +
-        group(frame_at("2", group(group(entry("b1")) + entry("b2")))) +
-        frame_at("3", entry("c1") + frame_at("4", group(entry("d1"))) + entry("c2") + group(entry("c3"))) +
-        group(address("5") + length("1") + entry("e1") + group(address("6") + length("1") + entry("f1")) +
-              entry("e2")));
-    const std::pair<const char*, std::uint64_t> places[] = {{"a1", 1}, {"a2", 1}, {"a3", 1}, {"b1", 2},
-                                                            {"b2", 2}, {"c1", 3}, {"c2", 3}, {"c3", 3},
-                                                            {"d1", 4}, {"e1", 5}, {"e2", 5}, {"f1", 6}};
-    for (const auto& [name, place] : places) {
+    TestDocument doc(struct_reg_at("1", entry("a1") + group(entry("a2")) + entry("a3")) +
+                     group(struct_reg_at("2", group(group(entry("b1")) + entry("b2")))) +
+                     struct_reg_at("3", entry("c1") + struct_reg_at("4", group(entry("d1"))) + entry("c2") +
+                                            group(entry("c3"))) +
+                     group(address("5") + length("1") + entry("e1") +
+                           group(address("6") + length("1") + entry("f1")) + entry("e2")));
+    const std::pair<const char*, std::uint64_t> addresses[] = {{"a1", 1}, {"a2", 1}, {"a3", 1}, {"b1", 2},
+                                                               {"b2", 2}, {"c1", 3}, {"c2", 3}, {"c3", 3},
+                                                               {"d1", 4}, {"e1", 5}, {"e2", 5}, {"f1", 6}};
+    for (const auto& [name, address] : addresses) {
         EXPECT_TRUE(doc.Integer(name).get_val(0));
-        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(place, 1))) << name;
+        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(address, 1))) << name;
     }
     EXPECT_THAT(doc.load_messages, IsEmpty());
 }
 
 TEST(StructEntry, ResolvedByItselfFindsItsFrame) {
-    TestDocument doc("<StructReg>" + fixed_place(2) + "<Group>" + entry("r") + "</Group></StructReg>" +
+    TestDocument doc("<StructReg>" + fixed_span(2) + "<Group>" + entry("r") + "</Group></StructReg>" +
                      "<Group>" + address("5") + length("1") + entry("s") + "</Group>");
     for (const char* name : {"r", "s"}) doc.Node(name).get_eval()->resolve_references(&*doc);
     EXPECT_TRUE(doc.Integer("r").get_val(0));
@@ -106,7 +107,7 @@ TEST(StructEntry, ManyInOneFrameAndAtAnyDepth) {
         nested += "<Group>" + entry("n" + std::to_string(at));
     }
     for (int at = 0; at < count; ++at) nested += "</Group>";
-    TestDocument doc("<StructReg>" + fixed_place(2) + side_by_side + nested + "</StructReg>");
+    TestDocument doc("<StructReg>" + fixed_span(2) + side_by_side + nested + "</StructReg>");
     for (const char* name : {"s0", "s19999", "n0", "n19999"}) {
         EXPECT_TRUE(doc.Integer(name).get_val(0));
         EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2))) << name;
@@ -115,7 +116,7 @@ TEST(StructEntry, ManyInOneFrameAndAtAnyDepth) {
 
 TEST(StructEntry, CachableIsItsOwnWordOrTheFrames) {
     const struct {
-        const char* in_frame;
+        const char* in_struct_reg;
         const char* in_entry;
         bool is_cached;
         bool logs;
@@ -127,12 +128,12 @@ TEST(StructEntry, CachableIsItsOwnWordOrTheFrames) {
         {"WriteAround", "", true, false},          {"", "WriteAround", true, false},
     };
     for (const auto& row : rows) {
-        TestDocument doc(frame(fixed_place(4) + "<Cachable>" + row.in_frame + "</Cachable>",
-                               "<Bit>0</Bit><Cachable>" + std::string(row.in_entry) + "</Cachable>"));
+        TestDocument doc(struct_reg(fixed_span(4) + "<Cachable>" + row.in_struct_reg + "</Cachable>",
+                                    "<Bit>0</Bit><Cachable>" + std::string(row.in_entry) + "</Cachable>"));
         EXPECT_TRUE(doc.Integer("r").get_val(0));
         EXPECT_TRUE(doc.Integer("r").get_val(0));
         EXPECT_EQ(doc.device.TakeAccesses().size(), row.is_cached ? 1U : 2U)
-            << row.in_frame << "/" << row.in_entry;
+            << row.in_struct_reg << "/" << row.in_entry;
         if (row.logs) {
             EXPECT_THAT(doc.load_messages,
                         ElementsAre("Invalid contents of \"Cachable\" node (\"nonsense\"\n"));
@@ -144,7 +145,7 @@ TEST(StructEntry, CachableIsItsOwnWordOrTheFrames) {
 
 TEST(StructEntry, AccessModeIsItsOwnWordOrTheFrames) {
     const struct {
-        const char* in_frame;
+        const char* in_struct_reg;
         const char* in_entry;
         AccessMode mode;
         bool logs;
@@ -155,9 +156,10 @@ TEST(StructEntry, AccessModeIsItsOwnWordOrTheFrames) {
         {"x", "RO", AccessMode::RO, false},  {"x", "", AccessMode::RW, true},
     };
     for (const auto& row : rows) {
-        TestDocument doc(frame(fixed_place(4) + "<AccessMode>" + row.in_frame + "</AccessMode>",
-                               "<Bit>0</Bit><AccessMode>" + std::string(row.in_entry) + "</AccessMode>"));
-        EXPECT_EQ(doc.Node("r").get_access_mode(), row.mode) << row.in_frame << "/" << row.in_entry;
+        TestDocument doc(
+            struct_reg(fixed_span(4) + "<AccessMode>" + row.in_struct_reg + "</AccessMode>",
+                       "<Bit>0</Bit><AccessMode>" + std::string(row.in_entry) + "</AccessMode>"));
+        EXPECT_EQ(doc.Node("r").get_access_mode(), row.mode) << row.in_struct_reg << "/" << row.in_entry;
         if (row.logs) {
             EXPECT_THAT(doc.load_messages, ElementsAre("Invalid contents of \"AccessMode\" node (\"x\"\n"));
         } else {
@@ -167,8 +169,8 @@ TEST(StructEntry, AccessModeIsItsOwnWordOrTheFrames) {
 }
 
 TEST(StructEntry, AnImposedModeStaysAboveTheFrames) {
-    TestDocument doc(frame(fixed_place(4) + "<AccessMode>WO</AccessMode>",
-                           "<Bit>0</Bit><ImposedAccessMode>RO</ImposedAccessMode>"));
+    TestDocument doc(struct_reg(fixed_span(4) + "<AccessMode>WO</AccessMode>",
+                                "<Bit>0</Bit><ImposedAccessMode>RO</ImposedAccessMode>"));
     EXPECT_EQ(doc.Node("r").get_access_mode(), AccessMode::RO);
     EXPECT_THAT(
         doc.load_messages,
@@ -177,11 +179,11 @@ TEST(StructEntry, AnImposedModeStaysAboveTheFrames) {
 }
 
 TEST(StructEntry, SignIsItsOwnAndEndianessTheFrames) {
-    TestDocument doc(frame(fixed_place(1) + "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>",
-                           "<LSB>0</LSB><MSB>3</MSB>"));
+    TestDocument doc(struct_reg(fixed_span(1) + "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>",
+                                "<LSB>0</LSB><MSB>3</MSB>"));
     doc.device.Put(0x100, {0x0F});
     EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 15);
-    TestDocument bad(frame(fixed_place(1) + "<Endianess>x</Endianess>", "<Bit>0</Bit><Sign>y</Sign>"));
+    TestDocument bad(struct_reg(fixed_span(1) + "<Endianess>x</Endianess>", "<Bit>0</Bit><Sign>y</Sign>"));
     EXPECT_THAT(bad.load_messages,
                 testing::UnorderedElementsAre("Invalid contents of \"Endianess\" node (\"x\"\n",
                                               "Invalid contents of \"Sign\" node (\"y\"\n"));
@@ -189,12 +191,12 @@ TEST(StructEntry, SignIsItsOwnAndEndianessTheFrames) {
 
 TEST(StructEntry, LengthsThatAreNoNumberSizeTouchNothing) {
     for (const char* size : {"0", "9", "16", "-1", "1000000", "0x7FFFFFFFFFFFFFFF", "0x8000000000000000"}) {
-        TestDocument doc(
-            frame(address("0x100") + length(size) + "<Cachable>WriteThrough</Cachable>", "<Bit>0</Bit>") +
-            "<StructReg>" + address("0x100") +
-            "<pLength>size</pLength><StructEntry Name='linked'>"
-            "<Bit>0</Bit></StructEntry></StructReg>" +
-            number("size", size));
+        TestDocument doc(struct_reg(address("0x100") + length(size) + "<Cachable>WriteThrough</Cachable>",
+                                    "<Bit>0</Bit>") +
+                         "<StructReg>" + address("0x100") +
+                         "<pLength>size</pLength><StructEntry Name='linked'>"
+                         "<Bit>0</Bit></StructEntry></StructReg>" +
+                         number("size", size));
         for (const char* name : {"r", "linked"}) {
             for (const std::uint32_t flags : {0U, 0x100U, 0x200U, 0x800U}) {
                 EXPECT_EQ(failure_of(doc.Integer(name).get_val(flags)), code(index_out_of_range)) << size;
@@ -208,7 +210,7 @@ TEST(StructEntry, LengthsThatAreNoNumberSizeTouchNothing) {
 
 TEST(StructEntry, EveryLengthThatFitsIsRead) {
     for (int size = 1; size <= 8; ++size) {
-        TestDocument doc(frame(fixed_place(size), "<Bit>0</Bit>"));
+        TestDocument doc(struct_reg(fixed_span(size), "<Bit>0</Bit>"));
         doc.device.Put(0x100, {0x80});
         EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), 1);
         EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, size)));
@@ -217,7 +219,7 @@ TEST(StructEntry, EveryLengthThatFitsIsRead) {
 
 TEST(StructEntry, TwoFieldsAreTwoRounds) {
     TestDocument doc(
-        "<StructReg>" + fixed_place(1) +
+        "<StructReg>" + fixed_span(1) +
         "<StructEntry Name='a'><Bit>0</Bit></StructEntry><StructEntry Name='b'><Bit>7</Bit></StructEntry>"
         "</StructReg>");
     EXPECT_FALSE(doc.Integer("a").set_val(1, 0));
@@ -227,7 +229,8 @@ TEST(StructEntry, TwoFieldsAreTwoRounds) {
 }
 
 TEST(StructEntry, ACachedFieldIsWrittenFromItsCache) {
-    TestDocument doc(frame(fixed_place(1) + "<Cachable>WriteThrough</Cachable>", "<LSB>7</LSB><MSB>4</MSB>"));
+    TestDocument doc(
+        struct_reg(fixed_span(1) + "<Cachable>WriteThrough</Cachable>", "<LSB>7</LSB><MSB>4</MSB>"));
     doc.device.Put(0x100, {0xA0});
     EXPECT_FALSE(doc.Integer("r").set_val(5, 0));
     doc.device.Put(0x100, {0xB0});
@@ -237,7 +240,7 @@ TEST(StructEntry, ACachedFieldIsWrittenFromItsCache) {
 }
 
 TEST(StructEntry, CacheOnlyAccess) {
-    TestDocument doc(frame(fixed_place(1) + "<Cachable>WriteAround</Cachable>", "<Bit>7</Bit>"));
+    TestDocument doc(struct_reg(fixed_span(1) + "<Cachable>WriteAround</Cachable>", "<Bit>7</Bit>"));
     EXPECT_EQ(doc.Integer("r").set_val(1, 0x100), code(no_cached_value)) << "its read finds nothing";
     EXPECT_TRUE(doc.Integer("r").get_val(0));
     EXPECT_FALSE(doc.Integer("r").set_val(1, 0x100));
@@ -246,14 +249,15 @@ TEST(StructEntry, CacheOnlyAccess) {
 }
 
 TEST(StructEntry, ChecksAccessFirst) {
-    TestDocument doc(frame(address("0x100") + length("9") + "<AccessMode>RO</AccessMode>", "<Bit>0</Bit>"));
+    TestDocument doc(
+        struct_reg(address("0x100") + length("9") + "<AccessMode>RO</AccessMode>", "<Bit>0</Bit>"));
     EXPECT_EQ(doc.Integer("r").set_val(1, 0), code(access_denied));
     EXPECT_EQ(failure_of(doc.Integer("r").get_val(0)), code(index_out_of_range));
 }
 
 TEST(StructEntry, AnswersFromItsElement) {
-    TestDocument doc(frame(fixed_place(1) + "<Unit>frame</Unit>",
-                           "<Bit>0</Bit><Representation>Linear</Representation><Unit>own</Unit>"));
+    TestDocument doc(struct_reg(fixed_span(1) + "<Unit>struct</Unit>",
+                                "<Bit>0</Bit><Representation>Linear</Representation><Unit>own</Unit>"));
     IInteger& entry = doc.Integer("r");
     EXPECT_EQ(entry.get_node_type(), node_type::integer);
     EXPECT_EQ(entry.get_representation(), Representation::Linear);

@@ -60,7 +60,7 @@ TEST(CommandLine, AFolderIsNoDescription) {
     ExpectRefusal(RunHost({folder.Path().u8string()}), 2, "cannot read " + folder.Path().u8string());
 }
 
-TEST(CommandLine, AMalformedDescriptionIsRefusedWithItsPlace) {
+TEST(CommandLine, AMalformedDescriptionIsRefusedWithItsPosition) {
     const ScratchFolder folder;
     const std::string file = folder.Write("broken.xml", "<RegisterDescription><Float Name=\"A\">");
     ExpectRefusal(RunHost({file}), 2, file + " is malformed: ");
@@ -112,7 +112,7 @@ TEST(CommandLine, ProbingTellsOfEachPage) {
               "page \"Selvane Color Controls\": nothing to show\n");
 }
 
-TEST(CommandLine, OneRoadAloneIsTraced) {
+TEST(CommandLine, OneAccessPathAloneIsTraced) {
     const ProcessEnd named = RunHost({"--probe", "--trace", "--camera", "described", "--access", "named"});
     EXPECT_THAT(named.output, HasSubstr("\nQuerySupported device 4 -> 0x3, ok, "));
     EXPECT_THAT(named.output, HasSubstr("\nQuerySupported device 3, 0x80070490, "));

@@ -90,7 +90,7 @@ std::int64_t GetNamed(IKsPropertySet& properties, std::string_view path) {
     return value;
 }
 
-TEST_F(SampleDriverPages, BothRoadsLeadToTheSameRegisters) {
+TEST_F(SampleDriverPages, BothAccessPathsLeadToTheSameRegisters) {
     std::uint64_t address = 0;
     std::uint32_t brightness = 77;
     EXPECT_EQ(properties->Set(wire::device_set, SELVANE_REGISTER_ACCESS, &address, sizeof(address),

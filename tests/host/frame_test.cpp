@@ -107,16 +107,16 @@ TEST(Frame, APageThatRefusesTheCameraIsNotThere) {
 TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", "builtin"});
-    const std::string place = "-?\\d+,-?\\d+ \\d+x\\d+";
+    const std::string rect = "-?\\d+,-?\\d+ \\d+x\\d+";
     for (const std::string& line :
-         {"frame \"[^\"]+\" " + place, "command \"OK\" " + place,
-          "tab 2 \"Selvane Feature Controls\" " + place, "label \"Gain\" " + place,
-          "slider \"Gain\" of \"Gain\" " + place + " enabled position \\d+ of \\d+\\.\\.\\d+ thumb " + place,
-          "edit \"Gain\" of \"Gain\" " + place + " enabled text \"[^\"]*\"",
-          "spin \"Gain\" of \"Gain\" " + place + " enabled position \\d+",
-          "switch \"Auto\" of \"Exposure\" " + place + " enabled (un)?checked",
-          "button \"Read\" of \"GPIO\" " + place + " enabled",
-          "combo \"Operation\" of \"Trigger\" " + place + " enabled \"[^\"]*\" of( \"[^\"]*\")+"}) {
+         {"frame \"[^\"]+\" " + rect, "command \"OK\" " + rect, "tab 2 \"Selvane Feature Controls\" " + rect,
+          "label \"Gain\" " + rect,
+          "slider \"Gain\" of \"Gain\" " + rect + " enabled position \\d+ of \\d+\\.\\.\\d+ thumb " + rect,
+          "edit \"Gain\" of \"Gain\" " + rect + " enabled text \"[^\"]*\"",
+          "spin \"Gain\" of \"Gain\" " + rect + " enabled position \\d+",
+          "switch \"Auto\" of \"Exposure\" " + rect + " enabled (un)?checked",
+          "button \"Read\" of \"GPIO\" " + rect + " enabled",
+          "combo \"Operation\" of \"Trigger\" " + rect + " enabled \"[^\"]*\" of( \"[^\"]*\")+"}) {
         const std::vector<std::string> lines = Lines(walk.end.output);
         EXPECT_TRUE(
             std::any_of(lines.begin(), lines.end(),
@@ -126,10 +126,10 @@ TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
     }
 }
 
-// What the pages show, without the places of the pictures.
-std::string ShownOver(const char* road) {
+// What the pages show, without the positions of the pictures.
+std::string ShownOver(const char* access_path) {
     const ScratchFolder folder;
-    const Walk walk = WalkPages(folder, {"--camera", "full", "--access", road});
+    const Walk walk = WalkPages(folder, {"--camera", "full", "--access", access_path});
     EXPECT_EQ(walk.end.code, 0U) << walk.end.errors;
     std::string shown;
     for (const std::string& line : Lines(walk.end.output)) {
@@ -138,7 +138,7 @@ std::string ShownOver(const char* road) {
     return shown;
 }
 
-TEST(Frame, BothRoadsShowTheSame) { EXPECT_EQ(ShownOver("named"), ShownOver("registers")); }
+TEST(Frame, BothAccessPathsShowTheSame) { EXPECT_EQ(ShownOver("named"), ShownOver("registers")); }
 
 TEST(Frame, EachLayoutEndsAndComesOncePerChange) {
     const ScratchFolder folder;
@@ -156,7 +156,7 @@ TEST(Frame, EachLayoutEndsAndComesOncePerChange) {
 
 class ReadyMade : public testing::TestWithParam<simcam::camera_name> {};
 
-TEST_P(ReadyMade, OpensOnWhateverRoadsItHas) {
+TEST_P(ReadyMade, OpensOnWhateverAccessPathsItHas) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", std::string(GetParam().name), "--trace"});
     EXPECT_FALSE(walk.end.timed_out);
@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(All, ReadyMade, testing::ValuesIn(simcam::camera_names(
 
 struct Marked {
     const char* file;
-    const char* road;
+    const char* access_path;
 };
 
 class MarkedDescription : public testing::TestWithParam<Marked> {};
@@ -181,14 +181,14 @@ TEST_P(MarkedDescription, OpensItsPagesOverAnEmptyCamera) {
     const std::string file = std::string(SELVANE_SHARED_DESCRIPTIONS "/marked/") + GetParam().file;
     if (!std::filesystem::exists(file)) GTEST_SKIP() << "no real descriptions here: " << file;
     const ScratchFolder folder;
-    const Walk walk = WalkPages(folder, {file, "--access", GetParam().road, "--trace"});
+    const Walk walk = WalkPages(folder, {file, "--access", GetParam().access_path, "--trace"});
     EXPECT_EQ(walk.end.code, 0U) << walk.end.errors;
     EXPECT_FALSE(walk.end.timed_out);
     EXPECT_EQ(walk.end.errors, "");
     EXPECT_GE(walk.pages.size(), 2U);
     EXPECT_EQ(walk.pictures.size(), walk.pages.size());
     for (const std::string& picture : walk.pictures) ExpectPicture(picture);
-    const bool named = std::string(GetParam().road) == "named";
+    const bool named = std::string(GetParam().access_path) == "named";
     EXPECT_THAT(walk.end.output, HasSubstr(named ? "\nGet device 4 " : "\nGet device 3 "));
     EXPECT_THAT(walk.end.output, testing::Not(HasSubstr(named ? "\nGet device 3 " : "\nGet device 4 ")));
 }

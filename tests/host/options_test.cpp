@@ -25,7 +25,7 @@ TEST(Options, NothingAsksForTheUsualCameraInAFrame) {
     const host_options options = parse_options({});
     EXPECT_THAT(options.descriptions, IsEmpty());
     EXPECT_EQ(options.camera, "");
-    EXPECT_EQ(options.access, access_road::as_offered);
+    EXPECT_EQ(options.access, access_path::as_offered);
     EXPECT_EQ(options.device, "");
     EXPECT_TRUE(options.driver.empty());
     EXPECT_FALSE(options.check_driver || options.write || options.json);
@@ -50,12 +50,12 @@ TEST(Options, EveryOptionIsTaken) {
                        "a.memory", "--pictures", "out", "one.xml", "two.xml"});
     EXPECT_EQ(options.memory, "a.memory");
     EXPECT_EQ(options.camera, "full");
-    EXPECT_EQ(options.access, access_road::registers);
+    EXPECT_EQ(options.access, access_path::registers);
     EXPECT_TRUE(options.trace);
     EXPECT_TRUE(options.layout);
     EXPECT_EQ(options.pictures, "out");
     EXPECT_THAT(options.descriptions, testing::ElementsAre("one.xml", "two.xml"));
-    EXPECT_EQ(parse_options({"--access", "named"}).access, access_road::named);
+    EXPECT_EQ(parse_options({"--access", "named"}).access, access_path::named);
     EXPECT_TRUE(parse_options({"--probe"}).probe);
     EXPECT_TRUE(parse_options({"--list-cameras"}).list_cameras);
     EXPECT_TRUE(parse_options({"--list"}).list_devices);

@@ -4,18 +4,24 @@
 
 #include "apps/host/host_error.h"
 #include "apps/host/page_control.h"
+#include "apps/host/page_layout_text.h"
 #include "apps/host/page_offer.h"
 #include "apps/host/page_server.h"
+#include "apps/host/picture_walk.h"
 #include "simcam/simulated_camera.h"
+#include "tests/host/host_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 using namespace selvane_host;
+using testing::HasSubstr;
 
 class ShowFrame : public testing::Test {
 protected:
@@ -49,6 +55,76 @@ TEST_F(ShowFrame, WhatATaskThrowsClosesTheFrame) {
         EXPECT_STREQ(failure.what(), "no more");
     }
     EXPECT_FALSE(frame_window::find());
+}
+
+// No window of this thread can be made, as without a display.
+class NoWindows {
+public:
+    NoWindows() : hook_(SetWindowsHookExW(WH_CBT, Refuse, nullptr, GetCurrentThreadId())) {}
+    NoWindows(const NoWindows&) = delete;
+    NoWindows& operator=(const NoWindows&) = delete;
+    ~NoWindows() { UnhookWindowsHookEx(hook_); }
+
+private:
+    static LRESULT CALLBACK Refuse(int code, WPARAM wparam, LPARAM lparam) {
+        return code == HCBT_CREATEWND ? 1 : CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    HHOOK hook_;
+};
+
+TEST_F(ShowFrame, AFrameThatDoesNotOpenIsSaid) {
+    const NoWindows no_windows;
+    try {
+        show_frame("A camera", *camera, pages, [](const frame_window& frame) { frame.close(); });
+        FAIL() << "nobody is told";
+    } catch (const host_error& failure) {
+        EXPECT_EQ(failure.code(), 2);
+        EXPECT_STREQ(failure.what(), "the property frame did not open; its windows need a display");
+    }
+}
+
+TEST_F(ShowFrame, PicturesThatAreMissingAreSaid) {
+    const host_test::ScratchFolder folder;
+    picture_walk walk(folder.Path());
+    show_frame("A camera", *camera, pages, [&](const frame_window& frame) {
+        walk.step(frame);
+        if (frame.shown_page() == 1) frame.close();
+    });
+    try {
+        walk.finish();
+        FAIL() << "nobody is told";
+    } catch (const host_error& failure) {
+        EXPECT_EQ(failure.code(), 2);
+        EXPECT_STREQ(failure.what(),
+                     "the property frame was closed before every page had its picture; saved: 1");
+    }
+}
+
+// What the edit of a number that is none brings up; it is closed by the next tick.
+TEST_F(ShowFrame, ABoxBeforeThePageStandsInTheLayout) {
+    bool typed = false;
+    std::string shown;
+    show_frame("A camera", *camera, pages, [&](const frame_window& frame) {
+        const std::string layout = describe_layout(frame);
+        if (layout.find("\nbox ") != std::string::npos) {
+            shown = layout;
+            PostMessageW(FindWindowW(L"#32770", L"Error"), WM_COMMAND, IDOK, 0);
+            return;
+        }
+        if (!shown.empty()) return frame.close();
+        if (std::exchange(typed, true)) return;
+        const std::vector<page_control> controls = find_controls(frame.handle());
+        const auto edit = std::find_if(controls.begin(), controls.end(), [](const page_control& control) {
+            return control.kind == control_kind::edit && IsWindowEnabled(control.window) != 0;
+        });
+        if (edit == controls.end()) return frame.close();
+        SendMessageW(edit->window, EM_SETREADONLY, FALSE, 0);
+        SetWindowTextW(edit->window, L"none");
+        PostMessageW(edit->window, WM_KILLFOCUS, 0, 0);
+    });
+    EXPECT_THAT(shown, HasSubstr("\nbox \"Error\" \"Error parsing value!\" "));
+    EXPECT_THAT(shown, HasSubstr("\nanswer \"OK\" of \"Error\" "));
 }
 
 TEST_F(ShowFrame, ADriverThatIsGoneMeanwhileIsNamed) {

@@ -74,11 +74,11 @@ TEST_F(DescribeCommandTest, TellsTheSameWhateverWasDescribedBefore) {
     const std::string path = WriteElements(
         "<Integer Name=\"Value\"><Value>1</Value></Integer><Integer "
         "Name=\"Link\"><pValue>Value</pValue></Integer>"
-        "<IntSwissKnife Name=\"Knife\"><pVariable Name=\"A\">Link</pVariable><Formula>A+1</Formula>"
-        "</IntSwissKnife><IntConverter Name=\"Both\"><pVariable Name=\"B\">Knife</pVariable>"
+        "<IntSwissKnife Name=\"Swissknife\"><pVariable Name=\"A\">Link</pVariable><Formula>A+1</Formula>"
+        "</IntSwissKnife><IntConverter Name=\"Both\"><pVariable Name=\"B\">Swissknife</pVariable>"
         "<FormulaTo>FROM-B</FormulaTo><FormulaFrom>TO+B</FormulaFrom><pValue>Link</pValue></IntConverter>"
-        "<Float Name=\"Top\"><pValue>Both</pValue><pMin>Knife</pMin></Float>");
-    const std::vector<std::string> names = {"Value", "Link", "Knife", "Both", "Top"};
+        "<Float Name=\"Top\"><pValue>Both</pValue><pMin>Swissknife</pMin></Float>");
+    const std::vector<std::string> names = {"Value", "Link", "Swissknife", "Both", "Top"};
     for (const std::string& name : names) {
         const Outcome alone = Call({"describe", path, name});
         const auto alone_json = Call({"describe", path, name, "--json"}).Json()["features"][0];

@@ -1,4 +1,4 @@
-// A description as the inspector holds it: elements with their places, beside the nodes of the engine.
+// A description as the inspector holds it: elements with their positions, beside the nodes of the engine.
 
 #include "apps/inspect/description.h"
 
@@ -31,36 +31,37 @@ constexpr const char* some_elements =
     "<Enumeration Name=\"C\"><Value>0</Value><EnumEntry "
     "Name=\"E\"><Value>0</Value></EnumEntry></Enumeration>";
 
-void ExpectPlaces(const description& opened, std::size_t first_line) {
-    std::map<std::string, std::pair<std::size_t, std::size_t>> places;
+void ExpectPositions(const description& opened, std::size_t first_line) {
+    std::map<std::string, std::pair<std::size_t, std::size_t>> positions;
     for (element_index at = 0; at < opened.tree().elements().size(); ++at) {
-        const auto place = opened.tree().position_of(opened.tree().at(at).xml);
-        places[std::string(opened.tree().at(at).name)] = {place.line, place.column};
+        const auto position = opened.tree().position_of(opened.tree().at(at).xml);
+        positions[std::string(opened.tree().at(at).name)] = {position.line, position.column};
     }
-    using Place = std::pair<std::size_t, std::size_t>;
-    EXPECT_EQ(places["A"], Place(first_line, 1));
-    EXPECT_EQ(places["B"], Place(first_line + 3, 7));
-    EXPECT_EQ(places["C"], Place(first_line + 6, 1));
-    EXPECT_EQ(places["E"], Place(first_line + 6, 39));
+    using Position = std::pair<std::size_t, std::size_t>;
+    EXPECT_EQ(positions["A"], Position(first_line, 1));
+    EXPECT_EQ(positions["B"], Position(first_line + 3, 7));
+    EXPECT_EQ(positions["C"], Position(first_line + 6, 1));
+    EXPECT_EQ(positions["E"], Position(first_line + 6, 39));
 }
 
 TEST_F(DescriptionTest, KnowsWhereElementsStand) {
     const auto opened = description::open(WriteElements(some_elements));
-    ExpectPlaces(*opened, 2);
+    ExpectPositions(*opened, 2);
 }
 
 TEST_F(DescriptionTest, KnowsItInEveryEncoding) {
     const std::string text = AroundElements(some_elements);
     std::string wide = "\xFF\xFE";
     for (const char c : text) wide += {c, '\0'};
-    ExpectPlaces(*description::open(Write("utf16.xml", wide)), 2);
-    ExpectPlaces(*description::open(Write("marked.xml", "\xEF\xBB\xBF" + text)), 2);
-    ExpectPlaces(*description::open(Write(
-                     "latin1.xml", "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><!-- \xB0 -->\n" + text)),
-                 3);
+    ExpectPositions(*description::open(Write("utf16.xml", wide)), 2);
+    ExpectPositions(*description::open(Write("marked.xml", "\xEF\xBB\xBF" + text)), 2);
+    ExpectPositions(
+        *description::open(
+            Write("latin1.xml", "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><!-- \xB0 -->\n" + text)),
+        3);
     std::string windows;
     for (const char c : text) windows += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    ExpectPlaces(*description::open(Write("windows.xml", windows)), 2);
+    ExpectPositions(*description::open(Write("windows.xml", windows)), 2);
 }
 
 TEST_F(DescriptionTest, PutsNodesOfTheEngineBesideTheirElements) {
@@ -83,9 +84,9 @@ TEST_F(DescriptionTest, PutsNodesOfTheEngineBesideTheirElements) {
 TEST_F(DescriptionTest, KnowsWhereAttributesStand) {
     const auto opened = description::open(WriteElements("<Integer  Name=\"A\"><Value>1</Value></Integer>"));
     const pugi::xml_node xml = opened->tree().at(0).xml;
-    const auto place = opened->tree().position_of(xml, xml.attribute("Name"));
-    EXPECT_EQ(place.line, 2U);
-    EXPECT_EQ(place.column, 11U);
+    const auto position = opened->tree().position_of(xml, xml.attribute("Name"));
+    EXPECT_EQ(position.line, 2U);
+    EXPECT_EQ(position.column, 11U);
 }
 
 TEST_F(DescriptionTest, CountsTheMemoryThatTheEngineTakes) {

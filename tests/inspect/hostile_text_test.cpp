@@ -59,8 +59,8 @@ protected:
 <Integer Name="Int@"><Extension><ZELElementGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1001}</ZELElementGUID></Extension>
   <ToolTip>Tip@</ToolTip><Description>About@</Description><DisplayName>Integer@</DisplayName><pIsLocked>None@</pIsLocked><Value>1</Value><Unit>u@</Unit></Integer>
 <Float Name="Float@"><Extension><ZELElementGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1003}</ZELElementGUID></Extension>
-  <DisplayName>Float@</DisplayName><pValue>Knife@</pValue><Min>.5</Min><Unit>u</Unit></Float>
-<SwissKnife Name="Knife@"><pVariable Name="X@">Int@</pVariable><Expression Name="E@">1 + (2</Expression><Formula>1 + 1</Formula></SwissKnife>
+  <DisplayName>Float@</DisplayName><pValue>Swissknife@</pValue><Min>.5</Min><Unit>u</Unit></Float>
+<SwissKnife Name="Swissknife@"><pVariable Name="X@">Int@</pVariable><Expression Name="E@">1 + (2</Expression><Formula>1 + 1</Formula></SwissKnife>
 <Enumeration Name="Enum@"><Extension><ZELElementGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1004}</ZELElementGUID></Extension>
   <EnumEntry Name="Entry@"><DisplayName>Shown@</DisplayName><Value>0</Value></EnumEntry><EnumEntry Name="Entry@"><Value>1</Value></EnumEntry><Value>0</Value></Enumeration>
 <Boolean Name="Bool@"><Extension><ZELElementGUID>{3F6A2B10-5C1E-4D77-9A40-8E2C7B5D1005}</ZELElementGUID></Extension><DisplayName>B@</DisplayName><Value>true</Value></Boolean>
@@ -78,7 +78,8 @@ protected:
     static std::vector<std::vector<std::string>> Calls(const std::string& file, const std::string& name) {
         return {{"info", file},
                 {"list", file, "--all"},
-                {"describe", file, "Int" + name, "Float" + name, "Enum" + name, "Reg" + name, "Knife" + name},
+                {"describe", file, "Int" + name, "Float" + name, "Enum" + name, "Reg" + name,
+                 "Swissknife" + name},
                 {"get", file, "Int" + name, "Enum" + name, "Text" + name, "Float" + name, "--trace"},
                 {"set", file, "Int" + name + "=2", "Enum" + name + "=1", "Cmd" + name + "=1", "--trace"},
                 {"set", file, "Enum" + name + "=" + name},

@@ -157,7 +157,7 @@ TEST_F(LintElements, FloatsWithAMinimumOfTheirOwnOrTheirTargetAreFine) {
 <Float Name="OverInteger"><pValue>Reg</pValue></Float>
 <IntReg Name="Reg"><Address>0</Address><Length>4</Length></IntReg>
 <Float Name="ReadOnly"><Value>1</Value><ImposedAccessMode>RO</ImposedAccessMode></Float>
-<Float Name="OfKnife"><pValue>Knife</pValue></Float>
+<Float Name="OfKnife"><pValue>SwissKnife</pValue></Float>
 <SwissKnife Name="Knife"><Formula>1</Formula></SwissKnife>)");
 }
 

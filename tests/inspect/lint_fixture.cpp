@@ -8,24 +8,24 @@
 namespace inspect_test {
 namespace {
 
-using place = std::pair<std::size_t, std::size_t>;
+using position = std::pair<std::size_t, std::size_t>;
 
 struct marked_text {
     std::string text;
-    std::vector<place> marks;
+    std::vector<position> marks;
 };
 
 // The elements begin on the second line of the file.
 marked_text TakeMarks(std::string_view marked) {
     marked_text taken;
-    place at = {2, 1};
+    position at = {2, 1};
     for (const char c : marked) {
         if (c == '@') {
             taken.marks.push_back(at);
             continue;
         }
         taken.text += c;
-        at = c == '\n' ? place(at.first + 1, 1) : place(at.first, at.second + 1);
+        at = c == '\n' ? position(at.first + 1, 1) : position(at.first, at.second + 1);
     }
     return taken;
 }
@@ -56,15 +56,15 @@ void LintTest::Finds(const std::string& rule, const std::string& severity, std::
                      const std::vector<std::string>& messages,
                      const std::vector<std::string>& options) const {
     const marked_text elements = TakeMarks(marked_elements);
-    std::vector<place> places;
+    std::vector<position> positions;
     std::vector<std::string> found;
     for (const nlohmann::json& finding : Lint(rule, elements.text, options)) {
         EXPECT_EQ(finding.at("rule"), rule);
         EXPECT_EQ(finding.at("severity"), severity);
-        places.emplace_back(finding.at("line"), finding.at("column"));
+        positions.emplace_back(finding.at("line"), finding.at("column"));
         found.push_back(finding.at("message"));
     }
-    EXPECT_EQ(places, elements.marks) << marked_elements;
+    EXPECT_EQ(positions, elements.marks) << marked_elements;
     EXPECT_EQ(found, messages);
 }
 

@@ -16,7 +16,7 @@ protected:
                "<IntReg Name=\"R\"><Address>0</Address><Length>4</Length></IntReg>";
     }
     /// A formula over two variables that are one and the same register.
-    static std::string Knife(const std::string& formula, const std::string& element = "IntSwissKnife") {
+    static std::string SwissKnife(const std::string& formula, const std::string& element = "IntSwissKnife") {
         return "<" + element +
                " Name=\"K\"><pVariable Name=\"A\">R</pVariable><pVariable Name=\"B\">R</pVariable>" +
                "<Formula>" + formula + "</Formula></" + element + ">\n" +
@@ -26,59 +26,61 @@ protected:
 };
 
 TEST_F(LintFormulas, Refused) {
-    Finds("formula-refused", "error", Knife("A + @$"),
+    Finds("formula-refused", "error", SwissKnife("A + @$"),
           {"Formula of K is refused at character 5, behind \"A +\": Invalid token found."});
-    Finds("formula-refused", "error", Knife("A @!= B"),
+    Finds("formula-refused", "error", SwissKnife("A @!= B"),
           {"Formula of K is refused at character 3, behind \"A\": Invalid token found."});
-    Finds("formula-refused", "error", Knife("FROM @* 2"),
+    Finds("formula-refused", "error", SwissKnife("FROM @* 2"),
           {"Formula of K is refused at character 6, behind \"FROM\": Failed to map a variable name to a "
            "identifier_id"});
-    Finds("formula-refused", "error", Knife("Sin(A)@"),
+    Finds("formula-refused", "error", SwissKnife("Sin(A)@"),
           {"Formula of K is refused at character 7, behind \"Sin(A)\": Failed to map a function identifier "
            "to a actual function."});
-    FindsNothing("formula-refused", Knife("A + 0x10 &lt;&gt; SIN(B)"));
+    FindsNothing("formula-refused", SwissKnife("A + 0x10 &lt;&gt; SIN(B)"));
     FindsNothing("formula-refused", Converter("FROM*10", "TO/10.0"));
 }
 
-TEST_F(LintFormulas, RefusedInEachPlace) {
+TEST_F(LintFormulas, RefusedAtEachPosition) {
     Finds("formula-refused", "error", Converter("FROM @# 2", "1 @$"),
           {"FormulaTo of C is refused at character 6, behind \"FROM\": Invalid token found.",
            "FormulaFrom of C is refused at character 3, behind \"1\": Invalid token found."});
 }
 
 TEST_F(LintFormulas, RoundWithOneArgument) {
-    Finds("round-one-argument", "error", Knife("1 + @ROUND(A * 2)"),
+    Finds("round-one-argument", "error", SwissKnife("1 + @ROUND(A * 2)"),
           {"Formula of K: ROUND(A * 2) has one argument"});
-    Finds("round-one-argument", "error", Knife("@round(A)"), {"Formula of K: round(A) has one argument"});
-    FindsNothing("round-one-argument", Knife("ROUND(A * 2, 0) + ROUND(ABS(B), 1)"));
-    FindsNothing("formula-refused", Knife("ROUND(A)"));
+    Finds("round-one-argument", "error", SwissKnife("@round(A)"),
+          {"Formula of K: round(A) has one argument"});
+    FindsNothing("round-one-argument", SwissKnife("ROUND(A * 2, 0) + ROUND(ABS(B), 1)"));
+    FindsNothing("formula-refused", SwissKnife("ROUND(A)"));
 }
 
 TEST_F(LintFormulas, BreaksOff) {
-    Finds("formula-breaks-off", "warning", Knife("A @+"),
+    Finds("formula-breaks-off", "warning", SwissKnife("A @+"),
           {"Formula of K: ends behind \"+\", which is dropped"});
-    Finds("formula-breaks-off", "warning", Knife("@A ? B"), {"Formula of K: a ? has no :"});
-    Finds("formula-breaks-off", "warning", Knife("1 + @SIN(A"), {"Formula of K: SIN(A is not closed"});
-    FindsNothing("formula-breaks-off", Knife("(A + B) ? SIN(A) : -1"));
+    Finds("formula-breaks-off", "warning", SwissKnife("@A ? B"), {"Formula of K: a ? has no :"});
+    Finds("formula-breaks-off", "warning", SwissKnife("1 + @SIN(A"), {"Formula of K: SIN(A is not closed"});
+    FindsNothing("formula-breaks-off", SwissKnife("(A + B) ? SIN(A) : -1"));
 }
 
 TEST_F(LintFormulas, TextThatIsIgnored) {
-    Finds("formula-text-ignored", "warning", Knife("A @B"), {"Formula of K ends before \"B\""});
-    Finds("formula-text-ignored", "warning", Knife("(A + 1)@) * 2"), {"Formula of K ends before \") * 2\""});
-    FindsNothing("formula-text-ignored", Knife("(A + 1) * 2  \n"));
+    Finds("formula-text-ignored", "warning", SwissKnife("A @B"), {"Formula of K ends before \"B\""});
+    Finds("formula-text-ignored", "warning", SwissKnife("(A + 1)@) * 2"),
+          {"Formula of K ends before \") * 2\""});
+    FindsNothing("formula-text-ignored", SwissKnife("(A + 1) * 2  \n"));
 }
 
 TEST_F(LintFormulas, OperatorOrder) {
-    Finds("operator-order", "warning", Knife("2@*A**2"), {"Formula of K: computed as (2 * A) ** 2"});
-    FindsNothing("operator-order", Knife("2*(A**2)"));
-    FindsNothing("operator-order", Knife("A&lt;&lt;2+1"));
-    FindsNothing("operator-order", Knife("A+B*2-1/(A+1)"));
+    Finds("operator-order", "warning", SwissKnife("2@*A**2"), {"Formula of K: computed as (2 * A) ** 2"});
+    FindsNothing("operator-order", SwissKnife("2*(A**2)"));
+    FindsNothing("operator-order", SwissKnife("A&lt;&lt;2+1"));
+    FindsNothing("operator-order", SwissKnife("A+B*2-1/(A+1)"));
 }
 
 TEST_F(LintFormulas, PlacesAreThoseOfTheFileNotOfTheMeaning) {
-    Finds("operator-order", "warning", Knife("A &gt; 1 @&amp;&amp; B &gt; 2"),
+    Finds("operator-order", "warning", SwissKnife("A &gt; 1 @&amp;&amp; B &gt; 2"),
           {"Formula of K: computed as (A > 1 && B) > 2"});
-    Finds("operator-order", "warning", Knife("<![CDATA[\n A > 1 @&& B > 2]]>"),
+    Finds("operator-order", "warning", SwissKnife("<![CDATA[\n A > 1 @&& B > 2]]>"),
           {"Formula of K: computed as (A > 1 && B) > 2"});
 }
 
@@ -129,8 +131,8 @@ TEST_F(LintFormulas, IntegerDivisionOfLiteralsInAFloatFormula) {
           R"(<SwissKnife Name="K"><pVariable Name="A">I</pVariable>@<Formula>A * (1/3)</Formula></SwissKnife>
 <Integer Name="I"><Value>1</Value></Integer>)",
           {"Formula of K: 1 / 3 divides integers and drops the fraction"});
-    FindsNothing("integer-division", Knife("A/3", "SwissKnife"));
-    FindsNothing("integer-division", Knife("A/3", "IntSwissKnife"), NotZero());
+    FindsNothing("integer-division", SwissKnife("A/3", "SwissKnife"));
+    FindsNothing("integer-division", SwissKnife("A/3", "IntSwissKnife"), NotZero());
 }
 
 TEST_F(LintFormulas, GuardedDivision) {
@@ -151,16 +153,16 @@ TEST_F(LintFormulas, GuardedDivisionSeesThroughExpressionsAndRemainders) {
 }
 
 TEST_F(LintFormulas, WhatCannotBeZeroNeedsNoGuard) {
-    FindsNothing("guarded-division", Knife("A = 0 ? 0 : 100 / (A + (A = 0))"));
-    FindsNothing("guarded-division", Knife("A &gt; 5 ? 100 / (A | 1) : 0"));
-    FindsNothing("guarded-division", Knife("A &gt; 5 ? A / 10 : A / 20"));
-    FindsNothing("guarded-division", Knife("A = 0 ? 0 : 100 / A", "SwissKnife"));
-    FindsNothing("guarded-division", Knife("100 / (A + 1)"));
+    FindsNothing("guarded-division", SwissKnife("A = 0 ? 0 : 100 / (A + (A = 0))"));
+    FindsNothing("guarded-division", SwissKnife("A &gt; 5 ? 100 / (A | 1) : 0"));
+    FindsNothing("guarded-division", SwissKnife("A &gt; 5 ? A / 10 : A / 20"));
+    FindsNothing("guarded-division", SwissKnife("A = 0 ? 0 : 100 / A", "SwissKnife"));
+    FindsNothing("guarded-division", SwissKnife("100 / (A + 1)"));
 }
 
 TEST_F(LintFormulas, AGuardAgainstAnotherNumberIsSeen) {
     const auto finds = [&](const std::string& formula) {
-        return !Lint("guarded-division", Knife(formula)).empty();
+        return !Lint("guarded-division", SwissKnife(formula)).empty();
     };
     EXPECT_TRUE(finds("A = 77 ? 0 : 100 / (A - 77)"));
     EXPECT_TRUE(finds("A &gt; B ? 100 / (A - B) : 0"));

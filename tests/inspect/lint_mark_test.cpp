@@ -253,7 +253,7 @@ std::string ColumnOfBoxes(int rows, const std::string& name_of_last) {
            features + "</Category>\n" + elements + "<Integer Name=\"One\"><Value>1</Value></Integer>";
 }
 
-std::string WithoutPlaces(std::string elements) {
+std::string WithoutPositions(std::string elements) {
     elements.erase(std::remove(elements.begin(), elements.end(), '@'), elements.end());
     return elements;
 }
@@ -262,15 +262,15 @@ TEST_F(LintMarks, RowsBelowThePage) {
     const std::vector<std::string> message = {
         "Last lies beyond the edge of the page Selvane Feature Controls"};
     Finds("mark-edge", "warning", ColumnOfBoxes(14, "Last"), message);
-    FindsNothing("mark-edge", WithoutPlaces(ColumnOfBoxes(13, "Last")));
-    EXPECT_EQ(Lint("mark-edge", WithoutPlaces(ColumnOfBoxes(16, "Last"))).size(), 3U);
+    FindsNothing("mark-edge", WithoutPositions(ColumnOfBoxes(13, "Last")));
+    EXPECT_EQ(Lint("mark-edge", WithoutPositions(ColumnOfBoxes(16, "Last"))).size(), 3U);
 }
 
 TEST_F(LintMarks, TextsThatAreTooWideForThePage) {
     Finds("mark-edge", "warning", ColumnOfBoxes(1, std::string(90, 'W')),
           {"Last lies beyond the edge of the page Selvane Feature Controls"});
-    FindsNothing("mark-edge", WithoutPlaces(ColumnOfBoxes(1, std::string(20, 'W'))));
-    std::string wide_item = WithoutPlaces(ColumnOfBoxes(1, "Last"));
+    FindsNothing("mark-edge", WithoutPositions(ColumnOfBoxes(1, std::string(20, 'W'))));
+    std::string wide_item = WithoutPositions(ColumnOfBoxes(1, "Last"));
     wide_item.insert(wide_item.find("<ZELItemGUID>"), "@");
     wide_item.insert(wide_item.find("</Extension>") + 12,
                      "<DisplayName>" + std::string(90, 'W') + "</DisplayName>");
@@ -280,7 +280,7 @@ TEST_F(LintMarks, TextsThatAreTooWideForThePage) {
 
 // What nobody would survive opening is another finding.
 TEST_F(LintMarks, PagesThatCannotBeOpenedHaveNoEdge) {
-    std::string page = WithoutPlaces(ColumnOfBoxes(16, "Last"));
+    std::string page = WithoutPositions(ColumnOfBoxes(16, "Last"));
     const std::string value = "<Value>true</Value></Boolean>";
     page.replace(page.rfind(value), value.size(), "<pValue>Last</pValue></Boolean>");
     FindsNothing("mark-edge", page);

@@ -9,17 +9,17 @@
 namespace inspect_test {
 namespace {
 
-// Elements with an @ at the place, and a part of the one message about them.
-struct placed_case {
+// Elements with an @ at the position, and a part of the one message about them.
+struct position_case {
     const char* name;
     const char* elements;
     const char* message;
     const char* rule = "load-message";
 };
 
-void PrintTo(const placed_case& one, std::ostream* out) { *out << one.name; }
+void PrintTo(const position_case& one, std::ostream* out) { *out << one.name; }
 
-constexpr placed_case cases[] = {
+constexpr position_case cases[] = {
     {"ImposedAccessMode",
      R"(<Integer Name="A"><Value>1</Value>@<ImposedAccessMode>ro</ImposedAccessMode></Integer>)",
      "Invalid contents of \"ImposedAccessMode\" node (\"ro\""},
@@ -200,10 +200,10 @@ constexpr placed_case cases[] = {
      "read-message"},
 };
 
-class MessagePlaces : public LintTest, public testing::WithParamInterface<placed_case> {};
+class MessagePositions : public LintTest, public testing::WithParamInterface<position_case> {};
 
-TEST_P(MessagePlaces, AreThoseOfWhatIsAtFault) {
-    const placed_case& tested = GetParam();
+TEST_P(MessagePositions, AreThoseOfWhatIsAtFault) {
+    const position_case& tested = GetParam();
     std::string marked = tested.elements;
     const std::size_t mark = marked.find('@');
     ASSERT_NE(mark, std::string::npos);
@@ -221,14 +221,14 @@ TEST_P(MessagePlaces, AreThoseOfWhatIsAtFault) {
     EXPECT_EQ(found, 1U) << Lint(tested.rule, marked);
 }
 
-INSTANTIATE_TEST_SUITE_P(Messages, MessagePlaces, testing::ValuesIn(cases),
-                         [](const testing::TestParamInfo<placed_case>& tested) {
+INSTANTIATE_TEST_SUITE_P(Messages, MessagePositions, testing::ValuesIn(cases),
+                         [](const testing::TestParamInfo<position_case>& tested) {
                              return std::string(tested.param.name);
                          });
 
 class RepeatedMessages : public LintTest {};
 
-TEST_F(RepeatedMessages, EachGetTheNextPlace) {
+TEST_F(RepeatedMessages, EachGetTheNextPosition) {
     Finds("load-message", "warning", R"(<Group Comment="later">
   <IntReg Name="B"><Address>0</Address><Length>4</Length>@<Sign>up</Sign></IntReg>
 </Group>

@@ -131,7 +131,7 @@ TEST_F(PagesCommand, SaysWhereToBeginWhenNothingIsMarked) {
     EXPECT_FALSE(Pages(lost, {"--json"}).Json().contains("note"));
 }
 
-TEST_F(PagesCommand, TakesEitherRoad) {
+TEST_F(PagesCommand, TakesEitherAccessPath) {
     const std::string file = WriteItem(
         "<pFeature>A</pFeature>",
         "<Integer Name=\"A\">" + Mark('1') +
@@ -184,7 +184,7 @@ protected:
             "<pFeature>E</pFeature>",
             "<Integer Name=\"A\">" + Mark('1') +
                 "<pIsLocked>Yes</pIsLocked><Value>25</Value><Min>-100</Min><Max>400</Max><Inc>5</Inc>"
-                "</Integer>\n<Float Name=\"B\">" +
+                "<Unit>dB</Unit></Integer>\n<Float Name=\"B\">" +
                 Mark('2') +
                 "<pIsLocked>Yes</pIsLocked><Value>2.5</Value><Min>-1</Min><Max>10</Max><Unit>ms</Unit>"
                 "</Float>\n<Boolean Name=\"C\">" +
@@ -199,18 +199,18 @@ protected:
     }
 };
 
-class EitherRoad : public FiveKindsOfFeatures, public testing::WithParamInterface<const char*> {};
+class EitherAccessPath : public FiveKindsOfFeatures, public testing::WithParamInterface<const char*> {};
 
-INSTANTIATE_TEST_SUITE_P(All, EitherRoad, testing::Values("registers", "named"));
+INSTANTIATE_TEST_SUITE_P(All, EitherAccessPath, testing::Values("registers", "named"));
 
-TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsText) {
+TEST_P(EitherAccessPath, ShowsEachOfTheFiveKindsAsText) {
     EXPECT_THAT(FeaturePage(FiveKinds(), {"--access", GetParam()}),
                 ElementsAre("  Item:", "    A: slider -100 to 400 by 5, edit \"25\", spin button",
                             "    B: slider -1 to 10 ms, edit \"2.500 ms\", spin button",
                             "    check box [x] C", "    D: combo \"Y\" of X, Y", "    button \"E\""));
 }
 
-TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsData) {
+TEST_P(EitherAccessPath, ShowsEachOfTheFiveKindsAsData) {
     const nlohmann::json json = Pages(FiveKinds(), {"--access", GetParam(), "--json"}).Json();
     std::map<std::string, nlohmann::json> shown;
     for (const nlohmann::json& control : json["pages"][1]["controls"]) {
@@ -222,9 +222,11 @@ TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsData) {
     EXPECT_EQ(shown["A"]["max"], 400.0);
     EXPECT_EQ(shown["A"]["step"], 5.0);
     EXPECT_EQ(shown["A"]["position"], 25);
+    EXPECT_FALSE(shown["A"].contains("unit")) << "the edit of an integer shows none";
     EXPECT_EQ(shown["B"]["min"], -1.0);
     EXPECT_EQ(shown["B"]["max"], 10.0);
     EXPECT_FALSE(shown["B"].contains("step"));
+    EXPECT_EQ(shown["B"]["unit"], "ms");
     EXPECT_EQ(shown["C"]["checked"], true);
     EXPECT_EQ(shown["D"]["text"], "Y");
     EXPECT_EQ(shown["E"]["kind"], "button");
@@ -232,10 +234,10 @@ TEST_P(EitherRoad, ShowsEachOfTheFiveKindsAsData) {
 
 TEST_F(FiveKindsOfFeatures, DrawsTheSamePictureOfTheFiveKinds) {
     std::string pictures[2];
-    for (const auto& [road, picture] :
+    for (const auto& [access_path, picture] :
          {std::pair("registers", &pictures[0]), std::pair("named", &pictures[1])}) {
-        const std::string folder = PathOf(road);
-        EXPECT_EQ(Pages(FiveKinds(), {"--access", road, "--svg", folder}).code, 0);
+        const std::string folder = PathOf(access_path);
+        EXPECT_EQ(Pages(FiveKinds(), {"--access", access_path, "--svg", folder}).code, 0);
         *picture = selvane_inspect::read_file((std::filesystem::u8path(folder) / "feature.svg").u8string());
     }
     EXPECT_EQ(pictures[0], pictures[1]);

@@ -1,4 +1,4 @@
-// The preview of a page against the layout: the same controls at the same places, in data and in pictures.
+// The preview of a page against the layout: the same controls at the same rects, in data and in pictures.
 
 #include "adapter/genicam_adapter_device.h"
 #include "apps/inspect/description.h"
@@ -26,7 +26,7 @@
 namespace inspect_test {
 namespace {
 
-using selvane_inspect::access_road;
+using selvane_inspect::access_path;
 using selvane_inspect::drawn_control;
 using selvane_inspect::drawn_page;
 using selvane_inspect::page_svg;
@@ -55,23 +55,23 @@ std::vector<std::string> LinesOf(const drawn_page& page) {
     std::vector<std::string> lines;
     for (const drawn_control& control : page.controls) {
         const std::string word = WordOf(std::string(control_word(control.kind)));
-        lines.push_back(Line(word, control.place.left, control.place.top, control.place.width,
-                             control.place.height, HasLayoutText(word) ? control.text : ""));
+        lines.push_back(Line(word, control.rect.left, control.rect.top, control.rect.width,
+                             control.rect.height, HasLayoutText(word) ? control.text : ""));
     }
     return lines;
 }
 
-// What a reader of the picture finds: the first rectangle of each group is the place of a control.
+// What a reader of the picture finds: the first rectangle of each group is the rect of a control.
 std::vector<std::string> LinesOfPicture(const std::string& svg) {
     pugi::xml_document document;
     EXPECT_TRUE(document.load_buffer(svg.data(), svg.size())) << svg;
     std::vector<std::string> lines;
     for (const pugi::xml_node group : document.child("svg").children("g")) {
-        const pugi::xml_node place = group.child("rect");
-        EXPECT_STREQ(place.attribute("class").value(), "place");
+        const pugi::xml_node rect = group.child("rect");
+        EXPECT_STREQ(rect.attribute("class").value(), "place");
         const std::string word = WordOf(group.attribute("class").value());
-        lines.push_back(Line(word, place.attribute("x").as_int(), place.attribute("y").as_int(),
-                             place.attribute("width").as_int(), place.attribute("height").as_int(),
+        lines.push_back(Line(word, rect.attribute("x").as_int(), rect.attribute("y").as_int(),
+                             rect.attribute("width").as_int(), rect.attribute("height").as_int(),
                              HasLayoutText(word) ? group.child("svg").child_value("text") : ""));
     }
     return lines;
@@ -90,8 +90,8 @@ std::vector<std::string> LinesOfJson(const nlohmann::json& page) {
 /// The pages as the tests of the layout see them, over a camera of our own.
 class RecordedPages {
 public:
-    RecordedPages(const std::string& file, access_road road)
-        : camera_(MakeCamera(file, road)), adapter_(camera_->property_set()) {}
+    RecordedPages(const std::string& file, access_path access)
+        : camera_(MakeCamera(file, access)), adapter_(camera_->property_set()) {}
 
     std::vector<std::string> Lines(ZELPropUI::PageName name) {
         RecorderCanvas first;
@@ -102,16 +102,16 @@ public:
         EXPECT_TRUE(Build(name, second));
         std::vector<std::string> lines;
         for (const RecorderCanvas::Placed& one : second.placed)
-            lines.push_back(Line(one.kind, one.place.left, one.place.top, one.place.width, one.place.height,
+            lines.push_back(Line(one.kind, one.rect.left, one.rect.top, one.rect.width, one.rect.height,
                                  platform::narrow(one.text)));
         return lines;
     }
 
 private:
-    static simcam::camera_ptr MakeCamera(const std::string& file, access_road road) {
+    static simcam::camera_ptr MakeCamera(const std::string& file, access_path access) {
         simcam::camera_options options;
         options.descriptions.push_back(selvane_inspect::read_file(file));
-        options.named_access = road == access_road::named;
+        options.named_access = access == access_path::named;
         options.camera_control = false;
         options.video_proc_amp = false;
         return simcam::make_camera(std::move(options));
@@ -132,10 +132,10 @@ private:
     genicam_adapter::GenICamAdapterDevice adapter_;
 };
 
-void ExpectSamePages(const std::string& file, access_road road) {
-    const std::vector<drawn_page> pages = preview_pages(*selvane_inspect::description::open(file), road);
+void ExpectSamePages(const std::string& file, access_path access) {
+    const std::vector<drawn_page> pages = preview_pages(*selvane_inspect::description::open(file), access);
     ASSERT_EQ(pages.size(), 4U);
-    RecordedPages recorded(file, road);
+    RecordedPages recorded(file, access);
     std::size_t controls = 0;
     for (const drawn_page& page : pages) {
         SCOPED_TRACE(std::string(page_word(page.name)));
@@ -152,8 +152,8 @@ void ExpectSamePages(const std::string& file, access_road road) {
 TEST(PagePictures, HaveThePlacesOfTheLayout) {
     for (const char* name : {"first_page", "simulated_camera"}) {
         SCOPED_TRACE(name);
-        ExpectSamePages(ProjectDescription(name), access_road::registers);
-        ExpectSamePages(ProjectDescription(name), access_road::named);
+        ExpectSamePages(ProjectDescription(name), access_path::registers);
+        ExpectSamePages(ProjectDescription(name), access_path::named);
     }
 }
 
@@ -164,15 +164,15 @@ TEST(PagePictures, OfMarkedRealCamerasHaveThePlacesOfTheLayout) {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         if (entry.path().extension() != ".xml") continue;
         SCOPED_TRACE(entry.path().u8string());
-        ExpectSamePages(entry.path().u8string(), access_road::registers);
-        ExpectSamePages(entry.path().u8string(), access_road::named);
+        ExpectSamePages(entry.path().u8string(), access_path::registers);
+        ExpectSamePages(entry.path().u8string(), access_path::named);
     }
 }
 
 drawn_control Control(selvane_inspect::control_kind kind, const std::string& text) {
     drawn_control control;
     control.kind = kind;
-    control.place = {20, 18, 110, 23};
+    control.rect = {20, 18, 110, 23};
     control.text = text;
     control.feature = "Feature";
     return control;
@@ -186,11 +186,11 @@ TEST(PagePictures, AreAsLargeAsAPageOrAsWhatStandsOnIt) {
     EXPECT_THAT(page_svg({ZELPropUI::PageName::Lens, true, {}}),
                 HasSubstr(R"(width="428" height="457" viewBox="0 0 428 457")"));
     drawn_control far_away = Control(selvane_inspect::control_kind::edit, "");
-    far_away.place = {400, 600, 60, 22};
+    far_away.rect = {400, 600, 60, 22};
     EXPECT_THAT(Picture(far_away), HasSubstr(R"(width="460" height="622" viewBox="0 0 460 622")"));
     EXPECT_THAT(Picture(far_away), HasSubstr(R"(<rect class="page" width="428" height="457")"));
     far_away.kind = selvane_inspect::control_kind::combo;  // its list drops down over everything
-    far_away.place = {20, 430, 225, 150};
+    far_away.rect = {20, 430, 225, 150};
     EXPECT_THAT(Picture(far_away), HasSubstr(R"(width="428" height="457")"));
 }
 
@@ -210,7 +210,7 @@ TEST(PagePictures, GiveTextsTheWidthThatTheLayoutMeasured) {
 
 TEST(PagePictures, PutTheThumbWhereThePositionIs) {
     drawn_control slider = Control(selvane_inspect::control_kind::slider, "");
-    slider.place = {100, 18, 140, 23};
+    slider.rect = {100, 18, 140, 23};
     slider.lowest_position = 0;
     slider.highest_position = 100;
     const auto thumb = [&](std::optional<int> position) {

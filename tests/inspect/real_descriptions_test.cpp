@@ -25,8 +25,8 @@ protected:
     void SetUp() override {
         for (const char* folder : {"/real", "/marked"}) {
             std::error_code absent;
-            const auto place = std::filesystem::u8path(SELVANE_SHARED_DESCRIPTIONS + std::string(folder));
-            for (const auto& file : std::filesystem::directory_iterator(place, absent)) {
+            const auto path = std::filesystem::u8path(SELVANE_SHARED_DESCRIPTIONS + std::string(folder));
+            for (const auto& file : std::filesystem::directory_iterator(path, absent)) {
                 if (file.path().extension() == ".xml") files_.push_back(file.path().u8string());
             }
         }

@@ -26,8 +26,8 @@ protected:
     }
 
     [[nodiscard]] fs::path PathOf(const char* name) const { return folder_ / fs::u8path(name); }
-    static std::string Contents(const fs::path& place) {
-        std::ifstream file(place, std::ios::binary);
+    static std::string Contents(const fs::path& path) {
+        std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
     [[nodiscard]] std::size_t FileCount() const {
@@ -41,25 +41,25 @@ private:
 
 TEST_F(ReplaceFile, MakesAFile) {
     const std::string contents("a\0b\r\n", 5);
-    const fs::path place = PathOf("\xC3\xA4.bin");
-    EXPECT_FALSE(replace_file(place, contents));
-    EXPECT_EQ(Contents(place), contents);
+    const fs::path path = PathOf("\xC3\xA4.bin");
+    EXPECT_FALSE(replace_file(path, contents));
+    EXPECT_EQ(Contents(path), contents);
     EXPECT_EQ(FileCount(), 1U);
 }
 
 TEST_F(ReplaceFile, TakesThePlaceOfAFile) {
-    const fs::path place = PathOf("file");
-    EXPECT_FALSE(replace_file(place, "a long text"));
-    EXPECT_FALSE(replace_file(place, "short"));
-    EXPECT_EQ(Contents(place), "short");
+    const fs::path path = PathOf("file");
+    EXPECT_FALSE(replace_file(path, "a long text"));
+    EXPECT_FALSE(replace_file(path, "short"));
+    EXPECT_EQ(Contents(path), "short");
     EXPECT_EQ(FileCount(), 1U);
 }
 
 TEST_F(ReplaceFile, LeavesEverythingAsItIsWhenItFails) {
-    const fs::path place = PathOf("folder");
-    fs::create_directories(place / "inside");
-    EXPECT_TRUE(replace_file(place, "text"));
-    EXPECT_TRUE(fs::is_directory(place / "inside"));
+    const fs::path path = PathOf("folder");
+    fs::create_directories(path / "inside");
+    EXPECT_TRUE(replace_file(path, "text"));
+    EXPECT_TRUE(fs::is_directory(path / "inside"));
     EXPECT_TRUE(replace_file(PathOf("nowhere") / "file", "text"));
     EXPECT_EQ(FileCount(), 1U);
 
@@ -74,10 +74,10 @@ TEST_F(ReplaceFile, LeavesEverythingAsItIsWhenItFails) {
 }
 
 TEST_F(ReplaceFile, WritesNoFileThatIsThere) {
-    const fs::path place = PathOf("file");
-    EXPECT_FALSE(platform::write_new_file(place, "first"));
-    EXPECT_TRUE(platform::write_new_file(place, "second"));
-    EXPECT_EQ(Contents(place), "first");
+    const fs::path path = PathOf("file");
+    EXPECT_FALSE(platform::write_new_file(path, "first"));
+    EXPECT_TRUE(platform::write_new_file(path, "second"));
+    EXPECT_EQ(Contents(path), "first");
 }
 
 #ifndef _WIN32
@@ -112,12 +112,12 @@ TEST_F(ReplaceFile, LeavesDevicesAlone) {
 }
 
 TEST_F(ReplaceFile, KeepsWhoMayReadAFile) {
-    const fs::path place = PathOf("file");
-    ASSERT_FALSE(replace_file(place, "mine"));
+    const fs::path path = PathOf("file");
+    ASSERT_FALSE(replace_file(path, "mine"));
     constexpr fs::perms mine = fs::perms::owner_read | fs::perms::owner_write;
-    fs::permissions(place, mine);
-    EXPECT_FALSE(replace_file(place, "mine still"));
-    EXPECT_EQ(fs::status(place).permissions(), mine);
+    fs::permissions(path, mine);
+    EXPECT_FALSE(replace_file(path, "mine still"));
+    EXPECT_EQ(fs::status(path).permissions(), mine);
 }
 
 #endif

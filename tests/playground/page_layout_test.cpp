@@ -13,18 +13,18 @@ namespace {
 
 constexpr const char* pages[] = {"exposure", "feature", "lens", "color"};
 
-json PlacesOf(const json& controls) {
-    auto places = json::array();
+json RectsOf(const json& controls) {
+    auto rects = json::array();
     for (const json& control : controls) {
-        places.push_back({control.at("kind"), control.at("left"), control.at("top"), control.at("width"),
-                          control.at("height")});
+        rects.push_back({control.at("kind"), control.at("left"), control.at("top"), control.at("width"),
+                         control.at("height")});
     }
-    return places;
+    return rects;
 }
 
 class PageLayoutTest : public PlaygroundTest {
 protected:
-    void ExpectTheInspectorsPlaces(const std::string& text, const std::string& access) {
+    void ExpectTheInspectorsRects(const std::string& text, const std::string& access) {
         const json inspected = Ask(
             {{"do", "inspect"}, {"arguments", {"pages", "FILE", "--defaults", "--access", access}}}, text);
         ASSERT_TRUE(inspected.at("output").contains("pages")) << inspected.at("output");
@@ -33,7 +33,7 @@ protected:
             const json& expected = inspected.at("output").at("pages").at(at);
             const json shown = Show(pages[at]);
             EXPECT_EQ(shown.at("offered"), expected.at("offered"));
-            EXPECT_EQ(PlacesOf(shown.value("layout", json::array())), PlacesOf(expected.at("controls")));
+            EXPECT_EQ(RectsOf(shown.value("layout", json::array())), RectsOf(expected.at("controls")));
             controls_ += expected.at("controls").size();
         }
     }
@@ -44,7 +44,7 @@ TEST_F(PageLayoutTest, IsThatOfTheInspectorForOurDescriptions) {
     for (const char* name : {"first_page", "simulated_camera", "value_nodes"}) {
         for (const char* access : {"named", "registers"}) {
             SCOPED_TRACE(std::string(name) + " " + access);
-            ExpectTheInspectorsPlaces(Bundled(name), access);
+            ExpectTheInspectorsRects(Bundled(name), access);
         }
     }
     EXPECT_GT(controls_, 100U);
@@ -53,9 +53,9 @@ TEST_F(PageLayoutTest, IsThatOfTheInspectorForOurDescriptions) {
 TEST_F(PageLayoutTest, IsThatOfTheInspectorForRealDescriptions) {
     std::set<std::filesystem::path> files;
     for (const char* folder : {"/real", "/marked"}) {
-        const std::filesystem::path place = SELVANE_SHARED_DESCRIPTIONS + std::string(folder);
-        if (!std::filesystem::exists(place)) GTEST_SKIP() << place << " is not there";
-        for (const auto& entry : std::filesystem::directory_iterator(place)) {
+        const std::filesystem::path path = SELVANE_SHARED_DESCRIPTIONS + std::string(folder);
+        if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
+        for (const auto& entry : std::filesystem::directory_iterator(path)) {
             if (entry.path().extension() == ".xml") files.insert(entry.path());
         }
     }
@@ -63,7 +63,7 @@ TEST_F(PageLayoutTest, IsThatOfTheInspectorForRealDescriptions) {
         const std::string text = selvane_inspect::read_file(file.u8string());
         for (const char* access : {"named", "registers"}) {
             SCOPED_TRACE(file.filename().u8string() + " " + access);
-            ExpectTheInspectorsPlaces(text, access);
+            ExpectTheInspectorsRects(text, access);
         }
     }
     EXPECT_GT(controls_, 20U);

@@ -11,7 +11,7 @@
 namespace playground_test {
 namespace {
 
-using page_test::Road;
+using page_test::AccessPath;
 using page_test::Transcript;
 
 constexpr const char* page_words[] = {"exposure", "feature", "lens", "color"};
@@ -32,7 +32,7 @@ std::int32_t NextPosition(const json& layout, const json& state) {
     return std::max(layout.at("low").get<std::int32_t>(), state.at("position").get<std::int32_t>() - 1);
 }
 
-class WindowTranscriptTest : public page_test::PageTest, public testing::WithParamInterface<Road> {
+class WindowTranscriptTest : public page_test::PageTest, public testing::WithParamInterface<AccessPath> {
 protected:
     WindowTranscriptTest() : PageTest(page_test::CameraOn(GetParam(), "described")) {}
 
@@ -111,7 +111,7 @@ void WindowTranscriptTest::Work(HWND window, HWND control, std::size_t number) {
 }
 
 TEST_P(WindowTranscriptTest, IsTheSame) {
-    const bool named = GetParam() == Road::Named;
+    const bool named = GetParam() == AccessPath::Named;
     const std::string text = Ask({{"do", "text"}, {"name", "simulated_camera"}}).at("text");
     Ask({{"do", "open"}, {"access", named ? "named" : "registers"}, {"simulated", true}}, text);
     std::vector<page_test::PagePtr> given;
@@ -132,8 +132,9 @@ TEST_P(WindowTranscriptTest, IsTheSame) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, WindowTranscriptTest, testing::Values(Road::Named, Road::Registers),
-                         [](const auto& road) { return page_test::NameOf(road.param); });
+INSTANTIATE_TEST_SUITE_P(AccessPaths, WindowTranscriptTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers),
+                         [](const auto& access_path) { return page_test::NameOf(access_path.param); });
 
 }  // namespace
 }  // namespace playground_test

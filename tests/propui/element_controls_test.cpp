@@ -131,8 +131,8 @@ TEST_F(ElementControls, TakeRoomForTheWidestValueFromTheSlider) {
         At(1).unit = row.unit;
         EXPECT_TRUE(Place({{1, as_abs}}));
         ASSERT_EQ(canvas_.placed.size(), 3U);
-        EXPECT_EQ(canvas_.placed[1].place.width, row.edit) << row.unit;
-        EXPECT_EQ(canvas_.placed[0].place.width, 200 - row.edit) << row.unit;
+        EXPECT_EQ(canvas_.placed[1].rect.width, row.edit) << row.unit;
+        EXPECT_EQ(canvas_.placed[0].rect.width, 200 - row.edit) << row.unit;
         EXPECT_EQ(x_, 325) << row.unit;
     }
 }
@@ -142,7 +142,7 @@ TEST_F(ElementControls, MeasureTheMiddleToo) {
     At(1).unit = L"sec";
     canvas_.widths = {{L"-0.12 sec", 80}};
     EXPECT_TRUE(Place({{1, as_abs}}));
-    EXPECT_EQ(canvas_.placed[1].place.width, 90);
+    EXPECT_EQ(canvas_.placed[1].rect.width, 90);
     EXPECT_EQ(canvas_.measured, (std::vector<std::wstring>{L"-0.50 sec", L"0.26 sec", L"-0.12 sec"}));
 }
 
@@ -170,8 +170,8 @@ TEST_F(ElementControls, CompareTheTextWithTheScaledEdit) {
     At(1).abs_range = {0, 10, 0};
     At(1).unit = L"sec";
     EXPECT_TRUE(Place({{1, as_abs}}));  // 54 and 13 are more than 60 and less than 75
-    EXPECT_EQ(canvas_.placed[1].place.width, 75);
-    EXPECT_EQ(canvas_.placed[0].place.width, 175);
+    EXPECT_EQ(canvas_.placed[1].rect.width, 75);
+    EXPECT_EQ(canvas_.placed[0].rect.width, 175);
 }
 
 TEST_F(ElementControls, AreNoneWithoutLimits) {
@@ -192,8 +192,8 @@ TEST_F(ElementControls, DoWithoutAUnit) {
     Script().throwing = {"GetAbsUnit"};
     EXPECT_TRUE(Place({{1, as_abs}}));
     ASSERT_EQ(canvas_.placed.size(), 6U);
-    EXPECT_EQ(canvas_.placed[1].place.width, 60);
-    EXPECT_EQ(canvas_.placed[4].place.width, 60);
+    EXPECT_EQ(canvas_.placed[1].rect.width, 60);
+    EXPECT_EQ(canvas_.placed[4].rect.width, 60);
 }
 
 TEST_F(ElementControls, KnowExposureByItemAndUnit) {

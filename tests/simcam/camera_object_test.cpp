@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(All, SwitchableInterface,
                                                     &platform::iid_video_proc_amp}),
                          [](const auto& shown) { return std::string(shown.param.name); });
 
-TEST(CameraObject, RefusesNullPlaces) {
+TEST(CameraObject, RefusesNullPointers) {
     const camera_ptr camera = make_camera(camera_options{});
     EXPECT_EQ(camera->QueryInterface(platform::iid_unknown, nullptr), E_POINTER);
     const GUID set = wire::gate_set;

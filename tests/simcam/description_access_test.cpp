@@ -99,9 +99,9 @@ struct access_case {
     bool named;
     bool registers;
 };
-class AccessRoads : public testing::TestWithParam<access_case> {};
+class AccessPaths : public testing::TestWithParam<access_case> {};
 
-TEST_P(AccessRoads, OfferWhatTheOptionsSay) {
+TEST_P(AccessPaths, OfferWhatTheOptionsSay) {
     camera_options options;
     options.named_access = GetParam().named;
     options.register_access = GetParam().registers;
@@ -123,7 +123,7 @@ TEST_P(AccessRoads, OfferWhatTheOptionsSay) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, AccessRoads,
+INSTANTIATE_TEST_SUITE_P(All, AccessPaths,
                          testing::Values(access_case{true, true}, access_case{true, false},
                                          access_case{false, true}, access_case{false, false}));
 

@@ -68,7 +68,7 @@ TEST_F(DirectShow, ChangesTheModeOfWhiteBalanceWithAValueOfZero) {
     EXPECT_EQ(camera_->vendor()->video_proc_amp[white_balance].value, 2500);
 }
 
-TEST_F(DirectShow, RefusesNullPlaces) {
+TEST_F(DirectShow, RefusesNullPointers) {
     LONG value = 0;
     EXPECT_EQ(control_->Get(exposure, nullptr, &value), E_POINTER);
     EXPECT_EQ(control_->Get(exposure, &value, nullptr), E_POINTER);

@@ -69,8 +69,8 @@ TEST_P(FirstPage, TakesChanges) {
     EXPECT_THAT(log.Take(), testing::IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(BothRoads, FirstPage, testing::Bool(), [](const auto& road) {
-    return road.param ? std::string("Named") : std::string("Registers");
+INSTANTIATE_TEST_SUITE_P(BothAccessPaths, FirstPage, testing::Bool(), [](const auto& access_path) {
+    return access_path.param ? std::string("Named") : std::string("Registers");
 });
 
 TEST(FirstPageText, IsWhatTheReadmeShows) {

@@ -13,8 +13,8 @@
 
 namespace simcam_test {
 
-/// The same camera with one road to its features.
-[[nodiscard]] inline simcam::camera_options on_one_road(simcam::camera_options options, bool named) {
+/// The same camera with one access path to its features.
+[[nodiscard]] inline simcam::camera_options over_one_access_path(simcam::camera_options options, bool named) {
     options.named_access = named;
     options.register_access = !named;
     return options;

@@ -23,21 +23,21 @@ constexpr int page_width = 428;
 std::vector<std::string> items_on(const RecorderCanvas& canvas) {
     std::vector<std::string> names;
     for (const auto& one : canvas.placed) {
-        if (one.kind == "label" && one.place.left == 20) names.push_back(platform::narrow(one.text));
+        if (one.kind == "label" && one.rect.left == 20) names.push_back(platform::narrow(one.text));
     }
     return names;
 }
 
 std::size_t rows_on(const RecorderCanvas& canvas) {
     std::set<int> tops;
-    for (const auto& one : canvas.placed) tops.insert(one.place.top);
+    for (const auto& one : canvas.placed) tops.insert(one.rect.top);
     return tops.size();
 }
 
 int bottom_of(const RecorderCanvas& canvas) {
     int bottom = 0;
     for (const auto& one : canvas.placed) {
-        if (one.kind != "combo") bottom = std::max(bottom, one.place.top + one.place.height);
+        if (one.kind != "combo") bottom = std::max(bottom, one.rect.top + one.rect.height);
     }
     return bottom;
 }
@@ -138,7 +138,7 @@ TEST(ReadyMade, StaysWithinTheWidthOfItsPages) {
         for (const auto& one : test_support::NotEmpty(canvas.placed)) {
             // The buttons of built-in items stand behind a whole slider row, wherever that ends.
             if (one.kind == "button") continue;
-            EXPECT_LE(one.place.left + one.place.width, page_width)
+            EXPECT_LE(one.rect.left + one.rect.width, page_width)
                 << ZELPropUI::TitleOf(page) << " " << platform::narrow(one.text);
         }
     }

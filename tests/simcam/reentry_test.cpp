@@ -28,17 +28,18 @@ struct open_camera {
     RecorderCanvas canvas;
 };
 
-struct camera_on_road {
+struct camera_on_access_path {
     const char* name;
     bool named;
 };
 
-class ReentryTest : public testing::TestWithParam<camera_on_road> {
+class ReentryTest : public testing::TestWithParam<camera_on_access_path> {
 protected:
     // At every call in the life of every page.
     template <class Meanwhile>
     void strike_every_call(Meanwhile meanwhile) {
-        simcam::camera_options options = on_one_road(*simcam::ready_made(GetParam().name), GetParam().named);
+        simcam::camera_options options =
+            over_one_access_path(*simcam::ready_made(GetParam().name), GetParam().named);
         options.keep_transcript = false;
         for (const PageName page : all_pages) {
             open_camera undisturbed(options);
@@ -73,13 +74,14 @@ TEST_P(ReentryTest, ThePageMayBeClosed) {
     strike_every_call([](open_camera& camera) { camera.canvas.placed.clear(); });
 }
 
-std::string name_of(const testing::TestParamInfo<camera_on_road>& info) {
+std::string name_of(const testing::TestParamInfo<camera_on_access_path>& info) {
     return std::string(info.param.name) + (info.param.named ? "_named" : "_registers");
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, ReentryTest,
-                         testing::Values(camera_on_road{"simple", true}, camera_on_road{"simple", false},
-                                         camera_on_road{"builtin", true}),
+                         testing::Values(camera_on_access_path{"simple", true},
+                                         camera_on_access_path{"simple", false},
+                                         camera_on_access_path{"builtin", true}),
                          name_of);
 
 }  // namespace

@@ -56,7 +56,7 @@ TEST(RegisterAccess, ScattersWhatTheContentsDoNotTell) {
     EXPECT_EQ(get_register(*camera, 0, 0x40).data, expected);
 }
 
-// The camera's own view reads past its caches: the other road may have written.
+// The camera's own view reads past its caches: the other access path may have written.
 TEST(RegisterAccess, ShowsAtOnceInNamedAccess) {
     camera_options options;
     options.descriptions = {R"(<D><Port Name="Device"/>

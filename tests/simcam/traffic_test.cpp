@@ -15,7 +15,7 @@ namespace {
 using namespace simcam;
 using test_support::RecorderCanvas;
 
-// Calls of the driver through the property of one road.
+// Calls of the driver through the property of one access path.
 struct traffic {
     std::uint64_t build;
     std::uint64_t first_refresh;  // with what the controls ask once
@@ -60,7 +60,7 @@ traffic measure(camera_on_pages& seen, DWORD property, ZELPropUI::PageName page)
 
 // The numbers are for whoever watches them grow.
 std::vector<traffic> measure_all(const std::string& name, const camera_options& options, bool named) {
-    camera_on_pages seen(on_one_road(options, named));
+    camera_on_pages seen(over_one_access_path(options, named));
     (void)seen.adapter->get_item_table();
     const DWORD property = named ? SELVANE_NAMED_ACCESS : SELVANE_REGISTER_ACCESS;
     std::vector<traffic> all;
@@ -107,7 +107,7 @@ std::uint64_t most_calls_by_name(const RecorderCanvas& canvas) {
 
 // Every call counts, those to fixed properties too.
 std::vector<full_traffic> measure_full(bool named) {
-    camera_on_pages seen(on_one_road(*ready_made("full"), named));
+    camera_on_pages seen(over_one_access_path(*ready_made("full"), named));
     (void)seen.adapter->get_item_table();
     std::vector<full_traffic> all;
     for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {

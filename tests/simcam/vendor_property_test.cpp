@@ -15,7 +15,7 @@ using namespace simcam;
 constexpr GUID vendor_set = {0x515E97D1, 0xC453, 0x4772, {0xA4, 0x89, 0xCC, 0x07, 0x0A, 0x5A, 0x24, 0x42}};
 constexpr GUID color_set = {0x8CBCF1C6, 0x53C3, 0x4D79, {0x8E, 0xDB, 0xC0, 0x64, 0x65, 0x75, 0xDA, 0xC8}};
 
-// Places in the wire records.
+// Offsets in the wire records.
 constexpr std::size_t at_value = 24;
 constexpr std::size_t at_flags = 28;
 constexpr std::size_t at_float_flags = 40;

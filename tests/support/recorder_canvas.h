@@ -23,7 +23,7 @@ class RecorderCanvas final : public ZELPropUI::IPageCanvas {
 public:
     struct Placed {
         std::string kind;
-        Rect place;
+        Rect rect;
         std::wstring text;
         Key key = 0;                               ///< of combo, switch and button
         platform::com_ptr<Item> item;              ///< the same
@@ -48,18 +48,16 @@ public:
     int ScaleX(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_x); }
     int ScaleY(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_y); }
 
-    void AddLabel(const Rect& place, std::wstring_view text) override { Add("label", place, text); }
-    void AddSlider(const Rect& place, Controller& controller) override { AddOn("slider", place, controller); }
-    void AddEdit(const Rect& place, Controller& controller) override { AddOn("edit", place, controller); }
-    void AddSpinButton(const Rect& place, Controller& controller) override {
-        AddOn("spin", place, controller);
+    void AddLabel(const Rect& rect, std::wstring_view text) override { Add("label", rect, text); }
+    void AddSlider(const Rect& rect, Controller& controller) override { AddOn("slider", rect, controller); }
+    void AddEdit(const Rect& rect, Controller& controller) override { AddOn("edit", rect, controller); }
+    void AddSpinButton(const Rect& rect, Controller& controller) override { AddOn("spin", rect, controller); }
+    void AddCombo(const Rect& rect, Item& item, Key key) override { AddFor("combo", rect, item, key, {}); }
+    void AddSwitch(const Rect& rect, Item& item, Key key, std::wstring_view caption) override {
+        AddFor("switch", rect, item, key, caption);
     }
-    void AddCombo(const Rect& place, Item& item, Key key) override { AddFor("combo", place, item, key, {}); }
-    void AddSwitch(const Rect& place, Item& item, Key key, std::wstring_view caption) override {
-        AddFor("switch", place, item, key, caption);
-    }
-    void AddButton(const Rect& place, Item& item, Key key, std::wstring_view caption) override {
-        AddFor("button", place, item, key, caption);
+    void AddButton(const Rect& rect, Item& item, Key key, std::wstring_view caption) override {
+        AddFor("button", rect, item, key, caption);
     }
 
     /// One line for each thing placed, in the order of the calls: "slider 135,18 140x23", "label 20,18 110x23
@@ -72,29 +70,29 @@ public:
 
 private:
     static std::string Line(const Placed& one) {
-        std::string line = one.kind + " " + std::to_string(one.place.left) + "," +
-                           std::to_string(one.place.top) + " " + std::to_string(one.place.width) + "x" +
-                           std::to_string(one.place.height);
+        std::string line = one.kind + " " + std::to_string(one.rect.left) + "," +
+                           std::to_string(one.rect.top) + " " + std::to_string(one.rect.width) + "x" +
+                           std::to_string(one.rect.height);
         if (one.item) line += " #" + std::to_string(one.key);
         if (!one.text.empty()) line += " " + platform::narrow(one.text);
         return line;
     }
 
-    Placed& Add(const char* kind, const Rect& place, std::wstring_view text) {
+    Placed& Add(const char* kind, const Rect& rect, std::wstring_view text) {
         if (before_add) before_add(kind);
         Placed one;
         one.kind = kind;
-        one.place = place;
+        one.rect = rect;
         one.text = text;
         return placed.emplace_back(std::move(one));
     }
 
-    void AddOn(const char* kind, const Rect& place, Controller& controller) {
-        Add(kind, place, {}).controller = platform::com_ptr<Controller>(&controller);
+    void AddOn(const char* kind, const Rect& rect, Controller& controller) {
+        Add(kind, rect, {}).controller = platform::com_ptr<Controller>(&controller);
     }
 
-    void AddFor(const char* kind, const Rect& place, Item& item, Key key, std::wstring_view caption) {
-        Placed& one = Add(kind, place, caption);
+    void AddFor(const char* kind, const Rect& rect, Item& item, Key key, std::wstring_view caption) {
+        Placed& one = Add(kind, rect, caption);
         one.item = platform::com_ptr<Item>(&item);
         one.key = key;
     }

@@ -106,7 +106,7 @@ DriverCall& ScriptedFilter::RecordControl(Kind kind, LONG property, HRESULT Scri
     return call;
 }
 
-HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const simcam::range_places& out) {
+HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const simcam::range_outputs& out) {
     const HRESULT result = filter.RecordControl(kind, property, &ScriptedControl::range_result).result;
     if (SUCCEEDED(result)) {
         const ScriptedControl& control = *filter.FindControl(kind, property);

@@ -146,7 +146,7 @@ private:
             return filter.Set(set, id, instance, instance_size, data, data_size);
         }
         [[nodiscard]] HRESULT control_range(simcam::call_kind kind, LONG property,
-                                            const simcam::range_places& out);
+                                            const simcam::range_outputs& out);
         [[nodiscard]] HRESULT control_get(simcam::call_kind kind, LONG property, LONG* value, LONG* flags);
         [[nodiscard]] HRESULT control_set(simcam::call_kind kind, LONG property, LONG value, LONG flags);
 

@@ -10,14 +10,14 @@ namespace {
 
 using Items = std::vector<PageRows::Item>;
 
-struct CameraAndRoad {
+struct CameraAndAccessPath {
     const char* camera;
     bool named;  // by named access alone, or by registers alone
 };
 
 using Calls = std::vector<simcam::driver_call>;
 
-simcam::camera_options OptionsOf(const CameraAndRoad& wanted) {
+simcam::camera_options OptionsOf(const CameraAndAccessPath& wanted) {
     simcam::camera_options options = *simcam::ready_made(wanted.camera);
     options.named_access = wanted.named;
     options.register_access = !wanted.named;
@@ -49,9 +49,9 @@ std::ptrdiff_t MissingOf(const Items& whole, const Items& items) {
                          [&](const PageRows::Item& item) { return !Holds(items, item); });
 }
 
-/// Every ready-made camera, over a road to its features. One driver call fails; then the camera is well
-/// again and the page refreshed.
-class CameraFaultsTest : public PageTest, public testing::WithParamInterface<CameraAndRoad> {
+/// Every ready-made camera, over a access path to its features. One driver call fails; then the camera is
+/// well again and the page refreshed.
+class CameraFaultsTest : public PageTest, public testing::WithParamInterface<CameraAndAccessPath> {
 protected:
     CameraFaultsTest() { camera_ = simcam::make_camera(OptionsOf(GetParam())); }
 
@@ -65,7 +65,7 @@ protected:
 
     // Activates a page, whatever it said to the camera: some hosts do. What it shows once the camera is well.
     Items Activated(IPropertyPage& page) const {
-        EXPECT_EQ(page.Activate(host_.Handle(), &place, FALSE), S_OK);
+        EXPECT_EQ(page.Activate(host_.Handle(), &rect, FALSE), S_OK);
         camera_->clear_faults();
         Items items = Refreshed(GetWindow(host_.Handle(), GW_CHILD));
         EXPECT_EQ(page.Deactivate(), S_OK);
@@ -156,7 +156,7 @@ TEST_P(CameraFaultsTest, AFailureWhileAPageIsBuiltCostsOneItemAtMost) {
         (void)TakesTheCamera(*page);
         const Items whole = Activated(*page);
         const std::int32_t references = camera_->references();
-        const Calls calls = CallsOf([&] { page->Activate(host_.Handle(), &place, FALSE); });
+        const Calls calls = CallsOf([&] { page->Activate(host_.Handle(), &rect, FALSE); });
         EXPECT_EQ(page->Deactivate(), S_OK);
         StrikeEach(calls, [&](const simcam::driver_call&) {
             EXPECT_LE(MissingOf(whole, Activated(*page)), 1);
@@ -170,13 +170,13 @@ TEST_P(CameraFaultsTest, AFailureWhileAPageIsOpenIsGoneWithTheNextRefresh) {
     for (const CLSID& clsid : all_pages) StrikeWhileOpen(clsid, WholePage(clsid));
 }
 
-std::string NameOf(const testing::TestParamInfo<CameraAndRoad>& info) {
+std::string NameOf(const testing::TestParamInfo<CameraAndAccessPath>& info) {
     return std::string(info.param.camera) + (info.param.named ? "_named" : "_registers");
 }
 
-// The description of the full camera is that of the described one, which takes the other road; one that marks
-// nothing is the same over both.
-constexpr CameraAndRoad cameras[] = {
+// The description of the full camera is that of the described one, which takes the other access path; one
+// that marks nothing is the same over both.
+constexpr CameraAndAccessPath cameras[] = {
     {"full", true},    {"described", false}, {"builtin", true}, {"simple", true},  {"simple", false},
     {"oldest", false}, {"colourless", true}, {"empty", true},   {"foreign", true},
 };

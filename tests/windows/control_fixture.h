@@ -21,7 +21,7 @@ using Log = std::vector<std::string>;
 /// A parent and room for one control on it.
 class ControlTest : public testing::Test {
 protected:
-    static constexpr RECT place{10, 20, 110, 45};
+    static constexpr RECT rect{10, 20, 110, 45};
 
     [[nodiscard]] static std::wstring TextOf(HWND window) {
         wchar_t text[128] = {};
@@ -36,7 +36,7 @@ protected:
     [[nodiscard]] static DWORD StyleOf(HWND window) {
         return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
     }
-    [[nodiscard]] RECT PlaceOf(HWND window) const {
+    [[nodiscard]] RECT RectOf(HWND window) const {
         RECT screen{};
         GetWindowRect(window, &screen);
         MapWindowPoints(nullptr, parent_.Handle(), reinterpret_cast<POINT*>(&screen), 2);
@@ -66,7 +66,7 @@ protected:
         const auto item =
             platform::com_ptr<test_support::FakeItem>::attach(new test_support::FakeItem(script_));
         auto control = std::make_shared<Control>(item.get(), key, std::forward<Arguments>(arguments)...);
-        EXPECT_TRUE(control->Create(parent_.Handle(), place, nullptr));
+        EXPECT_TRUE(control->Create(parent_.Handle(), rect, nullptr));
         return control;
     }
     test_support::FakeInterface& At() { return script_.interfaces[key]; }
@@ -152,7 +152,7 @@ protected:
     std::shared_ptr<Control> Make(HWND extra = nullptr) {
         const auto controller = platform::com_ptr<FakeController>::attach(new FakeController(script_));
         auto control = std::make_shared<Control>(controller.get());
-        EXPECT_TRUE(control->Create(parent_.Handle(), place, extra));
+        EXPECT_TRUE(control->Create(parent_.Handle(), rect, extra));
         return control;
     }
 

@@ -81,7 +81,7 @@ TEST_F(ControllerLifetimeTest, ADroppedControlTakesItsWindowAlong) {
 TEST_F(ItemLifetimeTest, AControlWithoutAWindowStillWorksAsFarAsItCan) {
     const auto item = platform::com_ptr<test_support::FakeItem>::attach(new test_support::FakeItem(script_));
     const auto button = std::make_shared<CZELButton>(item.get(), key, L"Push");
-    EXPECT_FALSE(button->Create(nullptr, place, nullptr));
+    EXPECT_FALSE(button->Create(nullptr, rect, nullptr));
     button->Init();
     button->Update();
     EXPECT_EQ(button->Handle(), nullptr);

@@ -28,7 +28,7 @@ LRESULT Ask(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
 TEST_F(SliderTest, IsATrackbarWithoutTicks) {
     const auto slider = Make<CZELSlider>();
     EXPECT_EQ(FirstStyleOf(slider->Handle()), 0x50010010u);
-    EXPECT_EQ(PlaceOf(slider->Handle()).bottom, place.bottom);
+    EXPECT_EQ(RectOf(slider->Handle()).bottom, rect.bottom);
     EXPECT_THAT(script_.log, IsEmpty());
 }
 

@@ -12,7 +12,7 @@ public:
     struct Request {
         DWORD style = 0;
         DWORD extended_style = 0;
-        RECT place{};
+        RECT rect{};
     };
 
     CreationWatch() {
@@ -29,9 +29,9 @@ private:
     static LRESULT CALLBACK Hook(int code, WPARAM wparam, LPARAM lparam) {
         if (code == HCBT_CREATEWND) {
             const CREATESTRUCTW& made = *reinterpret_cast<const CBT_CREATEWNDW*>(lparam)->lpcs;
-            const RECT place{made.x, made.y, made.x + made.cx, made.y + made.cy};
+            const RECT rect{made.x, made.y, made.x + made.cx, made.y + made.cy};
             requests_[reinterpret_cast<HWND>(wparam)] = {static_cast<DWORD>(made.style), made.dwExStyle,
-                                                         place};
+                                                         rect};
         }
         return CallNextHookEx(nullptr, code, wparam, lparam);
     }

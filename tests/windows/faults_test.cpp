@@ -9,7 +9,7 @@ namespace {
 
 /// The life of a page of the simple camera, from the first object to the last release, with all controls
 /// worked and a fault of the driver somewhere in it.
-class FaultsTest : public RoadTest {
+class FaultsTest : public AccessPathTest {
 protected:
     static void Work(HWND window) {
         const PageControls controls(window);
@@ -35,7 +35,7 @@ protected:
         }
         EXPECT_TRUE(given == S_OK || given == E_NOINTERFACE || given == E_FAIL) << given;
         // Some hosts do not care whether the page refused.
-        EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+        EXPECT_EQ(page->Activate(host_.Handle(), &rect, FALSE), S_OK);
         Work(GetWindow(host_.Handle(), GW_CHILD));
         EXPECT_EQ(page->IsPageDirty(), S_FALSE);
         EXPECT_EQ(page->Deactivate(), S_OK);
@@ -85,7 +85,8 @@ TEST_P(FaultsTest, ARefusedWriteLeavesTheCameraAsItWas) {
     page->Deactivate();
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, FaultsTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, FaultsTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
 }  // namespace
 }  // namespace page_test

@@ -10,7 +10,7 @@
 namespace page_test {
 
 /// The platform's own frame, with the factories of the DLL known to COM for the time of a test.
-class FrameTest : public RoadTest {
+class FrameTest : public AccessPathTest {
 protected:
     FrameTest() {
         CoInitialize(nullptr);

@@ -125,7 +125,7 @@ TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
         IUnknown* object = camera.get();
         EXPECT_EQ(page->SetObjects(1, &object), S_OK);
         WaitForSingleObject(loading.get(), INFINITE);
-        page->Activate(host.Handle(), &place, FALSE);
+        page->Activate(host.Handle(), &rect, FALSE);
         edits = PageControls(GetWindow(host.Handle(), GW_CHILD)).edits.size();
         SetEvent(opened.get());
         page->Deactivate();
@@ -136,7 +136,7 @@ TEST_F(FreshHost, DISABLED_ShowsEditsOnTwoThreadsAtOnce) {
         WaitForSingleObject(opened.get(), 1000);
     };
     const PagePtr page = GivenPage(exposure_page);
-    EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+    EXPECT_EQ(page->Activate(host_.Handle(), &rect, FALSE), S_OK);
     other.join();
     EXPECT_EQ(edits, 1u);
     page->Deactivate();

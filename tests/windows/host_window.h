@@ -57,7 +57,7 @@ inline std::vector<HWND> ChildrenOf(HWND parent) {
     return children;
 }
 
-inline RECT PlaceOf(HWND window) {
+inline RECT RectOf(HWND window) {
     RECT edges{};
     GetWindowRect(window, &edges);
     MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&edges), 2);

@@ -17,7 +17,7 @@ namespace {
 using testing::Contains;
 using testing::StartsWith;
 
-class HostsTest : public RoadTest {};
+class HostsTest : public AccessPathTest {};
 
 // A frame that lets go of everything in the order of the book.
 TEST_P(HostsTest, AWellBehavedFrame) {
@@ -48,7 +48,7 @@ TEST_P(HostsTest, AFrameThatNeverSaysGoodbyeAndDestroysTheParentFirst) {
         host_.Destroy();
         EXPECT_FALSE(IsWindow(window));
         EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED) << "no dead handle is left";
-        EXPECT_EQ(page->Move(&place), E_UNEXPECTED);
+        EXPECT_EQ(page->Move(&rect), E_UNEXPECTED);
         RunMessages();
     }
     EXPECT_EQ(site.references, 0);
@@ -152,7 +152,7 @@ TEST_P(HostsTest, AFrameThatTakesThePageAwayWhileItIsBuilt) {
     for (std::uint64_t n = 1; n <= 16; ++n) {
         const PagePtr page = GivenPage(exposure_page);
         camera_->add_fault(simcam::act_at(n, [&] { page->Deactivate(); }));
-        EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK);
+        EXPECT_EQ(page->Activate(host_.Handle(), &rect, FALSE), S_OK);
         camera_->clear_faults();
         EXPECT_EQ(page->Deactivate(), S_OK);
         EXPECT_TRUE(ChildrenOf(host_.Handle()).empty()) << n;
@@ -221,15 +221,16 @@ TEST_P(HostsTest, AFrameThatAsksForHelp) {
 }
 
 // Opens pages and works them, as the two frames of the next test do at the same time.
-void WorkAFrame(const PageServer& server, Road road, const std::vector<CLSID>& pages, int& opened) {
-    const auto camera = simcam::make_camera(SimpleCamera(road));
+void WorkAFrame(const PageServer& server, AccessPath access_path, const std::vector<CLSID>& pages,
+                int& opened) {
+    const auto camera = simcam::make_camera(SimpleCamera(access_path));
     HostWindow host;
     for (const CLSID& clsid : pages) {
         const PagePtr page = server.MakePage(clsid);
         IUnknown* object = camera.get();
         if (page->SetObjects(1, &object) != S_OK) continue;
-        constexpr RECT place{0, 0, 428, 457};
-        page->Activate(host.Handle(), &place, FALSE);
+        constexpr RECT rect{0, 0, 428, 457};
+        page->Activate(host.Handle(), &rect, FALSE);
         page->Show(SW_SHOW);
         const HWND window = GetWindow(host.Handle(), GW_CHILD);
         const PageControls controls(window);
@@ -342,9 +343,11 @@ TEST_P(FrameTest, SurvivesACameraWithoutColour) {
               S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, HostsTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, HostsTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
-INSTANTIATE_TEST_SUITE_P(Roads, FrameTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, FrameTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
 }  // namespace
 }  // namespace page_test

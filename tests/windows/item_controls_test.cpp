@@ -26,9 +26,9 @@ TEST_F(ComboTest, IsADropDownListWithTheFontOfTheParent) {
     const auto combo = Make<CZELCombo>();
     EXPECT_EQ(FirstStyleOf(combo->Handle()), 0x50210043u);
     EXPECT_EQ(FontOf(combo->Handle()), parent_.font);
-    EXPECT_EQ(PlaceOf(combo->Handle()).left, place.left);
-    EXPECT_EQ(PlaceOf(combo->Handle()).top, place.top);
-    EXPECT_EQ(PlaceOf(combo->Handle()).right, place.right);
+    EXPECT_EQ(RectOf(combo->Handle()).left, rect.left);
+    EXPECT_EQ(RectOf(combo->Handle()).top, rect.top);
+    EXPECT_EQ(RectOf(combo->Handle()).right, rect.right);
     EXPECT_THAT(script_.log, IsEmpty()) << "only Init asks the item";
 }
 

@@ -62,14 +62,14 @@ protected:
 const Lines built_in_exposure = {L"Exposure (1/30 sec) [ ] Auto", L"  Auto Reference (128)",
                                  L"  Auto Max Value (1.000 sec)", L"  [ ] Auto"};
 
-TEST_F(ItemPriorityTest, ADescribedItemReplacesTheBuiltInOneInItsPlace) {
+TEST_F(ItemPriorityTest, ADescribedItemReplacesTheBuiltInOneInItsPosition) {
     UseCamera(Described(Gain("Exposure")));
     Lines expected = {L"Described Gain (1)"};
     expected.insert(expected.end(), built_in_exposure.begin(), built_in_exposure.end());
     EXPECT_EQ(OpenPage(exposure_page), expected);
 }
 
-TEST_F(ItemPriorityTest, OverEitherRoad) {
+TEST_F(ItemPriorityTest, OverEitherAccessPath) {
     for (const bool named : {true, false}) {
         simcam::camera_options options = Described(Gain("Image"));
         options.named_access = named;
@@ -110,7 +110,7 @@ TEST_F(ItemPriorityTest, ADescribedItemNeedsNoDriverProperty) {
     EXPECT_EQ(OpenPage(exposure_page), Lines{L"Exposure (1)"});
 }
 
-TEST_F(ItemPriorityTest, ADescribedItemThatTheDriverRefusesKeepsItsPlace) {
+TEST_F(ItemPriorityTest, ADescribedItemThatTheDriverRefusesKeepsItsPosition) {
     UseCamera(Described(Gain("Exposure")));
     OpenPage(exposure_page);
     camera_->add_fault(simcam::fail_when(simcam::suffix_calls("/Value"), E_FAIL));

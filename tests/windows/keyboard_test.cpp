@@ -60,7 +60,7 @@ Windows WayOfTheFocus(HWND dialog, std::size_t keys, bool shift = false) {
 }
 
 /// A dialog with a button before the page and one behind it.
-class KeyboardTest : public RoadTest {
+class KeyboardTest : public AccessPathTest {
 protected:
     KeyboardTest() { SetForegroundWindow(host_.Handle()); }
 
@@ -69,7 +69,7 @@ protected:
                                host_.Handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
     }
     HWND OpenPage() {
-        EXPECT_EQ(page_->Activate(host_.Handle(), &place, FALSE), S_OK);
+        EXPECT_EQ(page_->Activate(host_.Handle(), &rect, FALSE), S_OK);
         EXPECT_EQ(page_->Show(SW_SHOW), S_OK);
         return FindWindowExW(host_.Handle(), nullptr, L"#32770", nullptr);
     }
@@ -123,7 +123,8 @@ TEST_P(KeyboardTest, AControlThatIsDisabledHandsTheFocusOn) {
     EXPECT_GE(disabled, 10U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, KeyboardTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, KeyboardTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
 class KeyboardFrameTest : public FrameTest {};
 
@@ -147,7 +148,8 @@ TEST_P(KeyboardFrameTest, TheTabKeyGoesThroughThePageAndTheFrame) {
               S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, KeyboardFrameTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, KeyboardFrameTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
 }  // namespace
 }  // namespace page_test

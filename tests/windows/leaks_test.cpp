@@ -28,8 +28,8 @@ void LiveOnce(IUnknown* camera, const std::vector<CLSID>& pages, PageWork work) 
     for (const CLSID& clsid : pages) {
         const PagePtr page = server.MakePage(clsid);
         const bool given = Give(*page, camera);
-        constexpr RECT place{0, 0, 428, 457};
-        page->Activate(host.Handle(), &place, FALSE);
+        constexpr RECT rect{0, 0, 428, 457};
+        page->Activate(host.Handle(), &rect, FALSE);
         page->Show(SW_SHOW);
         const HWND window = GetWindow(host.Handle(), GW_CHILD);
         ASSERT_EQ(ChildrenOf(window).empty(), !given);

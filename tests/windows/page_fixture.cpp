@@ -23,7 +23,7 @@ PagePtr PageTest::GivenPage(REFCLSID clsid) const {
 }
 
 HWND PageTest::Open(IPropertyPage& page) const {
-    EXPECT_EQ(page.Activate(host_.Handle(), &place, FALSE), S_OK);
+    EXPECT_EQ(page.Activate(host_.Handle(), &rect, FALSE), S_OK);
     EXPECT_EQ(page.Show(SW_SHOW), S_OK);
     return GetWindow(host_.Handle(), GW_CHILD);
 }
@@ -39,24 +39,26 @@ void PageTest::Settle() const {
     camera_->clear_transcript();
 }
 
-RoadTest::RoadTest(simcam::camera_options options) : PageTest(std::move(options)) { WatchTheRoad(); }
-
-void RoadTest::UseCamera(simcam::camera_options options) {
-    camera_ = simcam::make_camera(std::move(options));
-    WatchTheRoad();
+AccessPathTest::AccessPathTest(simcam::camera_options options) : PageTest(std::move(options)) {
+    WatchTheAccessPath();
 }
 
-void RoadTest::UseCamera(const std::string& name) {
+void AccessPathTest::UseCamera(simcam::camera_options options) {
+    camera_ = simcam::make_camera(std::move(options));
+    WatchTheAccessPath();
+}
+
+void AccessPathTest::UseCamera(const std::string& name) {
     UseCamera(name == "simple" ? SimpleCamera(GetParam()) : CameraOn(GetParam(), name));
 }
 
-void RoadTest::WatchTheRoad() {
-    camera_->set_listener([road = GetParam()](const simcam::driver_call& call) {
-        EXPECT_TRUE(IsOnRoad(road, call)) << call.text;
+void AccessPathTest::WatchTheAccessPath() {
+    camera_->set_listener([access_path = GetParam()](const simcam::driver_call& call) {
+        EXPECT_TRUE(IsOnAccessPath(access_path, call)) << call.text;
     });
 }
 
-void RoadTest::StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault) {
+void AccessPathTest::StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault) {
     const std::uint64_t before = camera_->call_count();
     life();
     const std::uint64_t calls = camera_->call_count() - before;
@@ -89,7 +91,9 @@ Transcript OpenPageTest::Seen() const {
     return TakeTranscript();
 }
 
-std::string RoadName(const testing::TestParamInfo<Road>& road) { return NameOf(road.param); }
+std::string AccessPathName(const testing::TestParamInfo<AccessPath>& access_path) {
+    return NameOf(access_path.param);
+}
 
 PageControls::PageControls(HWND page) {
     for (const HWND child : ChildrenOf(page)) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "simcam/simulated_camera.h"
+#include "tests/windows/access_path.h"
 #include "tests/windows/host_window.h"
 #include "tests/windows/page_server.h"
-#include "tests/windows/road.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +37,7 @@ struct PageInfo : PROPPAGEINFO {
 /// it.
 class PageTest : public testing::Test {
 protected:
-    static constexpr RECT place{5, 7, 433, 464};
+    static constexpr RECT rect{5, 7, 433, 464};
 
     explicit PageTest(const char* camera_name = "simple") : PageTest(*simcam::ready_made(camera_name)) {}
     explicit PageTest(simcam::camera_options options) : camera_(simcam::make_camera(std::move(options))) {}
@@ -60,15 +60,15 @@ protected:
     HostWindow host_;
 };
 
-/// A test that runs on either road. Whatever it does, the driver must see no access by the other one.
-class RoadTest : public PageTest, public testing::WithParamInterface<Road> {
+/// A test that runs on either access path. Whatever it does, the driver must see no access by the other one.
+class AccessPathTest : public PageTest, public testing::WithParamInterface<AccessPath> {
 protected:
-    RoadTest() : RoadTest(SimpleCamera(GetParam())) {}
-    explicit RoadTest(simcam::camera_options options);
-    ~RoadTest() override { camera_->set_listener(nullptr); }
+    AccessPathTest() : AccessPathTest(SimpleCamera(GetParam())) {}
+    explicit AccessPathTest(simcam::camera_options options);
+    ~AccessPathTest() override { camera_->set_listener(nullptr); }
 
     void UseCamera(simcam::camera_options options);
-    /// A ready-made one, or the simple one, on the road of the test.
+    /// A ready-made one, or the simple one, on the access path of the test.
     void UseCamera(const std::string& name);
 
     using FaultAt = std::function<simcam::fault(std::uint64_t call)>;
@@ -76,17 +76,17 @@ protected:
     /// them. What is shown may be anything; what is left is nothing.
     void StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault);
 
-    const RoadLines lines_{GetParam()};
+    const AccessPathLines lines_{GetParam()};
 
 private:
-    void WatchTheRoad();
+    void WatchTheAccessPath();
 };
 
-std::string RoadName(const testing::TestParamInfo<Road>& road);
+std::string AccessPathName(const testing::TestParamInfo<AccessPath>& access_path);
 
 /// One page that is open and quiet. What a test does reaches the driver, and that is all there is to see of
 /// it.
-class OpenPageTest : public RoadTest {
+class OpenPageTest : public AccessPathTest {
 protected:
     ~OpenPageTest() override;
 

@@ -321,7 +321,8 @@ TEST_P(PageMessagesTest, AScrollOfAnotherAxisWritesNothing) {
     EXPECT_THAT(Seen(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, PageMessagesTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, PageMessagesTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
 }  // namespace
 }  // namespace page_test

@@ -11,7 +11,7 @@
 namespace page_test {
 namespace {
 
-class PageObjectTest : public RoadTest {};
+class PageObjectTest : public AccessPathTest {};
 
 TEST_P(PageObjectTest, OneSiteAtATime) {
     const auto page = server_.MakePage(exposure_page);
@@ -160,7 +160,7 @@ TEST_P(PageObjectTest, AMalformedDescriptionLeavesSetObjectsAsAnException) {
     HRESULT result = S_OK;
     EXPECT_EQ(ThrownBy(*page, camera_.get(), result), "Failed to parse GenICam data");
     EXPECT_EQ(result, E_FAIL);
-    EXPECT_EQ(page->Activate(host_.Handle(), &place, FALSE), S_OK) << "and nothing else throws";
+    EXPECT_EQ(page->Activate(host_.Handle(), &rect, FALSE), S_OK) << "and nothing else throws";
     EXPECT_EQ(page->Deactivate(), S_OK);
 }
 
@@ -186,24 +186,24 @@ TEST_P(PageObjectTest, ALaterSuccessReplacesTheObjects) {
 TEST_P(PageObjectTest, ShowAndMoveNeedAWindow) {
     const auto page = GivenPage(exposure_page);
     EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
-    EXPECT_EQ(page->Move(&place), E_UNEXPECTED);
+    EXPECT_EQ(page->Move(&rect), E_UNEXPECTED);
     EXPECT_EQ(page->Move(nullptr), E_UNEXPECTED);
     EXPECT_EQ(page->Deactivate(), S_OK) << "no window is fine";
 }
 
-TEST_P(PageObjectTest, ActivateMakesAChildAtThePlace) {
+TEST_P(PageObjectTest, ActivateMakesAChildAtTheRect) {
     const auto page = GivenPage(exposure_page);
-    EXPECT_EQ(page->Activate(host_.Handle(), &place, TRUE), S_OK);
+    EXPECT_EQ(page->Activate(host_.Handle(), &rect, TRUE), S_OK);
     const HWND window = GetWindow(host_.Handle(), GW_CHILD);
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(ClassOf(window), L"#32770");
     EXPECT_EQ(GetParent(window), host_.Handle());
     EXPECT_FALSE(IsWindowVisible(window)) << "until shown";
-    const RECT at = PlaceOf(window);
-    EXPECT_EQ(at.left, place.left);
-    EXPECT_EQ(at.top, place.top);
-    EXPECT_EQ(at.right, place.right);
-    EXPECT_EQ(at.bottom, place.bottom);
+    const RECT at = RectOf(window);
+    EXPECT_EQ(at.left, rect.left);
+    EXPECT_EQ(at.top, rect.top);
+    EXPECT_EQ(at.right, rect.right);
+    EXPECT_EQ(at.bottom, rect.bottom);
     EXPECT_EQ(page->Show(SW_SHOWNORMAL), S_OK);
     EXPECT_TRUE(IsWindowVisible(window));
     EXPECT_EQ(page->Show(SW_HIDE), S_OK);
@@ -211,7 +211,7 @@ TEST_P(PageObjectTest, ActivateMakesAChildAtThePlace) {
     const RECT other{1, 2, 301, 402};
     EXPECT_EQ(page->Move(nullptr), E_POINTER);
     EXPECT_EQ(page->Move(&other), S_OK);
-    EXPECT_EQ(PlaceOf(window).right, other.right);
+    EXPECT_EQ(RectOf(window).right, other.right);
     EXPECT_EQ(page->Deactivate(), S_OK);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
@@ -219,8 +219,8 @@ TEST_P(PageObjectTest, ActivateMakesAChildAtThePlace) {
 
 TEST_P(PageObjectTest, ActivateSaysYesWhateverHappens) {
     const auto page = GivenPage(exposure_page);
-    EXPECT_EQ(page->Activate(nullptr, &place, FALSE), S_OK);
-    EXPECT_EQ(page->Activate(reinterpret_cast<HWND>(0x12345), &place, FALSE), S_OK);
+    EXPECT_EQ(page->Activate(nullptr, &rect, FALSE), S_OK);
+    EXPECT_EQ(page->Activate(reinterpret_cast<HWND>(0x12345), &rect, FALSE), S_OK);
     EXPECT_EQ(page->Show(SW_SHOW), E_UNEXPECTED);
     EXPECT_EQ(page->Activate(host_.Handle(), nullptr, FALSE), S_OK);
     EXPECT_EQ(page->Show(SW_SHOW), S_OK);
@@ -344,7 +344,8 @@ TEST_P(PageObjectTest, AnAggregatedPageWorksLikeAnyOther) {
     EXPECT_EQ(outer.references, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, PageObjectTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, PageObjectTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
 }  // namespace
 }  // namespace page_test

@@ -65,17 +65,17 @@ PageRows::PageRows(HWND page) {
     std::wstring item;
     for (Row& row : rows_) {
         std::stable_sort(row.windows.begin(), row.windows.end(),
-                         [](HWND one, HWND other) { return PlaceOf(one).left < PlaceOf(other).left; });
+                         [](HWND one, HWND other) { return RectOf(one).left < RectOf(other).left; });
         const HWND first = row.windows.front();
         row.label = ClassOf(first) == label_class ? TextOf(first) : std::wstring();
-        row.is_head = PlaceOf(first).left == item_margin;
+        row.is_head = RectOf(first).left == item_margin;
         if (row.is_head) item = row.label;
         row.item = item;
     }
 }
 
 void PageRows::Add(HWND window) {
-    const int top = PlaceOf(window).top;
+    const int top = RectOf(window).top;
     const auto found =
         std::find_if(rows_.begin(), rows_.end(), [top](const Row& row) { return row.top == top; });
     if (found != rows_.end()) {

@@ -10,7 +10,7 @@
 namespace page_test {
 namespace {
 
-/// A window of a page as a test expects it. Places are those that the window was made with.
+/// A window of a page as a test expects it. Rects are those that the window was made with.
 struct Expected {
     const wchar_t* window_class;
     DWORD style;
@@ -18,9 +18,9 @@ struct Expected {
     int left, top, width, height;
 };
 
-class PageWindowsTest : public RoadTest {
+class PageWindowsTest : public AccessPathTest {
 protected:
-    using RoadTest::RoadTest;
+    using AccessPathTest::AccessPathTest;
     ~PageWindowsTest() override { page_->Deactivate(); }
 
     HWND OpenPage(REFCLSID clsid) {
@@ -49,10 +49,10 @@ protected:
         EXPECT_EQ(request.style, expected.style);
         EXPECT_EQ(request.extended_style, 0u);
         EXPECT_EQ(TextOf(window), expected.text);
-        EXPECT_EQ(request.place.left, expected.left);
-        EXPECT_EQ(request.place.top, expected.top);
-        EXPECT_EQ(request.place.right - request.place.left, expected.width);
-        EXPECT_EQ(request.place.bottom - request.place.top, expected.height);
+        EXPECT_EQ(request.rect.left, expected.left);
+        EXPECT_EQ(request.rect.top, expected.top);
+        EXPECT_EQ(request.rect.right - request.rect.left, expected.width);
+        EXPECT_EQ(request.rect.bottom - request.rect.top, expected.height);
     }
     void ExpectWindows(const std::vector<Expected>& expected) const {
         const auto children = ChildrenOf(window_);
@@ -140,8 +140,8 @@ TEST_P(FullPageTest, EachPageHasRowsThatDoNotOverlap) {
         EXPECT_GE(children.size(), 4u);
         for (std::size_t i = 0; i < children.size(); ++i) {
             for (std::size_t k = i + 1; k < children.size(); ++k) {
-                const RECT one = PlaceOf(children[i]);
-                const RECT other = PlaceOf(children[k]);
+                const RECT one = RectOf(children[i]);
+                const RECT other = RectOf(children[k]);
                 RECT common{};
                 // The up-down control is wider than it was asked to be and may touch what follows.
                 EXPECT_FALSE(IntersectRect(&common, &one, &other))
@@ -157,7 +157,7 @@ TEST_P(FullPageTest, ARectangleLargerThanThePageIsFine) {
     const RECT large{0, 0, 3000, 2000};
     EXPECT_EQ(page_->Activate(host_.Handle(), &large, FALSE), S_OK);
     const HWND window = GetWindow(host_.Handle(), GW_CHILD);
-    EXPECT_EQ(PlaceOf(window).right, 3000);
+    EXPECT_EQ(RectOf(window).right, 3000);
     EXPECT_GE(ChildrenOf(window).size(), 4u);
 }
 
@@ -169,9 +169,11 @@ TEST_P(FullPageTest, AnEmptyOrInvertedRectangleIsFine) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, PageWindowsTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, PageWindowsTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
-INSTANTIATE_TEST_SUITE_P(Roads, FullPageTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, FullPageTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
 }  // namespace
 }  // namespace page_test

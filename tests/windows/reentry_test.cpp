@@ -15,7 +15,7 @@ using HostWork = std::function<void()>;
 
 /// The life of a page, from the first object to the last release, with all controls worked. While the driver
 /// answers one of its calls it runs messages, and one of them has the host do something to the page.
-class ReentryTest : public RoadTest {
+class ReentryTest : public AccessPathTest {
 protected:
     [[nodiscard]] HWND Window() const { return frame_ ? GetWindow(frame_->Handle(), GW_CHILD) : nullptr; }
 
@@ -53,7 +53,7 @@ protected:
         frame_ = std::make_unique<HostWindow>();
         page_ = server_.MakePage(clsid);
         Give(*page_);
-        if (page_ && frame_) page_->Activate(frame_->Handle(), &place, FALSE);
+        if (page_ && frame_) page_->Activate(frame_->Handle(), &rect, FALSE);
         if (page_) page_->Show(SW_SHOW);
         Work(Window());
         SendMessageW(Window(), 1029, 0, 0);
@@ -77,7 +77,7 @@ protected:
     void OpenAnother(REFCLSID clsid) {
         others_.push_back(server_.MakePage(clsid));
         Give(*others_.back());
-        others_.back()->Activate(host_.Handle(), &place, FALSE);
+        others_.back()->Activate(host_.Handle(), &rect, FALSE);
         others_.back()->Show(SW_SHOW);
     }
     void HandOver(IUnknown* object) const { page_->SetObjects(object != nullptr ? 1 : 0, &object); }
@@ -88,9 +88,9 @@ protected:
     std::vector<PagePtr> others_;
 };
 
-/// What ends a page or turns it to something else, on both roads: what asks the driver differs. All else is
-/// the page's own matter.
-class RoadReentryTest : public ReentryTest {};
+/// What ends a page or turns it to something else, on both access paths: what asks the driver differs. All
+/// else is the page's own matter.
+class AccessPathReentryTest : public ReentryTest {};
 
 TEST_P(ReentryTest, MessagesMayRun) {
     DuringEveryCall([&] { RunMessages(); });
@@ -107,18 +107,18 @@ TEST_P(ReentryTest, TheUserMayWorkOn) {
 TEST_P(ReentryTest, ThePageMayBeShownAndMoved) {
     DuringEveryCall([&] {
         page_->Show(SW_HIDE);
-        page_->Move(&place);
+        page_->Move(&rect);
         page_->Show(SW_SHOW);
         PageInfo info;
         EXPECT_EQ(page_->GetPageInfo(&info), S_OK);
     });
 }
 
-TEST_P(RoadReentryTest, ThePageMayBeDeactivated) {
+TEST_P(AccessPathReentryTest, ThePageMayBeDeactivated) {
     DuringEveryCall([&] { page_->Deactivate(); });
 }
 
-TEST_P(RoadReentryTest, ThePageMayBeReleased) {
+TEST_P(AccessPathReentryTest, ThePageMayBeReleased) {
     DuringEveryCall([&] { page_.reset(); });
 }
 
@@ -133,14 +133,14 @@ TEST_P(ReentryTest, ThePageMayBeDeactivatedAndReleased) {
 
 TEST_P(ReentryTest, ThePageMayBeActivatedAgain) {
     DuringEveryCall([&] {
-        page_->Activate(frame_->Handle(), &place, FALSE);
+        page_->Activate(frame_->Handle(), &rect, FALSE);
         page_->Show(SW_SHOW);
     });
 }
 
 TEST_P(ReentryTest, ThePageMayBeActivatedAgainAndReleased) {
     DuringEveryCall([&] {
-        page_->Activate(frame_->Handle(), &place, FALSE);
+        page_->Activate(frame_->Handle(), &rect, FALSE);
         page_.reset();
     });
 }
@@ -153,10 +153,10 @@ TEST_P(ReentryTest, ThePageMayBeHandedTheSameCamera) {
     DuringEveryCall([&] { HandOver(camera_.get()); });
 }
 
-TEST_P(RoadReentryTest, ThePageMayBeHandedAnotherCameraAndActivated) {
+TEST_P(AccessPathReentryTest, ThePageMayBeHandedAnotherCameraAndActivated) {
     DuringEveryCall([&] {
         HandOver(other_camera_.get());
-        page_->Activate(frame_->Handle(), &place, FALSE);
+        page_->Activate(frame_->Handle(), &rect, FALSE);
     });
 }
 
@@ -204,9 +204,10 @@ TEST_P(ReentryTest, TheCameraThatCameLastStays) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, ReentryTest, testing::Values(Road::Named), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, ReentryTest, testing::Values(AccessPath::Named), AccessPathName);
 
-INSTANTIATE_TEST_SUITE_P(Roads, RoadReentryTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, AccessPathReentryTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
 }  // namespace
 }  // namespace page_test

@@ -145,7 +145,8 @@ TEST_P(RefreshTest, OneWithinACallIsFollowedByAnother) {
     EXPECT_EQ(TextOf(controls.edits[0]), L"600");
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, RefreshTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, RefreshTest, testing::Values(AccessPath::Named, AccessPath::Registers),
+                         AccessPathName);
 
 struct PageTraffic {
     std::uint64_t opening;
@@ -167,8 +168,8 @@ std::string KindOf(const simcam::driver_call& call) {
 
 class TrafficTest : public PageTest {
 protected:
-    std::vector<PageTraffic> Measure(Road road) {
-        camera_ = simcam::make_camera(CameraOn(road, "full"));
+    std::vector<PageTraffic> Measure(AccessPath access_path) {
+        camera_ = simcam::make_camera(CameraOn(access_path, "full"));
         std::vector<PageTraffic> all;
         for (const CLSID& clsid : {exposure_page, feature_page, lens_page, color_page}) {
             const PagePtr page = GivenPage(clsid);
@@ -194,13 +195,13 @@ protected:
 };
 
 TEST_F(TrafficTest, OfTheFullCameraByName) {
-    EXPECT_THAT(Measure(Road::Named), ElementsAre(PageTraffic{81, 35}, PageTraffic{36, 11},
-                                                  PageTraffic{69, 25}, PageTraffic{76, 29}));
+    EXPECT_THAT(Measure(AccessPath::Named), ElementsAre(PageTraffic{81, 35}, PageTraffic{36, 11},
+                                                        PageTraffic{69, 25}, PageTraffic{76, 29}));
 }
 
 TEST_F(TrafficTest, OfTheFullCameraOverRegisters) {
-    EXPECT_THAT(Measure(Road::Registers), ElementsAre(PageTraffic{61, 43}, PageTraffic{32, 12},
-                                                      PageTraffic{62, 31}, PageTraffic{68, 37}));
+    EXPECT_THAT(Measure(AccessPath::Registers), ElementsAre(PageTraffic{61, 43}, PageTraffic{32, 12},
+                                                            PageTraffic{62, 31}, PageTraffic{68, 37}));
 }
 
 /// A driver that takes its time, and a user who does not.
@@ -209,7 +210,7 @@ protected:
     static constexpr int steps = 50;
 
     static simcam::camera_options SlowCamera() {
-        simcam::camera_options options = CameraOn(Road::Named, "full");
+        simcam::camera_options options = CameraOn(AccessPath::Named, "full");
         options.call_delay = std::chrono::milliseconds(5);
         return options;
     }

@@ -108,7 +108,8 @@ TEST_F(ServerTest, CarriesTheTitlesOfThePages) {
 TEST_F(ServerTest, CarriesAnEmptyDialog) {
     const HRSRC found = FindResourceW(server_.Module(), MAKEINTRESOURCEW(105), RT_DIALOG);
     ASSERT_NE(found, nullptr);
-    // Extended template: version, signature, help id, extended style, style, number of controls, place, size.
+    // Extended template: version, signature, help id, extended style, style, number of controls, position,
+    // size.
     const auto* words = static_cast<const WORD*>(LockResource(LoadResource(server_.Module(), found)));
     EXPECT_EQ(words[0], 1);
     EXPECT_EQ(words[1], 0xFFFF);

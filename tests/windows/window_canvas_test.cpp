@@ -114,7 +114,7 @@ TEST_F(WindowCanvasTest, ALabelIsAStaticTextInTheFontOfThePage) {
     EXPECT_EQ(TextOf(label), L"Exposure");
     EXPECT_EQ(FirstStyleOf(label), 0x50000200u);
     EXPECT_EQ(FontOf(label), parent_.font);
-    const RECT edges = PlaceOf(label);
+    const RECT edges = RectOf(label);
     EXPECT_EQ(edges.left, 20);
     EXPECT_EQ(edges.top, 18);
     EXPECT_EQ(edges.right, 130);

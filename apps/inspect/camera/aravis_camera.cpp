@@ -28,7 +28,7 @@ public:
     ~call_failure() {
         if (error_ != nullptr) aravis().g_error_free(error_);
     }
-    [[nodiscard]] GError** place() noexcept { return &error_; }
+    [[nodiscard]] GError** output() noexcept { return &error_; }
     [[nodiscard]] std::string words() const {
         return error_ != nullptr ? error_->message : "no reason is given";
     }
@@ -78,7 +78,7 @@ class aravis_camera final : public live_camera {
 public:
     explicit aravis_camera(const std::string& name) : name_(name) {
         call_failure failure;
-        device_ = aravis().arv_open_device(name.c_str(), failure.place());
+        device_ = aravis().arv_open_device(name.c_str(), failure.output());
         if (device_ == nullptr) throw refused("cannot reach the camera " + name + ": " + failure.words());
         // Opening takes control where it is free; a reader has no use for it.
         leave_control();
@@ -127,7 +127,7 @@ private:
 void aravis_camera::take_control() {
     if (!is_network_camera()) return;  // who has opened a camera on USB has it alone
     call_failure failure;
-    if (aravis().arv_gv_device_take_control(network_device(), failure.place()) != FALSE) return;
+    if (aravis().arv_gv_device_take_control(network_device(), failure.output()) != FALSE) return;
     // Some cameras do not answer at all when they refuse.
     if (is_under_control()) throw refused("the camera " + name_ + " is under the control of another program");
     throw refused("the camera " + name_ + " does not give control: " + failure.words());
@@ -156,7 +156,7 @@ std::error_code aravis_camera::read(std::uint64_t address, void* buffer, std::in
     if (length < 0 || length > std::numeric_limits<std::int32_t>::max()) return GenICam::invalid_parameter;
     call_failure failure;
     const auto size = static_cast<guint32>(length);
-    if (aravis().arv_device_read_memory(device_, address, size, buffer, failure.place()) != FALSE) return {};
+    if (aravis().arv_device_read_memory(device_, address, size, buffer, failure.output()) != FALSE) return {};
     return judge(failure);
 }
 
@@ -168,7 +168,7 @@ std::error_code aravis_camera::write(std::uint64_t address, const void* buffer, 
     const auto size = static_cast<guint32>(length);
     // The library takes what it only reads for something that could change.
     void* const bytes = const_cast<void*>(buffer);
-    if (aravis().arv_device_write_memory(device_, address, size, bytes, failure.place()) != FALSE) return {};
+    if (aravis().arv_device_write_memory(device_, address, size, bytes, failure.output()) != FALSE) return {};
     return judge(failure);
 }
 

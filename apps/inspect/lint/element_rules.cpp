@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/element_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/feature_reader.h"
 #include "apps/inspect/lint/known_elements.h"
@@ -51,11 +51,11 @@ void check_duplicates_of(const lint_context& context, const node_element& enumer
     std::unordered_map<std::string_view, pugi::xml_node> first;
     for (const pugi::xml_node entry : enumeration.xml.children("EnumEntry")) {
         const std::string_view name = entry.attribute("Name").value();
-        const auto [place, is_new] = first.emplace(name, entry);
+        const auto [known, is_new] = first.emplace(name, entry);
         if (is_new) continue;
         findings.add(context.tree().position_of(entry),
                      fmt::format("entry {} of {} stands in line {} already", name, enumeration.name,
-                                 context.tree().position_of(place->second).line));
+                                 context.tree().position_of(known->second).line));
     }
 }
 

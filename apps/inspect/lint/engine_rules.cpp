@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/engine_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 namespace selvane_inspect {
 namespace {

@@ -56,7 +56,7 @@ std::string shortened(std::string_view text) {
     return inner.size() <= longest ? std::string(inner) : std::string(inner.substr(0, longest - 3)) + "...";
 }
 
-struct placed_operator {
+struct located_operator {
     token_kind kind;
     std::size_t start;
     std::size_t end;
@@ -66,7 +66,7 @@ struct placed_operator {
 struct operator_chain {
     std::size_t start = 0;
     std::size_t end = 0;
-    std::vector<placed_operator> operators;
+    std::vector<located_operator> operators;
     std::vector<std::size_t> negated_powers;  // operators ** whose left operand has a minus before it
 };
 
@@ -208,7 +208,7 @@ bool outline_writer::is_negated(node_index operand) const {
 void outline_writer::judge(const operator_chain& chain) {
     for (std::size_t first = 0; first + 1 < chain.operators.size(); ++first) judge_from(chain, first);
     for (const std::size_t power : chain.negated_powers) {
-        const placed_operator& at = chain.operators[power];
+        const located_operator& at = chain.operators[power];
         const std::size_t start = power == 0 ? chain.start : chain.operators[power - 1].end;
         const std::string base = piece(start, at.start);
         outline_.surprises.push_back({start, fmt::format("{} ** is computed as ({}) **", base, base)});
@@ -217,14 +217,14 @@ void outline_writer::judge(const operator_chain& chain) {
 
 // Where the left operand of an operator starts, with everything that is computed before it.
 std::size_t operand_start(const operator_chain& chain, std::size_t which) {
-    const std::vector<placed_operator>& operators = chain.operators;
+    const std::vector<located_operator>& operators = chain.operators;
     std::size_t at = which;
     while (at > 0 && computes_left_first(operators[at - 1].kind, operators[which].kind)) --at;
     return at == 0 ? chain.start : operators[at - 1].end;
 }
 
 std::size_t operand_end(const operator_chain& chain, std::size_t which) {
-    const std::vector<placed_operator>& operators = chain.operators;
+    const std::vector<located_operator>& operators = chain.operators;
     std::size_t next = which + 1;
     while (next < operators.size() && !computes_left_first(operators[which].kind, operators[next].kind))
         ++next;
@@ -233,15 +233,15 @@ std::size_t operand_end(const operator_chain& chain, std::size_t which) {
 
 // Looks at an operator and each behind it that competes for the operand between them.
 void outline_writer::judge_from(const operator_chain& chain, std::size_t first) {
-    const std::vector<placed_operator>& operators = chain.operators;
-    const placed_operator& left = operators[first];
+    const std::vector<located_operator>& operators = chain.operators;
+    const located_operator& left = operators[first];
     for (std::size_t second = first + 1; second < operators.size(); ++second) {
-        const placed_operator& right = operators[second];
+        const located_operator& right = operators[second];
         const bool left_first = computes_left_first(left.kind, right.kind);
         if (left_first != expects_left_first(left.kind, right.kind)) {
             const std::size_t start = operand_start(chain, first);
             const std::size_t stop = operand_end(chain, second);
-            const auto sign = [&](const placed_operator& one) {
+            const auto sign = [&](const located_operator& one) {
                 return tree_.text().substr(one.start, one.end - one.start);
             };
             const char* const order = left_first ? "({} {} {}) {} {}" : "{} {} ({} {} {})";

@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/formula_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/lint/formula_outline.h"

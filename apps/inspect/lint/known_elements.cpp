@@ -26,7 +26,7 @@ std::vector<std::string_view> collect_children() {
     };
     for (const node_facts& facts : GenICam::all_node_facts()) add_all(facts);
     add_all(GenICam::enum_entry_facts);
-    add_all(GenICam::struct_frame_facts);
+    add_all(GenICam::struct_reg_facts);
     return names;
 }
 
@@ -35,7 +35,7 @@ std::vector<std::string_view> collect_elements() {
     for (const node_facts& facts : GenICam::all_node_facts()) {
         if (names.empty() || names.back() != facts.element) names.push_back(facts.element);
     }
-    names.push_back(GenICam::struct_frame_facts.element);
+    names.push_back(GenICam::struct_reg_facts.element);
     names.emplace_back("Group");
     return names;
 }
@@ -59,7 +59,7 @@ element_use use_in_node(std::string_view made_as, std::string_view child) {
 
 element_use use_in_struct(std::string_view child) {
     if (contains(names_among_nodes(), child)) return element_use::read;
-    return use_in(GenICam::struct_frame_facts, child);
+    return use_in(GenICam::struct_reg_facts, child);
 }
 
 element_use use_among_nodes(std::string_view element) {

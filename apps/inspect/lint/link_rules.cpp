@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/link_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/circle_text.h"
 #include "apps/inspect/lint/known_elements.h"

@@ -62,7 +62,7 @@ file_report examine(const std::string& file, const lint_options& options) {
     return report;
 }
 
-std::string place_text(const std::string& file, text_position at) {
+std::string position_text(const std::string& file, text_position at) {
     return at.line == 0 ? file : fmt::format("{}:{}:{}", file, at.line, at.column);
 }
 
@@ -71,7 +71,7 @@ void print(std::ostream& out, const file_report& report) {
     for (const finding& one : report.findings) {
         broken.insert(one.rule);
         write_line(out,
-                   fmt::format("{}: {}: {}{} [{}]", place_text(report.file, one.at()),
+                   fmt::format("{}: {}: {}{} [{}]", position_text(report.file, one.at()),
                                severity_word(one.rule->level), one.message,
                                one.count > 1 ? fmt::format(" ({} times)", one.count) : "", one.rule->name));
     }
@@ -88,7 +88,7 @@ nlohmann::ordered_json as_json(const finding& one) {
                                    {"message", one.message}, {"count", one.count},
                                    {"why", one.rule->why},   {"what_to_do", one.rule->what_to_do}};
     json["places"] = nlohmann::ordered_json::array();
-    for (const text_position& at : one.places)
+    for (const text_position& at : one.positions)
         json["places"].push_back({{"line", at.line}, {"column", at.column}});
     return json;
 }

@@ -29,7 +29,7 @@ public:
     /// Every element that stands where nodes stand: under the root, in groups and in register structures.
     [[nodiscard]] std::vector<pugi::xml_node> elements_for_nodes() const;
     [[nodiscard]] text_position position_of(element_index element) const;
-    /// The place of a character in the text of an element, such as a formula.
+    /// The position of a character in the text of an element, such as a formula.
     [[nodiscard]] text_position position_in_text(pugi::xml_node element, std::size_t offset) const;
 
 private:

@@ -34,19 +34,21 @@ struct lint_rule {
 struct finding {
     const lint_rule* rule;
     std::string message;
-    std::vector<text_position> places;  ///< in the order of the file; empty for none
-    std::size_t count = 1;              ///< how often it was found
-    bool is_habit = false;              ///< of the whole file, and one finding however often
+    std::vector<text_position> positions;  ///< in the order of the file; empty for none
+    std::size_t count = 1;                 ///< how often it was found
+    bool is_habit = false;                 ///< of the whole file, and one finding however often
 
-    /// The first place; line 0 for none.
-    [[nodiscard]] text_position at() const { return places.empty() ? text_position{0, 0} : places.front(); }
+    /// The first position; line 0 for none.
+    [[nodiscard]] text_position at() const {
+        return positions.empty() ? text_position{0, 0} : positions.front();
+    }
 };
 
 /// The findings of one file.
 class finding_list {
 public:
     void begin(const lint_rule& rule) { rule_ = &rule; }
-    /// Adds a finding of the rule that was begun. The same once more at the same place is counted.
+    /// Adds a finding of the rule that was begun. The same once more at the same position is counted.
     void add(text_position at, std::string message);
     /// The same for what is one finding wherever it stands, such as a habit of a whole file.
     void add_habit(text_position at, std::string message);

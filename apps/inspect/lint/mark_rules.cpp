@@ -1,7 +1,7 @@
-#include "apps/inspect/lint/mark_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/feature_reader.h"
-#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/lint/marks.h"
 #include "apps/inspect/marked_items.h"
 #include "platform/text.h"
 #include "propui/page_groups.h"
@@ -81,7 +81,7 @@ void check_double_elements(const lint_context& context, GenICam::ICategory& item
         if (mark == platform::null_guid || !has_control(*feature)) continue;
         const auto [first, is_new] = known.emplace(mark, feature);
         if (is_new) continue;
-        findings.add(place_of_mark(context, *feature),
+        findings.add(position_of_mark(context, *feature),
                      fmt::format("{} bears the mark {} of {} in the item {}", feature->get_name(),
                                  platform::narrow(platform::format_guid(mark)), first->second->get_name(),
                                  item.get_name()));
@@ -101,7 +101,7 @@ void check_double_items(const lint_context& context, finding_list& findings) {
         }
         if (before == nullptr) continue;
         findings.add(
-            place_of_mark(context, *item.category, item_mark),
+            position_of_mark(context, *item.category, item_mark),
             fmt::format("{} bears the mark {} of {}", item.category->get_name(),
                         platform::narrow(platform::format_guid(item.id)), before->category->get_name()));
     }
@@ -129,7 +129,7 @@ void check_mark_texts(lint_context& context, finding_list& findings) {
         for (const char* mark : {item_mark, element_mark}) {
             const std::string_view text = node.get_extension(mark);
             if (text.empty() || is_marked(node, mark)) continue;
-            findings.add(place_of_mark(context, node, mark),
+            findings.add(position_of_mark(context, node, mark),
                          fmt::format("{} of {} is no GUID in braces: {}", mark, node.get_name(), text));
         }
     });
@@ -138,7 +138,7 @@ void check_mark_texts(lint_context& context, finding_list& findings) {
 void check_mark_groups(lint_context& context, finding_list& findings) {
     for (const listed_item& item : find_listed_items(context)) {
         if (item.pages != 0) continue;
-        findings.add(place_of_mark(context, *item.category, item_mark),
+        findings.add(position_of_mark(context, *item.category, item_mark),
                      fmt::format("the item {} is listed by {}, and no page shows that group",
                                  item.category->get_name(), platform::narrow(*item.group)));
     }
@@ -147,7 +147,7 @@ void check_mark_groups(lint_context& context, finding_list& findings) {
 void check_mark_kinds(lint_context& context, finding_list& findings) {
     for_each_node(context, [&](INode& node) {
         if (!is_marked(node, element_mark) || has_control(node)) return;
-        findings.add(place_of_mark(context, node),
+        findings.add(position_of_mark(context, node),
                      fmt::format("{} is marked as an element, but no page has a control for its kind",
                                  node.get_name()));
     });
@@ -171,11 +171,11 @@ void check_lost_marks(lint_context& context, finding_list& findings) {
         if (lost_item) {
             const char* const what = is_category ? "no way leads from Root to the item {}"
                                                  : "{} is marked as an item, but is no category";
-            findings.add(place_of_mark(context, node, item_mark),
+            findings.add(position_of_mark(context, node, item_mark),
                          fmt::format(fmt::runtime(what), node.get_name()));
         }
         if (lost_element) {
-            findings.add(place_of_mark(context, node),
+            findings.add(position_of_mark(context, node),
                          fmt::format("{} is marked as an element, but no item lists it", node.get_name()));
         }
     });
@@ -188,7 +188,7 @@ void check_empty_items(lint_context& context, finding_list& findings) {
             return is_marked(*feature, element_mark) && has_control(*feature);
         });
         if (shows_any) continue;
-        findings.add(place_of_mark(context, *item, item_mark),
+        findings.add(position_of_mark(context, *item, item_mark),
                      fmt::format("the item {} lists no marked feature with a control", item->get_name()));
     }
 }

@@ -1,7 +1,7 @@
-#include "apps/inspect/lint/number_rules.h"
+#include "apps/inspect/lint/rules.h"
 
 #include "apps/inspect/feature_reader.h"
-#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/lint/marks.h"
 #include "genicam/core/number_parser.h"
 #include "platform/text.h"
 #include "propui/number_text.h"
@@ -68,9 +68,9 @@ void for_each_marked_range(lint_context& context, Visit visit) {
     feature_reader reader(context.guard());
     for_each_marked_element(context, [&](INode& node) {
         if (node.get_node_type() != node_type::integer) return;
-        visit(marked_range{&node, place_of_mark(context, node), reader.read_limit(node, operation::minimum),
-                           reader.read_limit(node, operation::maximum),
-                           reader.read_limit(node, operation::increment)});
+        visit(marked_range{
+            &node, position_of_mark(context, node), reader.read_limit(node, operation::minimum),
+            reader.read_limit(node, operation::maximum), reader.read_limit(node, operation::increment)});
     });
 }
 
@@ -148,7 +148,7 @@ void check_units_without_room(lint_context& context, finding_list& findings) {
         if (unit.empty()) return;
         for (const double limit : telling_limits(reader, node)) {
             if (ZELPropUI::HasRoomForUnit(limit, platform::widen(unit))) continue;
-            findings.add(place_of_mark(context, node),
+            findings.add(position_of_mark(context, node),
                          fmt::format("{} is marked, and its edit has no room for {} behind {:.{}f}",
                                      node.get_name(), unit, limit, ZELPropUI::shown_decimals));
             break;

@@ -1,6 +1,6 @@
-#include "apps/inspect/lint/page_rules.h"
+#include "apps/inspect/lint/rules.h"
 
-#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/lint/marks.h"
 #include "apps/inspect/marked_items.h"
 #include "apps/inspect/pages/page_hazards.h"
 #include "apps/inspect/pages/page_preview.h"
@@ -51,7 +51,7 @@ void tell_row(const lint_context& context, const drawn_page& page, const drawn_r
     GenICam::INode* const feature = feature_of(context, row);
     GenICam::INode* const told = feature != nullptr ? feature : item_of_label(items, row);
     if (told == nullptr) return;
-    findings.add(place_of_mark(context, *told, feature != nullptr ? element_mark : item_mark),
+    findings.add(position_of_mark(context, *told, feature != nullptr ? element_mark : item_mark),
                  fmt::format("{} lies beyond the edge of the page {}", told->get_name(), TitleOf(page.name)));
 }
 
@@ -62,7 +62,7 @@ void check_page_edges(lint_context& context, finding_list& findings) {
     if (!context.is_loaded()) return;
     const items_by_name items = named_items(find_items(subject));
     if (items.empty() || find_page_hazard(subject)) return;
-    for (const drawn_page& page : preview_pages(subject, access_road::registers)) {
+    for (const drawn_page& page : preview_pages(subject, access_path::registers)) {
         for (const drawn_row& row : rows_of(page)) {
             if (lies_beyond_edge(row)) tell_row(context, page, row, items, findings);
         }

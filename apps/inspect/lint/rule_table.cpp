@@ -1,11 +1,4 @@
-#include "apps/inspect/lint/element_rules.h"
-#include "apps/inspect/lint/engine_rules.h"
-#include "apps/inspect/lint/formula_rules.h"
-#include "apps/inspect/lint/link_rules.h"
-#include "apps/inspect/lint/lint_rule.h"
-#include "apps/inspect/lint/mark_rules.h"
-#include "apps/inspect/lint/number_rules.h"
-#include "apps/inspect/lint/page_rules.h"
+#include "apps/inspect/lint/rules.h"
 #include "apps/inspect/marked_items.h"
 
 #include <algorithm>
@@ -162,28 +155,28 @@ std::string_view severity_word(severity level) noexcept {
 }
 
 finding& finding_list::at_key(key which) {
-    const auto [place, is_new] = known_.emplace(std::move(which), findings_.size());
-    if (is_new) findings_.push_back({rule_, std::get<std::string>(place->first), {}, 0});
-    return findings_[place->second];
+    const auto [known, is_new] = known_.emplace(std::move(which), findings_.size());
+    if (is_new) findings_.push_back({rule_, std::get<std::string>(known->first), {}, 0});
+    return findings_[known->second];
 }
 
 void finding_list::add(text_position at, std::string message) {
     finding& one = at_key({rule_, std::move(message), at.line, at.column});
-    if (++one.count == 1 && at.line != 0) one.places.push_back(at);
+    if (++one.count == 1 && at.line != 0) one.positions.push_back(at);
 }
 
 void finding_list::add_habit(text_position at, std::string message) {
     finding& one = at_key({rule_, std::move(message), 0, 0});
     one.is_habit = true;
     ++one.count;
-    if (at.line != 0) one.places.push_back(at);
+    if (at.line != 0) one.positions.push_back(at);
 }
 
 std::vector<finding> finding_list::take_sorted() {
     const auto is_before = [](text_position left, text_position right) {
         return std::tie(left.line, left.column) < std::tie(right.line, right.column);
     };
-    for (finding& one : findings_) std::sort(one.places.begin(), one.places.end(), is_before);
+    for (finding& one : findings_) std::sort(one.positions.begin(), one.positions.end(), is_before);
     std::stable_sort(findings_.begin(), findings_.end(), [&](const finding& left, const finding& right) {
         return is_before(left.at(), right.at());
     });

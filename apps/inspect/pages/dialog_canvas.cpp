@@ -17,8 +17,8 @@ constexpr int dots_per_inch = 96;
 constexpr std::string_view control_words[] = {"label", "slider",    "edit",  "spin button",
                                               "combo", "check box", "button"};
 
-placed_control placed_on(control_kind kind, const PageRect& place, ISliderController& controller) {
-    return {kind, place, {}, &controller, nullptr, controller.GetKey()};
+placed_control placed_on(control_kind kind, const PageRect& rect, ISliderController& controller) {
+    return {kind, rect, {}, &controller, nullptr, controller.GetKey()};
 }
 
 }  // namespace
@@ -33,34 +33,34 @@ int dialog_canvas::ScaleX(int measure) { return ZELPropUI::ScaleMeasure(measure,
 
 int dialog_canvas::ScaleY(int measure) { return ZELPropUI::ScaleMeasure(measure, dots_per_inch); }
 
-void dialog_canvas::AddLabel(const PageRect& place, std::wstring_view text) {
-    add({control_kind::label, place, text});
+void dialog_canvas::AddLabel(const PageRect& rect, std::wstring_view text) {
+    add({control_kind::label, rect, text});
 }
 
-void dialog_canvas::AddSlider(const PageRect& place, ISliderController& controller) {
-    add(placed_on(control_kind::slider, place, controller));
+void dialog_canvas::AddSlider(const PageRect& rect, ISliderController& controller) {
+    add(placed_on(control_kind::slider, rect, controller));
 }
 
-void dialog_canvas::AddEdit(const PageRect& place, ISliderController& controller) {
-    add(placed_on(control_kind::edit, place, controller));
+void dialog_canvas::AddEdit(const PageRect& rect, ISliderController& controller) {
+    add(placed_on(control_kind::edit, rect, controller));
 }
 
-void dialog_canvas::AddSpinButton(const PageRect& place, ISliderController& controller) {
-    add(placed_on(control_kind::spin_button, place, controller));
+void dialog_canvas::AddSpinButton(const PageRect& rect, ISliderController& controller) {
+    add(placed_on(control_kind::spin_button, rect, controller));
 }
 
-void dialog_canvas::AddCombo(const PageRect& place, CZELItemDataBase& item, InterfaceKey key) {
-    add({control_kind::combo, place, {}, nullptr, &item, key});
+void dialog_canvas::AddCombo(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key) {
+    add({control_kind::combo, rect, {}, nullptr, &item, key});
 }
 
-void dialog_canvas::AddSwitch(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+void dialog_canvas::AddSwitch(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                               std::wstring_view caption) {
-    add({control_kind::check_box, place, caption, nullptr, &item, key});
+    add({control_kind::check_box, rect, caption, nullptr, &item, key});
 }
 
-void dialog_canvas::AddButton(const PageRect& place, CZELItemDataBase& item, InterfaceKey key,
+void dialog_canvas::AddButton(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                               std::wstring_view caption) {
-    add({control_kind::button, place, caption, nullptr, &item, key});
+    add({control_kind::button, rect, caption, nullptr, &item, key});
 }
 
 }  // namespace selvane_inspect

@@ -12,7 +12,7 @@ enum class control_kind { label, slider, edit, spin_button, combo, check_box, bu
 /// What a layout tells of one control. The pointers are for the time of the call.
 struct placed_control {
     control_kind kind;
-    ZELPropUI::PageRect place;
+    ZELPropUI::PageRect rect;
     std::wstring_view text;                              ///< of labels, check boxes and buttons
     ZELPropUI::ISliderController* controller = nullptr;  ///< of sliders, edits and spin buttons
     ZELPropUI::CZELItemDataBase* item = nullptr;         ///< of combos, check boxes and buttons
@@ -26,15 +26,15 @@ public:
     int TextWidth(std::wstring_view text) final;
     int ScaleX(int measure) final;
     int ScaleY(int measure) final;
-    void AddLabel(const ZELPropUI::PageRect& place, std::wstring_view text) final;
-    void AddSlider(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) final;
-    void AddEdit(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) final;
-    void AddSpinButton(const ZELPropUI::PageRect& place, ZELPropUI::ISliderController& controller) final;
-    void AddCombo(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
+    void AddLabel(const ZELPropUI::PageRect& rect, std::wstring_view text) final;
+    void AddSlider(const ZELPropUI::PageRect& rect, ZELPropUI::ISliderController& controller) final;
+    void AddEdit(const ZELPropUI::PageRect& rect, ZELPropUI::ISliderController& controller) final;
+    void AddSpinButton(const ZELPropUI::PageRect& rect, ZELPropUI::ISliderController& controller) final;
+    void AddCombo(const ZELPropUI::PageRect& rect, ZELPropUI::CZELItemDataBase& item,
                   ZELPropUI::InterfaceKey key) final;
-    void AddSwitch(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
+    void AddSwitch(const ZELPropUI::PageRect& rect, ZELPropUI::CZELItemDataBase& item,
                    ZELPropUI::InterfaceKey key, std::wstring_view caption) final;
-    void AddButton(const ZELPropUI::PageRect& place, ZELPropUI::CZELItemDataBase& item,
+    void AddButton(const ZELPropUI::PageRect& rect, ZELPropUI::CZELItemDataBase& item,
                    ZELPropUI::InterfaceKey key, std::wstring_view caption) final;
 
 protected:

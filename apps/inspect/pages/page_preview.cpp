@@ -15,10 +15,10 @@
 namespace selvane_inspect {
 namespace {
 
-simcam::camera_ptr make_camera(description& of, access_road road) {
+simcam::camera_ptr make_camera(description& of, access_path access) {
     simcam::camera_options options;
     options.descriptions.push_back(of.source().bytes());
-    options.named_access = road == access_road::named;
+    options.named_access = access == access_path::named;
     options.camera_control = false;
     options.video_proc_amp = false;
     options.keep_transcript = false;
@@ -53,22 +53,22 @@ std::vector<drawn_page> draw_all(IKsPropertySet& filter) {
 
 }  // namespace
 
-std::vector<drawn_page> preview_pages(description& of, access_road road) {
+std::vector<drawn_page> preview_pages(description& of, access_path access) {
     if (const auto hazard = find_page_hazard(of)) throw refused(*hazard);
     live_camera* const live = camera_behind(of.path());
-    if (live == nullptr) return draw_all(*make_camera(of, road)->property_set());
-    if (road == access_road::named)
+    if (live == nullptr) return draw_all(*make_camera(of, access)->property_set());
+    if (access == access_path::named)
         throw wrong_use("a camera is reached by its registers: named access needs a driver");
     return draw_all(*make_camera_filter(*live));
 }
 
 std::vector<drawn_row> rows_of(const drawn_page& page) {
     std::map<int, drawn_row> rows;
-    for (const drawn_control& control : page.controls) rows[control.place.top].push_back(&control);
+    for (const drawn_control& control : page.controls) rows[control.rect.top].push_back(&control);
     std::vector<drawn_row> sorted;
     for (auto& [top, row] : rows) {
         std::stable_sort(row.begin(), row.end(), [](const auto* left, const auto* right) {
-            return left->place.left < right->place.left;
+            return left->rect.left < right->rect.left;
         });
         sorted.push_back(std::move(row));
     }

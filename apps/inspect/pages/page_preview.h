@@ -11,13 +11,13 @@
 
 namespace selvane_inspect {
 
-/// By which road the pages reach the features.
-enum class access_road { registers, named };
+/// By which access path the pages reach the features.
+enum class access_path { registers, named };
 
 /// Lays out the four pages by the code of the pages themselves, over a simulated camera that has the
 /// description and its registers, and no fixed driver property. Throws `inspect_error` when the real pages
 /// would not survive it.
-[[nodiscard]] std::vector<drawn_page> preview_pages(description& of, access_road road);
+[[nodiscard]] std::vector<drawn_page> preview_pages(description& of, access_path access);
 
 /// What stands at one height, from left to right.
 using drawn_row = std::vector<const drawn_control*>;

@@ -53,12 +53,12 @@ xml_node add_element(xml_node parent, const char* element, std::initializer_list
     return added;
 }
 
-void add_box(xml_node parent, const PageRect& place, const char* fill, const char* stroke) {
+void add_box(xml_node parent, const PageRect& rect, const char* fill, const char* stroke) {
     add_element(parent, "rect",
-                {{"x", half_pixel(place.left)},
-                 {"y", half_pixel(place.top)},
-                 {"width", pixels(std::max(place.width - 1, 0))},
-                 {"height", pixels(std::max(place.height - 1, 0))},
+                {{"x", half_pixel(rect.left)},
+                 {"y", half_pixel(rect.top)},
+                 {"width", pixels(std::max(rect.width - 1, 0))},
+                 {"height", pixels(std::max(rect.height - 1, 0))},
                  {"fill", fill},
                  {"stroke", stroke}});
 }
@@ -96,10 +96,10 @@ void draw_slider(xml_node group, const drawn_control& control) {
     constexpr int groove_height = 4;
     constexpr int thumb_width = 10;
     constexpr int thumb_height = 18;
-    const PageRect& place = control.place;
-    const int room = std::max(place.width - 2 * margin, 0);
-    const int middle = place.top + place.height / 2;
-    add_box(group, {place.left + margin, middle - groove_height / 2, room, groove_height}, "#e7eaea",
+    const PageRect& rect = control.rect;
+    const int room = std::max(rect.width - 2 * margin, 0);
+    const int middle = rect.top + rect.height / 2;
+    add_box(group, {rect.left + margin, middle - groove_height / 2, room, groove_height}, "#e7eaea",
             "#d6d6d6");
     double share = 0;
     if (control.position && control.highest_position &&
@@ -108,31 +108,31 @@ void draw_slider(xml_node group, const drawn_control& control) {
         share = (*control.position - low) / (*control.highest_position - low);
     }
     const int thumb =
-        place.left + margin + static_cast<int>(std::clamp(share, 0.0, 1.0) * room) - thumb_width / 2;
+        rect.left + margin + static_cast<int>(std::clamp(share, 0.0, 1.0) * room) - thumb_width / 2;
     add_box(group, {thumb, middle - thumb_height / 2, thumb_width, thumb_height},
             control.enabled ? "#0078d7" : "#cccccc", "#7a7a7a");
 }
 
 void draw_edit(xml_node group, const drawn_control& control) {
     constexpr int margin = 4;
-    add_box(group, control.place, control.enabled ? "#f0f0f0" : "#e6e6e6", "#7a7a7a");
-    add_text(group, control.place.left + margin, control.place, "start", control);
+    add_box(group, control.rect, control.enabled ? "#f0f0f0" : "#e6e6e6", "#7a7a7a");
+    add_text(group, control.rect.left + margin, control.rect, "start", control);
 }
 
 void draw_spin_button(xml_node group, const drawn_control& control) {
-    const PageRect& place = control.place;
-    const int half = place.height / 2;
-    add_box(group, {place.left, place.top, place.width, half}, "#e1e1e1", "#adadad");
-    add_box(group, {place.left, place.top + half, place.width, place.height - half}, "#e1e1e1", "#adadad");
-    const int middle = place.left + place.width / 2;
-    add_shape(group, middle - 3, place.top + half / 2 + 2, "l3 -3l3 3z", ink(control));
-    add_shape(group, middle - 3, place.top + half + half / 2 - 1, "l3 3l3 -3z", ink(control));
+    const PageRect& rect = control.rect;
+    const int half = rect.height / 2;
+    add_box(group, {rect.left, rect.top, rect.width, half}, "#e1e1e1", "#adadad");
+    add_box(group, {rect.left, rect.top + half, rect.width, rect.height - half}, "#e1e1e1", "#adadad");
+    const int middle = rect.left + rect.width / 2;
+    add_shape(group, middle - 3, rect.top + half / 2 + 2, "l3 -3l3 3z", ink(control));
+    add_shape(group, middle - 3, rect.top + half + half / 2 - 1, "l3 3l3 -3z", ink(control));
 }
 
 void draw_combo(xml_node group, const drawn_control& control) {
     constexpr int margin = 5;
     constexpr int arrow_room = 14;
-    const PageRect closed = {control.place.left, control.place.top, control.place.width, closed_combo_height};
+    const PageRect closed = {control.rect.left, control.rect.top, control.rect.width, closed_combo_height};
     add_box(group, closed, control.enabled ? "#ffffff" : "#e6e6e6", "#7a7a7a");
     add_text(group, closed.left + margin, closed, "start", control);
     add_shape(group, closed.left + closed.width - arrow_room, closed.top + closed.height / 2 - 2,
@@ -142,8 +142,8 @@ void draw_combo(xml_node group, const drawn_control& control) {
 void draw_check_box(xml_node group, const drawn_control& control) {
     constexpr int size = 13;
     constexpr int gap = 3;
-    const PageRect& place = control.place;
-    const PageRect square = {place.left, place.top + (place.height - size) / 2, size, size};
+    const PageRect& rect = control.rect;
+    const PageRect square = {rect.left, rect.top + (rect.height - size) / 2, size, size};
     add_box(group, square, "#ffffff", ink(control));
     if (control.checked) {
         add_element(group, "path",
@@ -152,18 +152,18 @@ void draw_check_box(xml_node group, const drawn_control& control) {
                      {"stroke", ink(control)},
                      {"stroke-width", "2"}});
     }
-    add_text(group, place.left + size + gap, place, "start", control);
+    add_text(group, rect.left + size + gap, rect, "start", control);
 }
 
 void draw_button(xml_node group, const drawn_control& control) {
-    add_box(group, control.place, "#e1e1e1", "#adadad");
-    add_text(group, control.place.left + control.place.width / 2, control.place, "middle", control);
+    add_box(group, control.rect, "#e1e1e1", "#adadad");
+    add_text(group, control.rect.left + control.rect.width / 2, control.rect, "middle", control);
 }
 
 void draw_kind(xml_node group, const drawn_control& control) {
     switch (control.kind) {
         case control_kind::label:
-            return add_text(group, control.place.left, control.place, "start", control);
+            return add_text(group, control.rect.left, control.rect, "start", control);
         case control_kind::slider:
             return draw_slider(group, control);
         case control_kind::edit:
@@ -187,10 +187,10 @@ void draw_control(xml_node picture, const drawn_control& control) {
         add_element(picture, "g", {{"class", kind}, {"data-feature", drawable(control.feature)}});
     add_element(group, "rect",
                 {{"class", "place"},
-                 {"x", pixels(control.place.left)},
-                 {"y", pixels(control.place.top)},
-                 {"width", pixels(control.place.width)},
-                 {"height", pixels(control.place.height)},
+                 {"x", pixels(control.rect.left)},
+                 {"y", pixels(control.rect.top)},
+                 {"width", pixels(control.rect.width)},
+                 {"height", pixels(control.rect.height)},
                  {"fill", "none"}});
     draw_kind(group, control);
 }
@@ -200,9 +200,8 @@ xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {
     int bottom = page_height;
     for (const drawn_control& control : page.controls) {
         const bool is_combo = control.kind == control_kind::combo;
-        right = std::max(right, control.place.left + control.place.width);
-        bottom =
-            std::max(bottom, control.place.top + (is_combo ? closed_combo_height : control.place.height));
+        right = std::max(right, control.rect.left + control.rect.width);
+        bottom = std::max(bottom, control.rect.top + (is_combo ? closed_combo_height : control.rect.height));
     }
     const std::string width = pixels(right);
     const std::string height = pixels(bottom);

@@ -51,7 +51,7 @@ bool tells_state(control_kind kind) {
 // before them is told there.
 std::string row_text(const drawn_row& row) {
     constexpr int pixels_a_blank = 10;
-    std::string text(static_cast<std::size_t>(row.front()->place.left / pixels_a_blank), ' ');
+    std::string text(static_cast<std::size_t>(row.front()->rect.left / pixels_a_blank), ' ');
     std::string_view separator;
     bool cut_off = false;
     for (const drawn_control* control : row) {
@@ -75,9 +75,9 @@ std::string joined_groups(ZELPropUI::PageName page) {
 }
 
 nlohmann::ordered_json control_json(const drawn_control& control) {
-    nlohmann::ordered_json json = {{"kind", control_word(control.kind)}, {"left", control.place.left},
-                                   {"top", control.place.top},           {"width", control.place.width},
-                                   {"height", control.place.height},     {"text", control.text}};
+    nlohmann::ordered_json json = {
+        {"kind", control_word(control.kind)}, {"left", control.rect.left},     {"top", control.rect.top},
+        {"width", control.rect.width},        {"height", control.rect.height}, {"text", control.text}};
     if (control.kind == control_kind::label) return json;
     json["feature"] = control.feature;
     json["enabled"] = control.enabled;

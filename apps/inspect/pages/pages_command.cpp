@@ -14,14 +14,14 @@ namespace {
 
 // The files of the pages that have something to show.
 std::vector<std::string> save_pictures(const std::vector<drawn_page>& pages, const std::string& folder) {
-    const std::filesystem::path place = std::filesystem::u8path(folder);
+    const std::filesystem::path path = std::filesystem::u8path(folder);
     std::error_code failure;
-    std::filesystem::create_directories(place, failure);
-    if (!std::filesystem::is_directory(place, failure)) throw wrong_use("cannot make the folder " + folder);
+    std::filesystem::create_directories(path, failure);
+    if (!std::filesystem::is_directory(path, failure)) throw wrong_use("cannot make the folder " + folder);
     std::vector<std::string> files;
     for (const drawn_page& page : pages) {
         if (!page.offered) continue;
-        files.push_back((place / (std::string(page_word(page.name)) + ".svg")).u8string());
+        files.push_back((path / (std::string(page_word(page.name)) + ".svg")).u8string());
         write_file(files.back(), page_svg(page));
     }
     return files;
@@ -38,13 +38,14 @@ std::string reason_for_nothing(const std::vector<drawn_page>& drawn, const descr
 }  // namespace
 
 int pages(const pages_options& options, const channels& to) {
-    const access_road road = options.road == named_road ? access_road::named : access_road::registers;
+    const access_path access =
+        options.access_path == named_path ? access_path::named : access_path::registers;
     const auto opened = open(options.input);
-    const std::vector<drawn_page> drawn = preview_pages(*opened, road);
+    const std::vector<drawn_page> drawn = preview_pages(*opened, access);
     const std::vector<std::string> files =
         options.folder.empty() ? std::vector<std::string>() : save_pictures(drawn, options.folder);
     nlohmann::ordered_json json = {
-        {"command", "pages"}, {"file", options.input.file}, {"access", options.road}};
+        {"command", "pages"}, {"file", options.input.file}, {"access", options.access_path}};
     const std::string reason = reason_for_nothing(drawn, *opened);
     if (!reason.empty()) json["note"] = reason;
     bool first = true;

@@ -23,7 +23,8 @@ std::string feature_of(InterfaceKey key) {
 }
 
 // Over named access an item answers either question with the 8 bytes that the driver has, so that the kind of
-// the feature decides which one is asked, as it does on a page.
+// the feature decides which one is asked, as it does on a page. A page shows the units of physical values
+// alone.
 void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control) {
     GenICam::INode* node = genicam_adapter::node_of(key);
     if (node != nullptr && node->get_node_type() == GenICam::node_type::floating) {
@@ -32,6 +33,10 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
             control.minimum = real.min;
             control.maximum = real.max;
         }
+        SharedString unit;
+        std::int32_t scale = ZELAdapterHelper::scale_linear;
+        if (SUCCEEDED(GuardedItem(item).GetAbsUnit(key, unit, scale)))
+            control.unit = platform::narrow(unit.View());
     } else {
         RangeInfo range;
         if (SUCCEEDED(GuardedItem(item).GetRange(key, range))) {
@@ -39,11 +44,6 @@ void add_limits(CZELItemDataBase& item, InterfaceKey key, drawn_control& control
             control.maximum = range.max;
             control.step = range.step;
         }
-    }
-    SharedString unit;
-    std::int32_t scale = ZELAdapterHelper::scale_linear;
-    if (SUCCEEDED(GuardedItem(item).GetAbsUnit(key, unit, scale))) {
-        control.unit = platform::narrow(unit.View());
     }
 }
 
@@ -83,14 +83,14 @@ void show_item(CZELItemDataBase& item, InterfaceKey key, drawn_control& control)
 }  // namespace
 
 bool is_beyond_edge(const drawn_control& control) noexcept {
-    const int height = control.kind == control_kind::combo ? 0 : control.place.height;
-    return control.place.left + control.place.width > page_width || control.place.top + height > page_height;
+    const int height = control.kind == control_kind::combo ? 0 : control.rect.height;
+    return control.rect.left + control.rect.width > page_width || control.rect.top + height > page_height;
 }
 
 void preview_canvas::add(const placed_control& placed) {
     drawn_control& control = page_.controls.emplace_back();
     control.kind = placed.kind;
-    control.place = placed.place;
+    control.rect = placed.rect;
     control.text = platform::narrow(placed.text);
     control.feature = feature_of(placed.key);
     if (placed.controller != nullptr) show_number(*placed.controller, control);

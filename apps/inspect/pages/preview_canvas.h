@@ -12,7 +12,7 @@ namespace selvane_inspect {
 /// One thing on a page, as it would show itself when the page opens. Texts are UTF-8.
 struct drawn_control {
     control_kind kind;
-    ZELPropUI::PageRect place;
+    ZELPropUI::PageRect rect;
     std::string text;  ///< label, caption, contents of an edit, selected string of a combo
     bool enabled = true;
     std::string feature;  ///< the node behind it; empty for labels

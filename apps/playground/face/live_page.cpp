@@ -24,7 +24,7 @@ std::int32_t as_message_word(std::int32_t number) { return static_cast<std::int1
 
 // Labels at the left margin name an item, those behind them an element.
 void live_page::note_label(const selvane_inspect::placed_control& label) {
-    const bool names_item = label.place.left == ScaleX(ZELPropUI::measure::left_margin);
+    const bool names_item = label.rect.left == ScaleX(ZELPropUI::measure::left_margin);
     (names_item ? item_ : element_) = platform::narrow(label.text);
     if (names_item) element_.clear();
 }
@@ -33,7 +33,7 @@ void live_page::add(const selvane_inspect::placed_control& placed) {
     if (placed.kind == control_kind::label) note_label(placed);
     live_control& control = controls_.emplace_back();
     control.kind = placed.kind;
-    control.place = placed.place;
+    control.rect = placed.rect;
     control.text = placed.text;
     control.item = item_;
     control.element = element_;
@@ -152,10 +152,10 @@ nlohmann::ordered_json live_page::layout_json() const {
     auto all = nlohmann::ordered_json::array();
     for (const live_control& control : controls_) {
         nlohmann::ordered_json json = {{"kind", selvane_inspect::control_word(control.kind)},
-                                       {"left", control.place.left},
-                                       {"top", control.place.top},
-                                       {"width", control.place.width},
-                                       {"height", control.place.height},
+                                       {"left", control.rect.left},
+                                       {"top", control.rect.top},
+                                       {"width", control.rect.width},
+                                       {"height", control.rect.height},
                                        {"item", control.item},
                                        {"element", control.element},
                                        {"feature", control.feature}};

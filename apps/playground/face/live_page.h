@@ -21,7 +21,7 @@ using feature_names = std::unordered_map<ZELPropUI::InterfaceKey, std::string>;
 /// A control of a page: what it is bound to, and what it shows now.
 struct live_control {
     selvane_inspect::control_kind kind;
-    ZELPropUI::PageRect place;
+    ZELPropUI::PageRect rect;
     std::wstring text;    ///< label, caption, contents of an edit
     std::string item;     ///< the labels that it stands behind
     std::string element;  ///< empty on the head row of an item

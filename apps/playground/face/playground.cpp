@@ -17,7 +17,7 @@ namespace selvane_playground {
 namespace {
 
 using json = nlohmann::ordered_json;
-using selvane_inspect::access_road;
+using selvane_inspect::access_path;
 using ZELPropUI::PageName;
 
 // What is known of a page before it is shown.
@@ -108,7 +108,7 @@ workbench& playground::bench() {
 
 json playground::open(const json& request, std::string_view payload) {
     camera_settings settings;
-    if (request.value("access", "named") == "registers") settings.access = access_road::registers;
+    if (request.value("access", "named") == "registers") settings.access = access_path::registers;
     settings.simulated = request.value("simulated", false);
     if (request.contains("registers")) settings.registers = request.at("registers").get<std::string>();
     auto made = std::make_unique<workbench>(std::string(payload), settings);

@@ -12,7 +12,7 @@
 namespace selvane_playground {
 namespace {
 
-using selvane_inspect::access_road;
+using selvane_inspect::access_path;
 using ZELPropUI::PageName;
 
 simcam::camera_options options_of(std::string description, const camera_settings& settings) {
@@ -21,7 +21,7 @@ simcam::camera_options options_of(std::string description, const camera_settings
     options.start_from_defaults = !settings.registers;
     options.descriptions = {std::move(description)};
     if (settings.registers) options.memory = *settings.registers;
-    options.named_access = settings.access == access_road::named;
+    options.named_access = settings.access == access_path::named;
     options.register_access = !options.named_access;
     return options;
 }

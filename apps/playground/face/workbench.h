@@ -18,7 +18,7 @@ namespace selvane_playground {
 
 /// Which camera stands behind a description.
 struct camera_settings {
-    selvane_inspect::access_road access = selvane_inspect::access_road::named;
+    selvane_inspect::access_path access = selvane_inspect::access_path::named;
     /// With the registers and the firmware of the simulated camera, whose own description is being changed;
     /// else the registers hold the defaults that the description states.
     bool simulated = false;

@@ -66,11 +66,10 @@ HRESULT PropertyPage::Show(UINT command) {
     return S_OK;
 }
 
-HRESULT PropertyPage::Move(LPCRECT place) {
+HRESULT PropertyPage::Move(LPCRECT rect) {
     if (PageWindow() == nullptr) return E_UNEXPECTED;
-    if (place == nullptr) return E_POINTER;
-    MoveWindow(PageWindow(), place->left, place->top, place->right - place->left, place->bottom - place->top,
-               TRUE);
+    if (rect == nullptr) return E_POINTER;
+    MoveWindow(PageWindow(), rect->left, rect->top, rect->right - rect->left, rect->bottom - rect->top, TRUE);
     return S_OK;
 }
 
@@ -98,8 +97,8 @@ HRESULT PropertyPage::TranslateAccelerator(MSG* message) {
     return IsDialogMessageW(PageWindow(), message) != 0 ? S_OK : S_FALSE;
 }
 
-void PropertyPage::RecordSize(const RECT& place) noexcept {
-    size_ = {place.right - place.left, place.bottom - place.top};
+void PropertyPage::RecordSize(const RECT& rect) noexcept {
+    size_ = {rect.right - rect.left, rect.bottom - rect.top};
 }
 
 }  // namespace ZELPropUI::Framework

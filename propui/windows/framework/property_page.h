@@ -30,7 +30,7 @@ public:
     HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite* site) override;
     HRESULT STDMETHODCALLTYPE GetPageInfo(PROPPAGEINFO* info) override;
     HRESULT STDMETHODCALLTYPE Show(UINT command) override;
-    HRESULT STDMETHODCALLTYPE Move(LPCRECT place) override;
+    HRESULT STDMETHODCALLTYPE Move(LPCRECT rect) override;
     HRESULT STDMETHODCALLTYPE IsPageDirty() override;
     HRESULT STDMETHODCALLTYPE Apply() override;
     HRESULT STDMETHODCALLTYPE Help(LPCOLESTR directory) override;
@@ -45,7 +45,7 @@ protected:
     using Objects = std::vector<platform::com_ptr<IUnknown>>;
     /// Keeps the objects in the place of earlier ones.
     void KeepObjects(Objects objects) noexcept { objects_.swap(objects); }
-    void RecordSize(const RECT& place) noexcept;
+    void RecordSize(const RECT& rect) noexcept;
     [[nodiscard]] const PageResources& Resources() const noexcept { return resources_; }
 
 private:

@@ -30,13 +30,12 @@ SuperclassedWindow::~SuperclassedWindow() {
     DestroyWindow(Handle());
 }
 
-bool SuperclassedWindow::CreateChild(Superclass& superclass, HWND parent, const RECT& place, DWORD style) {
+bool SuperclassedWindow::CreateChild(Superclass& superclass, HWND parent, const RECT& rect, DWORD style) {
     if (!superclass.Register()) return false;
     base_procedure_ = superclass.BaseProcedure();
     const PendingWindow pending(*this);
-    return CreateWindowExW(0, superclass.Name(), nullptr, style, place.left, place.top,
-                           place.right - place.left, place.bottom - place.top, parent, nullptr,
-                           ModuleHandle(), nullptr) != nullptr;
+    return CreateWindowExW(0, superclass.Name(), nullptr, style, rect.left, rect.top, rect.right - rect.left,
+                           rect.bottom - rect.top, parent, nullptr, ModuleHandle(), nullptr) != nullptr;
 }
 
 void SuperclassedWindow::Close() noexcept {

@@ -33,7 +33,7 @@ protected:
     ~SuperclassedWindow();
 
     /// Creates the window as a child. False if the platform refuses.
-    [[nodiscard]] bool CreateChild(Superclass& superclass, HWND parent, const RECT& place, DWORD style);
+    [[nodiscard]] bool CreateChild(Superclass& superclass, HWND parent, const RECT& rect, DWORD style);
     /// False once the page is closed: nobody is left to be told anything.
     [[nodiscard]] bool IsOnPage() const noexcept { return Handle() != nullptr && !outlives_parent_; }
     /// What the platform's class does with a message.

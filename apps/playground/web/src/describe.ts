@@ -69,9 +69,9 @@ function registerLine(source: Source, events: DescribeEvents): HTMLElement | und
   const { register } = source;
   if (!register) return undefined;
   const address = BigInt(register.address);
-  const place = `0x${address.toString(16).toUpperCase().padStart(8, "0")}`;
+  const at = `0x${address.toString(16).toUpperCase().padStart(8, "0")}`;
   const words = [register.byte_order, register.bytes, register.mask && `mask ${register.mask}`].filter(Boolean);
-  return make("div", { class: "fact" }, "register ", link(place, () => events.register(address)), ` ${words.join(" ")}`);
+  return make("div", { class: "fact" }, "register ", link(at, () => events.register(address)), ` ${words.join(" ")}`);
 }
 
 function sourceItem(source: Source, events: DescribeEvents): HTMLLIElement {

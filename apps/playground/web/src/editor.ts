@@ -56,7 +56,7 @@ export interface EditorEvents {
   /** The text is another one than before. */
   changed(): void;
   /** The cursor stands elsewhere, by mouse or keys. */
-  moved(place: number): void;
+  moved(position: number): void;
 }
 
 export class Editor {
@@ -102,11 +102,11 @@ export class Editor {
     this.view.dispatch(setDiagnostics(this.view.state, findings));
   }
 
-  /** Marks the line of a place, and shows it. */
-  choose(place: number, focus = false): void {
+  /** Marks the line of a position, and shows it. */
+  choose(position: number, focus = false): void {
     this.view.dispatch({
-      effects: [chooseLine.of(place), EditorView.scrollIntoView(place, { y: "center" })],
-      ...(focus ? { selection: { anchor: place } } : {}),
+      effects: [chooseLine.of(position), EditorView.scrollIntoView(position, { y: "center" })],
+      ...(focus ? { selection: { anchor: position } } : {}),
     });
     if (focus) this.view.focus();
   }

@@ -51,11 +51,11 @@ function linksIn(state: EditorState, element: SyntaxNode): string[] {
   return [...inside.matchAll(/<p[A-Z]\w*[^>]*>\s*([\w.-]+)\s*</g)].map((match) => match[1] ?? "");
 }
 
-/** The named elements around a place in the text, the innermost first. */
-export function elementsAt(state: EditorState, place: number): NamedElement[] {
-  const tree = ensureSyntaxTree(state, Math.min(state.doc.length, place + 1000), 20);
+/** The named elements around a position in the text, the innermost first. */
+export function elementsAt(state: EditorState, position: number): NamedElement[] {
+  const tree = ensureSyntaxTree(state, Math.min(state.doc.length, position + 1000), 20);
   const found: NamedElement[] = [];
-  for (let node: SyntaxNode | null = tree?.resolveInner(place, -1) ?? null; node; node = node.parent) {
+  for (let node: SyntaxNode | null = tree?.resolveInner(position, -1) ?? null; node; node = node.parent) {
     if (node.name !== "Element") continue;
     const tag = childOf(node, "OpenTag", "SelfClosingTag");
     const name = tag ? nameIn(state, tag) : "";

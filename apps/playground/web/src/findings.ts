@@ -5,7 +5,7 @@ import type { Text } from "@codemirror/state";
 
 import { make } from "./dom";
 
-export interface Place {
+export interface Position {
   line: number;
   column: number;
 }
@@ -19,15 +19,15 @@ export interface Finding {
   count: number;
   why: string;
   what_to_do: string;
-  places: Place[];
+  places: Position[];
 }
 
-const mostPlaces = 50; // of one finding
+const mostPositions = 50; // of one finding
 const mostMarks = 1000;
 const mostRows = 300;
 
-/** The offset of a place as the inspector counts: a column is a character, whatever the editor counts it as. */
-export function offsetOf(text: Text, { line, column }: Place): number {
+/** The offset of a position as the inspector counts: a column is a character, whatever the editor counts it as. */
+export function offsetOf(text: Text, { line, column }: Position): number {
   if (line < 1 || line > text.lines) return 0;
   const found = text.line(line);
   let at = 0;
@@ -37,7 +37,7 @@ export function offsetOf(text: Text, { line, column }: Place): number {
   return found.from + at;
 }
 
-/** The word that begins at a place: a tag with its bracket, a name, a number. */
+/** The word that begins at a position: a tag with its bracket, a name, a number. */
 function endOfWord(text: Text, from: number): number {
   const line = text.lineAt(from);
   const word = /^<?\/?[\w.:-]+|^\S/.exec(line.text.slice(from - line.from));
@@ -52,9 +52,9 @@ function remedyOf(finding: Finding): string {
 export function diagnosticsOf(text: Text, findings: Finding[]): Diagnostic[] {
   const marks: Diagnostic[] = [];
   for (const finding of findings) {
-    for (const place of finding.places.slice(0, mostPlaces)) {
-      if (place.line < 1 || place.line > text.lines) continue;
-      const from = offsetOf(text, place);
+    for (const position of finding.places.slice(0, mostPositions)) {
+      if (position.line < 1 || position.line > text.lines) continue;
+      const from = offsetOf(text, position);
       marks.push({
         from,
         to: endOfWord(text, from),
@@ -67,9 +67,9 @@ export function diagnosticsOf(text: Text, findings: Finding[]): Diagnostic[] {
   return marks.slice(0, mostMarks).sort((one, other) => one.from - other.from);
 }
 
-/** Why the text is no description, at its place. */
-export function brokenAt(text: Text, place: Place, message: string): Diagnostic {
-  const from = Math.min(offsetOf(text, place), text.length);
+/** Why the text is no description, at its position. */
+export function brokenAt(text: Text, position: Position, message: string): Diagnostic {
+  const from = Math.min(offsetOf(text, position), text.length);
   return { from, to: endOfWord(text, from), severity: "error", source: "XML", message };
 }
 
@@ -82,7 +82,7 @@ export function countsOf(findings: Finding[]): string {
   return parts.join(", ");
 }
 
-export function showList(list: HTMLElement, findings: Finding[], go: (place: Place) => void): void {
+export function showList(list: HTMLElement, findings: Finding[], go: (position: Position) => void): void {
   list.replaceChildren(
     ...findings.slice(0, mostRows).map((finding) => {
       const times = finding.count > 1 ? ` (${finding.count} times)` : "";

@@ -85,7 +85,7 @@ class Playground {
   });
   private readonly editor = new Editor(byId("editor"), {
     changed: () => this.onEdit(),
-    moved: (place) => this.onCursor(place),
+    moved: (position) => this.onCursor(position),
   });
   private form: FileForm = plainForm;
   private fileName = "description.xml";
@@ -249,11 +249,11 @@ class Playground {
   private showBroken(text: string, { error }: Answer): void {
     if (!error) return;
     this.setBroken(true);
-    const place = { line: error.line ?? 1, column: error.column ?? 1 };
-    const where = error.line === undefined ? "" : `Line ${place.line}, column ${place.column}: `;
+    const position = { line: error.line ?? 1, column: error.column ?? 1 };
+    const where = error.line === undefined ? "" : `Line ${position.line}, column ${position.column}: `;
     this.tell(`${where}${error.message}. The pages are those of the last good text.`, true);
     if (text !== this.editor.getText()) return;
-    this.editor.showFindings([brokenAt(this.editor.view.state.doc, place, error.message)]);
+    this.editor.showFindings([brokenAt(this.editor.view.state.doc, position, error.message)]);
   }
 
   private showCurrent(): void {
@@ -310,14 +310,14 @@ class Playground {
   private onControl(feature: string): void {
     if (feature === this.chosen) return;
     this.chosen = feature;
-    const place = findElement(this.editor.getText(), feature);
-    if (place >= 0) this.editor.choose(place);
+    const position = findElement(this.editor.getText(), feature);
+    if (position >= 0) this.editor.choose(position);
     this.onTool();
   }
 
-  private onCursor(place: number): void {
+  private onCursor(position: number): void {
     if (this.broken) return;
-    const around = elementsAt(this.editor.view.state, place);
+    const around = elementsAt(this.editor.view.state, position);
     const [innermost] = around;
     if (innermost) void this.findControls(innermost);
   }
@@ -349,8 +349,8 @@ class Playground {
   }
 
   private goTo(name: string): void {
-    const place = findElement(this.editor.getText(), name);
-    if (place >= 0) this.editor.choose(place, true);
+    const position = findElement(this.editor.getText(), name);
+    if (position >= 0) this.editor.choose(position, true);
   }
 
   // Findings
@@ -367,8 +367,8 @@ class Playground {
   private showFindings(findings: Finding[]): void {
     this.editor.showFindings(diagnosticsOf(this.editor.view.state.doc, findings));
     byId("findings-title").textContent = `Findings: ${countsOf(findings)}`;
-    showList(byId("findings"), findings, (place) => {
-      this.editor.choose(offsetOf(this.editor.view.state.doc, place), true);
+    showList(byId("findings"), findings, (position) => {
+      this.editor.choose(offsetOf(this.editor.view.state.doc, position), true);
     });
   }
 

@@ -41,15 +41,15 @@ function fit(element: HTMLElement, text: string, width: number): void {
 }
 
 abstract class Control {
-  readonly place: HTMLDivElement;
+  readonly box: HTMLDivElement;
   constructor(
     readonly layout: ControlLayout,
     readonly number: number,
     protected readonly events: PageEvents,
   ) {
-    this.place = make("div", { class: `control ${layout.kind.replaceAll(" ", "-")}`, "data-control": number });
-    if (layout.feature) this.place.dataset["feature"] = layout.feature;
-    Object.assign(this.place.style, {
+    this.box = make("div", { class: `control ${layout.kind.replaceAll(" ", "-")}`, "data-control": number });
+    if (layout.feature) this.box.dataset["feature"] = layout.feature;
+    Object.assign(this.box.style, {
       left: `${layout.left}px`,
       top: `${layout.top}px`,
       width: `${layout.width}px`,
@@ -68,8 +68,8 @@ abstract class Control {
 
 class Label extends Control {
   show({ text = "", text_width = 0 }: ControlState): void {
-    this.place.textContent = text;
-    fit(this.place, text, text_width);
+    this.box.textContent = text;
+    fit(this.box, text, text_width);
   }
 }
 
@@ -90,7 +90,7 @@ class Slider extends Control {
       if (this.dragging) this.follow();
       this.dragging = false;
     });
-    this.place.append(this.input);
+    this.box.append(this.input);
   }
   show({ enabled, position = 0 }: ControlState): void {
     this.input.disabled = !enabled;
@@ -121,7 +121,7 @@ class Edit extends Control {
       this.input.classList.remove("editable");
       if (this.input.isConnected && !this.losing) this.act({ deed: "commit", text: this.input.value });
     });
-    this.place.append(this.input);
+    this.box.append(this.input);
   }
   show({ enabled, read_only = false, text = "", text_width = 0 }: ControlState): void {
     // One that is disabled under the user's hands holds the text of this refresh and not the user's.
@@ -148,7 +148,7 @@ class SpinButton extends Control {
   constructor(layout: ControlLayout, number: number, events: PageEvents) {
     super(layout, number, events);
     this.arrows = [this.arrow(1, "Increase"), this.arrow(-1, "Decrease")];
-    this.place.append(...this.arrows);
+    this.box.append(...this.arrows);
   }
   show({ enabled, position = 0 }: ControlState): void {
     this.position = position;
@@ -179,7 +179,7 @@ class SpinButton extends Control {
     this.act({ deed: "move", value: this.position });
   }
   private repeat(step: 1 | -1): void {
-    if (!this.place.isConnected) return;
+    if (!this.box.isConnected) return;
     this.step(step);
     this.repeating = setTimeout(() => this.repeat(step), repeatPeriod);
   }
@@ -197,7 +197,7 @@ class Combo extends Control {
     for (const entry of layout.entries ?? []) this.select.append(make("option", {}, entry));
     this.select.style.height = `${closedComboHeight}px`;
     this.select.addEventListener("change", () => this.act({ deed: "pick", value: this.select.selectedIndex }));
-    this.place.append(this.select);
+    this.box.append(this.select);
   }
   show({ enabled, selected = -1, text = "", text_width = 0 }: ControlState): void {
     this.select.disabled = !enabled;
@@ -217,7 +217,7 @@ class CheckBox extends Control {
       event.preventDefault();
       this.act({ deed: "toggle" });
     });
-    this.place.append(make("label", {}, this.input, this.caption));
+    this.box.append(make("label", {}, this.input, this.caption));
   }
   show({ enabled, checked = false, text = "", text_width = 0 }: ControlState): void {
     this.input.disabled = !enabled;
@@ -236,7 +236,7 @@ class Button extends Control {
   constructor(layout: ControlLayout, number: number, events: PageEvents) {
     super(layout, number, events);
     this.button.addEventListener("click", () => this.act({ deed: "push" }));
-    this.place.append(this.button);
+    this.box.append(this.button);
   }
   show({ enabled, text = "", text_width = 0 }: ControlState): void {
     this.button.disabled = !enabled;
@@ -277,18 +277,18 @@ export class PageView {
     const bottom = Math.max(size.height, ...layout.map((one) => one.top + height(one)));
     const page = make("div", { class: "page" });
     Object.assign(page.style, { width: `${size.width}px`, height: `${size.height}px` });
-    this.sheet = make("div", { class: "sheet" }, page, ...this.controls.map((control) => control.place));
+    this.sheet = make("div", { class: "sheet" }, page, ...this.controls.map((control) => control.box));
     Object.assign(this.sheet.style, { width: `${right}px`, height: `${bottom}px` });
     this.listen(events);
   }
 
   show(state: ControlState[]): void {
     dip(this.sheet);
-    const focused = this.controls.findIndex(({ place }) => place.contains(document.activeElement));
+    const focused = this.controls.findIndex(({ box }) => box.contains(document.activeElement));
     this.showEach(state);
     // The keyboard goes on at the next control when this one cannot be used any more.
     const lost = focused >= 0 && state[focused]?.enabled === false;
-    if (lost) this.stopBehind(this.controls[focused]?.place ?? this.sheet)?.focus();
+    if (lost) this.stopBehind(this.controls[focused]?.box ?? this.sheet)?.focus();
   }
 
   private showEach(state: ControlState[]): void {
@@ -303,14 +303,14 @@ export class PageView {
   }
 
   mark(features: Set<string>): void {
-    for (const { place, layout } of this.controls) place.classList.toggle("marked", features.has(layout.feature));
+    for (const { box, layout } of this.controls) box.classList.toggle("marked", features.has(layout.feature));
     this.sheet.querySelector(".marked")?.scrollIntoView({ block: "nearest", inline: "nearest" });
   }
 
   private listen(events: PageEvents): void {
     const choose = (event: Event): void => {
-      const place = (event.target as HTMLElement).closest<HTMLElement>(".control");
-      const feature = place?.dataset["feature"];
+      const box = (event.target as HTMLElement).closest<HTMLElement>(".control");
+      const feature = box?.dataset["feature"];
       if (feature) events.chosen(feature);
     };
     this.sheet.addEventListener("pointerdown", choose);
@@ -331,12 +331,12 @@ export class PageView {
   }
 
   /** The next control that takes the focus, beginning anew behind the last. */
-  private stopBehind(place: HTMLElement): HTMLElement | undefined {
+  private stopBehind(box: HTMLElement): HTMLElement | undefined {
     const stops = [...this.sheet.querySelectorAll<HTMLElement>("input, select, button")].filter(
       (stop) => !stop.matches(":disabled") && stop.tabIndex >= 0,
     );
     const isBehind = (stop: HTMLElement): boolean =>
-      (place.compareDocumentPosition(stop) & Node.DOCUMENT_POSITION_FOLLOWING) !== 0 && !place.contains(stop);
+      (box.compareDocumentPosition(stop) & Node.DOCUMENT_POSITION_FOLLOWING) !== 0 && !box.contains(stop);
     return stops.find(isBehind) ?? stops[0];
   }
 }

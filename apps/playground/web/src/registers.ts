@@ -97,12 +97,12 @@ export class RegisterView {
 
   private drawByte(cell: HTMLInputElement, address: bigint, byte: number): void {
     const text = hex(byte, 2);
-    const place = `0x${hex(address, 8)}`;
-    const changed = cell.dataset["address"] === place && cell.dataset["byte"] !== text;
-    cell.dataset["address"] = place;
+    const at = `0x${hex(address, 8)}`;
+    const changed = cell.dataset["address"] === at && cell.dataset["byte"] !== text;
+    cell.dataset["address"] = at;
     cell.dataset["byte"] = text;
     if (document.activeElement !== cell || changed) cell.value = text;
-    cell.setAttribute("aria-label", `Byte at ${place}`);
+    cell.setAttribute("aria-label", `Byte at ${at}`);
     cell.classList.toggle("zero", byte === 0);
     cell.classList.toggle("changed", changed);
     cell.classList.toggle("wanted", address === this.wanted);

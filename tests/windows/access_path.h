@@ -8,25 +8,25 @@
 namespace page_test {
 
 /// How the pages reach the features of a camera.
-enum class Road { Named, Registers };
+enum class AccessPath { Named, Registers };
 
-void PrintTo(Road road, std::ostream* out);
-[[nodiscard]] std::string NameOf(Road road);
+void PrintTo(AccessPath access_path, std::ostream* out);
+[[nodiscard]] std::string NameOf(AccessPath access_path);
 
-/// The ready-made camera of that name, with one road.
-[[nodiscard]] simcam::camera_options CameraOn(Road road, const std::string& name);
+/// The ready-made camera of that name, with one access path.
+[[nodiscard]] simcam::camera_options CameraOn(AccessPath access_path, const std::string& name);
 
-/// The small camera with something on each page. On the register road its description has a register in place
-/// of every value that a node holds by name: 8 bytes, little-endian, never cached.
-[[nodiscard]] simcam::camera_options SimpleCamera(Road road);
+/// The small camera with something on each page. On the register access path its description has a register
+/// in place of every value that a node holds by name: 8 bytes, little-endian, never cached.
+[[nodiscard]] simcam::camera_options SimpleCamera(AccessPath access_path);
 
-/// Whether the driver may see this call while a page is reached by this road.
-[[nodiscard]] bool IsOnRoad(Road road, const simcam::driver_call& call);
+/// Whether the driver may see this call while a page is reached by this access path.
+[[nodiscard]] bool IsOnAccessPath(AccessPath access_path, const simcam::driver_call& call);
 
 /// What the driver of the small camera writes down for one access to a feature.
-class RoadLines {
+class AccessPathLines {
 public:
-    explicit RoadLines(Road road) : road_(road) {}
+    explicit AccessPathLines(AccessPath access_path) : access_path_(access_path) {}
 
     /// The read that tells whether a feature may be changed.
     [[nodiscard]] std::string Locked(const std::string& feature, bool enabled) const;
@@ -36,8 +36,8 @@ public:
     [[nodiscard]] std::string Write(const std::string& feature, int value) const;
     [[nodiscard]] std::string RefusedWrite(const std::string& feature, int value) const;
     /// The entries of TriggerSource.
-    [[nodiscard]] std::string ReadEntry(int place) const;
-    [[nodiscard]] std::string WriteEntry(int place) const;
+    [[nodiscard]] std::string ReadEntry(int index) const;
+    [[nodiscard]] std::string WriteEntry(int index) const;
     /// Pushes TriggerSoftware.
     [[nodiscard]] std::string Push() const;
     /// How every line of a read and of a write begins.
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] std::string AnyWrite(const std::string& feature) const;
 
 private:
-    Road road_;
+    AccessPath access_path_;
 };
 
 }  // namespace page_test

@@ -13,9 +13,9 @@ namespace {
 using namespace simcam;
 using namespace ZELAdapterHelper;
 
-camera_options one_road(bool named) { return on_one_road(*ready_made("described"), named); }
+camera_options one_access_path(bool named) { return over_one_access_path(*ready_made("described"), named); }
 
-// What the two roads show differently, element by element.
+// What the two access paths show differently, element by element.
 std::vector<std::string> differences(const std::vector<element>& named,
                                      const std::vector<element>& registers) {
     std::vector<std::string> lines;
@@ -27,21 +27,21 @@ std::vector<std::string> differences(const std::vector<element>& named,
     return lines;
 }
 
-class BothRoads : public testing::Test {
+class BothAccessPaths : public testing::Test {
 protected:
-    // Does the same to an element on both roads; what comes of it must be the same.
+    // Does the same to an element on both access paths; what comes of it must be the same.
     void Do(std::size_t at, const std::function<HRESULT(const element&)>& act) {
         EXPECT_EQ(act(by_name_[at]), act(by_register_[at])) << by_name_[at].name;
         EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty()) << "after " << by_name_[at].name;
     }
 
-    camera_on_pages named_{one_road(true)};
-    camera_on_pages registers_{one_road(false)};
+    camera_on_pages named_{one_access_path(true)};
+    camera_on_pages registers_{one_access_path(false)};
     std::vector<element> by_name_ = elements_of(named_);
     std::vector<element> by_register_ = elements_of(registers_);
 };
 
-TEST_F(BothRoads, ShowTheSame) {
+TEST_F(BothAccessPaths, ShowTheSame) {
     ASSERT_EQ(by_name_.size(), 37U);
     ASSERT_EQ(by_register_.size(), by_name_.size());
     EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
@@ -54,7 +54,7 @@ TEST_F(BothRoads, ShowTheSame) {
     EXPECT_THAT(lines, testing::Contains(testing::StartsWith("WdrRatio available 0 0")));
 }
 
-TEST_F(BothRoads, UseTheirOwnPropertyAlone) {
+TEST_F(BothAccessPaths, UseTheirOwnPropertyAlone) {
     named_.camera->clear_transcript();
     registers_.camera->clear_transcript();
     EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
@@ -62,7 +62,7 @@ TEST_F(BothRoads, UseTheirOwnPropertyAlone) {
     EXPECT_THAT(registers_.camera->transcript(), testing::Each(testing::StartsWith("Get device 3 0x")));
 }
 
-TEST_F(BothRoads, ChangeTheSame) {
+TEST_F(BothAccessPaths, ChangeTheSame) {
     for (std::size_t at = 0; at < by_name_.size(); ++at) {
         switch (by_name_[at].type) {
             case InterfaceType::Switch:
@@ -141,7 +141,7 @@ std::string value_by_name(simulated_camera& camera, const std::string& name, Gen
 
 // Also what stands on no page: texts, chunks, commands' registers, and registers that change when they are
 // read.
-TEST_F(BothRoads, TellTheSameOfEveryFeature) {
+TEST_F(BothAccessPaths, TellTheSameOfEveryFeature) {
     std::vector<std::string> refused;
     std::size_t compared = 0;
     registers_.adapter->get_documents().front()->for_each_node([&](GenICam::INode* node) {
@@ -157,16 +157,16 @@ TEST_F(BothRoads, TellTheSameOfEveryFeature) {
                                                        "Teleconverter", "ChunkFrameID", "ChunkExposureTime"));
 }
 
-TEST_F(BothRoads, CloseWhenTheCameraLocksItself) {
+TEST_F(BothAccessPaths, CloseWhenTheCameraLocksItself) {
     named_.camera->memory().poke(0x100, {0x0E});
     registers_.camera->memory().poke(0x100, {0x0E});
     EXPECT_THAT(differences(by_name_, by_register_), testing::IsEmpty());
     EXPECT_THAT(view_of(by_name_), testing::Each(testing::HasSubstr(" available 0 0")));
 }
 
-TEST_F(BothRoads, LeaveTheSameContentsBehind) {
-    for (const auto* road : {&by_name_, &by_register_}) {
-        for (const element& one : *road) {
+TEST_F(BothAccessPaths, LeaveTheSameContentsBehind) {
+    for (const auto* access_path : {&by_name_, &by_register_}) {
+        for (const element& one : *access_path) {
             if (one.type == InterfaceType::Range) (void)one.item->SetValue(one.key, 6);
             if (one.type == InterfaceType::AbsoluteValue) (void)one.item->SetAbsValue(one.key, 1.75);
             if (one.type == InterfaceType::Switch) (void)one.item->SetSwitch(one.key, true);
@@ -176,7 +176,7 @@ TEST_F(BothRoads, LeaveTheSameContentsBehind) {
     EXPECT_EQ(named_.camera->memory().peek(0x1000, 0x1400), registers_.camera->memory().peek(0x1000, 0x1400));
 }
 
-TEST_F(BothRoads, LoseTheCameraAlike) {
+TEST_F(BothAccessPaths, LoseTheCameraAlike) {
     named_.camera->add_fault(lost_after(0));
     registers_.camera->add_fault(lost_after(0));
     for (std::size_t at = 0; at < by_name_.size(); ++at) {

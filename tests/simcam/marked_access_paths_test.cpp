@@ -95,19 +95,19 @@ std::string value_of(const element& shown, bool named) {
     return text.str();
 }
 
-// The place of the first entry that is implemented, in the list of either road.
-std::int32_t first_place(const element& shown, bool named) {
-    std::int32_t place = 0;
-    if (named) return place;
+// The index of the first entry that is implemented, in the list of either access path.
+std::int32_t first_index(const element& shown, bool named) {
+    std::int32_t index = 0;
+    if (named) return index;
     for (GenICam::IEnumEntry* entry : node_as<GenICam::IEnumeration>(shown.key)->get_entries()) {
-        if (entry->is_implemented()) return place;
-        ++place;
+        if (entry->is_implemented()) return index;
+        ++index;
     }
     return -1;
 }
 
 // Over registers one failure stands for all of a button's, and an enumeration that is not implemented has no
-// places to refuse.
+// indices to refuse.
 HRESULT any_failure(HRESULT hr) { return FAILED(hr) ? E_FAIL : hr; }
 
 // Gives an element a value that ought to be legal: on, the first entry, the least number.
@@ -120,7 +120,7 @@ HRESULT settle(const element& shown, bool named) {
         case InterfaceType::MapStrings:
             // What was written before may have changed which entries there are.
             if (const HRESULT hr = shown.item->Refresh(shown.key); FAILED(hr)) return hr;
-            return any_failure(shown.item->SetValue(shown.key, first_place(shown, named)));
+            return any_failure(shown.item->SetValue(shown.key, first_index(shown, named)));
         case InterfaceType::Range:
             if (const HRESULT hr = shown.item->GetRange(shown.key, range); FAILED(hr)) return hr;
             return shown.item->SetValue(shown.key, range.min);
@@ -133,11 +133,11 @@ HRESULT settle(const element& shown, bool named) {
     return E_NOTIMPL;
 }
 
-// What one road shows of a camera: the rows of its table, the pages, and the values.
-struct shown_road {
-    shown_road(const marked_description& marked, std::uint64_t seed, bool is_named)
+// What one access path shows of a camera: the rows of its table, the pages, and the values.
+struct shown_over_path {
+    shown_over_path(const marked_description& marked, std::uint64_t seed, bool is_named)
         : named(is_named),
-          seen(on_one_road(camera_of(marked, seed), is_named)),
+          seen(over_one_access_path(camera_of(marked, seed), is_named)),
           elements(elements_of(seen)) {}
 
     [[nodiscard]] std::vector<std::string> Rows() {
@@ -152,7 +152,7 @@ struct shown_road {
         }
         return rows;
     }
-    // Kinds, places and captions; the keys of the two roads are nodes of different documents.
+    // Kinds, rects and captions; the keys of the two access paths are nodes of different documents.
     [[nodiscard]] std::vector<std::string> Page(ZELPropUI::PageName page) {
         RecorderCanvas canvas;
         std::vector<std::string> lines = {seen.build(page, canvas) ? "shown" : "nothing to show"};
@@ -177,7 +177,7 @@ struct shown_road {
     std::vector<element> elements;
 };
 
-class MarkedRoads : public testing::TestWithParam<std::uint64_t> {
+class MarkedAccessPaths : public testing::TestWithParam<std::uint64_t> {
 protected:
     void SetUp() override {
         if (marked.empty()) GTEST_SKIP() << "no descriptions in " SELVANE_SHARED_DESCRIPTIONS "/marked";
@@ -186,11 +186,11 @@ protected:
     std::vector<marked_description> marked = marked_descriptions();
 };
 
-TEST_P(MarkedRoads, ShowTheSameRowsAndPages) {
+TEST_P(MarkedAccessPaths, ShowTheSameRowsAndPages) {
     for (const marked_description& one : marked) {
         SCOPED_TRACE(one.name);
-        shown_road by_name(one, GetParam(), true);
-        shown_road by_register(one, GetParam(), false);
+        shown_over_path by_name(one, GetParam(), true);
+        shown_over_path by_register(one, GetParam(), false);
         EXPECT_THAT(by_name.Rows(), testing::Not(testing::IsEmpty()));
         EXPECT_EQ(by_name.Rows(), by_register.Rows());
         for (const ZELPropUI::PageName page : ZELPropUI::all_pages) {
@@ -199,22 +199,22 @@ TEST_P(MarkedRoads, ShowTheSameRowsAndPages) {
     }
 }
 
-TEST_P(MarkedRoads, ShowTheSameValues) {
+TEST_P(MarkedAccessPaths, ShowTheSameValues) {
     for (const marked_description& one : marked) {
         SCOPED_TRACE(one.name);
         const std::set<std::string> locked = features_with_a_lock(one.text);
-        const shown_road by_name(one, GetParam(), true);
-        const shown_road by_register(one, GetParam(), false);
+        const shown_over_path by_name(one, GetParam(), true);
+        const shown_over_path by_register(one, GetParam(), false);
         EXPECT_EQ(by_name.Values(locked), by_register.Values(locked));
     }
 }
 
-TEST_P(MarkedRoads, TakeTheSameChanges) {
+TEST_P(MarkedAccessPaths, TakeTheSameChanges) {
     for (const marked_description& one : marked) {
         SCOPED_TRACE(one.name);
         const std::set<std::string> locked = features_with_a_lock(one.text);
-        const shown_road by_name(one, GetParam(), true);
-        const shown_road by_register(one, GetParam(), false);
+        const shown_over_path by_name(one, GetParam(), true);
+        const shown_over_path by_register(one, GetParam(), false);
         for (std::size_t at = 0; at < by_name.elements.size(); ++at) {
             SCOPED_TRACE(by_name.elements[at].name);
             EXPECT_EQ(settle(by_name.elements[at], true), settle(by_register.elements[at], false));
@@ -223,7 +223,7 @@ TEST_P(MarkedRoads, TakeTheSameChanges) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Memories, MarkedRoads, testing::Values(0, 11, 29),
+INSTANTIATE_TEST_SUITE_P(Memories, MarkedAccessPaths, testing::Values(0, 11, 29),
                          [](const auto& seed) { return "Seed" + std::to_string(seed.param); });
 
 }  // namespace

@@ -1,4 +1,5 @@
-// What a driver that has nothing but the device set sees of the whole life of its pages, road by road.
+// What a driver that has nothing but the device set sees of the whole life of its pages, access path by
+// access path.
 
 #include "tests/windows/error_box.h"
 #include "tests/windows/page_fixture.h"
@@ -16,7 +17,7 @@ namespace {
 using testing::Contains;
 using testing::StartsWith;
 
-class RoadContractTest : public RoadTest {
+class AccessPathContractTest : public AccessPathTest {
 protected:
     // Built-in items look for their properties in these.
     void UseCameraWithoutControls(simcam::camera_options options) {
@@ -56,14 +57,14 @@ protected:
         return TakeTranscript();
     }
 
-    void ExpectItsRoadAlone(const Transcript& seen) const {
+    void ExpectItsAccessPathAlone(const Transcript& seen) const {
         const std::string allowed[] = {"QuerySupported ", "Get gate 0 -> 5, ok", "Get device 1 {",
                                        "Get device 2 {",  lines_.AnyRead(),      lines_.AnyWrite()};
         for (const std::string& line : seen) {
-            const bool on_road =
+            const bool is_on_access_path =
                 std::any_of(std::begin(allowed), std::end(allowed),
                             [&](const std::string& start) { return line.rfind(start, 0) == 0; });
-            EXPECT_TRUE(on_road) << line;
+            EXPECT_TRUE(is_on_access_path) << line;
         }
         for (const std::string& start :
              {std::string("Get gate 0 "), std::string("Get device 1 {1, 0}"),
@@ -76,10 +77,10 @@ private:
     static LPARAM AsParam(HWND window) { return reinterpret_cast<LPARAM>(window); }
 };
 
-TEST_P(RoadContractTest, TheSimpleCameraSeesItsRoadAlone) {
+TEST_P(AccessPathContractTest, TheSimpleCameraSeesItsAccessPathAlone) {
     UseCameraWithoutControls(SimpleCamera(GetParam()));
     const Transcript seen = SeenOfAllLives();
-    ExpectItsRoadAlone(seen);
+    ExpectItsAccessPathAlone(seen);
     for (const std::string& line : {lines_.Write("ExposureTime", 4.0), lines_.Write("ExposureAuto", 1),
                                     lines_.Write("TriggerEnable", 0), lines_.WriteEntry(1),
                                     lines_.Write("Zoom", 1000), lines_.Write("Saturation", 255)}) {
@@ -87,9 +88,9 @@ TEST_P(RoadContractTest, TheSimpleCameraSeesItsRoadAlone) {
     }
 }
 
-TEST_P(RoadContractTest, TheDescribedCameraSeesItsRoadAlone) {
+TEST_P(AccessPathContractTest, TheDescribedCameraSeesItsAccessPathAlone) {
     UseCameraWithoutControls(CameraOn(GetParam(), "described"));
-    ExpectItsRoadAlone(SeenOfAllLives());
+    ExpectItsAccessPathAlone(SeenOfAllLives());
 }
 
 // What a page shows, in words.
@@ -109,11 +110,11 @@ std::vector<std::wstring> StatesOf(HWND window) {
     return states;
 }
 
-/// Two cameras that differ in their road alone.
-class BothRoadsTest : public PageTest {
+/// Two cameras that differ in their access path alone.
+class BothAccessPathsTest : public PageTest {
 protected:
-    BothRoadsTest() : PageTest(CameraOn(Road::Named, "described")) {}
-    ~BothRoadsTest() override { EXPECT_EQ(by_register_->references(), 1); }
+    BothAccessPathsTest() : PageTest(CameraOn(AccessPath::Named, "described")) {}
+    ~BothAccessPathsTest() override { EXPECT_EQ(by_register_->references(), 1); }
 
     // Does the same to a page of either camera; both must show the same before and behind it.
     template <class Work>
@@ -122,7 +123,7 @@ protected:
         const PagePtr other = server_.MakePage(clsid);
         EXPECT_EQ(Give(*other, {by_register_.get()}), S_OK);
         const HWND named = Open(*one);
-        EXPECT_EQ(other->Activate(second_host_.Handle(), &place, FALSE), S_OK);
+        EXPECT_EQ(other->Activate(second_host_.Handle(), &rect, FALSE), S_OK);
         EXPECT_EQ(other->Show(SW_SHOW), S_OK);
         const HWND registers = GetWindow(second_host_.Handle(), GW_CHILD);
         EXPECT_EQ(StatesOf(named), StatesOf(registers));
@@ -136,11 +137,11 @@ protected:
         other->Deactivate();
     }
 
-    simcam::camera_ptr by_register_ = simcam::make_camera(CameraOn(Road::Registers, "described"));
+    simcam::camera_ptr by_register_ = simcam::make_camera(CameraOn(AccessPath::Registers, "described"));
     HostWindow second_host_;
 };
 
-TEST_F(BothRoadsTest, ShowTheSameWindowsWhateverIsClickedAndMoved) {
+TEST_F(BothAccessPathsTest, ShowTheSameWindowsWhateverIsClickedAndMoved) {
     for (const CLSID& clsid : all_pages) {
         ExpectTheSameOf(clsid, [](HWND control) {
             SendMessageW(control, BM_CLICK, 0, 0);
@@ -152,7 +153,8 @@ TEST_F(BothRoadsTest, ShowTheSameWindowsWhateverIsClickedAndMoved) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, RoadContractTest, testing::Values(Road::Named, Road::Registers), RoadName);
+INSTANTIATE_TEST_SUITE_P(AccessPaths, AccessPathContractTest,
+                         testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 
 }  // namespace
 }  // namespace page_test

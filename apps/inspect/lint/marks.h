@@ -12,8 +12,8 @@ namespace selvane_inspect {
 [[nodiscard]] bool is_marked(GenICam::INode& node, const char* mark);
 
 /// Where the mark stands, or the element where it cannot be found.
-[[nodiscard]] text_position place_of_mark(const lint_context& context, GenICam::INode& node,
-                                          const char* mark = element_mark);
+[[nodiscard]] text_position position_of_mark(const lint_context& context, GenICam::INode& node,
+                                             const char* mark = element_mark);
 
 /// Visits the nodes that are marked as elements.
 void for_each_marked_element(lint_context& context, const std::function<void(GenICam::INode&)>& visit);

@@ -1,4 +1,4 @@
-#include "tests/windows/road.h"
+#include "tests/windows/access_path.h"
 
 #include "wire/device_set.h"
 
@@ -120,77 +120,88 @@ simcam::camera_options OverRegisters(simcam::camera_options options) {
 
 }  // namespace
 
-void PrintTo(Road road, std::ostream* out) { *out << NameOf(road); }
+void PrintTo(AccessPath access_path, std::ostream* out) { *out << NameOf(access_path); }
 
-std::string NameOf(Road road) { return road == Road::Named ? "Named" : "Registers"; }
+std::string NameOf(AccessPath access_path) {
+    return access_path == AccessPath::Named ? "Named" : "Registers";
+}
 
-simcam::camera_options CameraOn(Road road, const std::string& name) {
+simcam::camera_options CameraOn(AccessPath access_path, const std::string& name) {
     simcam::camera_options options = *simcam::ready_made(name);
-    options.named_access = road == Road::Named;
-    options.register_access = road == Road::Registers;
+    options.named_access = access_path == AccessPath::Named;
+    options.register_access = access_path == AccessPath::Registers;
     return options;
 }
 
-simcam::camera_options SimpleCamera(Road road) {
-    simcam::camera_options options = CameraOn(road, "simple");
-    return road == Road::Named ? options : OverRegisters(std::move(options));
+simcam::camera_options SimpleCamera(AccessPath access_path) {
+    simcam::camera_options options = CameraOn(access_path, "simple");
+    return access_path == AccessPath::Named ? options : OverRegisters(std::move(options));
 }
 
-bool IsOnRoad(Road road, const simcam::driver_call& call) {
+bool IsOnAccessPath(AccessPath access_path, const simcam::driver_call& call) {
     if (call.kind == simcam::call_kind::query_supported) return true;
     if (call.set != wire::device_set) return true;
     if (call.id == SELVANE_DESCRIPTION_SIZE || call.id == SELVANE_DESCRIPTION_DATA) return true;
-    return call.id == (road == Road::Named ? SELVANE_NAMED_ACCESS : SELVANE_REGISTER_ACCESS);
+    return call.id == (access_path == AccessPath::Named ? SELVANE_NAMED_ACCESS : SELVANE_REGISTER_ACCESS);
 }
 
-std::string RoadLines::AnyRead() const { return road_ == Road::Named ? "Get device 4 " : "Get device 3 "; }
-std::string RoadLines::AnyWrite() const { return road_ == Road::Named ? "Set device 4 " : "Set device 3 "; }
-
-std::string RoadLines::AnyRead(const std::string& feature) const {
-    return AnyRead() + (road_ == Road::Named ? feature + "/Value" : RegisterText(AddressOf(feature)));
+std::string AccessPathLines::AnyRead() const {
+    return access_path_ == AccessPath::Named ? "Get device 4 " : "Get device 3 ";
 }
-std::string RoadLines::AnyWrite(const std::string& feature) const {
-    return AnyWrite() + (road_ == Road::Named ? feature + "/Value" : RegisterText(AddressOf(feature)));
+std::string AccessPathLines::AnyWrite() const {
+    return access_path_ == AccessPath::Named ? "Set device 4 " : "Set device 3 ";
 }
 
-std::string RoadLines::Locked(const std::string& feature, bool enabled) const {
+std::string AccessPathLines::AnyRead(const std::string& feature) const {
+    return AnyRead() +
+           (access_path_ == AccessPath::Named ? feature + "/Value" : RegisterText(AddressOf(feature)));
+}
+std::string AccessPathLines::AnyWrite(const std::string& feature) const {
+    return AnyWrite() +
+           (access_path_ == AccessPath::Named ? feature + "/Value" : RegisterText(AddressOf(feature)));
+}
+
+std::string AccessPathLines::Locked(const std::string& feature, bool enabled) const {
     const int lock = enabled ? 1 : 0;
-    if (road_ == Road::Named) return AnyRead() + feature + "/IsLocked -> " + TextOf(lock) + ", ok";
+    if (access_path_ == AccessPath::Named)
+        return AnyRead() + feature + "/IsLocked -> " + TextOf(lock) + ", ok";
     return Read(feature == "TriggerSoftware" ? "TriggerEnable" : "Changeable", lock);
 }
 
-std::string RoadLines::Read(const std::string& feature, double value) const {
-    return AnyRead(feature) + " -> " + (road_ == Road::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
+std::string AccessPathLines::Read(const std::string& feature, double value) const {
+    return AnyRead(feature) + " -> " +
+           (access_path_ == AccessPath::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
 }
-std::string RoadLines::Read(const std::string& feature, int value) const {
-    return AnyRead(feature) + " -> " + (road_ == Road::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
+std::string AccessPathLines::Read(const std::string& feature, int value) const {
+    return AnyRead(feature) + " -> " +
+           (access_path_ == AccessPath::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
 }
-std::string RoadLines::Write(const std::string& feature, double value) const {
-    return AnyWrite(feature) + " <- " + (road_ == Road::Named ? TextOf(value) : HexOf(BitsOf(value))) +
-           ", ok";
+std::string AccessPathLines::Write(const std::string& feature, double value) const {
+    return AnyWrite(feature) + " <- " +
+           (access_path_ == AccessPath::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
 }
-std::string RoadLines::Write(const std::string& feature, int value) const {
-    return AnyWrite(feature) + " <- " + (road_ == Road::Named ? TextOf(value) : HexOf(BitsOf(value))) +
-           ", ok";
+std::string AccessPathLines::Write(const std::string& feature, int value) const {
+    return AnyWrite(feature) + " <- " +
+           (access_path_ == AccessPath::Named ? TextOf(value) : HexOf(BitsOf(value))) + ", ok";
 }
-std::string RoadLines::RefusedWrite(const std::string& feature, int value) const {
+std::string AccessPathLines::RefusedWrite(const std::string& feature, int value) const {
     std::string line = Write(feature, value);
     return line.replace(line.rfind("ok"), 2, "0x80070005");
 }
 
-std::string RoadLines::ReadEntry(int place) const {
-    if (road_ == Road::Registers) return Read("TriggerSource", place);
-    return AnyRead() + "TriggerSource/SelectedEntry -> " + (place == 0 ? "\"Software\"" : "\"Line1\"") +
+std::string AccessPathLines::ReadEntry(int index) const {
+    if (access_path_ == AccessPath::Registers) return Read("TriggerSource", index);
+    return AnyRead() + "TriggerSource/SelectedEntry -> " + (index == 0 ? "\"Software\"" : "\"Line1\"") +
            ", ok";
 }
-std::string RoadLines::WriteEntry(int place) const {
-    if (road_ == Road::Registers) return Write("TriggerSource", place);
-    return AnyWrite() + "TriggerSource/SelectedEntry <- " + (place == 0 ? "\"Software\"" : "\"Line1\"") +
+std::string AccessPathLines::WriteEntry(int index) const {
+    if (access_path_ == AccessPath::Registers) return Write("TriggerSource", index);
+    return AnyWrite() + "TriggerSource/SelectedEntry <- " + (index == 0 ? "\"Software\"" : "\"Line1\"") +
            ", ok";
 }
 
-std::string RoadLines::Push() const {
-    if (road_ == Road::Registers) return Write("TriggerSoftware", 1);
+std::string AccessPathLines::Push() const {
+    if (access_path_ == AccessPath::Registers) return Write("TriggerSoftware", 1);
     return AnyWrite() + "TriggerSoftware/Execute <- 1, ok";
 }
 

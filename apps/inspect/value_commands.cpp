@@ -37,7 +37,38 @@ std::string written_text(const feature_state& state) {
     return state.name + " written (it cannot be read: " + state.value.failure + ")";
 }
 
+nlohmann::ordered_json begin_answer(const char* command, const description_options& input) {
+    return {{"command", command}, {"file", input.file}, {"features", nlohmann::ordered_json::array()}};
+}
+
+// A feature as it is now, and what was done at the registers.
+void add_answer(nlohmann::ordered_json& json, const feature_state& state, bool trace,
+                const std::vector<port_access>& accesses) {
+    nlohmann::ordered_json one = to_json(state);
+    if (trace) one["trace"] = trace_json(accesses);
+    json["features"].push_back(std::move(one));
+}
+
 }  // namespace
+
+int get(const get_options& options, const channels& to) {
+    value_session session(options.input);
+    nlohmann::ordered_json json = begin_answer("get", options.input);
+    int code = exit_code::fine;
+    for (GenICam::INode* feature : find_features(session.actual(), options.features)) {
+        const feature_state state = session.read(*feature);
+        if (!state.value.value) {
+            code = exit_code::findings;
+            write_error(to.err, state.name + ": " + state.value.failure);
+        }
+        add_answer(json, state, options.trace, session.accesses());
+        if (to.json) continue;
+        if (state.value.value) write_line(to.out, assignment_text(state));
+        if (options.trace) to.out << trace_text(session.accesses());
+    }
+    if (to.json) write_json(to.out, json);
+    return code;
+}
 
 // All names are looked at before anything is written; a write that is refused ends the command, and nothing
 // is saved.
@@ -48,15 +79,12 @@ int set(const set_options& options, const channels& to) {
         throw wrong_use("--save is for files: a camera keeps its registers");
     const std::vector<GenICam::INode*> features = find_features(session.actual(), names_of(assignments));
     const camera_control control(options.input.file);
-    nlohmann::ordered_json json = {{"command", "set"}, {"file", options.input.file}};
-    json["features"] = nlohmann::ordered_json::array();
+    nlohmann::ordered_json json = begin_answer("set", options.input);
     for (std::size_t at = 0; at < features.size(); ++at) {
         session.write(assignments[at].name, *features[at], assignments[at].value);
         const std::vector<port_access> accesses = session.accesses();
         const feature_state state = session.read(*features[at]);
-        nlohmann::ordered_json one = to_json(state);
-        if (options.trace) one["trace"] = trace_json(accesses);
-        json["features"].push_back(std::move(one));
+        add_answer(json, state, options.trace, accesses);
         if (to.json) continue;
         write_line(to.out, written_text(state));
         if (options.trace) to.out << trace_text(accesses);

@@ -1,4 +1,4 @@
-#include "apps/inspect/lint/mark_place.h"
+#include "apps/inspect/lint/marks.h"
 
 #include "adapter/item_discovery.h"
 
@@ -10,7 +10,7 @@ GUID mark_of(INode& node, const char* mark) { return genicam_adapter::read_exten
 
 bool is_marked(INode& node, const char* mark) { return mark_of(node, mark) != platform::null_guid; }
 
-text_position place_of_mark(const lint_context& context, INode& node, const char* mark) {
+text_position position_of_mark(const lint_context& context, INode& node, const char* mark) {
     const auto element = context.tree().find(node);
     if (!element) return {};
     const pugi::xml_node xml = context.tree().at(*element).xml;

@@ -102,13 +102,22 @@ export class Editor {
     this.view.dispatch(setDiagnostics(this.view.state, findings));
   }
 
-  /** Marks the line of a position, and shows it. */
-  choose(position: number, focus = false): void {
+  /** Marks the line of a position, and shows it in the editor. */
+  choose(position: number): void {
+    this.view.dispatch({ effects: chooseLine.of(position) });
+    // The editor's own way would scroll the window as well, and a narrow one away from what was clicked.
+    const { top, height } = this.view.lineBlockAt(position);
+    const { scrollDOM } = this.view;
+    scrollDOM.scrollTop = top - (scrollDOM.clientHeight - height) / 2;
+  }
+
+  /** The same with the cursor there, and the editor in sight. */
+  goTo(position: number): void {
     this.view.dispatch({
       effects: [chooseLine.of(position), EditorView.scrollIntoView(position, { y: "center" })],
-      ...(focus ? { selection: { anchor: position } } : {}),
+      selection: { anchor: position },
     });
-    if (focus) this.view.focus();
+    this.view.focus();
   }
 
   private coloursFor(dark: boolean): Extension {

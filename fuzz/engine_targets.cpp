@@ -11,6 +11,7 @@
 #include "genicam/nodes/formula_watch.h"
 #include "platform/text.h"
 #include "tests/genicam_registers/feature_reader.h"
+#include "tests/support/plain_number.h"
 
 #include <cmath>
 #include <cstdio>
@@ -325,7 +326,7 @@ void numbers(std::string_view input) {
     const std::string text(input);
     char* end = nullptr;
     double real = 17;
-    const double expected = std::strtod(text.c_str(), &end);
+    const double expected = test_support::plain_strtod(text.c_str(), &end);
     const auto length = static_cast<std::size_t>(end - text.c_str());
     require(parse_double(input, real) == length, "a float's length");
     require(length == 0 || is_same(eval_value::of(real), eval_value::of(expected)), "a float's value");

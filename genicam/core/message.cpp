@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace GenICam {
@@ -19,7 +20,7 @@ public:
         used_ += added;
     }
     void add(const message_argument& given) {
-        char number[32];
+        char number[32] = {};
         switch (given.is) {
             case message_argument::kind::text:
                 return add(given.text);
@@ -31,6 +32,8 @@ public:
                 break;
             case message_argument::kind::real:
                 std::snprintf(number, sizeof(number), "%e", given.real);
+                // The sign that the locale of the host has.
+                std::replace(std::begin(number), std::end(number), ',', '.');
                 break;
         }
         add(std::string_view(number));

@@ -2,6 +2,7 @@
 
 #include "genicam/core/messages.h"
 
+#include "tests/support/decimal_comma.h"
 #include "tests/support/test_document.h"
 
 #include <string>
@@ -100,6 +101,15 @@ TEST(Message, InTheSilenceNobodyHears) {
     }
     report(messages::minimum_of_variable_missing, {});
     EXPECT_EQ(listener.heard.size(), 1U);
+}
+
+TEST(Message, NumbersHaveAPointWhateverTheLocaleOfTheHost) {
+    const test_support::DecimalComma comma;
+    test_support::LogCapture log;
+    report(messages::float_value_out_of_range, {}, 0.25);
+    const std::vector<std::string> told = log.Take();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].substr(told[0].find('=')), "=2.500000e-01.\n");
 }
 
 TEST(Message, TheLogIsSilentAgainBehindAListener) {

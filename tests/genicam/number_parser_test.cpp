@@ -1,6 +1,9 @@
 #include "genicam/core/number_parser.h"
 
 #include "tests/support/decimal_comma.h"
+#ifndef _WIN32
+#include "tests/support/plain_number.h"
+#endif
 
 #include <cmath>
 #include <cstdint>
@@ -190,8 +193,7 @@ std::uint64_t bits_of(double number) {
     return bits;
 }
 
-// Texts of the characters that numbers are made of, most of them behind a prefix. The process has the C
-// locale.
+// Texts of the characters that numbers are made of, most of them behind a prefix.
 TEST(ParseDouble, ReadsAMillionTextsAsTheCLibrary) {
     constexpr std::string_view pieces[] = {"0",  "1",  "8",  "f",  "A",  "00",   "10",  ".",   ".",    "p",
                                            "P",  "e",  "+",  "-",  "p+", "p-",   "p+-", "inf", "nan",  "x",
@@ -203,7 +205,7 @@ TEST(ParseDouble, ReadsAMillionTextsAsTheCLibrary) {
         std::string text(starts[random() % std::size(starts)]);
         for (auto more = random() % 7; more > 0; --more) text += pieces[random() % std::size(pieces)];
         char* end = nullptr;
-        const double expected = std::strtod(text.c_str(), &end);
+        const double expected = test_support::plain_strtod(text.c_str(), &end);
         const auto consumed = static_cast<std::size_t>(end - text.c_str());
         double number = 0;
         const bool is_same = parse_double(text, number) == consumed &&

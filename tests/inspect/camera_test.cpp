@@ -40,7 +40,9 @@ std::ostream& operator<<(std::ostream& out, const Facts& facts) {
 }
 using AllFacts = std::map<std::string, Facts>;
 
-std::string Tool(const std::string& words) { return OutputOf("arv-tool-0.8 -n Aravis-Fake-GV01 " + words); }
+std::string Tool(const std::string& words) {
+    return OutputOf("LC_ALL=C arv-tool-0.8 -n Aravis-Fake-GV01 " + words);
+}
 
 // Access and value of what stands in the tree, value and range of everything that is asked for by its name.
 AllFacts FactsOfTheTool(const AllFacts& asked_for) {

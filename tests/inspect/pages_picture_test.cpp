@@ -218,14 +218,14 @@ TEST(PagePictures, PutTheThumbWhereThePositionIs) {
         pugi::xml_document document;
         const std::string svg = Picture(slider);
         EXPECT_TRUE(document.load_string(svg.c_str()));
-        return document.child("svg").child("g").last_child().attribute("x").as_double();
+        return std::string(document.child("svg").child("g").last_child().attribute("x").value());
     };
-    EXPECT_EQ(thumb(0), 103.5);
-    EXPECT_EQ(thumb(50), 165.5);
-    EXPECT_EQ(thumb(100), 227.5);
-    EXPECT_EQ(thumb(-7), 103.5);
-    EXPECT_EQ(thumb(1000), 227.5);
-    EXPECT_EQ(thumb(std::nullopt), 103.5);
+    EXPECT_EQ(thumb(0), "103.5");
+    EXPECT_EQ(thumb(50), "165.5");
+    EXPECT_EQ(thumb(100), "227.5");
+    EXPECT_EQ(thumb(-7), "103.5");
+    EXPECT_EQ(thumb(1000), "227.5");
+    EXPECT_EQ(thumb(std::nullopt), "103.5");
 }
 
 TEST(PagePictures, DrawWhatIsGreyInGrey) {

@@ -16,6 +16,11 @@ export function make<Tag extends keyof HTMLElementTagNameMap>(
   return made;
 }
 
+/** A text that is there already is not put there again: that would have the browser lay it out anew. */
+export function write(element: HTMLElement, text: string): void {
+  if (element.textContent !== text) element.textContent = text;
+}
+
 export function byId<Kind extends HTMLElement>(id: string): Kind {
   const found = document.getElementById(id);
   if (!found) throw new Error(`no element ${id}`);

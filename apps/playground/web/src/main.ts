@@ -66,7 +66,7 @@ class Playground {
   private readonly code = byId("worker").textContent ?? "";
   private readonly inspector = new Inspector(new EngineClient(this.code, this.module));
   private readonly calls = new CallList(
-    byId<HTMLOListElement>("calls"),
+    byId("calls"),
     byId<HTMLInputElement>("writes-only"),
     byId<HTMLButtonElement>("clear-calls"),
   );
@@ -93,6 +93,7 @@ class Playground {
   private chosen = "";
   private broken = false;
   private cleared = false;
+  private unkept = false;
   private busy = { waits: false, edited: true };
   private turn = 0;
   private bytes: Uint8Array = new Uint8Array();
@@ -140,6 +141,8 @@ class Playground {
       event.preventDefault();
       void this.openFile(file);
     }, { capture: true });
+    // Who leaves right behind a key finds its letter again.
+    addEventListener("pagehide", () => this.unkept && this.keepText());
     this.wireTabs();
   }
 
@@ -203,6 +206,7 @@ class Playground {
   }
 
   private keepText(): void {
+    this.unkept = false;
     if (this.cleared) return;
     const { form, simulated, fileName: name } = this;
     const access = this.access.value as Access;
@@ -212,6 +216,7 @@ class Playground {
 
   private onEdit(): void {
     this.cleared = false;
+    this.unkept = true;
     performance.clearMarks("edit");
     performance.mark("edit");
     this.setBusy({ edited: true });

@@ -1,7 +1,7 @@
 // A page of controls at the rectangles that the layout gives. What a control does is the engine's; here stands only
 // which event of a form control is which deed.
 
-import { make } from "./dom";
+import { make, write } from "./dom";
 import type { Answer, ControlLayout, ControlState, Deed } from "./protocol";
 
 export interface PageEvents {
@@ -68,7 +68,7 @@ abstract class Control {
 
 class Label extends Control {
   show({ text = "", text_width = 0 }: ControlState): void {
-    this.place.textContent = text;
+    write(this.place, text);
     fit(this.place, text, text_width);
   }
 }
@@ -224,8 +224,8 @@ class CheckBox extends Control {
     this.input.checked = checked;
     // A click that is taken back leaves the box as it was when the click ends.
     setTimeout(() => (this.input.checked = checked));
-    this.caption.textContent = text;
-    this.input.setAttribute("aria-label", `${this.layout.item} ${text}`);
+    write(this.caption, text);
+    this.input.ariaLabel = `${this.layout.item} ${text}`;
     fit(this.caption, text, text_width);
   }
 }
@@ -240,8 +240,8 @@ class Button extends Control {
   }
   show({ enabled, text = "", text_width = 0 }: ControlState): void {
     this.button.disabled = !enabled;
-    this.button.textContent = text;
-    this.button.setAttribute("aria-label", `${this.layout.item} ${text}`);
+    write(this.button, text);
+    this.button.ariaLabel = `${this.layout.item} ${text}`;
     fit(this.button, text, text_width);
   }
 }
@@ -267,10 +267,12 @@ function makeControl(layout: ControlLayout, number: number, events: PageEvents, 
 
 export class PageView {
   private readonly controls: Control[];
+  private readonly form: string;
   /** What lies beyond the page is drawn beside it, where a window would cut it off. */
   readonly sheet: HTMLDivElement;
 
   constructor(layout: ControlLayout[], size: PageSize, characters: string, events: PageEvents) {
+    this.form = JSON.stringify(layout);
     this.controls = layout.map((one, number) => makeControl(one, number, events, characters));
     const height = (one: ControlLayout): number => (one.kind === "combo" ? closedComboHeight : one.height);
     const right = Math.max(size.width, ...layout.map((one) => one.left + one.width));
@@ -280,6 +282,11 @@ export class PageView {
     this.sheet = make("div", { class: "sheet" }, page, ...this.controls.map((control) => control.place));
     Object.assign(this.sheet.style, { width: `${right}px`, height: `${bottom}px` });
     this.listen(events);
+  }
+
+  /** Whether these are its controls: they only have to be shown anew then. */
+  isOf(layout: ControlLayout[]): boolean {
+    return JSON.stringify(layout) === this.form;
   }
 
   show(state: ControlState[]): void {

@@ -3,7 +3,7 @@
 import { byId, make, moveWithArrows } from "./dom";
 import { type EngineClient, EngineEnded } from "./engine";
 import { PageView } from "./page";
-import type { Access, Answer, Deed, PageOffer, PageWord, Request } from "./protocol";
+import type { Access, Answer, ControlLayout, Deed, PageOffer, PageWord, Request } from "./protocol";
 
 export interface PagesEvents {
   /** Driver calls that came with an answer, and whatever else an answer has changed. */
@@ -56,10 +56,10 @@ export class Pages {
       : { do: "open", access, simulated, page, registers };
     const answer = await this.ask(request, "", bytes);
     if (!answer || answer.error) return answer;
-    // The page stays while it has something to show; else the first that has.
-    const next = answer.pages?.find((one) => one.offered)?.page ?? page;
-    const shown = await this.fetch(next, answer);
-    return shown && !shown.error ? answer : shown;
+    const { shown } = answer;
+    if (!shown || shown.error) return shown;
+    this.take(answer, shown);
+    return answer;
   }
 
   /** The pages that are not shown are offered the camera behind the one that is. */
@@ -113,33 +113,36 @@ export class Pages {
     return answer;
   }
 
-  // Behind an `open` nothing of the former pages is thrown away before the first new one is there.
-  private async fetch(page: PageWord, opened: Answer): Promise<Answer | undefined> {
-    const answer = await this.ask({ do: "show", page }, "");
-    if (!answer || answer.error) return answer;
+  // Nothing of the former pages is thrown away before the first new one is there.
+  private take(opened: Answer, shown: Answer): void {
     this.edition++;
     this.offers = opened.pages ?? [];
     this.size = { width: opened.width ?? 0, height: opened.height ?? 0 };
     this.characters = opened.edit_characters ?? "";
+    this.shown = shown.page ?? this.shown;
+    const former = this.views.get(this.shown);
     this.views.clear();
     this.features.clear();
-    this.shown = page;
-    this.keep(page, answer);
+    this.keep(this.shown, shown, former);
     this.draw();
-    return answer;
   }
 
-  private keep(page: PageWord, answer: Answer): void {
-    if (!answer.layout || !answer.state) return;
-    const edition = this.edition;
-    const view = new PageView(answer.layout, this.size, this.characters, {
-      act: async (control, deed) => (edition === this.edition ? this.act(page, control, deed) : undefined),
+  private keep(page: PageWord, { layout, state }: Answer, former?: PageView): void {
+    if (!layout || !state) return;
+    // Most edits leave the controls of the page where and what they are.
+    const view = former?.isOf(layout) ? former : this.makeView(page, layout);
+    this.views.set(page, view);
+    this.features.set(page, layout.map((one) => one.feature));
+    // Widths of texts can only be measured where the page stands.
+    queueMicrotask(() => view.show(state));
+  }
+
+  private makeView(page: PageWord, layout: ControlLayout[]): PageView {
+    const view: PageView = new PageView(layout, this.size, this.characters, {
+      act: async (control, deed) => (this.views.get(page) === view ? this.act(page, control, deed) : undefined),
       chosen: (feature) => this.events.chosen(feature),
     });
-    this.views.set(page, view);
-    this.features.set(page, answer.layout.map((one) => one.feature));
-    // Widths of texts can only be measured where the page stands.
-    queueMicrotask(() => view.show(answer.state ?? []));
+    return view;
   }
 
   private async act(page: PageWord, control: number, deed: Deed): Promise<Answer | undefined> {
@@ -164,7 +167,7 @@ export class Pages {
       return answer;
     } catch (failure) {
       if (!(failure instanceof EngineEnded)) throw failure;
-      await this.events.ended(failure, request, feature);
+      await this.events.ended(failure, failure.trap.during ?? request, feature);
       return undefined;
     } finally {
       this.outstanding--;
@@ -181,9 +184,16 @@ export class Pages {
   }
 
   private drawTabs(): void {
-    const focused = document.activeElement?.id;
-    this.tabs.replaceChildren(...this.offers.map((offer) => this.makeTab(offer)));
-    if (focused?.startsWith("tab-")) document.getElementById(focused)?.focus();
+    for (const offer of this.offers) {
+      const tab = document.getElementById(`tab-${offer.page}`) ?? this.makeTab(offer);
+      const selected = offer.page === this.shown;
+      tab.ariaSelected = String(selected);
+      tab.tabIndex = selected ? 0 : -1;
+      // What is not known yet looks as it did.
+      if (offer.offered === undefined) continue;
+      tab.classList.toggle("not-offered", !offer.offered);
+      tab.title = offer.offered ? "" : "nothing to show";
+    }
   }
 
   private draw(): void {
@@ -191,6 +201,7 @@ export class Pages {
     const view = this.views.get(this.shown);
     const offer = this.offers.find((one) => one.page === this.shown);
     this.panel.setAttribute("aria-labelledby", `tab-${this.shown}`);
+    if (view && this.panel.firstElementChild === view.sheet) return;
     this.panel.replaceChildren(
       view?.sheet ?? make("p", { class: "nothing" }, `${offer?.title ?? ""}: nothing to show, the page does not appear.`),
     );
@@ -198,22 +209,13 @@ export class Pages {
   }
 
   private makeTab(offer: PageOffer): HTMLButtonElement {
-    const selected = offer.page === this.shown;
     const tab = make(
       "button",
-      {
-        type: "button",
-        role: "tab",
-        id: `tab-${offer.page}`,
-        "aria-selected": String(selected),
-        "aria-controls": "page-panel",
-        tabindex: selected ? 0 : -1,
-        class: offer.offered === false ? "not-offered" : undefined,
-        title: offer.offered === false ? "nothing to show" : undefined,
-      },
+      { type: "button", role: "tab", id: `tab-${offer.page}`, "aria-controls": "page-panel" },
       offer.title,
     );
     tab.addEventListener("click", () => void this.show(offer.page));
+    this.tabs.append(tab);
     return tab;
   }
 }

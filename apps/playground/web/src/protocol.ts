@@ -63,6 +63,8 @@ export interface Answer {
   code?: number;
   output?: unknown;
   message?: string;
+  /** Beside an opened description: its first page, whose calls are among those of this answer. */
+  shown?: Answer;
 }
 
 export type Deed =
@@ -86,6 +88,8 @@ export interface Trap {
   /** What the registers held before the request, and when the engine ended, as far as it can be told. */
   before?: string;
   after?: string;
+  /** What it carried out, where that is not the request but what the worker did behind it. */
+  during?: Request;
 }
 
 export interface ToWorker {

@@ -1,6 +1,6 @@
 // The registers, 256 bytes at a time.
 
-import { make } from "./dom";
+import { make, write } from "./dom";
 
 const bytesARow = 16;
 const rows = 16;
@@ -30,6 +30,8 @@ export class RegisterView {
   private contents = new Map<bigint, number[]>();
   private start = 0n;
   private wanted = -1n;
+  private pages = "";
+  private readonly drawn = new Map<HTMLInputElement, string>();
 
   constructor(
     private readonly table: HTMLTableElement,
@@ -59,13 +61,19 @@ export class RegisterView {
     const first = this.contents.size === 0;
     this.contents = now;
     const pages = [...new Set([...now.keys()].map((row) => row - (row % 256n)))];
+    this.offer(pages);
+    const [page] = pages;
+    if (first && page !== undefined) this.goTo(page);
+    else this.draw();
+  }
+
+  private offer(pages: bigint[]): void {
+    if (this.pages === pages.join()) return;
+    this.pages = pages.join();
     this.known.replaceChildren(
       make("option", { value: "" }, `${pages.length} pages written`),
       ...pages.map((page) => make("option", { value: String(page) }, `0x${hex(page, 8)}`)),
     );
-    const [page] = pages;
-    if (first && page !== undefined) this.goTo(page);
-    else this.draw();
   }
 
   private byteAt(address: bigint): number {
@@ -82,7 +90,7 @@ export class RegisterView {
       if (!cells) continue;
       const address = this.start + BigInt(row * bytesARow);
       const head = cells[0];
-      if (head) head.textContent = hex(address, 8);
+      if (head) write(head, hex(address, 8));
       let letters = "";
       for (let at = 0; at < bytesARow; at++) {
         const byte = this.byteAt(address + BigInt(at));
@@ -90,7 +98,7 @@ export class RegisterView {
         this.drawByte(cells[at + 1]?.firstElementChild as HTMLInputElement, address + BigInt(at), byte);
       }
       const last = cells[bytesARow + 1];
-      if (last) last.textContent = letters;
+      if (last) write(last, letters);
     }
     this.wanted = -1n;
   }
@@ -99,13 +107,17 @@ export class RegisterView {
     const text = hex(byte, 2);
     const place = `0x${hex(address, 8)}`;
     const changed = cell.dataset["address"] === place && cell.dataset["byte"] !== text;
+    const wanted = address === this.wanted;
+    const look = [place, text, changed, wanted].join();
+    if (this.drawn.get(cell) === look) return;
+    this.drawn.set(cell, look);
     cell.dataset["address"] = place;
     cell.dataset["byte"] = text;
     if (document.activeElement !== cell || changed) cell.value = text;
     cell.setAttribute("aria-label", `Byte at ${place}`);
     cell.classList.toggle("zero", byte === 0);
     cell.classList.toggle("changed", changed);
-    cell.classList.toggle("wanted", address === this.wanted);
+    cell.classList.toggle("wanted", wanted);
   }
 
   private build(): void {

@@ -1,6 +1,6 @@
 // The worker: an instance of the engine, and a new one whenever the engine has ended.
 
-import type { Answer, FromWorker, Request, ToWorker, Trap, WorkerStart } from "./protocol";
+import type { Answer, FromWorker, PageWord, Request, ToWorker, Trap, WorkerStart } from "./protocol";
 
 interface Engine {
   _playground_room(size: number): number;
@@ -74,12 +74,26 @@ function reasonOf(failure: unknown): string {
   return words;
 }
 
+/** The page stays while it has something to show; else the first that has. */
+function firstPage(opened: Answer, wanted: PageWord): Request {
+  return { do: "show", page: opened.pages?.find((one) => one.offered)?.page ?? wanted };
+}
+
 async function carryOut({ id, request, payload }: ToWorker): Promise<void> {
   const running = await engine;
+  let during: Request = request;
   try {
-    self.postMessage({ id, answer: call(running, request, payload) });
+    const answer = call(running, request, payload);
+    // At once: the page would wait while the browser draws something else.
+    if (request.do === "open" && !answer.error) {
+      during = firstPage(answer, request.page);
+      answer.shown = call(running, during);
+      answer.calls.push(...answer.shown.calls);
+    }
+    self.postMessage({ id, answer });
   } catch (failure) {
     const trap: Trap = {
+      during,
       reason: reasonOf(failure),
       before: remains(running, { do: "before" }),
       after: remains(running, { do: "registers" }),

@@ -183,6 +183,69 @@ test("findings stand in the margin, at their place and in the list", async () =>
   await playground.page.waitForFunction(() => document.querySelector(".cm-line.chosen-line")?.textContent.includes("pIsLokced"));
 });
 
+test("an edit that leaves the controls as they are keeps them, and they act on the new camera", async () => {
+  await startAnew();
+  await playground.page.evaluate(() => {
+    document.querySelector(".sheet").dataset.former = "yes";
+    document.getElementById("tab-feature").dataset.former = "yes";
+  });
+  const isFormer = (selector) => playground.page.$eval(selector, (element) => element.dataset.former === "yes");
+  await playground.page.select(playground.control("combo", "LampMode"), "Blink");
+  await playground.settle();
+  await playground.typeBehind("<!-- Not zero", " at all");
+  assert.ok(await isFormer(".sheet"));
+  assert.ok(await isFormer("#tab-feature"));
+  // A new camera holds what the description states.
+  assert.equal(await playground.page.$eval(playground.control("combo", "LampMode"), (select) => select.selectedIndex), 0);
+  const picked = await playground.writesOf(() => playground.page.select(playground.control("combo", "LampMode"), "Blink"));
+  assert.deepEqual(picked, ["Set device 3 0x00000108 <- 01 00 00 00, ok"]);
+  await playground.typeBehind("<DisplayName>Lamp", "p");
+  assert.equal(await isFormer(".sheet"), false);
+  assert.equal(await playground.text(".sheet .label"), "Lampp");
+});
+
+test("the last calls are in sight, the oldest leave", async () => {
+  await startAnew();
+  await playground.page.focus(playground.control("slider", "LampBrightness"));
+  const rounds = 100;
+  for (let round = 0; round < rounds; round++) {
+    await playground.page.keyboard.press(round % 2 ? "ArrowLeft" : "ArrowRight");
+  }
+  await playground.settle();
+  const { lines, numbers, blocks, atTheEnd } = await playground.page.evaluate(() => {
+    const list = document.getElementById("calls");
+    const all = [...list.querySelectorAll("li[data-number]")];
+    return {
+      lines: list.querySelectorAll("li").length,
+      numbers: all.map((line) => Number(line.dataset.number)),
+      blocks: list.childElementCount,
+      atTheEnd: all.at(-1).getBoundingClientRect().bottom <= list.getBoundingClientRect().bottom + 1,
+    };
+  });
+  assert.ok(numbers[0] > 1 && lines >= 500 && lines <= 550, `${lines} lines from ${numbers[0]} on`);
+  assert.deepEqual(numbers, numbers.map((_, at) => numbers[0] + at));
+  assert.ok(blocks <= 11, `${blocks} blocks`);
+  assert.ok(atTheEnd);
+  await playground.page.click("#clear-calls");
+  assert.deepEqual(await playground.calls(), []);
+});
+
+test("a byte that the camera changes is marked until the next change", async () => {
+  await startAnew();
+  await playground.showTool("registers");
+  const cell = '[data-address="0x00000108"]';
+  const isChanged = (wanted) =>
+    playground.page.waitForFunction((one, is) => document.querySelector(one)?.classList.contains("changed") === is, {}, cell, wanted);
+  await isChanged(false);
+  await playground.page.select(playground.control("combo", "LampMode"), "Blink");
+  await isChanged(true);
+  await playground.page.focus(playground.control("slider", "LampBrightness"));
+  await playground.page.keyboard.press("End");
+  await isChanged(false);
+  await playground.page.waitForSelector('[data-address="0x00000100"].changed');
+  await playground.showTool("calls");
+});
+
 test("a file that is dropped is opened", async () => {
   await startAnew();
   const text = readText(ourDescription("first_page")).replace("<DisplayName>Lamp<", "<DisplayName>Dropped<");
@@ -237,6 +300,7 @@ test("everything is reached by keys, and every control has a name", async () => 
 test("a slider moves by keys", async () => {
   await startAnew();
   await playground.page.focus(playground.control("slider", "LampBrightness"));
+  await playground.settle(); // an edit that had the focus has sent its text
   assert.deepEqual(await playground.writesOf(() => playground.page.keyboard.press("End")), ["Set device 3 0x00000100 <- 64 00 00 00, ok"]);
   assert.deepEqual(await playground.writesOf(() => playground.page.keyboard.press("ArrowLeft")), ["Set device 3 0x00000100 <- 63 00 00 00, ok"]);
 });

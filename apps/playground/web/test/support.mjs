@@ -156,9 +156,10 @@ export class Playground {
     await this.settle();
   }
 
-  /** Until the pages are those of the text, or told not to be, and show what was done on them. */
+  /** Until the pages are those of the text, or told not to be, and show what was done on them; calls come with a frame. */
   async settle() {
     await this.page.waitForFunction(() => document.getElementById("page-panel").ariaBusy === "false");
+    await this.page.evaluate(() => new Promise((done) => requestAnimationFrame(done)));
   }
   async settleFindings() {
     await this.page.waitForFunction(() => document.getElementById("findings-box").ariaBusy === "false");

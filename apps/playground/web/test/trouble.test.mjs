@@ -125,6 +125,16 @@ test("the text is there again behind a reload, and gone when it is cleared", asy
   assert.equal(await playground.text(".sheet .label"), "Lamp");
 });
 
+test("who leaves right behind a key finds the letter again", async () => {
+  await playground.openText(first, "left.xml");
+  await playground.goBehind("<DisplayName>Lamp");
+  await playground.page.evaluate(() => (globalThis.setTimeout = () => 0)); // the storage waits for a pause that never comes
+  await playground.page.keyboard.type("s");
+  await playground.page.reload();
+  await playground.settle();
+  assert.equal(await playground.text(".sheet .label"), "Lamps");
+});
+
 test("the address tells nothing of the text", async () => {
   const address = new URL(playground.page.url());
   assert.equal(address.hash + address.search, "");

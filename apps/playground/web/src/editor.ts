@@ -102,13 +102,22 @@ export class Editor {
     this.view.dispatch(setDiagnostics(this.view.state, findings));
   }
 
-  /** Marks the line of a place, and shows it. */
-  choose(place: number, focus = false): void {
+  /** Marks the line of a place, and shows it in the editor. */
+  choose(place: number): void {
+    this.view.dispatch({ effects: chooseLine.of(place) });
+    // The editor's own way would scroll the window as well, and a narrow one away from what was clicked.
+    const { top, height } = this.view.lineBlockAt(place);
+    const { scrollDOM } = this.view;
+    scrollDOM.scrollTop = top - (scrollDOM.clientHeight - height) / 2;
+  }
+
+  /** The same with the cursor there, and the editor in sight. */
+  goTo(place: number): void {
     this.view.dispatch({
       effects: [chooseLine.of(place), EditorView.scrollIntoView(place, { y: "center" })],
-      ...(focus ? { selection: { anchor: place } } : {}),
+      selection: { anchor: place },
     });
-    if (focus) this.view.focus();
+    this.view.focus();
   }
 
   private coloursFor(dark: boolean): Extension {

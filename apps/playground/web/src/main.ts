@@ -355,7 +355,7 @@ class Playground {
 
   private goTo(name: string): void {
     const place = findElement(this.editor.getText(), name);
-    if (place >= 0) this.editor.choose(place, true);
+    if (place >= 0) this.editor.goTo(place);
   }
 
   // Findings
@@ -373,7 +373,7 @@ class Playground {
     this.editor.showFindings(diagnosticsOf(this.editor.view.state.doc, findings));
     byId("findings-title").textContent = `Findings: ${countsOf(findings)}`;
     showList(byId("findings"), findings, (place) => {
-      this.editor.choose(offsetOf(this.editor.view.state.doc, place), true);
+      this.editor.goTo(offsetOf(this.editor.view.state.doc, place));
     });
   }
 

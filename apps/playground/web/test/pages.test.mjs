@@ -16,6 +16,8 @@ const startAnew = async (access = "registers") => {
 test("the first page is there when the file is opened, without a finding", async () => {
   assert.equal(await playground.text("#file-name"), "first_page.xml");
   assert.equal(await playground.text("#page-tabs [aria-selected=true]"), "Selvane Feature Controls");
+  const titles = await playground.page.$$eval("#page-tabs [role=tab]", (tabs) => tabs.map((tab) => tab.textContent));
+  assert.deepEqual(titles, ["Exposure", "Feature", "Lens", "Color"].map((one) => `Selvane ${one} Controls`));
   await playground.settleFindings();
   assert.match(await playground.text("#findings-title"), /0 errors, 0 warnings, 0 notes/);
 });
@@ -115,6 +117,23 @@ test("a check box shows what the camera holds", async () => {
   assert.equal(await disabled(), !before);
 });
 
+test("an exposure slider snaps to round times, and what is typed stays as it is", async () => {
+  await playground.page.select("#start-from", "simulated_camera");
+  await playground.page.waitForFunction(() => document.getElementById("file-name").textContent === "simulated_camera.xml");
+  await playground.settle();
+  await playground.showPage("exposure");
+  await playground.page.focus(playground.control("slider", "ExposureTime"));
+  await playground.page.keyboard.press("ArrowRight");
+  await playground.settle();
+  // The first of a hundred steps to 4 seconds is 1/25.
+  assert.equal(await playground.valueOf("edit", "ExposureTime"), "1/30 sec");
+  await playground.page.click(playground.control("edit", "ExposureTime"), { clickCount: 3 });
+  await playground.page.keyboard.type("1.044");
+  await playground.page.keyboard.press("Enter");
+  await playground.settle();
+  assert.equal(await playground.valueOf("edit", "ExposureTime"), "1.044 sec");
+});
+
 test("a byte that is changed in the registers is on the page", async () => {
   await startAnew();
   await playground.page.select(playground.control("combo", "LampMode"), "Blink");
@@ -135,6 +154,13 @@ test("a click on a control goes to its element, and tells where the value comes 
   await playground.page.waitForFunction(() => document.querySelector("#description h3")?.textContent.includes("LampMode"));
   assert.match(await playground.text("#description"), /LampModeReg.*register 0x00000108/s);
   assert.match(await playground.text(".cm-line.chosen-line"), /Enumeration Name="LampMode"/);
+  await playground.page.select("#start-from", "simulated_camera");
+  await playground.page.waitForFunction(() => document.getElementById("file-name").textContent === "simulated_camera.xml");
+  await playground.settle();
+  await playground.showPage("exposure");
+  await playground.page.click(playground.control("slider", "ExposureTime"));
+  await playground.page.waitForFunction(() => document.querySelector("#description h3")?.textContent.includes("ExposureTime"));
+  assert.match(await playground.text("#description"), /Formula: UNLOCKED && \(AUTO = 0\)UNLOCKED = 1 from UnlockedAUTO = 0 from ExposureAutoReg/);
   await playground.showTool("calls");
 });
 
@@ -174,10 +200,13 @@ test("findings stand in the margin, at their place and in the list", async () =>
   // The editor has closed the element by itself.
   await playground.settleFindings();
   assert.match(await playground.text("#findings-title"), /1 warning/);
-  assert.match(await playground.text("#findings"), /nothing knows the element pIsLokced/);
+  assert.match(await playground.text("#findings"), /nothing knows the element pIsLokced.*Mind the spelling/);
   await playground.page.waitForSelector(".cm-lintRange-warning");
   await playground.page.waitForSelector(".cm-lint-marker-warning");
   assert.equal(await playground.text(".cm-lintRange-warning"), "<pIsLokced");
+  await playground.page.hover(".cm-lint-marker-warning");
+  await playground.page.waitForSelector(".cm-tooltip .cm-diagnostic");
+  assert.match(await playground.text(".cm-tooltip .cm-diagnostic"), /nothing knows the element pIsLokced.*Mind the spelling/s);
   await playground.page.evaluate(() => document.querySelector(".cm-scroller").scrollTo(0, 0));
   await playground.page.evaluate(() => [...document.querySelectorAll(".finding")].find((one) => one.textContent.includes("pIsLokced")).click());
   await playground.page.waitForFunction(() => document.querySelector(".cm-line.chosen-line")?.textContent.includes("pIsLokced"));
@@ -303,4 +332,34 @@ test("a slider moves by keys", async () => {
   await playground.settle(); // an edit that had the focus has sent its text
   assert.deepEqual(await playground.writesOf(() => playground.page.keyboard.press("End")), ["Set device 3 0x00000100 <- 64 00 00 00, ok"]);
   assert.deepEqual(await playground.writesOf(() => playground.page.keyboard.press("ArrowLeft")), ["Set device 3 0x00000100 <- 63 00 00 00, ok"]);
+});
+
+test("in the dark all grounds are dark, and in a narrow window nothing lies beside it", async () => {
+  await startAnew();
+  const { page } = playground;
+  await page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: "dark" }]);
+  const grounds = await page.evaluate(() =>
+    ["body", ".cm-editor", ".cm-gutters", ".sheet .page", ".edit input", ".combo select", "#open"].map((selector) => {
+      const { backgroundColor, color } = getComputedStyle(document.querySelector(selector));
+      const light = (words) => words.match(/[\d.]+/g).slice(0, 3).reduce((sum, part) => sum + Number(part) / 3, 0);
+      return { selector, ground: light(backgroundColor), ink: light(color) };
+    }),
+  );
+  for (const { selector, ground, ink } of grounds) assert.ok(ground < 80 && ink - ground > 90, `${selector}: ${ink} on ${ground}`);
+  await page.emulateMediaFeatures([]);
+
+  const former = page.viewport();
+  await page.setViewport({ width: 420, height: 700 });
+  await page.waitForFunction(() => innerWidth === 420 && document.documentElement.scrollWidth <= 420);
+  // The list of calls scrolls by itself.
+  assert.ok((await page.evaluate(() => document.documentElement.scrollHeight)) < 1500);
+  // A click on a control shows its element in the editor, and leaves the control where it was.
+  const mode = playground.control("combo", "LampMode");
+  await page.$eval(mode, (control) => control.scrollIntoView({ block: "start" }));
+  const before = await page.$eval(mode, (control) => control.getBoundingClientRect().top);
+  await page.click(mode);
+  await page.keyboard.press("Escape");
+  await page.waitForFunction(() => document.querySelector(".cm-line.chosen-line")?.textContent.includes('Enumeration Name="LampMode"'));
+  assert.equal(await page.$eval(mode, (control) => control.getBoundingClientRect().top), before);
+  await page.setViewport(former);
 });

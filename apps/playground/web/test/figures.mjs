@@ -24,6 +24,17 @@ const watchTasks = (page) =>
     });
   });
 
+/** The most that a task of the page takes of the processor, ms; on a busy machine it may stand still for longer. */
+function longestWork(trace) {
+  const { traceEvents } = JSON.parse(new TextDecoder().decode(trace));
+  const place = ({ pid, tid }) => `${pid} ${tid}`;
+  const named = traceEvents.filter((event) => event.name === "thread_name" && event.args.name === "CrRendererMain");
+  const pages = new Set(named.map(place));
+  const tasks = traceEvents.filter((event) => event.name === "ThreadControllerImpl::RunTask" && pages.has(place(event)));
+  assert.ok(tasks.length > 0);
+  return Math.max(...tasks.map((task) => task.tdur ?? 0)) / 1000;
+}
+
 // Also what comes behind the pages: findings, and the text that goes into the storage.
 async function everythingIsDone(playground) {
   await playground.settle();
@@ -44,10 +55,12 @@ async function measureEdits(playground, description) {
     await playground.settle();
     edits.push(await measure(playground.page, "edit to pages"));
   }
+  await playground.page.tracing.start({ categories: ["toplevel"] });
   await playground.page.keyboard.type(" ".repeat(30), { delay: 30 });
   await everythingIsDone(playground);
+  const work = longestWork(await playground.page.tracing.stop());
   const longest = await playground.page.evaluate(() => Math.max(0, ...window.longTasks));
-  return { edit: median(edits), longest };
+  return { edit: median(edits), longest, work };
 }
 
 async function measureSlider(playground) {
@@ -74,10 +87,11 @@ try {
   const playground = await browser.open(watchTasks);
   const large = realDescriptions().filter((path) => statSync(path).size > 1.2e6);
   for (const description of [ourDescription("simulated_camera"), ...large]) {
-    const { edit, longest } = await measureEdits(playground, description);
+    const { edit, longest, work } = await measureEdits(playground, description);
     const name = description.split("/").pop();
     note(`edit to new pages, ${name}`, ms(edit), "at most 150 ms");
-    note(`longest block of typing, ${name}`, longest === 0 ? "below 50 ms" : ms(longest), "at most 50 ms");
+    const blocked = longest === 0 ? "below 50 ms" : ms(longest);
+    note(`longest block of typing, ${name}`, `${blocked}, ${ms(work)} of it work`, "at most 50 ms");
   }
   note("a slider step to its call and refresh", ms(await measureSlider(playground)), "at most 5 ms");
   const own = requestsOfPages(browser.network);

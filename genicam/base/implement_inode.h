@@ -8,10 +8,16 @@
 
 namespace GenICam {
 
+/// Whether a class of nodes has its row in genicam/nodes/node_rows.inc, without which it does not compile.
+template <class T>
+inline constexpr bool has_row = false;
+
 /// The operations of `INode` that ask for state: forwarded to the common data of the object `T` that this is
 /// a part of.
 template <class T, class I>
 class implement_inode_base : public I {
+    static_assert(has_row<T>);
+
 public:
     [[nodiscard]] std::error_code is_implemented(bool& value, std::uint32_t flags) final {
         return self().test_implemented(value, flags);

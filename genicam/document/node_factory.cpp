@@ -127,7 +127,7 @@ bool has_constant_span(const described_element& element) {
 #define NODE(element, condition, type, owns_memory, has_address_formulas, ...) \
     {element, condition, make_class<type, owns_memory>(#type), has_address_formulas},
 constexpr decision_rule decision_list[] = {
-#include "genicam/document/node_rows.inc"
+#include "genicam/nodes/node_rows.inc"
 };
 #undef NODE
 

@@ -29,7 +29,7 @@ constexpr const char* address = "pAddress IntSwissKnife pIndex pOffset pLength";
              computes, evaluated, targets, ...)                                                      \
     {element, #type, checks_access, has_limits, computes, evaluated, targets, {__VA_ARGS__}},
 constexpr node_facts facts_of_classes[] = {
-#include "genicam/document/node_rows.inc"
+#include "genicam/nodes/node_rows.inc"
 };
 #undef NODE
 

@@ -9,9 +9,12 @@
 namespace GenICam {
 
 /// The value operations of `IntReg` and `FloatReg` for one kind of address, so that a fixed address
-/// leads to its port without a virtual call. `Base` has `read_number` and `write_number`.
-template <class Base, class Address>
+/// leads to its port without a virtual call; `T` is the class that this is a part of. `Base` has
+/// `read_number` and `write_number`.
+template <class T, class Base, class Address>
 class addressed_register : public Base {
+    static_assert(has_row<T>);
+
 public:
     using number = typename Base::number;
 

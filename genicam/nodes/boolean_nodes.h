@@ -1,9 +1,9 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
 #include "genicam/core/message.h"
+#include "genicam/nodes/node_classes.h"
 #include "genicam/nodes/range_record.h"
 
 namespace GenICam {

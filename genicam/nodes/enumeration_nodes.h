@@ -1,8 +1,8 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
+#include "genicam/nodes/node_classes.h"
 
 namespace GenICam {
 

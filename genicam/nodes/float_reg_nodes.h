@@ -22,22 +22,28 @@ public:
     [[nodiscard]] virtual std::int64_t get_length() = 0;
 
 protected:
-    float_reg_type_base(document_services* services, const described_element& xml);
     ~float_reg_type_base() = default;
 
     [[nodiscard]] result<double> read_number(register_span span, std::uint32_t flags);
     [[nodiscard]] std::error_code write_number(register_span span, double value, std::uint32_t flags);
+
+private:
+    template <class, class, class>
+    friend class addressed_register;
+    float_reg_type_base(document_services* services, const described_element& xml);
 };
 
 /// `FloatReg` at an address that the description fixes.
 class float_reg_type_const_address final
-    : public addressed_register<float_reg_type_base, register_const_address_eval> {
+    : public addressed_register<float_reg_type_const_address, float_reg_type_base,
+                                register_const_address_eval> {
 public:
     float_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
 /// `FloatReg` at an address that depends on other nodes.
-class float_reg_type_dyn final : public addressed_register<float_reg_type_base, register_dyn_address_eval> {
+class float_reg_type_dyn final
+    : public addressed_register<float_reg_type_dyn, float_reg_type_base, register_dyn_address_eval> {
 public:
     float_reg_type_dyn(document_services* services, const described_element& xml);
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/core/eval_value.h"
+#include "genicam/nodes/node_classes.h"
 
 #include <cstdint>
 #include <limits>

@@ -18,7 +18,6 @@ public:
     [[nodiscard]] integer_range get_value_range();
 
 protected:
-    int_reg_type_base(document_services* services, const described_element& xml);
     ~int_reg_type_base() = default;
 
     [[nodiscard]] result<std::int64_t> read_number(register_span span, std::uint32_t flags);
@@ -26,17 +25,23 @@ protected:
 
 private:
     [[nodiscard]] message_origin length_origin() const;
+
+private:
+    template <class, class, class>
+    friend class addressed_register;
+    int_reg_type_base(document_services* services, const described_element& xml);
 };
 
 /// `IntReg` at an address that the description fixes.
 class int_reg_type_const_address final
-    : public addressed_register<int_reg_type_base, register_const_address_eval> {
+    : public addressed_register<int_reg_type_const_address, int_reg_type_base, register_const_address_eval> {
 public:
     int_reg_type_const_address(document_services* services, const described_element& xml);
 };
 
 /// `IntReg` at an address that depends on other nodes.
-class int_reg_type_dyn final : public addressed_register<int_reg_type_base, register_dyn_address_eval> {
+class int_reg_type_dyn final
+    : public addressed_register<int_reg_type_dyn, int_reg_type_base, register_dyn_address_eval> {
 public:
     int_reg_type_dyn(document_services* services, const described_element& xml);
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
 #include "genicam/base/value_table.h"
 #include "genicam/core/message.h"
 #include "genicam/core/number_parser.h"
+#include "genicam/nodes/node_classes.h"
 #include "genicam/nodes/range_record.h"
 
 #include <boost/container/small_vector.hpp>

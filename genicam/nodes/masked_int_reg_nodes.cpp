@@ -28,7 +28,7 @@ void masked_int_reg_type_base::_resolve_references(IGenICamDoc* doc, const descr
 
 masked_int_reg_type_const_address::masked_int_reg_type_const_address(document_services* services,
                                                                      const described_element& xml)
-    : masked_int_reg_type_base(services, xml), address_(calc_address_nodes_sum(xml)) {}
+    : masked_register(services, xml), address_(calc_address_nodes_sum(xml)) {}
 
 std::error_code masked_int_reg_type_const_address::set_val(std::int64_t value, std::uint32_t flags) {
     if (const std::error_code refused = check_own_access(true, flags)) return refused;

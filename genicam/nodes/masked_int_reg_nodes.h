@@ -9,7 +9,6 @@ namespace GenICam {
 class masked_int_reg_type_base : public node_base_impl_bit_field,
                                  public implement_inode_register_integer<masked_int_reg_type_base> {
 public:
-    masked_int_reg_type_base(document_services* services, const described_element& xml);
     INode* get_node() final { return this; }
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     [[nodiscard]] virtual result<std::uint64_t> get_address(std::uint32_t flags) = 0;
@@ -21,11 +20,26 @@ protected:
     [[nodiscard]] std::int64_t length() const noexcept { return length_; }
 
 private:
+    template <class>
+    friend class masked_register;
+    masked_int_reg_type_base(document_services* services, const described_element& xml);
+
     std::int32_t length_ = 1;
 };
 
+/// What each class `T` of masked registers is made from.
+template <class T>
+class masked_register : public masked_int_reg_type_base {
+    static_assert(has_row<T>);
+
+protected:
+    masked_register(document_services* services, const described_element& xml)
+        : masked_int_reg_type_base(services, xml) {}
+    ~masked_register() = default;
+};
+
 /// `MaskedIntReg` at an address that the description fixes.
-class masked_int_reg_type_const_address final : public masked_int_reg_type_base {
+class masked_int_reg_type_const_address final : public masked_register<masked_int_reg_type_const_address> {
 public:
     masked_int_reg_type_const_address(document_services* services, const described_element& xml);
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
@@ -37,9 +51,10 @@ private:
 };
 
 /// `MaskedIntReg` at an address that depends on other nodes.
-class masked_int_reg_type_dyn_address final : public masked_int_reg_type_base {
+class masked_int_reg_type_dyn_address final : public masked_register<masked_int_reg_type_dyn_address> {
 public:
-    using masked_int_reg_type_base::masked_int_reg_type_base;
+    masked_int_reg_type_dyn_address(document_services* services, const described_element& xml)
+        : masked_register(services, xml) {}
     void _resolve_references(IGenICamDoc* doc, const described_element& xml) override;
     std::error_code set_val(std::int64_t value, std::uint32_t flags) override;
     result<std::int64_t> get_val(std::uint32_t flags) override;

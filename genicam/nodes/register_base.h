@@ -1,7 +1,7 @@
 #pragma once
 
-#include "genicam/base/implement_inode.h"
 #include "genicam/base/node_state.h"
+#include "genicam/nodes/node_classes.h"
 #include "genicam/nodes/register_cache.h"
 
 #include <cstdint>

@@ -279,7 +279,7 @@ TEST_F(NamedItem, WritesAValueSignExtended) {
 
 const DriverRequest selected_request = NamedGet("Mode/SelectedEntry", Bytes(256));
 
-TEST_F(NamedItem, ReadsThePlaceOfTheSelectedEntry) {
+TEST_F(NamedItem, ReadsTheIndexOfTheSelectedEntry) {
     OfferEntries({"Off", "Continuous"});
     camera_.AnswerText("Mode/SelectedEntry", "Continuous");
     std::int32_t value = -7;
@@ -351,7 +351,7 @@ TEST_F(NamedItem, SelectsAnEntryByItsName) {
     EXPECT_EQ(item_.Requests(), std::vector{NamedSet("Mode/SelectedEntry", BytesOfText("Once"))});
 }
 
-TEST_F(NamedItem, RefusesAPlaceOutsideTheList) {
+TEST_F(NamedItem, RefusesAnIndexOutsideTheList) {
     LoadEntries({"Once", "Continuous"});
     for (const std::int32_t index :
          {-1, 2, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {

@@ -441,7 +441,7 @@ TEST_F(PortbasedEnumeration, ReadsTheValueAndWritesTheIndex) {
     EXPECT_EQ(node_->get_selected_entry(0).value()->get_name(), "Seven");
 }
 
-TEST_F(PortbasedEnumeration, RefusesAPlaceOutsideTheList) {
+TEST_F(PortbasedEnumeration, RefusesAnIndexOutsideTheList) {
     for (const std::int32_t index :
          {-1, 2, 3, 7, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
         EXPECT_EQ(feature_->SetValue(key_, index), bad_parameter) << index;

@@ -116,7 +116,7 @@ TEST_F(SurveyFeatures, TheEditOfAnIntegerWorksWithoutItsLimits) {
     EXPECT_TRUE(written(false, register_calls(steps_limit)));
 }
 
-TEST_F(SurveyFeatures, ARegisterWithAComputedPlaceHasNoName) {
+TEST_F(SurveyFeatures, ARegisterWithAComputedAddressHasNoName) {
     EXPECT_THAT(Told(fail_when(register_calls(steps_register), E_FAIL), false),
                 ElementsAre("register-refused: the register at 0x00000410 (for Steps) is refused with "
                             "0x80004005"));

@@ -361,7 +361,7 @@ TEST(RegisterLength, ALinkBeatsANumber) {
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 2)));
 }
 
-TEST(RegisterLength, AFractionIsRoundedOnlyWhereThePlaceIsDynamic) {
+TEST(RegisterLength, AFractionIsRoundedOnlyWhereTheAddressIsDynamic) {
     TestDocument doc(element("Register", address("0x100") + length("7.5"), "block") +
                      element("Register", address("0x100") + length("-7.5"), "negative") +
                      element("IntReg", address("0x100") + length("3.5"), "fixed"));
@@ -371,7 +371,7 @@ TEST(RegisterLength, AFractionIsRoundedOnlyWhereThePlaceIsDynamic) {
     EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, 3))) << "integer text ends at the point";
 }
 
-TEST(RegisterLength, FixedPlacesParseTheirOwn) {
+TEST(RegisterLength, FixedAddressesParseTheirOwn) {
     for (const char* text : {"abc", "", "."}) {
         TestDocument doc(element("IntReg", address("0x100") + length(text), "i") +
                          element("FloatReg", address("0x100") + length(text), "f"));

@@ -11,7 +11,7 @@ std::string struct_reg(const std::string& children, const std::string& entry_chi
            "</StructEntry></StructReg>";
 }
 
-TEST(StructEntry, TakesItsPlaceFromTheFrame) {
+TEST(StructEntry, TakesItsAddressFromTheStructReg) {
     TestDocument doc("<StructReg>" + address("0x100") + address("0x20") + length("4") + little_endian() +
                      "<pPort>Other</pPort><pAddress>added</pAddress>"
                      "<StructEntry Name='low'><LSB>0</LSB><MSB>15</MSB></StructEntry>"
@@ -29,7 +29,7 @@ TEST(StructEntry, TakesItsPlaceFromTheFrame) {
     EXPECT_THAT(doc.load_messages, IsEmpty());
 }
 
-TEST(StructEntry, IgnoresAPlaceOfItsOwn) {
+TEST(StructEntry, IgnoresAnAddressOfItsOwn) {
     TestDocument doc(
         struct_reg(fixed_span(4), address("0x900") + length("2") + little_endian() +
                                       "<pPort>nowhere</pPort><pAddress>nobody</pAddress><Bit>0</Bit>"));

@@ -104,7 +104,7 @@ TEST(Frame, APageThatRefusesTheCameraIsNotThere) {
     EXPECT_EQ(walk.pictures.size(), 3U);
 }
 
-TEST(Frame, TheLayoutNamesControlsWithItemPlaceAndState) {
+TEST(Frame, TheLayoutNamesControlsWithItemRectAndState) {
     const ScratchFolder folder;
     const Walk walk = WalkPages(folder, {"--camera", "builtin"});
     const std::string rect = "-?\\d+,-?\\d+ \\d+x\\d+";

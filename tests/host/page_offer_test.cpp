@@ -31,7 +31,7 @@ protected:
     page_server server{page_server_path()};
 };
 
-TEST_F(PageOffer, ADriverWithoutAAccessPathIsNamedAsUnreachable) {
+TEST_F(PageOffer, ADriverWithoutAnAccessPathIsNamedAsUnreachable) {
     simcam::camera_options options;
     options.named_access = false;
     options.register_access = false;

@@ -131,7 +131,7 @@ std::size_t RemarksWithin(const std::string& formula) {
     return count;
 }
 
-TEST(FormulaOutline, FindsThePlacesOfItsRemarksInAnyText) {
+TEST(FormulaOutline, FindsTheOffsetsOfItsRemarksInAnyText) {
     for (const char* odd : {"", ")", "))))", ",", "?:", ":?", "**", "a ? : b", "(1", "$", "1 2 3", "1 $ 2"}) {
         EXPECT_EQ(RemarksWithin(odd), 0U) << odd;
     }

@@ -77,7 +77,7 @@ TEST_F(LintFormulas, OperatorOrder) {
     FindsNothing("operator-order", SwissKnife("A+B*2-1/(A+1)"));
 }
 
-TEST_F(LintFormulas, PlacesAreThoseOfTheFileNotOfTheMeaning) {
+TEST_F(LintFormulas, PositionsAreThoseOfTheFileNotOfTheMeaning) {
     Finds("operator-order", "warning", SwissKnife("A &gt; 1 @&amp;&amp; B &gt; 2"),
           {"Formula of K: computed as (A > 1 && B) > 2"});
     Finds("operator-order", "warning", SwissKnife("<![CDATA[\n A > 1 @&& B > 2]]>"),

@@ -246,7 +246,7 @@ TEST_F(RepeatedMessages, OfOneStructureStandOnceAndAreCounted) {
     EXPECT_EQ(findings[0]["places"].size(), 1U);
 }
 
-TEST_F(RepeatedMessages, OfTheParserShareThePlaceOfTheFormula) {
+TEST_F(RepeatedMessages, OfTheParserShareThePositionOfTheFormula) {
     Finds(
         "load-message", "warning", R"(<IntSwissKnife Name="K"><Constant Name="X">1</Constant>
 @@@<Formula>X + Y</Formula></IntSwissKnife>)",
@@ -257,7 +257,7 @@ TEST_F(RepeatedMessages, OfTheParserShareThePlaceOfTheFormula) {
          "evaluate \"X + Y\""});
 }
 
-TEST_F(RepeatedMessages, OfTextsThatAreCutFindTheirPlaceToo) {
+TEST_F(RepeatedMessages, OfTextsThatAreCutFindTheirPositionToo) {
     const std::string formula = "1 + " + std::string(600, 'Z');
     const auto findings =
         Lint("load-message", "<SwissKnife Name=\"K\">\n  <Formula>" + formula + "</Formula></SwissKnife>");

@@ -149,7 +149,7 @@ void ExpectSamePages(const std::string& file, access_path access) {
     EXPECT_GT(controls, 3U);
 }
 
-TEST(PagePictures, HaveThePlacesOfTheLayout) {
+TEST(PagePictures, HaveTheRectsOfTheLayout) {
     for (const char* name : {"first_page", "simulated_camera"}) {
         SCOPED_TRACE(name);
         ExpectSamePages(ProjectDescription(name), access_path::registers);
@@ -157,7 +157,7 @@ TEST(PagePictures, HaveThePlacesOfTheLayout) {
     }
 }
 
-TEST(PagePictures, OfMarkedRealCamerasHaveThePlacesOfTheLayout) {
+TEST(PagePictures, OfMarkedRealCamerasHaveTheRectsOfTheLayout) {
     const std::filesystem::path folder = std::filesystem::path(SELVANE_SHARED_DESCRIPTIONS) / "marked";
     if (!std::filesystem::is_directory(folder))
         GTEST_SKIP() << folder << " with marked descriptions is not there";

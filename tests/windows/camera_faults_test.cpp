@@ -49,7 +49,7 @@ std::ptrdiff_t MissingOf(const Items& whole, const Items& items) {
                          [&](const PageRows::Item& item) { return !Holds(items, item); });
 }
 
-/// Every ready-made camera, over a access path to its features. One driver call fails; then the camera is
+/// Every ready-made camera, over an access path to its features. One driver call fails; then the camera is
 /// well again and the page refreshed.
 class CameraFaultsTest : public PageTest, public testing::WithParamInterface<CameraAndAccessPath> {
 protected:

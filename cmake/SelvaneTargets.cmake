@@ -161,8 +161,9 @@ function(selvane_add_test target)
   endif()
   selvane_add_program(${target} SOURCES ${ARG_SOURCES} ${ARG_APART} LINK ${ARG_LINK} selvane_gtest)
   if(ARG_WATCHES_HEAP)
-    # lld wraps the function's imported form as well, and it would call itself.
-    target_link_options(${target} PRIVATE $<$<AND:$<BOOL:${WIN32}>,$<CXX_COMPILER_ID:Clang>>:-fuse-ld=bfd>
+    # lld wraps the function's imported form as well, and it would call itself. The other linker wants the library of
+    # threads behind those that use it.
+    target_link_options(${target} PRIVATE $<$<AND:$<BOOL:${WIN32}>,$<CXX_COMPILER_ID:Clang>>:-fuse-ld=bfd;-pthread>
       LINKER:--wrap=calloc)
   elseif(WIN32 AND SELVANE_LLD)
     target_link_options(${target} PRIVATE "SHELL:-wrapper ${PROJECT_SOURCE_DIR}/cmake/link-with-lld"

@@ -20,7 +20,7 @@ void variable_table::add_expression(std::string_view name, formula_program progr
 }
 
 void variable_table::add(const variable_row& row) {
-    if (is_large_) places_.emplace(row.name, rows_.size());
+    if (is_large_) positions_.emplace(row.name, rows_.size());
     rows_.push_back(row);
 }
 
@@ -42,9 +42,9 @@ resolved_name name_scope::operator()(std::string_view name) const {
 }
 
 const variable_row* name_scope::find(std::string_view name) const noexcept {
-    if (places != nullptr) {
-        const auto place = places->find(name);
-        return place != places->end() ? rows.data() + place->second : nullptr;
+    if (positions != nullptr) {
+        const auto found = positions->find(name);
+        return found != positions->end() ? rows.data() + found->second : nullptr;
     }
     const auto* const end = rows.data() + rows.size();
     const auto* const found =

@@ -27,14 +27,14 @@ struct variable_row {
     eval_value constant;
 };
 
-/// The place of the first row of each name.
-using name_places = std::map<std::string_view, std::uint64_t>;
+/// The index of the first row of each name.
+using name_positions = std::map<std::string_view, std::uint64_t>;
 
 /// Names of formulas as they stand in memory.
 struct name_scope {
     gsl::span<const variable_row> rows;
-    bool no_from_to = false;              ///< whether `FROM` and `TO` are names like any other
-    const name_places* places = nullptr;  ///< where the rows are too many to be searched
+    bool no_from_to = false;                    ///< whether `FROM` and `TO` are names like any other
+    const name_positions* positions = nullptr;  ///< where the rows are too many to be searched
 
     /// The first row of that name, or null.
     [[nodiscard]] const variable_row* find(std::string_view name) const noexcept;
@@ -59,7 +59,7 @@ public:
     /// Whether there are so many that they are to be searched here, and not in a copy of the rows.
     [[nodiscard]] bool is_large() const noexcept { return is_large_; }
     [[nodiscard]] name_scope names() const noexcept {
-        return {{rows_.data(), rows_.size()}, no_from_to_, is_large_ ? &places_ : nullptr};
+        return {{rows_.data(), rows_.size()}, no_from_to_, is_large_ ? &positions_ : nullptr};
     }
     void add_variable(std::string_view name, identifier_id id) { add({name, id, nullptr, {}}); }
     void add_constant(std::string_view name, const eval_value& constant) {
@@ -75,7 +75,7 @@ private:
 
     expansion_budget& budget_;
     boost::container::small_vector<variable_row, 10> rows_;
-    name_places places_;                                              // of a large table
+    name_positions positions_;                                        // of a large table
     boost::container::small_vector<formula_program, 3> expressions_;  // rows point into it: it never moves
     bool no_from_to_;
     bool is_large_ = false;

@@ -46,7 +46,8 @@ void formula_binding::refresh() {
     const silence quiet;
     map_.refresh(GenICam::access_flags::none);
     if (target_ == nullptr) return;
-    const GenICam::result<eval_value> value = GenICam::get_eval_value(target_, GenICam::access_flags::none);
+    const GenICam::result<GenICam::eval_value> value =
+        GenICam::get_eval_value(target_, GenICam::access_flags::none);
     if (value) map_.current = value.assume_value();
 }
 

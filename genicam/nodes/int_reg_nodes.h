@@ -26,7 +26,6 @@ protected:
 private:
     [[nodiscard]] message_origin length_origin() const;
 
-private:
     template <class, class, class>
     friend class addressed_register;
     int_reg_type_base(document_services* services, const described_element& xml);

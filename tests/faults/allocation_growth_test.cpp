@@ -41,7 +41,11 @@ private:
 };
 
 TEST_F(AllocationGrowth, IsThatOfTheDescription) {
+#ifdef SELVANE_SANITIZED
+    constexpr std::size_t few = 80;
+#else
     constexpr std::size_t few = 250;
+#endif
     constexpr std::uint64_t most = 6;
     const std::vector<std::string> works[] = {{"lint"}, {"pages"}, {"list", "--all"}};
     for (const test_support::worst_shape& shape : test_support::worst_shapes()) {

@@ -100,12 +100,12 @@ TEST(FormulaVariables, OfALargeTableAreNotSearchedOneByOne) {
     variable_table small(true, budget);
     small.reserve(10, 0);
     small.add_constant("A", eval_value::of(std::int64_t{1}));
-    EXPECT_EQ(small.names().places, nullptr);
+    EXPECT_EQ(small.names().positions, nullptr);
     variable_table large(true, budget);
     large.reserve(100, 0);
     large.add_constant("A", eval_value::of(std::int64_t{1}));
     large.add_constant("A", eval_value::of(std::int64_t{2}));
-    ASSERT_NE(large.names().places, nullptr);
+    ASSERT_NE(large.names().positions, nullptr);
     EXPECT_EQ(large.names().find("A"), large.names().rows.data());
     EXPECT_EQ(large.names().find("B"), nullptr);
 }

@@ -5,6 +5,8 @@
 #include "tests/support/test_document.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -166,6 +168,32 @@ TEST(Document, JunkAroundTheRootIsNoError) {
         EXPECT_NE(doc->find_node("Device"), nullptr) << text;
         EXPECT_EQ(doc->get_model_name(), "M") << text;
     }
+}
+
+// A description comes out of a camera: it names no file and no address that anybody follows, and nothing in
+// it unfolds.
+TEST(Document, EntitiesAndReferencesToOtherFilesAreLeftAsTheyStand) {
+    const std::string file = testing::TempDir() + "entities.xml";
+    std::ofstream(file) << "<Port Name='Followed'/>";
+    std::string text = "<!DOCTYPE R SYSTEM '" + file + "' [<!ENTITY word 'Followed'><!ENTITY file SYSTEM '" +
+                       file + "'><!ENTITY % parameter SYSTEM '" + file +
+                       "'> %parameter;<!ENTITY a0 'Followed'>";
+    for (int level = 1; level < 10; ++level) {
+        const std::string name = "&a" + std::to_string(level - 1) + ";";
+        text += "<!ENTITY a" + std::to_string(level) + " '" + name + name + name + name + "'>";
+    }
+    text += "]><?xml-stylesheet href='" + file +
+            "'?><R ModelName='&word;' ToolTip='&a9;' xmlns:xi='http://www.w3.org/2001/XInclude'><xi:include "
+            "href='" +
+            file +
+            "'/>&file;<Port Name='&word;'/><String Name='s'><Value>&file; &amp; &#65;</Value></String></R>";
+    TestDocument doc = whole(text);
+    std::remove(file.c_str());
+    ASSERT_TRUE(doc.IsLoaded());
+    EXPECT_EQ(doc->get_model_name(), "&word;");
+    EXPECT_EQ(doc->get_tooltip(), "&a9;");
+    EXPECT_THAT(names_of(*doc), ElementsAre("&word;", "s"));
+    EXPECT_EQ(doc.String("s").get_val(0).value(), "&file; & A");
 }
 
 TEST(Document, WideTextIsRead) {

@@ -55,6 +55,9 @@ public:
     bool takes_dependents() const override;
     formula_store& formulas() override { return formulas_; }
 
+    /// Where the nodes stand, with what was reserved for them and what they took of it.
+    [[nodiscard]] const document_allocator& allocator() const noexcept { return allocator_; }
+
 private:
     /// What is known while the description is loaded.
     struct loading {

@@ -22,6 +22,7 @@ std::error_code set_result(INode* target, const eval_value& value, std::uint32_t
 
 void converter_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                   node_base_data& self) {
+    map_.take_room(xml, self);
     if (!target_.resolve(doc, xml, child::pValue, self, messages::converter_link_unresolved)) return;
     if (xml.text(child::FormulaFrom).empty() || xml.text(child::FormulaTo).empty()) {
         report(messages::converter_formula_missing, self.origin());

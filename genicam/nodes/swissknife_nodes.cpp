@@ -9,6 +9,7 @@ namespace GenICam {
 
 void swissknife_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                    node_base_data& self) {
+    map_.take_room(xml, self);
     const std::string_view text = child_text(xml, child::Formula);
     if (text.empty()) {
         report(messages::swissknife_formula_missing, self.origin());

@@ -68,12 +68,14 @@ variable_accessor create_resulting_entry(const INode& node, std::string_view nam
     return get_eval_value;
 }
 
+void variable_map_impl::take_room(const described_element& xml, const node_base_data& self) {
+    if (sources_ != nullptr) return;
+    const std::size_t size = xml.count(child::pVariable) * sizeof(variable_source);
+    sources_ = static_cast<variable_source*>(self.take_room(size));
+}
+
 void variable_map_impl::resolve_converter_references(IGenICamDoc* doc, const described_element& xml,
                                                      node_base_data& self, variable_table& table) {
-    if (sources_ == nullptr) {
-        const std::size_t size = xml.count(child::pVariable) * sizeof(variable_source);
-        sources_ = static_cast<variable_source*>(self.take_room(size));
-    }
     bind(doc, xml, self.get_node(), table);
 }
 

@@ -33,8 +33,11 @@ class variable_map_impl {
 public:
     explicit variable_map_impl(bool is_integer) : is_integer_(is_integer) {}
 
+    /// Takes the room that the document has reserved for the sources of a node. The first thing that the node
+    /// does with its references, whatever comes of its formulas.
+    void take_room(const described_element& xml, const node_base_data& self);
     /// Binds every `pVariable` whose name is still free, then parses every such `Expression`, both into the
-    /// table. The node becomes a dependent of the sources, which stand in room of the document beside it.
+    /// table. The node becomes a dependent of the sources.
     void resolve_converter_references(IGenICamDoc* doc, const described_element& xml, node_base_data& self,
                                       variable_table& table);
     /// The same for a reader of a document that is loaded, who has room for each `pVariable`.

@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -16,6 +19,53 @@ namespace {
 
 constexpr CLSID unknown_class = {
     0x01F8BA96, 0x06C1, 0x4888, {0xB9, 0xFF, 0x8B, 0x60, 0xF3, 0xA1, 0x22, 0x1C}};
+
+// Everything that the DLL asks of the system by name. Each library is one that the platform takes from its
+// own folder whatever lies beside the host; the common controls are none of them. Files, processes and the
+// state of the machine are there as the run-time libraries and the XML parser bring them along, whole objects
+// at a time; nothing here reaches a network.
+const std::map<std::string, std::string> known_imports = {
+    {"advapi32.dll",
+     "RegCloseKey RegCreateKeyExW RegCreateKeyW RegDeleteKeyW RegEnumKeyExW RegOpenKeyExW "
+     "RegSetValueExW RegSetValueW"},
+    {"gdi32.dll",
+     "CreateFontIndirectW DeleteDC DeleteObject GetDeviceCaps GetTextExtentPoint32W GetTextMetricsW "
+     "SelectObject"},
+    {"imm32.dll", "ImmAssociateContext"},
+    {"kernel32.dll",
+     "AddVectoredExceptionHandler CloseHandle CreateEventA CreateSemaphoreA DeleteCriticalSection "
+     "DisableThreadLibraryCalls DuplicateHandle EnterCriticalSection FileTimeToSystemTime "
+     "FindResourceW FlsAlloc FlsFree FlsGetValue FlsSetValue FormatMessageA GetCurrentProcess "
+     "GetCurrentProcessId GetCurrentThread GetCurrentThreadId GetHandleInformation GetLastError "
+     "GetModuleFileNameW GetModuleHandleA GetModuleHandleW GetProcAddress GetProcessAffinityMask "
+     "GetProcessHeap GetProcessTimes GetSystemTimeAdjustment GetSystemTimeAsFileTime GetThreadContext "
+     "GetThreadPriority GetThreadTimes GetTickCount64 HeapAlloc HeapFree InitializeCriticalSection "
+     "InitializeCriticalSectionEx IsDBCSLeadByteEx IsDebuggerPresent LeaveCriticalSection "
+     "LoadLibraryExA LoadLibraryExW LoadLibraryW LoadResource LocalFree LockResource MulDiv "
+     "MultiByteToWideChar OpenProcess OutputDebugStringA QueryPerformanceCounter "
+     "QueryPerformanceFrequency RaiseException ReleaseSemaphore RemoveVectoredExceptionHandler "
+     "ResetEvent ResumeThread RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "
+     "SetEvent SetLastError SetProcessAffinityMask SetSystemTime SetThreadContext SetThreadPriority "
+     "SizeofResource Sleep SuspendThread TlsAlloc TlsGetValue TlsSetValue TryEnterCriticalSection "
+     "VirtualProtect VirtualQuery WaitForMultipleObjects WaitForSingleObject WideCharToMultiByte "
+     "WriteConsoleW __C_specific_handler"},
+    {"msvcrt.dll",
+     "___lc_codepage_func ___mb_cur_max_func __iob_func __setusermatherr _amsg_exit _beginthreadex "
+     "_close _endthreadex _errno _filelengthi64 _fileno _get_osfhandle _initterm _isatty _lock _read "
+     "_setjmp _strdup _ultoa _unlock _wfopen _write abort acos asin atan calloc exit fclose ferror "
+     "fflush fgetpos fopen fprintf fputc fread free fsetpos fwrite localeconv log10 longjmp malloc "
+     "memchr memcmp memcpy memmove memset printf realloc signal strcmp strerror strlen strncmp tan "
+     "vfprintf wcslen"},
+    {"ole32.dll", "CoCreateInstance CoTaskMemAlloc"},
+    {"user32.dll",
+     "BeginPaint CallWindowProcW CreateDialogParamW CreateWindowExW DefWindowProcW DestroyWindow "
+     "EnableWindow EndPaint GetAncestor GetClassInfoExW GetClassLongPtrW GetDC GetDlgItem GetFocus "
+     "GetParent GetSysColor GetWindow GetWindowLongPtrW GetWindowTextLengthW GetWindowTextW "
+     "GetWindowThreadProcessId InvalidateRect IsChild IsDialogMessageW IsWindow IsWindowVisible "
+     "KillTimer LoadStringW MessageBoxW MoveWindow PeekMessageW PostMessageW PostQuitMessage "
+     "RedrawWindow RegisterClassExW SendMessageTimeoutW SendMessageW SetFocus SetParent SetTimer "
+     "SetWindowLongPtrW SetWindowTextW ShowWindow UnregisterClassW WinHelpW"},
+};
 
 class ServerTest : public testing::Test {
 protected:
@@ -31,19 +81,42 @@ public:
 
     [[nodiscard]] std::set<std::string> Exports() const {
         const auto& directory = *At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
-        EXPECT_EQ(directory.NumberOfFunctions, directory.NumberOfNames) << "exports without a name";
+        // One of the linkers leaves the first place empty.
+        const auto* const functions = At<DWORD>(directory.AddressOfFunctions);
+        const auto unused = std::count(functions, functions + directory.NumberOfFunctions, DWORD{0});
+        EXPECT_EQ(directory.NumberOfFunctions - static_cast<DWORD>(unused), directory.NumberOfNames)
+            << "exports without a name";
         std::set<std::string> names;
         const auto* const list = At<DWORD>(directory.AddressOfNames);
         for (DWORD i = 0; i < directory.NumberOfNames; ++i) names.insert(At<char>(list[i]));
         return names;
     }
-    [[nodiscard]] std::set<std::string> Imports() const {
-        std::set<std::string> names;
+    // The functions by the libraries that they come from.
+    [[nodiscard]] std::map<std::string, std::set<std::string>> Imports() const {
+        std::map<std::string, std::set<std::string>> functions;
         const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
         for (; entry->Name != 0; ++entry) {
-            names.insert(platform::lower(At<char>(entry->Name)));
+            std::set<std::string>& names = functions[platform::lower(At<char>(entry->Name))];
+            const auto* import = At<IMAGE_THUNK_DATA>(entry->OriginalFirstThunk);
+            for (; import->u1.AddressOfData != 0; ++import) {
+                EXPECT_FALSE(IMAGE_SNAP_BY_ORDINAL(import->u1.Ordinal)) << At<char>(entry->Name);
+                names.insert(At<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(import->u1.AddressOfData))->Name);
+            }
         }
-        return names;
+        return functions;
+    }
+    [[nodiscard]] const IMAGE_NT_HEADERS& Header() const {
+        return *At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+    }
+    [[nodiscard]] std::vector<IMAGE_SECTION_HEADER> Sections() const {
+        constexpr DWORD optional_header = offsetof(IMAGE_NT_HEADERS, OptionalHeader);
+        const auto header = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
+        const DWORD behind = header + optional_header + Header().FileHeader.SizeOfOptionalHeader;
+        const auto* const first = At<IMAGE_SECTION_HEADER>(behind);
+        return {first, first + Header().FileHeader.NumberOfSections};
+    }
+    [[nodiscard]] DWORD Directory(int index) const {
+        return Header().OptionalHeader.DataDirectory[index].VirtualAddress;
     }
 
 private:
@@ -51,11 +124,6 @@ private:
     const Record* At(DWORD offset) const {
         return static_cast<const Record*>(static_cast<const void*>(base_ + offset));
     }
-    [[nodiscard]] DWORD Directory(int index) const {
-        const auto& header = *At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
-        return header.OptionalHeader.DataDirectory[index].VirtualAddress;
-    }
-
     const char* base_;
 };
 
@@ -65,13 +133,28 @@ TEST_F(ServerTest, ExportsExactlyFourFunctions) {
                                               "DllUnregisterServer"));
 }
 
-TEST_F(ServerTest, NeedsDllsOfThePlatformOnly) {
-    // Each is one that the platform takes from its own folder whatever lies beside the host; the common
-    // controls are none of them.
-    const std::set<std::string> platform = {"advapi32.dll", "gdi32.dll", "imm32.dll",    "kernel32.dll",
-                                            "msvcrt.dll",   "ole32.dll", "oleaut32.dll", "user32.dll"};
-    for (const std::string& name : test_support::NotEmpty(Image(server_.Module()).Imports()))
-        EXPECT_EQ(platform.count(name), 1u) << name;
+TEST_F(ServerTest, CallsKnownFunctionsOfThePlatformOnly) {
+    for (const auto& [library, functions] : test_support::NotEmpty(Image(server_.Module()).Imports())) {
+        const auto known = known_imports.find(library);
+        ASSERT_NE(known, known_imports.end()) << library;
+        for (const std::string& function : test_support::NotEmpty(functions))
+            EXPECT_THAT(" " + known->second + " ", testing::HasSubstr(" " + function + " ")) << library;
+    }
+}
+
+// What the loader of the platform does for a module that asks for it.
+TEST_F(ServerTest, AsksForRandomAddressesAndDataThatDoesNotRun) {
+    const Image image(server_.Module());
+    constexpr int wanted = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA |
+                           IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    EXPECT_EQ(image.Header().OptionalHeader.DllCharacteristics & wanted, wanted);
+    EXPECT_NE(image.Directory(IMAGE_DIRECTORY_ENTRY_BASERELOC), 0u) << "without them it stays where it is";
+    EXPECT_EQ(image.Header().FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED, 0);
+    for (const IMAGE_SECTION_HEADER& section : test_support::NotEmpty(image.Sections())) {
+        const bool is_written = (section.Characteristics & IMAGE_SCN_MEM_WRITE) != 0;
+        const bool runs = (section.Characteristics & IMAGE_SCN_MEM_EXECUTE) != 0;
+        EXPECT_FALSE(is_written && runs) << std::string(reinterpret_cast<const char*>(section.Name), 8);
+    }
 }
 
 TEST(ServerLoadTest, IsRefusedWithoutAPlaceForTheStateOfExceptions) {

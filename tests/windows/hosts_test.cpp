@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <olectl.h>
 
+#include <algorithm>
 #include <iterator>
 #include <thread>
 #include <vector>
@@ -18,6 +19,41 @@ using testing::Contains;
 using testing::StartsWith;
 
 class HostsTest : public AccessPathTest {};
+
+std::vector<HWND> VisibleOf(std::vector<HWND> windows) {
+    const auto is_hidden = [](HWND window) { return IsWindowVisible(window) == 0; };
+    windows.erase(std::remove_if(windows.begin(), windows.end(), is_hidden), windows.end());
+    return windows;
+}
+
+// One that keeps its pages and activates them anew with each tab; some take the former page away first,
+// others only hide it.
+TEST_P(HostsTest, AFrameThatActivatesAPageAnewWithEachTab) {
+    for (const bool takes_away : {true, false}) {
+        std::vector<PagePtr> pages;
+        for (const CLSID& clsid : all_pages) pages.push_back(GivenPage(clsid));
+        std::vector<std::size_t> controls(pages.size());
+        for (int tab = 0; tab < 40; ++tab) {
+            const std::size_t at = static_cast<std::size_t>(tab) % pages.size();
+            if (tab > 0) {
+                IPropertyPage& former = *pages[(at + pages.size() - 1) % pages.size()];
+                EXPECT_EQ(takes_away ? former.Deactivate() : former.Show(SW_HIDE), S_OK);
+            }
+            Open(*pages[at]);
+            const std::vector<HWND> shown = VisibleOf(ChildrenOf(host_.Handle()));
+            ASSERT_EQ(shown.size(), 1U) << tab;
+            const std::size_t count = ChildrenOf(shown[0]).size();
+            EXPECT_GE(count, 3U);
+            if (controls[at] == 0) controls[at] = count;
+            EXPECT_EQ(count, controls[at]) << tab;
+            RunMessages();
+        }
+        const std::size_t windows = ChildrenOf(host_.Handle()).size();
+        EXPECT_EQ(windows, takes_away ? 1U : pages.size());
+        for (const PagePtr& page : pages) EXPECT_EQ(page->Deactivate(), S_OK);
+        EXPECT_TRUE(ChildrenOf(host_.Handle()).empty());
+    }
+}
 
 // A frame that lets go of everything in the order of the book.
 TEST_P(HostsTest, AWellBehavedFrame) {

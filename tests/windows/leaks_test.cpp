@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace page_test {
 namespace {
@@ -57,6 +58,17 @@ void ExpectNoGrowth(const char* what, Count before, Count between, Count after) 
         << what << ": " << before << ", " << between << ", " << after;
 }
 
+void ExpectNoGrowth(const Footprint& before, const Footprint& between, const Footprint& after) {
+    std::printf("before: %s\nbetween: %s\nafter: %s\n", testing::PrintToString(before).c_str(),
+                testing::PrintToString(between).c_str(), testing::PrintToString(after).c_str());
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_EQ(after.next_window, before.next_window);
+    ExpectNoGrowth("handles", before.next_handle, between.next_handle, after.next_handle);
+    ExpectNoGrowth("GDI objects", before.gdi_objects, between.gdi_objects, after.gdi_objects);
+    ExpectNoGrowth("heap blocks", before.heap_blocks, between.heap_blocks, after.heap_blocks);
+    ExpectNoGrowth("bytes", before.heap_bytes, between.heap_bytes, after.heap_bytes);
+}
+
 void ExpectNoGrowth(simcam::camera_options options, const std::vector<CLSID>& pages, PageWork work) {
     options.keep_transcript = false;
     const auto camera = simcam::make_camera(options);
@@ -66,15 +78,7 @@ void ExpectNoGrowth(simcam::camera_options options, const std::vector<CLSID>& pa
     LiveOften(camera.get(), 30, pages, work);
     const Footprint between = MeasureFootprint();
     LiveOften(camera.get(), 30, pages, work);
-    const Footprint after = MeasureFootprint();
-    std::printf("before: %s\nbetween: %s\nafter: %s\n", testing::PrintToString(before).c_str(),
-                testing::PrintToString(between).c_str(), testing::PrintToString(after).c_str());
-    EXPECT_EQ(after.windows, before.windows);
-    EXPECT_EQ(after.next_window, before.next_window);
-    ExpectNoGrowth("handles", before.next_handle, between.next_handle, after.next_handle);
-    ExpectNoGrowth("GDI objects", before.gdi_objects, between.gdi_objects, after.gdi_objects);
-    ExpectNoGrowth("heap blocks", before.heap_blocks, between.heap_blocks, after.heap_blocks);
-    ExpectNoGrowth("bytes", before.heap_bytes, between.heap_bytes, after.heap_bytes);
+    ExpectNoGrowth(before, between, MeasureFootprint());
     EXPECT_EQ(camera->references(), 1);
 }
 
@@ -104,6 +108,34 @@ TEST(LeaksTest, AHundredLivesOfAllPagesLeaveNothingBehind) {
 
 TEST(LeaksTest, AHundredLivesOfAPageFullOfControlsLeaveNothingBehind) {
     ExpectNoGrowth(*simcam::ready_made("full"), {exposure_page}, Refresh);
+}
+
+// The DLL stays loaded, and the page lives on. A thousand times with SELVANE_EVERY_CALL in the environment.
+TEST(LeaksTest, OpensOfOnePageLeaveNothingBehind) {
+    const int tenth = std::getenv("SELVANE_EVERY_CALL") != nullptr ? 100 : 15;
+    auto options = *simcam::ready_made("simple");
+    options.keep_transcript = false;
+    const auto camera = simcam::make_camera(options);
+    const PageServer server;
+    HostWindow host;
+    const PagePtr page = server.MakePage(exposure_page);
+    ASSERT_TRUE(Give(*page, camera.get()));
+    const auto open_often = [&](int rounds) {
+        for (int round = 0; round < rounds; ++round) {
+            constexpr RECT rect{0, 0, 428, 457};
+            page->Activate(host.Handle(), &rect, FALSE);
+            page->Show(SW_SHOW);
+            ASSERT_FALSE(ChildrenOf(GetWindow(host.Handle(), GW_CHILD)).empty()) << round;
+            RunMessages();
+            page->Deactivate();
+        }
+    };
+    open_often(4 * tenth);
+    const Footprint before = MeasureFootprint();
+    open_often(3 * tenth);
+    const Footprint between = MeasureFootprint();
+    open_often(3 * tenth);
+    ExpectNoGrowth(before, between, MeasureFootprint());
 }
 
 TEST(LeaksTest, AHundredCamerasThatCannotBeReachedLeaveNothingBehind) {

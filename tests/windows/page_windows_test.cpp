@@ -169,6 +169,19 @@ TEST_P(FullPageTest, AnEmptyOrInvertedRectangleIsFine) {
     }
 }
 
+TEST_P(FullPageTest, ARectangleBeyondAllScreensIsFine) {
+    page_ = GivenPage(exposure_page);
+    for (const RECT& huge : {RECT{0, 0, LONG_MAX, LONG_MAX}, RECT{LONG_MIN, LONG_MIN, LONG_MAX, LONG_MAX},
+                             RECT{LONG_MAX, LONG_MAX, LONG_MIN, LONG_MIN}}) {
+        EXPECT_EQ(page_->Activate(host_.Handle(), &huge, FALSE), S_OK);
+        EXPECT_EQ(page_->Show(SW_SHOW), S_OK);
+        EXPECT_GE(ChildrenOf(GetWindow(host_.Handle(), GW_CHILD)).size(), 4u);
+        EXPECT_EQ(page_->Move(&huge), S_OK);
+        RunMessages();
+        EXPECT_EQ(page_->Deactivate(), S_OK);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(AccessPaths, PageWindowsTest,
                          testing::Values(AccessPath::Named, AccessPath::Registers), AccessPathName);
 

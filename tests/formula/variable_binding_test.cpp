@@ -1,10 +1,15 @@
 // How the names in a node's formulas find their values.
 
+#include "formula/expansion_budget.h"
+#include "formula/variable_table.h"
 #include "tests/formula/formula_node_test.h"
 
 #include <stdexcept>
 
 using namespace formula_test;
+using GenICam::eval_value;
+using GenICam::expansion_budget;
+using GenICam::variable_table;
 
 namespace {
 

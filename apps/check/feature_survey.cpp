@@ -60,6 +60,7 @@ private:
     void ask_others(INode& node);
     void judge(const INode& node, const feature_numbers<std::int64_t>& numbers);
     void judge(const INode& node, const feature_numbers<double>& numbers);
+    void judge_step(INode& node, GenICam::IInteger& integer);
     void tell(const INode& node, const std::string& what);
     template <class Number>
     void judge_limits(const INode& node, const feature_numbers<Number>& numbers);
@@ -84,6 +85,16 @@ void feature_survey::judge_limits(const INode& node, const feature_numbers<Numbe
 
 void feature_survey::judge(const INode& node, const feature_numbers<std::int64_t>& numbers) {
     judge_limits(node, numbers);
+    const auto& [min, max, value] = numbers;
+    if (value && min && max && *min <= *max && (*value < *min || *value > *max))
+        tell(node, fmt::format("the value {} is outside {} to {}", *value, *min, *max));
+}
+
+void feature_survey::judge_step(INode& node, GenICam::IInteger& integer) {
+    const std::optional<std::int64_t> step =
+        by_name_ ? asked_by_name<std::int64_t>(driver_, node, wire::path_suffix::inc)
+                 : taken(integer.get_inc(none));
+    if (step && *step == 0) tell(node, "Inc is 0");
 }
 
 void feature_survey::judge(const INode& node, const feature_numbers<double>& numbers) {
@@ -115,8 +126,13 @@ feature_numbers<Number> feature_survey::numbers_of(Interface& node) {
 void feature_survey::ask_others(INode& node) {
     if (by_name_) return;
     if (auto* const toggle = node_as<GenICam::IBoolean>(&node)) static_cast<void>(toggle->get_val(none));
-    if (auto* const box = node_as<GenICam::IEnumeration>(&node))
-        static_cast<void>(box->get_selected_entry(none));
+    auto* const box = node_as<GenICam::IEnumeration>(&node);
+    if (box == nullptr) return;
+    const auto entry = box->get_selected_entry(none);
+    if (entry || entry.error() != GenICam::make_error_code(GenICam::index_out_of_range)) return;
+    findings_.add(fault_kind::entry_unknown,
+                  fmt::format("the value of {} over registers is that of none of its entries",
+                              platform::visible_text(node.get_name())));
 }
 
 void feature_survey::ask(INode& node) {
@@ -129,6 +145,7 @@ void feature_survey::ask(INode& node) {
     if (!by_name_) static_cast<void>(node.is_locked());
     if (auto* const integer = node_as<GenICam::IInteger>(&node)) {
         judge(node, numbers_of<std::int64_t>(*integer));
+        judge_step(node, *integer);
     } else if (auto* const real = node_as<GenICam::IFloat>(&node)) {
         judge(node, numbers_of<double>(*real));
     } else {

@@ -73,8 +73,10 @@ constexpr check_rule rules[] = {
      "slider stands still at 0, its spin button does nothing, and the edit works.",
      "Answer these paths for every feature that the description marks."},
     {fault_kind::entry_unknown, "entry-unknown", severity::warning,
-     "The box stays empty: entries are found by their Name, byte for byte.",
-     "Answer with the Name of an EnumEntry that is implemented, not with its DisplayName or value."},
+     "The box stays empty: in named access entries are found by their Name, byte for byte, in register "
+     "access by their value.",
+     "Answer with the Name of an EnumEntry that is implemented, not with its DisplayName or value; give each "
+     "value that the register can have an EnumEntry."},
     {fault_kind::register_result, "register-result", severity::error,
      "In register access every success but S_OK counts as a failure: the control is empty.", "Answer S_OK."},
     {fault_kind::register_refused, "register-refused", severity::warning,
@@ -86,9 +88,10 @@ constexpr check_rule rules[] = {
      "The size is not looked at: what the driver did not write counts as part of the value.",
      "Fill as many bytes as are asked for and report them; where they are not there, fail."},
     {fault_kind::value_range, "value-range", severity::warning,
-     "The slider stands at an end, or moves the wrong way, and the edit shows a number that nobody meant.",
+     "The slider stands at an end, does not move or moves the wrong way, and the edit shows a number that "
+     "nobody meant.",
      "Answer a float with the 8 bytes of a double in named access, in register access in the length and byte "
-     "order of its register; let Min, Max and value agree."},
+     "order of its register; let Min, Max and value agree, and Inc be at least 1."},
     {fault_kind::vendor_short, "vendor-short", severity::error,
      "What is missing of a record stays zero: a slider without limits, a switch that is off.",
      "Fill the whole record and report its size."},

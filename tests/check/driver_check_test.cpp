@@ -303,6 +303,16 @@ TEST_F(CheckDriver, AnAnswerThatNamesNoEntry) {
     EXPECT_THAT(BrokenBy(answer_bytes(entry, {'B', 'l', 'i', 'n', 'k', 0})), IsEmpty());
 }
 
+TEST_F(CheckDriver, ARegisterThatHoldsNoEntry) {
+    camera_options options = ByRegisters();
+    options.memory = "0x8: 00 00 00 09\n";
+    EXPECT_THAT(Broken(options), ElementsAre("entry-unknown"));
+    EXPECT_EQ(MessageOf(make_camera(options)),
+              "the value of Mode over registers is that of none of its entries");
+    options.memory = "0x8: 00 00 00 01\n";
+    EXPECT_THAT(Broken(options), IsEmpty());
+}
+
 TEST_F(CheckDriver, ARegisterAnsweredWithAnotherSuccess) {
     EXPECT_THAT(BrokenBy(fail_when(device_gets(3), S_FALSE), ByRegisters()), ElementsAre("register-result"));
     EXPECT_THAT(BrokenBy(fail_when(device_gets(3), S_FALSE)), ElementsAre("register-result"));

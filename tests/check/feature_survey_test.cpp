@@ -154,6 +154,22 @@ TEST_F(SurveyFeatures, AFloatOutsideItsLimits) {
                 ElementsAre("value-range: FanSpeed over registers: the value 200 is outside 0 to 100"));
 }
 
+TEST_F(SurveyFeatures, AnIntegerOutsideItsLimits) {
+    EXPECT_THAT(Told(Answers("Steps/Value", std::int64_t{101}), true),
+                ElementsAre("value-range: Steps over names: the value 101 is outside 0 to 100"));
+    EXPECT_THAT(Told(Answers("Steps/Value", std::int64_t{-1}), true),
+                ElementsAre("value-range: Steps over names: the value -1 is outside 0 to 100"));
+    EXPECT_THAT(Told(Answers("Steps/Value", std::int64_t{100}), true), IsEmpty());
+    EXPECT_THAT(Told(answer_bytes(register_calls(steps_register), {0, 0, 0, 0xC8}), false),
+                ElementsAre("value-range: Steps over registers: the value 200 is outside 0 to 100"));
+}
+
+TEST_F(SurveyFeatures, AStepOfZero) {
+    EXPECT_THAT(Told(Answers("Steps/Inc", std::int64_t{0}), true),
+                ElementsAre("value-range: Steps over names: Inc is 0"));
+    EXPECT_THAT(Told(Answers("Steps/Inc", std::int64_t{1}), true), IsEmpty());
+}
+
 TEST_F(SurveyFeatures, ANumberThatIsNone) {
     const double none = std::numeric_limits<double>::quiet_NaN();
     EXPECT_THAT(Told(Answers("FanSpeed/Value", none), true),
@@ -171,7 +187,7 @@ TEST_F(SurveyFeatures, CrossedLimits) {
                 ElementsAre("value-range: FanSpeed over names: Max -1 is below Min 0"));
     EXPECT_THAT(Told(Answers("Steps/Min", std::int64_t{101}), true),
                 ElementsAre("value-range: Steps over names: Max 100 is below Min 101"));
-    EXPECT_THAT(Told(Answers("Steps/Min", std::int64_t{100}), true), IsEmpty());
+    EXPECT_THAT(Told(Answers("Steps/Max", std::int64_t{7}), true), IsEmpty());
     EXPECT_THAT(Told(answer_bytes(register_calls(steps_limit), {0xFF, 0xFF, 0xFF, 0xFF}), false), IsEmpty());
 }
 

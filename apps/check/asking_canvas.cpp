@@ -88,8 +88,8 @@ void asking_canvas::ask_box(CZELItemDataBase& item, InterfaceKey key) {
     std::vector<SharedString> strings;
     static_cast<void>(GuardedItem(item).GetMapStrings(key, strings));
     static_cast<void>(is_available(item, key));
-    std::int32_t rect = -1;
-    const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, rect));
+    std::int32_t index = -1;
+    const bool selected = SUCCEEDED(GuardedItem(item).GetValue(key, index));
     if (described_ == nullptr) return;
     judge_entry(key, selected);
     // Over registers a box is read by values and written by indices.

@@ -1,6 +1,5 @@
 #include "apps/playground/face/live_page.h"
 
-#include "apps/inspect/pages/dialog_font.h"
 #include "platform/text.h"
 #include "propui/control_logic.h"
 #include "propui/page_measures.h"

@@ -15,6 +15,7 @@ interface Source {
   variables?: { name: string; node?: string; value: unknown; kind?: string }[];
   sources?: Source[];
   told_above?: boolean;
+  too_deep?: boolean;
 }
 
 export interface Described {
@@ -85,6 +86,7 @@ function sourceItem(source: Source, events: DescribeEvents): HTMLLIElement {
     link(source.name, () => events.element(source.name)),
     source.value === undefined && source.error === undefined ? "" : value,
     source.told_above ? " (see above)" : "",
+    source.too_deep ? " (too deep to go on)" : "",
   );
   for (const formula of source.formulas ?? []) {
     const name = [formula.element, formula.name].filter(Boolean).join(" ");

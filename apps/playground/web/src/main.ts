@@ -96,6 +96,9 @@ class Playground {
   private unkept = false;
   private busy = { waits: false, edited: true };
   private turn = 0;
+  // Edits are counted; this many of them are in the pages, and in the registers that they start with.
+  private edits = 0;
+  private built = 0;
   private bytes: Uint8Array = new Uint8Array();
   private firstRegisters = "";
 
@@ -217,6 +220,7 @@ class Playground {
   private onEdit(): void {
     this.cleared = false;
     this.unkept = true;
+    this.edits++;
     performance.clearMarks("edit");
     performance.mark("edit");
     this.setBusy({ edited: true });
@@ -228,14 +232,12 @@ class Playground {
   // Pages
 
   private async build(): Promise<void> {
-    const text = this.editor.getText();
-    const access = this.access.value;
-    await this.buildFrom(text);
-    const current = text === this.editor.getText() && access === this.access.value;
-    if (current) this.setBusy({ edited: false });
+    const edit = this.edits;
+    await this.buildFrom(this.editor.getText(), edit);
+    if (edit === this.edits) this.setBusy({ edited: false });
   }
 
-  private async buildFrom(text: string): Promise<void> {
+  private async buildFrom(text: string, edit: number): Promise<void> {
     this.bytes = encode(text, this.form);
     const source = { bytes: this.bytes, access: this.access.value as Access, simulated: this.simulated };
     this.calls.note(`opened over ${source.access === "named" ? "named" : "register"} access`);
@@ -246,8 +248,11 @@ class Playground {
       return;
     }
     this.showCurrent();
+    this.registers.begin();
     const { registers = "" } = await this.engine.ask({ do: "registers" });
     this.firstRegisters = registers;
+    this.built = edit;
+    this.examineSoon();
     await this.pages.offerRest();
   }
 
@@ -266,7 +271,6 @@ class Playground {
     this.tell("The pages are those of the text.");
     performance.clearMeasures("edit to pages");
     performance.measure("edit to pages", "edit");
-    this.examineSoon();
   }
 
   /** The pages are not those of the text yet, or do not show yet what was done. */
@@ -360,10 +364,11 @@ class Playground {
 
   // Findings
 
+  /** What has been edited since the pages were built is examined when its own stand. */
   private async lint(): Promise<void> {
-    const text = this.editor.view.state.doc;
+    if (this.built !== this.edits) return;
     const findings = await this.inspector.lint(this.bytes, this.firstRegisters);
-    if (this.broken || text !== this.editor.view.state.doc) return;
+    if (this.broken || this.built !== this.edits) return;
     this.showFindings(findings ?? []);
     this.findingsBox.ariaBusy = "false";
     if (!findings) byId("findings-title").textContent = "Findings: none, as lint itself ended";

@@ -150,7 +150,12 @@ export class Pages {
     const feature = this.features.get(page)?.[control] ?? "";
     const start = performance.now();
     const answer = await this.ask({ do: "act", page, control, ...deed }, feature);
-    if (!answer || edition !== this.edition) return undefined;
+    if (!answer) return undefined;
+    if (edition !== this.edition) {
+      // Pages came in between, and what was done reached them behind what they show.
+      await this.refresh();
+      return undefined;
+    }
     if (answer.state) this.views.get(page)?.show(answer.state);
     performance.clearMeasures("deed to refresh");
     performance.measure("deed to refresh", { start });

@@ -27,6 +27,8 @@ export function hex(number: bigint | number, digits: number): string {
 }
 
 export class RegisterView {
+  private lines: string | undefined;
+  private anew = true;
   private contents = new Map<bigint, number[]>();
   private start = 0n;
   private wanted = -1n;
@@ -56,7 +58,16 @@ export class RegisterView {
     this.draw();
   }
 
+  /** Another camera: what it holds in place of the one before is no change. */
+  begin(): void {
+    this.lines = undefined;
+    this.anew = true;
+  }
+
+  /** What has changed stays marked until something changes again. */
   show(lines: string): void {
+    if (lines === this.lines) return;
+    this.lines = lines;
     const now = parseRegisters(lines);
     const first = this.contents.size === 0;
     this.contents = now;
@@ -65,6 +76,7 @@ export class RegisterView {
     const [page] = pages;
     if (first && page !== undefined) this.goTo(page);
     else this.draw();
+    this.anew = false;
   }
 
   private offer(pages: bigint[]): void {
@@ -106,7 +118,7 @@ export class RegisterView {
   private drawByte(cell: HTMLInputElement, address: bigint, byte: number): void {
     const text = hex(byte, 2);
     const at = `0x${hex(address, 8)}`;
-    const changed = cell.dataset["address"] === at && cell.dataset["byte"] !== text;
+    const changed = !this.anew && cell.dataset["address"] === at && cell.dataset["byte"] !== text;
     const wanted = address === this.wanted;
     const look = [at, text, changed, wanted].join();
     if (this.drawn.get(cell) === look) return;

@@ -16,9 +16,7 @@ try {
         await page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: scheme }]);
         await page.setViewport({ width, height });
       });
-      await playground.page.select("#start-from", "simulated_camera");
-      await playground.page.waitForFunction(() => document.getElementById("file-name").textContent === "simulated_camera.xml");
-      await playground.settle();
+      await playground.startFrom("simulated_camera");
       await playground.settleFindings();
       await playground.showPage("exposure");
       await playground.showTool("describe");

@@ -83,9 +83,7 @@ test("a camera's description is marked, appears, is moved, and the write is read
 });
 
 test("findings are those over the registers that the camera holds", async () => {
-  await playground.page.select("#start-from", "simulated_camera");
-  await playground.page.waitForFunction(() => document.getElementById("file-name").textContent === "simulated_camera.xml");
-  await playground.settle();
+  await playground.startFrom("simulated_camera");
   const found = await findings();
   assert.doesNotMatch(found, /ExposureUnlocked reads 0/);
   assert.doesNotMatch(found, /--memory/);

@@ -167,9 +167,17 @@ export class Playground {
 
   /** Opens a file by the button. */
   async openFile(path) {
-    const name = path.split("/").pop();
     const input = await this.page.$("#file");
-    await input.uploadFile(path);
+    await this.takes(path.split("/").pop(), () => input.uploadFile(path));
+  }
+  /** Begins with one of the descriptions that the page brings along. */
+  async startFrom(name) {
+    await this.takes(`${name}.xml`, () => this.page.select("#start-from", name));
+  }
+  /** Does something that brings a file, and waits for it: the one before may have had the same name. */
+  async takes(name, bring) {
+    await this.page.$eval("#file-name", (element) => (element.textContent = ""));
+    await bring();
     await this.page.waitForFunction((wanted) => document.getElementById("file-name").textContent === wanted, {}, name);
     await this.settle();
   }
@@ -225,13 +233,11 @@ export class Playground {
 
   /** Lets a file fall onto the editor. */
   async drop(text, name) {
-    await this.page.evaluate((contents, called) => {
+    await this.takes(name, () => this.page.evaluate((contents, called) => {
       const data = new DataTransfer();
       data.items.add(new File([contents], called, { type: "text/xml" }));
       document.querySelector(".cm-content").dispatchEvent(new DragEvent("drop", { dataTransfer: data, bubbles: true, cancelable: true }));
-    }, text, name);
-    await this.page.waitForFunction((wanted) => document.getElementById("file-name").textContent === wanted, {}, name);
-    await this.settle();
+    }, text, name));
   }
 
   text(selector) {

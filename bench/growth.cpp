@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <functional>
@@ -23,13 +24,18 @@ using test_support::worst_shape;
 
 using Work = std::function<void(const std::string& file, const std::string& text)>;
 
+constexpr int wrong_use = 2;
+
 Work inspect(std::vector<std::string> words) {
     return [words](const std::string& file, const std::string&) {
         std::vector<std::string> arguments = words;
         arguments.insert(arguments.begin() + 1, file);
         std::ostringstream out;
         std::ostringstream err;
-        static_cast<void>(selvane_inspect::run(arguments, out, err));
+        if (selvane_inspect::run(arguments, out, err) == wrong_use) {
+            std::fputs(err.str().c_str(), stderr);
+            std::exit(wrong_use);
+        }
     };
 }
 
@@ -49,6 +55,11 @@ const named_work works[] = {
     {"list", inspect({"list", "--all"})},
 };
 
+constexpr double allowed = 8;
+constexpr double enough = 0.02;  // seconds
+constexpr std::size_t largest = 32000;
+
+/// The least of some tries: what else the machine does only adds.
 double seconds_of(const Work& work, const std::string& file, const worst_shape& shape, std::size_t n) {
     const std::string text = shape.make(n);
     std::ofstream(file, std::ios::binary) << text;
@@ -61,28 +72,31 @@ double seconds_of(const Work& work, const std::string& file, const worst_shape& 
     return least;
 }
 
+bool grows_too_much(const named_work& one, const std::string& file, const worst_shape& shape) {
+    std::size_t n = shape.smallest;
+    double first = seconds_of(one.work, file, shape, n);
+    while (first < enough && n < largest) first = seconds_of(one.work, file, shape, n *= 2);
+    double last = seconds_of(one.work, file, shape, n * 4);
+    const auto exceeds = [&] { return first >= enough / 4 && last > allowed * first; };
+    for (int again = 0; again < 2 && exceeds(); ++again) {
+        first = std::min(first, seconds_of(one.work, file, shape, n));
+        last = std::min(last, seconds_of(one.work, file, shape, n * 4));
+    }
+    std::printf("%-32s %-6s %7zu: %8.1f ms, %7zu: %8.1f ms, %5.1f times%s\n", shape.name, one.name, n,
+                first * 1000, n * 4, last * 1000, last / std::max(first, 1e-6),
+                exceeds() ? "  TOO MUCH" : "");
+    std::fflush(stdout);
+    return exceeds();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
+    if (argc != 2) return wrong_use;
     keep_memory();
-    constexpr double allowed = 8;
-    constexpr double enough = 0.02;
-    constexpr std::size_t largest = 32000;
     int failed = 0;
     for (const worst_shape& shape : test_support::worst_shapes()) {
-        for (const named_work& one : works) {
-            std::size_t n = 500;
-            double first = seconds_of(one.work, argv[1], shape, n);
-            while (first < enough && n < largest) first = seconds_of(one.work, argv[1], shape, n *= 2);
-            const double last = seconds_of(one.work, argv[1], shape, n * 4);
-            const bool grows = first >= enough / 4 && last > allowed * first;
-            failed += grows ? 1 : 0;
-            std::printf("%-32s %-6s %7zu: %8.1f ms, %7zu: %8.1f ms, %5.1f times%s\n", shape.name, one.name, n,
-                        first * 1000, n * 4, last * 1000, last / std::max(first, 1e-6),
-                        grows ? "  TOO MUCH" : "");
-            std::fflush(stdout);
-        }
+        for (const named_work& one : works) failed += grows_too_much(one, argv[1], shape) ? 1 : 0;
     }
     return failed != 0 ? 1 : 0;
 }

@@ -33,13 +33,14 @@ std::size_t operand_count(op_code code) noexcept {
 
 }  // namespace
 
-const formula_tree& math_parser::read(std::string_view text, name_resolver resolver) {
+const formula_tree& math_parser::read(std::string_view text, name_resolver resolver, bool is_told) {
     resolver_ = &resolver;
+    is_told_ = is_told;
     tree_.begin(text);
     open_.clear();
     depth_ = 1;
     last_token_ = 0;
-    token_ = next_token(text);
+    next_token(text, token_);
     behind_ = text;
     bool goes_on = begin_expression();
     while (goes_on) goes_on = wants_operand_ ? take_operand() : take_follower();
@@ -54,7 +55,8 @@ void math_parser::reserve(const formula_size& largest) {
 void math_parser::read_token() {
     last_token_ = offset_of(token_);
     behind_ = token_.rest;
-    token_ = next_token(behind_);
+    // Into its place: a copy would wait for what was just written.
+    next_token(behind_, token_);
 }
 
 void math_parser::end_operand() {
@@ -75,8 +77,20 @@ bool math_parser::end_with(parse_status status, std::string_view rest) {
 bool math_parser::open(waiting owner, const formula_token& token, std::string_view rest) {
     if (depth_ == max_nesting) return end_with(parse_status::beyond_limits, rest);
     ++depth_;
-    open_.push_back({owner, token.kind, operator_level::none, offset_of(token), 1, tree_.size(), token.text});
+    open_part& part = add_open(owner, token);
+    part.arguments = 1;
+    part.name = token.text;
     return true;
+}
+
+// Filled where it stands: a copy would wait for what was just written.
+math_parser::open_part& math_parser::add_open(waiting owner, const formula_token& token) {
+    open_part& part = open_.emplace_back();
+    part.owner = owner;
+    part.symbol = token.kind;
+    part.offset = offset_of(token);
+    part.behind = tree_.size();
+    return part;
 }
 
 void math_parser::close_part() {
@@ -140,7 +154,7 @@ bool math_parser::take_follower() {
 // The operators of this level and of those inside it have their right operand.
 bool math_parser::take_operator(operator_level binding) {
     add_operators(binding);
-    open_.push_back({waiting::operand, token_.kind, binding, offset_of(token_), 0, tree_.size(), {}});
+    add_open(waiting::operand, token_).level = binding;
     read_token();
     wants_operand_ = true;
     if (token_.kind != token_kind::end) return true;
@@ -231,7 +245,7 @@ void math_parser::add_name() {
 parse_status math_parser::add_identifier_token() {
     const resolved_name resolved = (*resolver_)(token_.text);
     if (std::holds_alternative<std::monostate>(resolved)) {
-        report(messages::name_unresolved, {}, token_.text);
+        if (is_told_) report(messages::name_unresolved, {}, token_.text);
         return parse_status::unknown_name;
     }
     if (std::holds_alternative<exhausted_expression>(resolved)) return parse_status::beyond_limits;

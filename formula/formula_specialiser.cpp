@@ -82,16 +82,16 @@ private:
     [[nodiscard]] bool is_leaf(node_index node) const;
     [[nodiscard]] operand operand_at(node_index node, number_kind kind) const;
 
-    void write_result(node_index node);
+    void write_result(node_index unsettled);
     void write_result_of_selection(node_index node);
     void write_end(number_kind kind, const location& result);
-    [[nodiscard]] location locate_number(node_index node, number_kind kind);
+    [[nodiscard]] location locate_number(node_index unsettled, number_kind kind);
     [[nodiscard]] location locate_operand(const operand& of, number_kind kind);
     [[nodiscard]] std::uint16_t place_condition(node_index node);
-    void compute_into(node_index node, number_kind kind, std::uint16_t target);
+    void compute_into(node_index unsettled, number_kind kind, std::uint16_t target);
     void compute_settled(node_index node, number_kind kind, std::uint16_t target);
     void write_operation(node_index node, step_effect effect, std::uint16_t target);
-    [[nodiscard]] std::size_t write_jump_unless(node_index condition);
+    [[nodiscard]] std::size_t write_jump_unless(node_index unsettled);
     void write_selection(node_index node, number_kind kind, std::uint16_t target);
     void write_branches(const selection& parts, number_kind kind, std::uint16_t target);
     void write_both(const selection& parts, number_kind kind, std::uint16_t target);
@@ -438,6 +438,7 @@ struct form_deleter {
     void operator()(const specialised_formula* form) const noexcept {
         while (form != nullptr) {
             const specialised_formula* next = form->alternative;
+            // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): made by it, and constant to its readers
             ::operator delete(const_cast<specialised_formula*>(form));
             form = next;
         }

@@ -38,11 +38,9 @@ bool is_same(const name_scope& left, const name_scope& right) {
 
 }  // namespace
 
-// Nobody was told what is wrong with the formula while that was asked for.
-void kept_formula::read_late() {
-    const silence quiet;
-    store_->read(*this, names_, store_->room_.size == 0);
-}
+// Nobody was told what is wrong with the formula while that was asked for. The log's threshold stays as it
+// is: it is that of all threads.
+void kept_formula::read_late() { store_->read(*this, names_, store_->room_.size == 0, false); }
 
 kept_formula& formula_store::keep(std::string_view text, const variable_table& names,
                                   const source_kinds& kinds) {
@@ -102,10 +100,10 @@ name_scope formula_store::copy(const name_scope& names) {
     return last_names_;
 }
 
-void formula_store::read(kept_formula& formula, name_resolver names, bool is_lasting) {
-    const formula_tree& tree = tools_->parser.read(formula.text_, names);
+void formula_store::read(kept_formula& formula, name_resolver names, bool is_lasting, bool is_told) {
+    const formula_tree& tree = tools_->parser.read(formula.text_, names, is_told);
     formula.is_read_ = true;
-    formula.is_refused_ = !is_usable(tree);
+    formula.is_refused_ = is_told ? !is_usable(tree) : !tree.is_accepted();
     formula.is_empty_ = formula.is_refused_ || tree.size() == 0;
     formula.is_lasting_ = is_lasting || formula.is_empty_;
     if (!formula.is_empty_) put(formula, tree, is_lasting);

@@ -82,7 +82,7 @@ private:
                                      const source_kinds& kinds) const;
     [[nodiscard]] kept_formula& add(std::string_view text, const source_kinds& kinds);
     [[nodiscard]] name_scope copy(const name_scope& names);
-    void read(kept_formula& formula, name_resolver names, bool is_lasting);
+    void read(kept_formula& formula, name_resolver names, bool is_lasting, bool is_told = true);
     void put(kept_formula& formula, const formula_tree& tree, bool is_lasting);
     [[nodiscard]] unsigned char* take_room(std::size_t size) noexcept;
     [[nodiscard]] static gsl::span<const formula_instruction> put_instructions(const formula_tree& tree,

@@ -70,48 +70,43 @@ std::string_view skip_space(std::string_view text) noexcept {
     return text.substr(at);
 }
 
-formula_token make_end(parse_status status, std::string_view rest) noexcept {
-    formula_token token;
+void take_end(parse_status status, std::string_view rest, formula_token& token) noexcept {
+    token.kind = token_kind::end;
     token.status = status;
     token.text = rest.substr(0, 0);
     token.rest = rest;
-    return token;
 }
 
-formula_token make_number(std::string_view text) {
-    formula_token token;
+// The first characters of the text are the token.
+void take(token_kind kind, std::string_view text, std::size_t length, formula_token& token) noexcept {
+    token.kind = kind;
+    token.status = parse_status::none;
+    token.text = text.substr(0, length);
+    token.rest = text.substr(length);
+}
+
+void take_number(std::string_view text, formula_token& token) {
     const std::size_t consumed = parse_number(text, token.number);
     // A hexadecimal prefix without digits.
-    if (consumed == 0) return make_end(parse_status::invalid_token, text);
-    token.kind = token_kind::number;
-    token.text = text.substr(0, consumed);
-    token.rest = text.substr(consumed);
-    return token;
+    if (consumed == 0) return take_end(parse_status::invalid_token, text, token);
+    take(token_kind::number, text, consumed, token);
 }
 
-formula_token make_operation(std::string_view text) noexcept {
+void take_operation(std::string_view text, formula_token& token) noexcept {
     const formula_operation* operation = match_operation(text);
-    if (operation == nullptr) return make_end(parse_status::invalid_token, text);
-    formula_token token;
-    token.kind = operation->kind;
-    token.text = text.substr(0, operation->text.size());
-    token.rest = text.substr(operation->text.size());
-    return token;
+    if (operation == nullptr) return take_end(parse_status::invalid_token, text, token);
+    take(operation->kind, text, operation->text.size(), token);
 }
 
-formula_token make_name(std::string_view text) noexcept {
+void take_name(std::string_view text, formula_token& token) noexcept {
     std::size_t length = 0;
     while (length < text.size() && class_of(text[length]) >= character::digit) ++length;
-
-    formula_token token;
-    token.kind = token_kind::identifier;
-    token.text = text.substr(0, length);
-    token.rest = skip_space(text.substr(length));
+    take(token_kind::identifier, text, length, token);
+    token.rest = skip_space(token.rest);
     if (!token.rest.empty() && token.rest.front() == '(') {
         token.kind = token_kind::function;
         token.rest.remove_prefix(1);
     }
-    return token;
 }
 
 }  // namespace
@@ -134,18 +129,24 @@ formula_size measure_formula(std::string_view text) noexcept {
     return size;
 }
 
-formula_token next_token(std::string_view text) {
+void next_token(std::string_view text, formula_token& token) {
     const std::string_view start = skip_space(text);
-    if (start.empty()) return make_end(parse_status::end_of_text, start);
+    if (start.empty()) return take_end(parse_status::end_of_text, start, token);
 
     switch (class_of(start.front())) {
         case character::digit:
-            return make_number(start);
+            return take_number(start, token);
         case character::name:
-            return make_name(start);
+            return take_name(start, token);
         default:
-            return make_operation(start);
+            return take_operation(start, token);
     }
+}
+
+formula_token next_token(std::string_view text) {
+    formula_token token;
+    next_token(text, token);
+    return token;
 }
 
 }  // namespace GenICam

@@ -47,5 +47,7 @@ struct formula_size {
 
 /// The first token of the text. Knows nothing of what stands before it.
 [[nodiscard]] formula_token next_token(std::string_view text);
+/// The same into a token that is there. Its number stays unless the new one is a number.
+void next_token(std::string_view text, formula_token& token);
 
 }  // namespace GenICam

@@ -13,8 +13,14 @@ formula_node& formula_tree::add(token_kind symbol, std::uint32_t offset, std::si
         first = nodes_[first - 1].first;
     }
     lacks_operands_ = lacks_operands_ || operand_count > 0;
-    nodes_.push_back({{}, first, start, behind, offset, symbol, false});
-    return nodes_.back();
+    // Filled where it stands: a copy would wait for what was just written.
+    formula_node& node = nodes_.emplace_back();
+    node.first = first;
+    node.start = start;
+    node.end = behind;
+    node.offset = offset;
+    node.symbol = symbol;
+    return node;
 }
 
 void formula_tree::begin(std::string_view text) {

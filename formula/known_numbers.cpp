@@ -71,7 +71,7 @@ known_number known_numbers::infer_node(const formula_tree& tree, formula_tree::i
 }
 
 known_number known_numbers::infer_function(const formula_function& function, const known_number& first,
-                                           const known_number& second) const {
+                                           const known_number& second) {
     if (first.is_constant && second.is_constant && !ends_process(function, first.value(), second.value())) {
         return constant_of(function.arity == 1 ? apply(function, first.value())
                                                : apply(function, first.value(), second.value()));
@@ -87,7 +87,7 @@ known_number known_numbers::infer_function(const formula_function& function, con
 }
 
 known_number known_numbers::infer_selection(const known_number& condition, const known_number& when_true,
-                                            const known_number& when_false) const {
+                                            const known_number& when_false) {
     known_number made;
     made.kind = join(when_true.kind, when_false.kind);
     made.can_fault = condition.can_fault || when_true.can_fault || when_false.can_fault;

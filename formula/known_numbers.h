@@ -56,10 +56,11 @@ public:
 private:
     [[nodiscard]] known_number infer_node(const formula_tree& tree, formula_tree::index node,
                                           variable_kinds kinds) const;
-    [[nodiscard]] known_number infer_function(const formula_function& function, const known_number& first,
-                                              const known_number& second) const;
-    [[nodiscard]] known_number infer_selection(const known_number& condition, const known_number& when_true,
-                                               const known_number& when_false) const;
+    [[nodiscard]] static known_number infer_function(const formula_function& function,
+                                                     const known_number& first, const known_number& second);
+    [[nodiscard]] static known_number infer_selection(const known_number& condition,
+                                                      const known_number& when_true,
+                                                      const known_number& when_false);
 
     boost::container::small_vector<known_number, 64> numbers_;
 };

@@ -23,8 +23,9 @@ public:
     /// With room for a tree of that many nodes.
     explicit math_parser(std::size_t nodes) { tree_.reserve({nodes, 0}); }
 
-    /// Reads a formula. The tree stays until the next one is read.
-    const formula_tree& read(std::string_view text, name_resolver resolver);
+    /// Reads a formula. The tree stays until the next one is read. The log hears of names that are unknown
+    /// where it `is_told`.
+    const formula_tree& read(std::string_view text, name_resolver resolver, bool is_told = true);
     [[nodiscard]] formula_tree take_tree() { return std::move(tree_); }
 
     /// Room for formulas up to that size.
@@ -34,13 +35,13 @@ private:
     enum class waiting : std::uint8_t { operand, sign, parenthesis, arguments, then_part, else_part };
 
     struct open_part {
-        waiting owner;
-        token_kind symbol;
-        operator_level level;        // of a binary operator
-        std::uint32_t offset;        // of the operator, the parenthesis or the name
-        std::uint32_t arguments;     // of a call so far
-        formula_tree::index behind;  // how many nodes stand before the part
-        std::string_view name;       // of a call
+        waiting owner = waiting::operand;
+        token_kind symbol = token_kind::end;
+        operator_level level = operator_level::none;  // of a binary operator
+        std::uint32_t offset = 0;                     // of the operator, the parenthesis or the name
+        std::uint32_t arguments = 0;                  // of a call so far
+        formula_tree::index behind = 0;               // how many nodes stand before the part
+        std::string_view name;                        // of a call
     };
 
     // These give whether there is more to read.
@@ -56,6 +57,7 @@ private:
     bool end_then_part();
     bool end_text();
     bool open(waiting owner, const formula_token& token, std::string_view rest);
+    open_part& add_open(waiting owner, const formula_token& token);
     bool end_with(parse_status status, std::string_view rest);
 
     void read_token();
@@ -84,6 +86,7 @@ private:
     }
 
     const name_resolver* resolver_ = nullptr;  // while a formula is read
+    bool is_told_ = true;
     formula_tree tree_;
     formula_token token_;           // what comes next
     std::string_view behind_;       // the text behind the last token that was taken

@@ -28,8 +28,8 @@ void MakeUVCExposure(CZELItemDataBase** result, IUnknown* filter, const ItemReco
         return;
     }
     const bool use_microseconds = PropertySupported(*properties, SELVANE_EXPOSURE_MICROSECONDS);
-    *result = new CUVCExposure({std::move(properties), platform::query<IAMCameraControl>(filter), {}},
-                               use_microseconds);
+    auto camera = platform::query<IAMCameraControl>(filter);
+    *result = new CUVCExposure({std::move(properties), std::move(camera), {}}, use_microseconds);
 }
 
 }  // namespace ZELAdapterHelper

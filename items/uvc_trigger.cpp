@@ -57,8 +57,8 @@ public:
     HRESULT GetMapStrings(InterfaceKey key, std::vector<SharedString>& strings) override;
 
 private:
-    HRESULT Read(const FlagRow& row, bool& on) const;
-    HRESULT Write(const FlagRow& row, bool on) const;
+    [[nodiscard]] HRESULT Read(const FlagRow& row, bool& on) const;
+    [[nodiscard]] HRESULT Write(const FlagRow& row, bool on) const;
 };
 
 HRESULT CUVCTrigger::Read(const FlagRow& row, bool& on) const {

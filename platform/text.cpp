@@ -109,7 +109,7 @@ std::string_view hex_magnitude(std::string_view text) noexcept {
 // from_chars on the text behind white space, sign and prefix.
 std::size_t read_magnitude(std::string_view text, std::chars_format form, double& magnitude) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, form);
-    const std::size_t consumed = static_cast<std::size_t>(end - text.data());
+    const auto consumed = static_cast<std::size_t>(end - text.data());
     if (error == std::errc::result_out_of_range) {
         magnitude =
             is_overflow(text.substr(0, consumed), form) ? std::numeric_limits<double>::infinity() : 0.0;
@@ -126,7 +126,7 @@ bool parse_guid(std::wstring_view text, GUID& guid) {
     guid = GUID{};
     std::array<std::uint8_t, 16> bytes{};
     if (!read_guid_bytes(text, bytes)) return false;
-    guid.Data1 = big_endian<std::uint32_t>(&bytes[0]);
+    guid.Data1 = big_endian<std::uint32_t>(bytes.data());
     guid.Data2 = big_endian<std::uint16_t>(&bytes[4]);
     guid.Data3 = big_endian<std::uint16_t>(&bytes[6]);
     for (std::size_t at = 0; at < 8; ++at) guid.Data4[at] = bytes[8 + at];

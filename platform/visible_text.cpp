@@ -2,6 +2,9 @@
 
 #include "platform/utf8.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace platform {
 namespace {
 
@@ -20,10 +23,9 @@ constexpr code_range obeyed[] = {
 };
 
 bool is_obeyed(char32_t character) noexcept {
-    for (const code_range& range : obeyed) {
-        if (character >= range.first && character <= range.last) return true;
-    }
-    return false;
+    return std::any_of(std::begin(obeyed), std::end(obeyed), [character](const code_range& range) {
+        return character >= range.first && character <= range.last;
+    });
 }
 
 void append_hex(std::string& text, char32_t number, int digits) {

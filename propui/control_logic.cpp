@@ -28,7 +28,7 @@ std::optional<std::int32_t> SelectionOf(CZELItemDataBase& item, InterfaceKey key
 }
 
 void SelectEntry(CZELItemDataBase& item, InterfaceKey key, std::int32_t index) noexcept {
-    GuardedItem(item).SetValue(key, index);
+    static_cast<void>(GuardedItem(item).SetValue(key, index));
 }
 
 bool IsSwitchedOn(CZELItemDataBase& item, InterfaceKey key) noexcept {
@@ -43,9 +43,11 @@ bool MayToggle(CZELItemDataBase& item, InterfaceKey key) noexcept {
 }
 
 void SetSwitchTo(CZELItemDataBase& item, InterfaceKey key, bool on) noexcept {
-    GuardedItem(item).SetSwitch(key, on);
+    static_cast<void>(GuardedItem(item).SetSwitch(key, on));
 }
 
-void PushButton(CZELItemDataBase& item, InterfaceKey key) noexcept { GuardedItem(item).Push(key); }
+void PushButton(CZELItemDataBase& item, InterfaceKey key) noexcept {
+    static_cast<void>(GuardedItem(item).Push(key));
+}
 
 }  // namespace ZELPropUI

@@ -28,16 +28,16 @@ public:
     [[nodiscard]] HRESULT IsAvailable(InterfaceKey key, bool& available) const noexcept;
     [[nodiscard]] HRESULT IsReadOnly(InterfaceKey key, bool& read_only) const noexcept;
     [[nodiscard]] HRESULT GetSwitch(InterfaceKey key, bool& on) const noexcept;
-    HRESULT SetSwitch(InterfaceKey key, bool on) const noexcept;
+    [[nodiscard]] HRESULT SetSwitch(InterfaceKey key, bool on) const noexcept;
     [[nodiscard]] HRESULT GetRange(InterfaceKey key, ZELAdapterHelper::RangeInfo& range) const noexcept;
     [[nodiscard]] HRESULT GetValue(InterfaceKey key, std::int32_t& value) const noexcept;
-    HRESULT SetValue(InterfaceKey key, std::int32_t value) const noexcept;
+    [[nodiscard]] HRESULT SetValue(InterfaceKey key, std::int32_t value) const noexcept;
     [[nodiscard]] HRESULT GetAbsRange(InterfaceKey key, ZELAdapterHelper::AbsRangeInfo& range) const noexcept;
     [[nodiscard]] HRESULT GetAbsValue(InterfaceKey key, double& value) const noexcept;
-    HRESULT SetAbsValue(InterfaceKey key, double value) const noexcept;
+    [[nodiscard]] HRESULT SetAbsValue(InterfaceKey key, double value) const noexcept;
     [[nodiscard]] HRESULT GetAbsUnit(InterfaceKey key, ZELAdapterHelper::SharedString& unit,
                                      std::int32_t& scale) const noexcept;
-    HRESULT Push(InterfaceKey key) const noexcept;
+    [[nodiscard]] HRESULT Push(InterfaceKey key) const noexcept;
     [[nodiscard]] HRESULT GetMapStrings(InterfaceKey key,
                                         std::vector<ZELAdapterHelper::SharedString>& strings) const noexcept;
 

@@ -31,9 +31,9 @@ public:
     /// Parses and writes; false if the text is no value or the write failed.
     virtual bool SetText(std::wstring_view text) = 0;
     [[nodiscard]] virtual bool GetText(std::wstring& text) = 0;
-    /// The element behind the controller, for whoever shows more of it than its position; null without one.
-    [[nodiscard]] virtual CZELItemDataBase* GetItem() const noexcept { return nullptr; }
-    [[nodiscard]] virtual InterfaceKey GetKey() const noexcept { return 0; }
+    /// The element behind the controller, for whoever shows more of it than its position.
+    [[nodiscard]] virtual CZELItemDataBase& GetItem() const noexcept = 0;
+    [[nodiscard]] virtual InterfaceKey GetKey() const noexcept = 0;
 
     /// Until the end of the refresh the item is asked once for each thing, however many controls show it; a
     /// refresh within a refresh asks anew.
@@ -53,8 +53,8 @@ class CElementSliderController : public ISliderController {
 public:
     bool IsReadOnly() override;
     bool IsAvailable() override;
-    CZELItemDataBase* GetItem() const noexcept override { return item_.get(); }
-    InterfaceKey GetKey() const noexcept override { return key_; }
+    [[nodiscard]] CZELItemDataBase& GetItem() const noexcept override { return *item_.get(); }
+    [[nodiscard]] InterfaceKey GetKey() const noexcept override { return key_; }
 
 protected:
     CElementSliderController(CZELItemDataBase* item, InterfaceKey key) : item_(item), key_(key) {}

@@ -34,7 +34,7 @@ camera_core::camera_core(camera_options wanted)
         throw std::invalid_argument("register contents: line " + std::to_string(line) + " is not understood");
     }
     if (options.prepare_memory) options.prepare_memory(memory);
-    for (const std::string& description : options.descriptions) features.add(description, memory);
+    for (const std::string& description : options.descriptions) features.add(description, registers());
     if (options.start_from_defaults) features.write_defaults();
 }
 
@@ -47,7 +47,7 @@ driver_call camera_core::open_call(call_kind kind, DWORD id) {
 }
 
 // Whether the instance is one that the property takes.
-bool camera_core::read_blocks(driver_call& call, const block& instance, const block& data) {
+bool camera_core::read_blocks(driver_call& call, const block& instance, const block& data) const {
     call.instance = copy_of(instance.memory, instance.size);
     call.one_buffer = instance.memory == data.memory;
     if (book.is_watched()) call.data = copy_of(data.memory, data.size);
@@ -105,6 +105,10 @@ HRESULT camera_core::query(REFGUID set, DWORD id, DWORD* support) {
     });
 }
 
+GenICam::IDevicePort& camera_core::registers() noexcept {
+    return options.registers != nullptr ? *options.registers : memory;
+}
+
 bool camera_core::serves_vendor(REFGUID set) const noexcept {
     return (set == wire::vendor_set && options.vendor_set) ||
            (set == wire::color_enhancement_set && options.color_enhancement_set);
@@ -154,7 +158,7 @@ HRESULT camera_core::get_property(const driver_call& call, void* data, DWORD siz
     if (call.id == SELVANE_NAMED_ACCESS) return get_named(call.path, data, size, returned);
     if (call.id == SELVANE_REGISTER_ACCESS) {
         returned = size;
-        return GenICam::to_hresult(memory.read(call.address, data, size, 0));
+        return GenICam::to_hresult(registers().read(call.address, data, size, 0));
     }
     return get_description(call.instance, call.id, data, size, returned);
 }
@@ -212,7 +216,7 @@ HRESULT camera_core::set_property(const driver_call& call, const void* data, DWO
     if (const HRESULT hr = query_device(call.id, support); FAILED(hr)) return hr;
     if ((support & support_set) == 0) return property_unknown;
     if (call.id == SELVANE_NAMED_ACCESS) return set_named(call.path, data, size);
-    return GenICam::to_hresult(memory.write(call.address, data, size, 0));
+    return GenICam::to_hresult(registers().write(call.address, data, size, 0));
 }
 
 HRESULT camera_core::set_named(const std::string& path, const void* data, DWORD size) const {

@@ -42,7 +42,7 @@ private:
     };
 
     [[nodiscard]] driver_call open_call(call_kind kind, DWORD id);
-    [[nodiscard]] bool read_blocks(driver_call& call, const block& instance, const block& data);
+    [[nodiscard]] bool read_blocks(driver_call& call, const block& instance, const block& data) const;
     template <class Work, class Finish>
     HRESULT answer(driver_call& call, bool watched, Work work, Finish finish);
     template <class Work>
@@ -53,6 +53,7 @@ private:
     /// Answers from the state of a control, which `give` also enters into the call.
     template <class Give>
     [[nodiscard]] HRESULT ask_control(call_kind kind, LONG property, Give give);
+    [[nodiscard]] GenICam::IDevicePort& registers() noexcept;
     [[nodiscard]] bool serves_vendor(REFGUID set) const noexcept;
     [[nodiscard]] HRESULT query_device(DWORD id, DWORD& support) const;
     [[nodiscard]] HRESULT get_property(const driver_call& call, void* data, DWORD size, DWORD& returned);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "genicam/idevice_port.h"
 #include "simcam/vendor_model.h"
 
 #include <chrono>
@@ -37,6 +38,8 @@ struct camera_options {
     bool start_from_defaults = false;
     /// Gives the registers their behaviour: protected areas, commands, registers that change by themselves.
     std::function<void(register_memory&)> prepare_memory;
+    /// Where registers are read and written in the place of the memory; outlives the camera.
+    GenICam::IDevicePort* registers = nullptr;
     /// How long each call of the driver takes, as the bus of a real camera does.
     std::chrono::milliseconds call_delay{0};
     /// Keeps the transcript; benchmarks and fuzzers do without.

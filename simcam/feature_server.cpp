@@ -99,23 +99,6 @@ void write_default_of(Node& node) {
     if (stated) static_cast<void>(node.set_val(stated.value(), forced));
 }
 
-void write_default(INode& node) {
-    if (node.get_access_mode() == AccessMode::RO) return;
-    switch (node.get_node_type()) {
-        case node_type::integer:
-            write_default_of(static_cast<IInteger&>(node));
-            break;
-        case node_type::floating:
-            write_default_of(static_cast<IFloat&>(node));
-            break;
-        case node_type::boolean:
-            write_default_of(static_cast<IBoolean&>(node));
-            break;
-        default:
-            break;
-    }
-}
-
 // The nodes behind `pIsLocked`, by the names of the features that state one.
 class lock_collector final : public pugi::xml_tree_walker {
 public:
@@ -146,6 +129,23 @@ bool reads_true(INode& node) {
 }
 
 }  // namespace
+
+void write_default(INode& node) {
+    if (node.get_access_mode() == AccessMode::RO) return;
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            write_default_of(static_cast<IInteger&>(node));
+            break;
+        case node_type::floating:
+            write_default_of(static_cast<IFloat&>(node));
+            break;
+        case node_type::boolean:
+            write_default_of(static_cast<IBoolean&>(node));
+            break;
+        default:
+            break;
+    }
+}
 
 void feature_server::add(std::string_view description, IDevicePort& device) {
     load_options options;

@@ -16,6 +16,10 @@ namespace simcam {
 /// What the 8 bytes of a path mean; `text` has any size.
 enum class value_form { integer, real, text };
 
+/// Writes the default of a number or switch that states one, past access mode and range, unless it can only
+/// be read.
+void write_default(GenICam::INode& node);
+
 /// Answers the paths of named feature access from documents of its own. Every value is read past the register
 /// caches: the registers may have changed by the other access path. What a feature refuses comes back as the
 /// engine's HRESULT; an unknown feature or suffix, or one that its kind does not have, as 0x80070490.

@@ -40,6 +40,7 @@ bool dependent_closing::complete(number node, std::size_t longest) {
     for (const number dependent : own) mark_listed(dependent, false);
     std::size_t looked_at = 0;
     // By index, as the list grows.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t at = 0; at < to_follow_.size(); ++at) {
         const number dependent = to_follow_[at];
         if (dependent == node || states_[dependent].is_covered) continue;

@@ -30,8 +30,6 @@ public:
     void add(number owner, number dependent) { registered_.add(owner, dependent); }
     /// All that depend on others have registered.
     void begin();
-    /// Once begun: what registered itself with a node.
-    [[nodiscard]] gsl::span<const number> registered(number node) const noexcept { return registered_[node]; }
     /// Completes the list of a node.
     [[nodiscard]] kept_list close(number node);
     [[nodiscard]] bool is_exhausted() const noexcept {

@@ -29,10 +29,4 @@ gsl::span<IEval* const> dependent_lists::spread(kept_list list) {
     return {spread_.data(), spread_.size()};
 }
 
-gsl::span<IEval* const> dependent_lists::spread(gsl::span<const number> list) {
-    spread_.clear();
-    for (const number node : list) spread_.push_back(node_at(node));
-    return {spread_.data(), spread_.size()};
-}
-
 }  // namespace GenICam

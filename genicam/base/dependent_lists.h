@@ -56,7 +56,6 @@ public:
     }
     /// The nodes of a list side by side, until the next list is asked for.
     [[nodiscard]] gsl::span<IEval* const> spread(kept_list list);
-    [[nodiscard]] gsl::span<IEval* const> spread(gsl::span<const number> list);
 
 private:
     static constexpr std::uint32_t first_shared = std::uint32_t{1} << 31;

@@ -27,7 +27,6 @@ void dependent_register::put(const entry& added) {
 }
 
 gsl::span<const dependent_register::number> dependent_register::operator[](number owner) const noexcept {
-    if (owner >= owners_.size()) return {};
     const stretch& of_owner = owners_[owner];
     return {dependents_.data() + of_owner.begin, of_owner.count};
 }

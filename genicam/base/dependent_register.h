@@ -22,13 +22,16 @@ public:
         turns_[turn_].begin = static_cast<std::uint32_t>(entries_.size());
     }
     void add(number owner, number dependent) {
-        entries_.push_back({owner, dependent});
+        // Filled where it stands: a copy would wait for what was just written.
+        entry& added = entries_.emplace_back();
+        added.owner = owner;
+        added.dependent = dependent;
         ++turns_[turn_].count;
     }
     /// Puts together what belongs together, for so many nodes. Nothing is added from then on.
     void close(std::size_t nodes);
-    /// Once closed, in the order of the turns; each once, where it was added several times in a row: nodes
-    /// register themselves, with their parts, in their own turns.
+    /// Once closed, of one of its nodes, in the order of the turns; each once, where it was added several
+    /// times in a row: nodes register themselves, with their parts, in their own turns.
     [[nodiscard]] gsl::span<const number> operator[](number owner) const noexcept;
 
 private:

@@ -39,12 +39,11 @@ node_base_data::node_base_data(document_services* services, const described_elem
     : xml_(xml),
       name_(xml.node_name()),
       services_(services),
+      imposed_access_mode_(parse_imposed_access_mode(xml, xml.text(child::ImposedAccessMode))),
       has_callbacks_(false),
       has_extension_(xml.has(child::Extension)),
       has_imposed_mode_(xml.has(child::ImposedAccessMode)),
-      has_streamable_(xml.has(child::Streamable)) {
-    imposed_access_mode_ = parse_imposed_access_mode(xml, xml.text(child::ImposedAccessMode));
-}
+      has_streamable_(xml.has(child::Streamable)) {}
 
 void node_base_data::resolve_references(IGenICamDoc* doc) { resolve_described(doc, *scanned_element(xml_)); }
 

@@ -74,15 +74,31 @@ described_element element_scanner::describe(pugi::xml_node xml) {
     return element;
 }
 
+described_element element_scanner::describe(pugi::xml_node xml, const child_set& wanted) {
+    const described_element element = describe_alone(xml);
+    children_.clear();
+    child_set present;
+    for (const known_child& known : element.known_children()) {
+        if (!wanted.has(known.name)) continue;
+        present.add(known.name);
+        children_.push_back(known);
+    }
+    return {xml, present, memory_.copy(children_.data(), children_.size())};
+}
+
 described_element element_scanner::describe_alone(pugi::xml_node xml) {
     children_.clear();
     child_set present;
     for (pugi::xml_node node = xml.first_child(); node; node = node.next_sibling()) {
         const std::size_t index = child_names.find(node.name());
-        if (index == child_names.not_found) continue;
+        if (index == no_such_name) continue;
         const auto name = static_cast<child>(index);
         present.add(name);
-        children_.push_back({node, node.child_value(), name});
+        // Filled where it stands: a copy would wait for what was just written.
+        known_child& known = children_.emplace_back();
+        known.element = node;
+        known.terminated_text = node.child_value();
+        known.name = name;
     }
     return {xml, present, memory_.copy(children_.data(), children_.size())};
 }

@@ -72,18 +72,27 @@ enum class child : std::uint8_t {
 /// costs nothing.
 class child_set {
 public:
+    constexpr child_set() = default;
+    template <class... Names>
+    constexpr explicit child_set(child first, Names... others) noexcept : bits_(bits_of(first, others...)) {}
+
     [[nodiscard]] bool has(child name) const noexcept {
         return (bits_ >> static_cast<unsigned>(name) & 1U) != 0;
     }
 
     template <class... Names>
     [[nodiscard]] bool has_any(Names... names) const noexcept {
-        return (bits_ & ((std::uint64_t{1} << static_cast<unsigned>(names)) | ...)) != 0;
+        return (bits_ & bits_of(names...)) != 0;
     }
 
-    void add(child name) noexcept { bits_ |= std::uint64_t{1} << static_cast<unsigned>(name); }
+    void add(child name) noexcept { bits_ |= bits_of(name); }
 
 private:
+    template <class... Names>
+    [[nodiscard]] static constexpr std::uint64_t bits_of(Names... names) noexcept {
+        return ((std::uint64_t{1} << static_cast<unsigned>(names)) | ...);
+    }
+
     std::uint64_t bits_ = 0;
 };
 
@@ -159,6 +168,8 @@ private:
 class element_scanner {
 public:
     [[nodiscard]] described_element describe(pugi::xml_node xml);
+    /// With none but the wanted children.
+    [[nodiscard]] described_element describe(pugi::xml_node xml, const child_set& wanted);
 
 private:
     [[nodiscard]] described_element describe_alone(pugi::xml_node xml);

@@ -35,7 +35,8 @@ std::string with_portable_lengths(std::string_view format) {
 void print_time_stamp() {
     char text[log_message_size];
     const unsigned long long now = platform::performance_microseconds();
-    if (std::snprintf(text, log_message_size, "{%lluus} ", now) > 0) platform::write_debug_output(text);
+    std::snprintf(text, log_message_size, "{%lluus} ", now);
+    platform::write_debug_output(text);
 }
 
 // A message that comes out empty has no stamp either.

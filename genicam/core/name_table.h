@@ -9,15 +9,15 @@
 
 namespace GenICam {
 
+/// No index of a name.
+inline constexpr std::size_t no_such_name = static_cast<std::size_t>(-1);
+
 /// Finds one of a few fixed names, at the cost of one comparison for nearly every text: a table made at
 /// compile time, addressed by some bytes of the name. Names have at least three characters.
 template <std::size_t Count>
 class name_table {
 public:
-    static constexpr std::size_t not_found = static_cast<std::size_t>(-1);
-
-    explicit constexpr name_table(const std::array<std::string_view, Count>& names)
-        : names_(names), slots_{} {
+    explicit constexpr name_table(const std::array<std::string_view, Count>& names) : names_(names) {
         for (std::uint8_t& slot : slots_) slot = empty_slot;
         for (std::size_t index = 0; index < Count; ++index) {
             std::size_t at = slot_of(names_[index]);
@@ -26,13 +26,13 @@ public:
         }
     }
 
-    /// The index of the name in the list, or `not_found`.
+    /// The index of the name in the list, or `no_such_name`.
     [[nodiscard]] std::size_t find(std::string_view name) const noexcept {
-        if (name.size() < shortest_name) return not_found;
+        if (name.size() < shortest_name) return no_such_name;
         for (std::size_t at = slot_of(name); slots_[at] != empty_slot; at = (at + 1) % slot_count) {
             if (is_same_text(names_[slots_[at]], name)) return slots_[at];
         }
-        return not_found;
+        return no_such_name;
     }
 
     [[nodiscard]] constexpr std::string_view operator[](std::size_t index) const noexcept {
@@ -56,7 +56,7 @@ private:
     }
 
     std::array<std::string_view, Count> names_;
-    std::array<std::uint8_t, slot_count> slots_;
+    std::array<std::uint8_t, slot_count> slots_{};
 };
 
 }  // namespace GenICam

@@ -8,7 +8,7 @@ namespace GenICam {
 
 /// Eight bytes of a text, wherever they stand.
 [[nodiscard]] inline std::uint64_t word_at(std::string_view text, std::size_t at) noexcept {
-    std::uint64_t word;
+    std::uint64_t word = 0;
     std::memcpy(&word, text.data() + at, sizeof(word));
     return word;
 }

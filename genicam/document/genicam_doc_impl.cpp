@@ -297,9 +297,8 @@ bool genicam_doc::takes_dependents() const {
     return loading_ != nullptr;
 }
 
-gsl::span<IEval* const> genicam_doc::get_dependents(IEval* owner) {
-    if (loading_ == nullptr) return {};
-    return dependents_.spread(loading_->closing.registered(number_of(owner)));
-}
+// What nodes without a value of their own were told is put into the lists of others while the description is
+// loaded, and nothing is kept of it.
+gsl::span<IEval* const> genicam_doc::get_dependents(IEval*) { return {}; }
 
 }  // namespace GenICam

@@ -47,6 +47,7 @@ void reserve_node(alloc_itf& allocator, const described_element& element, bool h
     allocator.reserve(sizeof(T), 1, alignment, has_destructor);
     reserve_links(allocator, element);
     if constexpr (std::is_same_v<T, category_type>) {
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): pointers are what is listed
         allocator.reserve(sizeof(INode*), element.count(child::pFeature), alignment, false);
     } else if constexpr (is_enumeration<T>) {
         allocator.reserve(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment, false);
@@ -62,6 +63,7 @@ T* construct_node(alloc_itf& allocator, document_services* services, const descr
     if constexpr (std::is_same_v<T, category_type>) {
         return ::new (storage)
             T(services, element,
+              // NOLINTNEXTLINE(bugprone-sizeof-expression): pointers are what is listed
               allocator.allocate_array(sizeof(INode*), element.count(child::pFeature), alignment));
     } else if constexpr (is_enumeration<T>) {
         return ::new (storage)
@@ -189,7 +191,7 @@ bool is_debug_property(const described_element& element) {
            is_debug != 0;
 }
 
-bool is_container(pugi::xml_node element) { return containers.find(element.name()) != containers.not_found; }
+bool is_container(pugi::xml_node element) { return containers.find(element.name()) != no_such_name; }
 
 }  // namespace
 
@@ -231,13 +233,13 @@ void element_walk::advance() {
 const described_element* element_walk::find_shared_struct_reg() {
     open_container& shared = containers_[containers_.back().sharing];
     if (shared.struct_reg == nullptr)
-        shared.struct_reg = &struct_regs_.emplace_back(scanner_.describe(shared.xml));
+        shared.struct_reg = &struct_regs_.emplace_back(scanner_.describe(shared.xml, struct_reg_children));
     return shared.struct_reg;
 }
 
 bool element_walk::take(pugi::xml_node xml) {
     const std::size_t name = element_names.find(xml.name());
-    if (name == element_names.not_found) return false;
+    if (name == no_such_name) return false;
     described_element& element = taken_.element;
     element = scanner_.describe(xml);
     const decision_rule* rule = find_rule(name, element);

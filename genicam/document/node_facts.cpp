@@ -72,8 +72,8 @@ pugi::xml_node register_element_of(pugi::xml_node element) {
 }
 
 Endianess byte_order_of(pugi::xml_node element) {
-    const pugi::xml_node placed = register_element_of(element);
-    return parse_endianess(placed, placed.child_value("Endianess"));
+    const pugi::xml_node stating = register_element_of(element);
+    return parse_endianess(stating, stating.child_value("Endianess"));
 }
 
 std::uint64_t field_bits_of(pugi::xml_node element, std::int64_t length) {

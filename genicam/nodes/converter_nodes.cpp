@@ -46,7 +46,7 @@ source_kinds converter_impl::kinds_when_reading() const {
 }
 
 kept_formula* converter_impl::keep(const described_element& xml, child name, const variable_table& table,
-                                   const source_kinds& kinds, const node_base_data& self) const {
+                                   const source_kinds& kinds, const node_base_data& self) {
     const std::string_view text = xml.text(name);
     kept_formula& formula = self.formulas().keep(text, table, kinds);
     if (!formula.was_refused()) return &formula;

@@ -27,8 +27,9 @@ public:
 
 private:
     /// Keeps the formula of one direction; null, and a message, for one that is known to be refused.
-    [[nodiscard]] kept_formula* keep(const described_element& xml, child name, const variable_table& table,
-                                     const source_kinds& kinds, const node_base_data& self) const;
+    [[nodiscard]] static kept_formula* keep(const described_element& xml, child name,
+                                            const variable_table& table, const source_kinds& kinds,
+                                            const node_base_data& self);
     [[nodiscard]] source_kinds kinds_when_reading() const;
     [[nodiscard]] bool can_write() const;
 

@@ -89,6 +89,7 @@ std::error_code port_chunk_type::read(std::uint64_t address, void* buffer, std::
                                        messages::chunk_port_read_length};
     unsigned char* found = nullptr;
     if (const std::error_code failed = find_bytes(address, length, texts, found)) return failed;
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): found where nothing failed
     if (length > 0) std::memcpy(buffer, found, static_cast<std::size_t>(length));
     return {};
 }
@@ -99,6 +100,7 @@ std::error_code port_chunk_type::write(std::uint64_t address, const void* buffer
                                        messages::chunk_port_write_length};
     unsigned char* found = nullptr;
     if (const std::error_code failed = find_bytes(address, length, texts, found)) return failed;
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): found where nothing failed
     if (length > 0) std::memcpy(found, buffer, static_cast<std::size_t>(length));
     return {};
 }

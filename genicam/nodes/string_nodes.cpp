@@ -110,7 +110,7 @@ result<std::string> string_reg_type::get_val(std::uint32_t flags) {
     if (length < 0 || length > greatest_text) return make_error_code(index_out_of_range);
     std::string text;
     if (const std::error_code failure = cache_.read(span.assume_value(), text, flags)) return failure;
-    return result<std::string>(std::move(text));
+    return {std::move(text)};
 }
 
 std::error_code string_reg_type::set_val(std::string_view value, std::uint32_t flags) {

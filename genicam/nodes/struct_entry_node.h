@@ -8,6 +8,11 @@ namespace GenICam {
 /// lie between.
 [[nodiscard]] pugi::xml_node find_struct_reg(pugi::xml_node entry);
 
+/// What entries read there. Each goes through it anew, and there may be as many other children as entries.
+inline constexpr child_set struct_reg_children(child::AccessMode, child::Address, child::Cachable,
+                                               child::Endianess, child::IntSwissKnife, child::Length,
+                                               child::pAddress, child::pIndex, child::pLength, child::pPort);
+
 /// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of
 /// more than 8 bytes, or of none, fails every read and write with `index_out_of_range`.
 class struct_entry_type final : public node_base_impl_bit_field,

@@ -112,7 +112,7 @@ void variable_map_impl::bind_variable(IGenICamDoc* doc, const known_child& found
     table.add_variable(name, id);
 }
 
-void variable_map_impl::parse_expression(const known_child& found, variable_table& table) const {
+void variable_map_impl::parse_expression(const known_child& found, variable_table& table) {
     const std::string_view name = binding_name(found.element);
     if (table.has(name)) return;
     const std::string_view text = found.text();

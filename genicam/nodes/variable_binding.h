@@ -70,7 +70,7 @@ public:
 private:
     void bind(IGenICamDoc* doc, const described_element& xml, INode* self, variable_table& table);
     void bind_variable(IGenICamDoc* doc, const known_child& found, INode* self, variable_table& table);
-    void parse_expression(const known_child& found, variable_table& table) const;
+    static void parse_expression(const known_child& found, variable_table& table);
 
     variable_source* sources_ = nullptr;
     std::uint32_t source_count_ = 0;

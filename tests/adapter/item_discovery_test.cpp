@@ -489,6 +489,8 @@ TEST_F(Discovery, FunctionsWorkAlone) {
     ASSERT_EQ(elements[0].bindings.size(), 1U);
     EXPECT_EQ(elements[0].bindings[0].key, key_of(Node("A")));
     EXPECT_TRUE(collect_elements(candidates[0], &camera_.filter, true).empty());
+    const item_candidate of_a_feature = {ItemId(5), Node("A"), candidates[0].group_name};
+    EXPECT_TRUE(collect_elements(of_a_feature, nullptr, false).empty()) << "it lists nothing";
     EXPECT_EQ(read_extension_guid(Node("A"), "ZELElementGUID"), ElementId(6));
     EXPECT_EQ(read_extension_guid(Node("A"), "ZELItemGUID"), platform::null_guid);
 }

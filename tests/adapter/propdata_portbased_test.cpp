@@ -144,22 +144,107 @@ TEST(PortbasedItem, ReadsTheDefaultOfASwitch) {
     EXPECT_TRUE(on);
 }
 
-TEST(PortbasedRange, ComesFromTheNode) {
+struct IntegerLimits {
+    using Info = RangeInfo;
+    static constexpr const char* element = "Integer";
+    static constexpr double half_of_11 = 5;
+    static constexpr const char* step_link = "<pInc>Step</pInc>";
+    static std::vector<std::uint64_t> RegistersAskedFor() { return {0x10, 0x20, 0x30, 0x40}; }
+    static HRESULT Read(CZELItemDataBase& item, InterfaceKey key, Info& limits) {
+        return item.GetRange(key, limits);
+    }
+    static void ExpectStep(const Info& limits, std::int32_t step) { EXPECT_EQ(limits.step, step); }
+};
+
+// Physical ranges have no step.
+struct FloatLimits {
+    using Info = AbsRangeInfo;
+    static constexpr const char* element = "Float";
+    static constexpr double half_of_11 = 5.5;
+    static constexpr const char* step_link = "";
+    static std::vector<std::uint64_t> RegistersAskedFor() { return {0x10, 0x20, 0x30}; }
+    static HRESULT Read(CZELItemDataBase& item, InterfaceKey key, Info& limits) {
+        return item.GetAbsRange(key, limits);
+    }
+    static void ExpectStep(const Info&, std::int32_t) {}
+};
+
+/// What is the same with the limits of integers and floats.
+template <class Kind>
+class PortbasedLimits : public testing::Test {
+protected:
+    // The feature F with the child of its extension that tells the default.
+    static std::string Feature(const std::string& default_element, const std::string& content) {
+        const std::string element = Kind::element;
+        return "<" + element + " Name=\"F\">" + MarkWithDefault(default_element) + "<Value>11</Value>" +
+               content + "</" + element + ">";
+    }
+    static void Expect(OneItem& item, HRESULT result, double min, double max, double default_value,
+                       std::int32_t step) {
+        typename Kind::Info limits{-9, -8, -7};
+        EXPECT_EQ(Kind::Read(*item, item.Key("F"), limits), result);
+        EXPECT_EQ(static_cast<double>(limits.min), min);
+        EXPECT_EQ(static_cast<double>(limits.max), max);
+        EXPECT_EQ(static_cast<double>(limits.default_value), default_value);
+        Kind::ExpectStep(limits, step);
+    }
+};
+struct LimitsName {
+    template <class Kind>
+    static std::string GetName(int) {
+        return Kind::element;
+    }
+};
+using LimitKinds = testing::Types<IntegerLimits, FloatLimits>;
+TYPED_TEST_SUITE(PortbasedLimits, LimitKinds, LimitsName);
+
+TYPED_TEST(PortbasedLimits, ComeFromTheNode) {
     OneItem item(AccessPath::Registers,
-                 "<Integer Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
-                 "</ZELElementGUID><Default>4</Default></Extension><Value>1</Value><Min>-3</Min><Max>12</Max>"
-                 "<Inc>5</Inc></Integer>",
-                 {"F"});
-    RangeInfo range;
-    EXPECT_EQ(item->GetRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(RangeInfo{-3, 12, 4, 5}));
+                 this->Feature("<Default>4</Default>", "<Min>-3</Min><Max>12</Max><Inc>5</Inc>"), {"F"});
+    this->Expect(item, S_OK, -3, 12, 4, 5);
 }
 
-TEST(PortbasedRange, FallsBackToHalfTheSpan) {
-    OneFeature feature("Integer", "<Value>11</Value><Min>10</Min><Max>21</Max>");
-    EXPECT_EQ(BytesOf(feature.Range()), BytesOf(RangeInfo{10, 21, 5, 1})) << "the minimum is not added";
+TYPED_TEST(PortbasedLimits, FallBackToHalfTheSpan) {
+    OneItem item(AccessPath::Registers, this->Feature("", "<Min>10</Min><Max>21</Max>"), {"F"});
+    this->Expect(item, S_OK, 10, 21, TypeParam::half_of_11, 1);  // the minimum is not added
+}
+
+TYPED_TEST(PortbasedLimits, AreAskedForInOrder) {
+    const std::string links = "<pMin>Min</pMin><pMax>Max</pMax>";
+    OneItem item(AccessPath::Registers,
+                 device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
+                     RegisterNode("Start", "0x30") + RegisterNode("Step", "0x40") +
+                     this->Feature("<pDefault>Start</pDefault>", links + TypeParam::step_link),
+                 {"F"});
+    item.camera.PutMemory(0x10, {1, 0, 0, 0});
+    item.camera.PutMemory(0x20, {9, 0, 0, 0});
+    item.camera.PutMemory(0x30, {3, 0, 0, 0});
+    item.camera.PutMemory(0x40, {4, 0, 0, 0});
+    this->Expect(item, S_OK, 1, 9, 3, 4);
+    EXPECT_EQ(RegistersRead(item), TypeParam::RegistersAskedFor());
+}
+
+TYPED_TEST(PortbasedLimits, FallBackWhenTheDefaultCannotBeRead) {
+    OneItem item(
+        AccessPath::Registers,
+        DeadRegister("Start") + this->Feature("<pDefault>Start</pDefault>", "<Min>10</Min><Max>21</Max>"),
+        {"F"});
+    this->Expect(item, S_OK, 10, 21, TypeParam::half_of_11, 1);
+}
+
+TYPED_TEST(PortbasedLimits, FailWithTheCodeOfTheFirstThatFails) {
+    const std::string limit = device_port + RegisterNode("Limit", "0");
+    OneItem no_min(AccessPath::Registers, limit + this->Feature("", "<pMin>Limit</pMin><Max>8</Max>"), {"F"});
+    no_min.camera.register_result = device_is_lost;
+    this->Expect(no_min, device_is_lost, -9, -8, -7, 0);
+    OneItem no_max(AccessPath::Registers, limit + this->Feature("", "<Min>3</Min><pMax>Limit</pMax>"), {"F"});
+    no_max.camera.register_result = E_ACCESSDENIED;
+    this->Expect(no_max, E_ACCESSDENIED, 3, -8, -7, 0);
+}
+
+TEST(PortbasedRange, TruncatesHalfTheSpanTowardZero) {
     OneFeature negative("Integer", "<Value>0</Value><Min>21</Min><Max>10</Max>");
-    EXPECT_EQ(negative.Range().default_value, -5) << "truncated toward zero";
+    EXPECT_EQ(negative.Range().default_value, -5);
 }
 
 TEST(PortbasedRange, ComputesTheFallbackIn32Bits) {
@@ -173,34 +258,6 @@ TEST(PortbasedRange, ComputesTheFallbackIn32Bits) {
     EXPECT_EQ(BytesOf(high.Range()), BytesOf(RangeInfo{2, 12, 5, 1}));
 }
 
-TEST(PortbasedRange, AsksForMinimumMaximumDefaultAndStep) {
-    OneItem item(AccessPath::Registers,
-                 device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
-                     RegisterNode("Start", "0x30") + RegisterNode("Step", "0x40") + "<Integer Name=\"F\">" +
-                     MarkWithDefault("<pDefault>Start</pDefault>") +
-                     "<Value>1</Value><pMin>Min</pMin><pMax>Max</pMax><pInc>Step</pInc></Integer>",
-                 {"F"});
-    item.camera.PutMemory(0x10, {1, 0, 0, 0});
-    item.camera.PutMemory(0x20, {2, 0, 0, 0});
-    item.camera.PutMemory(0x30, {3, 0, 0, 0});
-    item.camera.PutMemory(0x40, {4, 0, 0, 0});
-    RangeInfo range;
-    EXPECT_EQ(item->GetRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(RegistersRead(item), (std::vector<std::uint64_t>{0x10, 0x20, 0x30, 0x40}));
-}
-
-TEST(PortbasedRange, FallsBackWhenTheDefaultCannotBeRead) {
-    OneItem item(AccessPath::Registers,
-                 DeadRegister("Start") + "<Integer Name=\"F\">" +
-                     MarkWithDefault("<pDefault>Start</pDefault>") +
-                     "<Value>1</Value><Min>10</Min><Max>21</Max></Integer>",
-                 {"F"});
-    RangeInfo range;
-    EXPECT_EQ(item->GetRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(RangeInfo{10, 21, 5, 1}));
-}
-
 TEST(PortbasedRange, FallsBackToAStepOfOne) {
     OneFeature feature("Integer", "<Value>0</Value><Min>0</Min><Max>8</Max><pInc>Step</pInc>",
                        device_port + RegisterNode("Step", "0x10"));
@@ -208,18 +265,6 @@ TEST(PortbasedRange, FallsBackToAStepOfOne) {
     EXPECT_EQ(feature.Range().step, 4);
     feature.Item().camera.register_result = E_FAIL;
     EXPECT_EQ(feature.Range().step, 1);
-}
-
-TEST(PortbasedRange, FailsWithTheCodeOfALimit) {
-    OneFeature no_min("Integer", "<Value>0</Value><pMin>Limit</pMin><Max>8</Max>",
-                      device_port + RegisterNode("Limit", "0"));
-    no_min.Item().camera.register_result = device_is_lost;
-    EXPECT_EQ(BytesOf(no_min.Range(device_is_lost)), BytesOf(RangeInfo{-9, -8, -7, -6}));
-
-    OneFeature no_max("Integer", "<Value>0</Value><Min>3</Min><pMax>Limit</pMax>",
-                      device_port + RegisterNode("Limit", "0"));
-    no_max.Item().camera.register_result = E_ACCESSDENIED;
-    EXPECT_EQ(BytesOf(no_max.Range(E_ACCESSDENIED)), BytesOf(RangeInfo{3, -8, -7, -6}));
 }
 
 TEST(PortbasedItem, ReadsAndWritesAValue) {
@@ -323,63 +368,6 @@ TEST(PortbasedItem, LeavesCachingToTheNodes) {
     const auto requests = item.Requests();
     ASSERT_EQ(requests.size(), 1U);
     EXPECT_EQ(requests[0], RegisterSet(0x20, {5, 0, 0, 0}));
-}
-
-TEST(PortbasedItem, ReadsThePhysicalRange) {
-    OneItem item(AccessPath::Registers,
-                 "<Float Name=\"F\"><Extension><ZELElementGUID>{00000000-0000-0000-0000-000000000001}"
-                 "</ZELElementGUID><Default>3.5</Default></Extension><Value>1</Value><Min>-1.5</Min>"
-                 "<Max>9.25</Max></Float>",
-                 {"F"});
-    AbsRangeInfo range;
-    EXPECT_EQ(item->GetAbsRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{-1.5, 9.25, 3.5}));
-}
-
-TEST(PortbasedItem, FallsBackToHalfThePhysicalSpan) {
-    OneFeature feature("Float", "<Value>11</Value><Min>10</Min><Max>21</Max>");
-    AbsRangeInfo range;
-    EXPECT_EQ(feature->GetAbsRange(feature.Key(), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{10, 21, 5.5}));
-}
-
-TEST(PortbasedItem, AsksForThePhysicalLimitsAndTheDefault) {
-    OneItem item(AccessPath::Registers,
-                 device_port + RegisterNode("Min", "0x10") + RegisterNode("Max", "0x20") +
-                     RegisterNode("Start", "0x30") + "<Float Name=\"F\">" +
-                     MarkWithDefault("<pDefault>Start</pDefault>") +
-                     "<Value>1</Value><pMin>Min</pMin><pMax>Max</pMax></Float>",
-                 {"F"});
-    item.camera.PutMemory(0x20, {9, 0, 0, 0});
-    item.camera.PutMemory(0x30, {3, 0, 0, 0});
-    AbsRangeInfo range;
-    EXPECT_EQ(item->GetAbsRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{0, 9, 3}));
-    EXPECT_EQ(RegistersRead(item), (std::vector<std::uint64_t>{0x10, 0x20, 0x30}));
-}
-
-TEST(PortbasedItem, FallsBackWhenThePhysicalDefaultCannotBeRead) {
-    OneItem item(AccessPath::Registers,
-                 DeadRegister("Start") + "<Float Name=\"F\">" +
-                     MarkWithDefault("<pDefault>Start</pDefault>") +
-                     "<Value>11</Value><Min>10</Min><Max>21</Max></Float>",
-                 {"F"});
-    AbsRangeInfo range;
-    EXPECT_EQ(item->GetAbsRange(item.Key("F"), range), S_OK);
-    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{10, 21, 5.5}));
-}
-
-TEST(PortbasedItem, FailsWithTheCodeOfAPhysicalLimit) {
-    OneFeature no_min("Float", "<Value>0</Value><pMin>Limit</pMin><Max>8</Max>",
-                      device_port + RegisterNode("Limit", "0"));
-    no_min.Item().camera.register_result = device_is_lost;
-    AbsRangeInfo range = {1, 2, 3};
-    EXPECT_EQ(no_min->GetAbsRange(no_min.Key(), range), device_is_lost);
-    EXPECT_EQ(BytesOf(range), BytesOf(AbsRangeInfo{1, 2, 3}));
-    OneFeature no_max("Float", "<Value>0</Value><Min>0</Min><pMax>Limit</pMax>",
-                      device_port + RegisterNode("Limit", "0"));
-    no_max.Item().camera.register_result = device_is_lost;
-    EXPECT_EQ(no_max->GetAbsRange(no_max.Key(), range), device_is_lost);
 }
 
 TEST(PortbasedItem, ReadsAndWritesAPhysicalValue) {

@@ -1,6 +1,6 @@
 // The n-th allocation fails, for every n, in the load of a description, in everything that a document can be
-// asked, and in the life of a page. With SELVANE_EVERY_ALLOCATION in the environment it is every n; else
-// those of long runs are sampled, the closer the earlier they come.
+// asked, and in the life of a page. A sweep over all takes every n; else those of long runs are sampled, the
+// closer the earlier they come.
 
 #include "adapter/hr_exception.h"
 #include "genicam/ieval.h"
@@ -8,8 +8,8 @@
 #include "tests/adapter/allocation_watch.h"
 #include "tests/genicam_registers/feature_reader.h"
 #include "tests/simcam/page_view.h"
+#include "tests/support/sweep.h"
 
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <new>
@@ -29,8 +29,14 @@ using test_support::RecorderCanvas;
 using ZELPropUI::PageName;
 
 std::uint64_t step_behind(std::uint64_t n) {
-    static const bool every = std::getenv("SELVANE_EVERY_ALLOCATION") != nullptr;
-    return every ? n + 1 : n + 1 + n / 32;
+    using test_support::sweep;
+    if (test_support::sweep_of_run() == sweep::all) return n + 1;
+#ifdef SELVANE_SANITIZED
+    const std::uint64_t density = test_support::sweep_of_run() == sweep::more ? 12 : 5;
+#else
+    constexpr std::uint64_t density = 32;
+#endif
+    return n + 1 + n / density;
 }
 
 // Runs the operation once for each n, with nothing else between the failing allocation and the operation.

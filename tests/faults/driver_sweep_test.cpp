@@ -1,11 +1,11 @@
 // One driver call goes wrong, the n-th for every n, in each way that a call can, while a page is built, shown
-// and worked. With SELVANE_EVERY_CALL in the environment it is every n and every way; else a sample.
+// and worked. A sweep over all takes every n and every way; else it is a sample.
 
 #include "items/unknown.h"
 #include "tests/simcam/marked_cameras.h"
 #include "tests/simcam/page_view.h"
+#include "tests/support/sweep.h"
 
-#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -16,6 +16,7 @@ namespace faults_test {
 namespace {
 
 using simcam_test::camera_on_pages;
+using simcam_test::shown_on;
 using test_support::RecorderCanvas;
 using ZELPropUI::PageName;
 
@@ -37,26 +38,6 @@ std::vector<simcam::fault> faults_at(std::uint64_t n) {
     }
     all.push_back(simcam::throw_at(n));
     all.push_back(simcam::lost_after(n - 1));
-    return all;
-}
-
-// What the controls show of their values. The limits behind a position are asked for once.
-std::vector<std::string> shown_on(const RecorderCanvas& canvas) {
-    std::vector<std::string> all;
-    for (const auto& one : canvas.placed) {
-        std::int32_t number = -1;
-        bool on = false;
-        std::wstring text = one.text;
-        if (one.controller) {
-            std::ignore = one.controller->GetPosition(number);  // which learns the unit
-            number = -1;
-            std::ignore = one.controller->GetText(text);
-        } else if (one.item) {
-            std::ignore = one.item->GetValue(one.key, number);
-            std::ignore = one.item->GetSwitch(one.key, on);
-        }
-        all.push_back(one.kind + " " + std::to_string(number) + (on ? " on " : " ") + platform::narrow(text));
-    }
     return all;
 }
 
@@ -84,15 +65,15 @@ protected:
 
     template <class Life>
     void strike_each(Life life) {
-        static const bool every = std::getenv("SELVANE_EVERY_CALL") != nullptr;
         const std::uint64_t before = camera_->call_count();
         life();
         const std::uint64_t calls = camera_->call_count() - before;
-        const std::uint64_t step = every ? 1 : 1 + calls / 6;
+        const std::uint64_t step = test_support::by_sweep(1 + calls / 3, 1 + calls / 6, std::uint64_t{1});
         std::size_t turn = 0;
         for (std::uint64_t n = 1; n <= calls && !HasFailure(); n += step) {
             const std::vector<simcam::fault> faults = faults_at(n);
-            for (std::size_t count = every ? faults.size() : 2; count > 0; --count) {
+            for (std::size_t count = test_support::by_sweep(std::size_t{2}, std::size_t{2}, faults.size());
+                 count > 0; --count) {
                 SCOPED_TRACE(n);
                 camera_->add_fault(faults[turn++ % faults.size()]);
                 try {

@@ -237,6 +237,15 @@ TEST(Converters, ABadFormulaFromLeavesBothOut) {
     EXPECT_EQ(doc.Integer("k").set_val(1, 0), code(not_implemented));
 }
 
+// Without a log formulas are read when they are first asked for: here by the write.
+TEST(Converters, ABadFormulaFromRefusesAWriteBeforeAnybodyHasRead) {
+    const std::string text = "<D>" + integer("t", "5") + int_converter("FROM", "(TO") + "</D>";
+    const std::unique_ptr<IGenICamDoc> doc(load_genicam_doc(text.data(), text.size(), {}));
+    auto* const converter = static_cast<IInteger*>(doc->find_node("k"));
+    EXPECT_EQ(converter->set_val(1, 0), code(not_implemented));
+    EXPECT_EQ(static_cast<IInteger*>(doc->find_node("t"))->get_val(0).value(), 5);
+}
+
 TEST(Converters, ABadFormulaToLeavesReading) {
     TestDocument doc(integer("t", "5") + int_converter("$", "TO"));
     EXPECT_THAT(doc.load_messages, ElementsAre(parse_failed("Invalid token found.", "$"),

@@ -3,6 +3,7 @@
 #include "formula/formula_specialiser.h"
 #include "tests/formula/formula_test_support.h"
 #include "tests/formula/reference_formula.h"
+#include "tests/support/sweep.h"
 
 #include <array>
 #include <cmath>
@@ -299,7 +300,7 @@ void check(const std::string& text, const formula_names& names, const number& ex
 }
 
 #ifdef SELVANE_SANITIZED
-constexpr long formula_count = 200000;
+const long formula_count = test_support::by_sweep(100000L, 200000L, 1000000L);
 #else
 constexpr long formula_count = 1000000;
 #endif

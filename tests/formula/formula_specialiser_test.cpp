@@ -1,6 +1,7 @@
 #include "tests/formula/formula_test_support.h"
 
 #include <limits>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -65,10 +66,13 @@ TEST(FormulaSpecialiser, Conditions) {
     formula_names names = xyz();
     names.add_variable("NAN", eval_value::of(std::numeric_limits<double>::quiet_NaN()));
     names.add_variable("NZERO", eval_value::of(-0.0));
+    names.add_variable("LITTLE", eval_value::of(0.25));
     EXPECT_EQ(outcome("NAN?1:0", names), "1");
     EXPECT_EQ(outcome("NAN?0:1", names), "0");
     EXPECT_EQ(outcome("NZERO?1:0", names), "0");
     EXPECT_EQ(outcome("NZERO?0:1", names), "1");
+    EXPECT_EQ(outcome("LITTLE?1:0", names), "1");
+    EXPECT_EQ(outcome("LITTLE?0:1", names), "0");
     EXPECT_EQ(outcome("x?0:1", names), "0");
     EXPECT_EQ(outcome("NAN?x+1:y+1", names), "7");
     EXPECT_EQ(outcome("NZERO?x+1:y+1", names), "5");
@@ -171,6 +175,22 @@ TEST(FormulaSpecialiser, ManyVariablesAndManyIntermediateResultsGoToTheHeap) {
     EXPECT_EQ(outcome(sum, names), "11175");
     EXPECT_NE(specialised(nested, names).specialised, nullptr);
     EXPECT_EQ(outcome(nested, names), "112.5f");
+}
+
+// Prepared for integers alone; the program goes on with the answer that it has.
+TEST(FormulaSpecialiser, AVariableOfAnotherKindIsComputedAllTheSame) {
+    formula_names names = xyz();
+    const formula_program program = specialised("x/2", names);
+    ASSERT_NE(program.specialised, nullptr);
+    names.set("x", eval_value::of(7.0));
+    int questions = 0;
+    const auto ask = [&](identifier_id id) -> std::optional<eval_value> {
+        ++questions;
+        return *names(id);
+    };
+    EXPECT_EQ(show(evaluate_formula(program, ask).value()), "3.5f");
+    EXPECT_EQ(questions, 1);
+    EXPECT_EQ(run(program, names), "3.5f");
 }
 
 TEST(FormulaSpecialiser, TravelsWithItsProgram) {

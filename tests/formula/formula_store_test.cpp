@@ -228,6 +228,17 @@ TEST_F(KeptFormulas, OfGreatLengthAreReadAtOnce) {
     EXPECT_EQ(Compute(formula), "50001");
 }
 
+// Where kinds change with each operation there are more steps than instructions. Alone in its document such a
+// formula has no room but its own.
+TEST_F(KeptFormulas, WhoseFormIsLargerThanTheRoomKeepTheirInstructions) {
+    NodeNames names({"a"});
+    kept_formula& formula = Keep("~-SQRT(~-SQRT(~-SQRT(a)))", names);
+    store_.close();
+    EXPECT_EQ(formula.program().specialised, nullptr);
+    EXPECT_EQ(formula.program().instructions.size(), 10U);
+    EXPECT_EQ(Compute(formula), "-1");
+}
+
 TEST(MeasuredFormula, IsNeverSmallerThanTheTree) {
     for (const char* text : {"", " ", "a", "1+2", "-(-a)", "a?b:c", "ROUND(a,2)", "a>=b<>c**d", "1e-5+2",
                              "a.b.c + _d", "f(1)+2", "a && b", "~~~~1", "12abc", ".5"}) {

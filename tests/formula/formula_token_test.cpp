@@ -50,6 +50,8 @@ TEST(FormulaToken, TwoCharactersGoBeforeOne) {
     EXPECT_EQ(next_token("&&&").rest, "&");
 }
 
+TEST(FormulaToken, NoTextHasNoOperation) { EXPECT_EQ(match_operation({}), nullptr); }
+
 TEST(FormulaToken, EndOfText) {
     for (const char* text : {"", " ", "\t\n\v\f\r "}) {
         const formula_token token = next_token(text);
@@ -152,6 +154,8 @@ TEST(FormulaToken, Names) {
     EXPECT_EQ(next_token("_a1.b_").text, "_a1.b_");
     EXPECT_EQ(next_token("a$").text, "a");
     EXPECT_EQ(next_token("a").rest, "");
+    EXPECT_EQ(next_token(std::string_view("abc", 2)).text, "ab") << "and nothing behind the text";
+    EXPECT_EQ(next_token(std::string_view("abc", 2)).rest, "");
 }
 
 TEST(FormulaToken, Functions) {

@@ -234,6 +234,18 @@ TEST(FormulaLimits, OfIntegersAndFloats) {
     EXPECT_EQ(float_value(limited, bindings, "I.Max/4"), 22.5);
 }
 
+TEST(FormulaLimits, ThatCannotBeReadKeepTheirLastValue) {
+    TestDocument doc("<Integer Name='i'><Value>5</Value><pMin>m</pMin></Integer>" + real("f", "1") +
+                     int_swissknife(variable("I.Min", "i") + variable("F.Inc", "f"), "I.Min*100+F.Inc") +
+                     "<IntReg Name='m'><Address>0</Address><Length>4</Length><pPort>Device</pPort></IntReg>");
+    doc.device.Put(0, {0, 0, 0, 4});
+    EXPECT_EQ(doc.Integer("k").get_val(0).value(), 400) << "a float without an increment leaves the zero";
+    doc.device.Put(0, {0, 0, 0, 9});
+    doc.device.FailAccess(1, code(device_lost));
+    EXPECT_EQ(doc.Integer("k").get_val(0).value(), 400);
+    EXPECT_EQ(doc.Integer("k").get_val(0).value(), 900);
+}
+
 TEST(FormulaLimits, AreReadEachTime) {
     TestDocument doc("<Integer Name='i'><Value>5</Value><pMin>m</pMin></Integer>" + integer("m", "1") +
                      int_swissknife(variable("X.Min", "i"), "X.Min"));

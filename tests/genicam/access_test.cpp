@@ -29,6 +29,41 @@ TEST(AccessModes, ImposedWords) {
     EXPECT_THAT(bad.load_messages, ElementsAre("Invalid contents of \"ImposedAccessMode\" node (\"ro\"\n"));
 }
 
+// Each class asks for itself, before it goes to what it links to; converters leave it to that.
+TEST(AccessModes, EveryStoredNumberRefusesTheOtherDirection) {
+    const struct {
+        const char* element;
+        const char* children;
+    } rows[] = {
+        {"Integer", "<Value>1</Value>"},
+        {"Integer", "<pValue>i</pValue>"},
+        {"Integer", "<pIndex>i</pIndex><ValueIndexed Index='1'>1</ValueIndexed>"},
+        {"Integer", "<pIndex>i</pIndex><pValueIndexed Index='1'>i</pValueIndexed>"},
+        {"Float", "<Value>1</Value>"},
+        {"Float", "<pValue>i</pValue>"},
+        {"Float", "<pIndex>i</pIndex><ValueIndexed Index='1'>1</ValueIndexed>"},
+        {"Float", "<pIndex>i</pIndex><pValueIndexed Index='1'>i</pValueIndexed>"},
+        {"Enumeration", "<Value>1</Value><EnumEntry Name='one'><Value>1</Value></EnumEntry>"},
+        {"Enumeration", "<pValue>i</pValue><EnumEntry Name='one'><Value>1</Value></EnumEntry>"},
+        {"IntReg", "<Address>0</Address><Length>4</Length>"},
+        {"MaskedIntReg", "<Address>0</Address><Length>4</Length><LSB>0</LSB><MSB>7</MSB>"},
+        {"FloatReg", "<Address>0</Address><Length>4</Length>"},
+    };
+    for (const auto& row : rows) {
+        for (const bool is_read_only : {true, false}) {
+            TestDocument doc("<" + std::string(row.element) + " Name='n'>" + row.children +
+                             "<ImposedAccessMode>" + (is_read_only ? "RO" : "WO") + "</ImposedAccessMode></" +
+                             row.element + "><Integer Name='i'><Value>1</Value></Integer>");
+            const result<eval_value> read = GenICam::get_eval_val<eval_value>(&doc.Node("n"), 0);
+            const std::error_code write = GenICam::set_eval_val(&doc.Node("n"), std::int64_t{1}, 0);
+            EXPECT_EQ(read.has_value(), is_read_only) << row.element << row.children;
+            EXPECT_EQ(is_read_only ? write : read.error(), code(access_denied))
+                << row.element << row.children;
+            EXPECT_EQ(!write, !is_read_only) << row.element << row.children;
+        }
+    }
+}
+
 constexpr const char* read_only_register =
     "<IntReg Name='reg'><Address>0</Address><Length>4</Length><AccessMode>RO</AccessMode></IntReg>";
 

@@ -146,6 +146,21 @@ TEST(BooleanAccess, IsChecked) {
     }
 }
 
+TEST(BooleanAccess, ReadsAndWritesAreAskedForApart) {
+    for (const char* kind : {"<Value>true</Value>", "<pValue>i</pValue>"}) {
+        for (const char* mode : {"RO", "WO"}) {
+            const bool is_read_only = std::string_view(mode) == "RO";
+            TestDocument doc(std::string("<Boolean Name='b'>") + kind + "<ImposedAccessMode>" + mode +
+                             "</ImposedAccessMode></Boolean><Integer Name='i'><Value>1</Value></Integer>");
+            const GenICam::result<bool> read = doc.Boolean("b").get_val(0);
+            const std::error_code write = doc.Boolean("b").set_val(false, 0);
+            EXPECT_EQ(read.has_value(), is_read_only) << kind << mode;
+            EXPECT_EQ(is_read_only ? write : read.error(), code(access_denied)) << kind << mode;
+            EXPECT_EQ(!write, !is_read_only) << kind << mode;
+        }
+    }
+}
+
 TEST(CommandLink, WritesItsValueAndIsDoneWhenItIsGone) {
     TestDocument doc(
         "<Command Name='c'><pValue>i</pValue><CommandValue>5</CommandValue></Command>"

@@ -239,5 +239,29 @@ TEST(DecisionList, HasNoClassThatNoCombinationReaches) {
     EXPECT_EQ(known.size(), 32U);
 }
 
+// Each entry goes through the shared element anew: with whatever else stands there, entries and children
+// would cost their product.
+TEST(ElementWalk, HandsEntriesOnlyWhatTheyReadOfTheirStructReg) {
+    pugi::xml_document document;
+    const std::string struct_reg =
+        "<R><StructReg><pInvalidator>a</pInvalidator><Address>4</Address>"
+        "<pInvalidator>b</pInvalidator><Bit>2</Bit><Length>8</Length>"
+        "<StructEntry Name='e'><pInvalidator>c</pInvalidator></StructEntry>"
+        "</StructReg></R>";
+    ASSERT_TRUE(document.load_string(struct_reg.c_str()));
+    GenICam::element_walk walk(document.first_child(), {});
+    ASSERT_TRUE(walk.next());
+    const GenICam::described_element& entry = walk.taken().element;
+    EXPECT_TRUE(entry.has(GenICam::child::pInvalidator));
+    const GenICam::described_element* const shared = entry.struct_reg();
+    ASSERT_NE(shared, nullptr);
+    std::vector<std::string> children;
+    for (const GenICam::known_child& one : shared->known_children())
+        children.emplace_back(one.element.name());
+    EXPECT_EQ(children, (std::vector<std::string>{"Address", "Length"}));
+    EXPECT_FALSE(shared->has(GenICam::child::pInvalidator));
+    EXPECT_EQ(shared->text(GenICam::child::Length), "8");
+}
+
 }  // namespace
 }  // namespace decision_list_test

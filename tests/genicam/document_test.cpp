@@ -232,6 +232,21 @@ TEST(Document, ZerosBehindTheTextChangeNothing) {
     EXPECT_FALSE(whole(std::string(1000, '\0')).IsLoaded());
 }
 
+// Letters of four bytes bring up to five zeros in a row, wherever they stand.
+TEST(Document, ZerosInsideWideLettersAreNoEnd) {
+    for (std::size_t before = 0; before < 12; ++before) {
+        const std::u32string wide =
+            U"<R ModelName='" + std::u32string(before, U'a') + U"\U00010000'><Port Name='Device'/></R>";
+        std::string text;
+        for (const char32_t c : wide) {
+            for (const int shift : {0, 8, 16, 24}) text += static_cast<char>(c >> shift & 0xFF);
+        }
+        TestDocument doc = whole(text);
+        ASSERT_TRUE(doc.IsLoaded()) << before;
+        EXPECT_EQ(doc->get_model_name(), std::string(before, 'a') + "\xF0\x90\x80\x80");
+    }
+}
+
 TEST(Document, EveryTruncationOfADescriptionIsRefusedOrLoads) {
     constexpr std::string_view text =
         R"(<R><Integer Name="A"><Value>1</Value><pInvalidator>B</pInvalidator></Integer><Port Name="B"/></R>)";

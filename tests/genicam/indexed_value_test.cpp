@@ -93,25 +93,6 @@ TEST(IndexedValue, BadEntriesAreSkippedWithAMessage) {
     EXPECT_EQ(at(doc, 5), 55);
 }
 
-TEST(IndexedValue, TheIndexMustBeAnIntegerNode) {
-    for (const char* index : {"gone", "f", "s", ""}) {
-        TestDocument doc(
-            std::string("<Integer Name='n'><pIndex>") + index +
-            "</pIndex><ValueDefault>1</ValueDefault><Min>3</Min><Unit>u</Unit></Integer><Float Name='f'>"
-            "<Value>1</Value></Float><String Name='s'/>");
-        EXPECT_THAT(doc.load_messages,
-                    ElementsAre("GenICam::resolve_pIndex, Integer (\"n\"). Invalid or no IInteger "
-                                "base \"pIndex\" element.\n"));
-        IInteger& node = doc.Integer("n");
-        EXPECT_EQ(node.get_val(0).error(), code(not_implemented));
-        EXPECT_EQ(node.set_val(1, 0), code(not_implemented));
-        EXPECT_EQ(node.get_min(0).value(), lowest) << "the range was not read";
-        EXPECT_EQ(node.get_unit(), "u");
-        EXPECT_EQ(node.get_representation(), Representation::PureNumber);
-        EXPECT_EQ(node.get_access_mode(), AccessMode::RW);
-    }
-}
-
 TEST(IndexedValue, AFailingIndexFailsTheValue) {
     TestDocument doc(
         "<Integer Name='n'><pIndex>i</pIndex><ValueDefault>1</ValueDefault></Integer>"
@@ -225,6 +206,27 @@ TEST(IndexedFloat, TheRangeMessagePrintsTheBitsOfTheDouble) {
     EXPECT_THAT(doc.log.Take(),
                 ElementsAre("GenICam::float_pIndex_type::set_val, Integer (\"n\"). Failed range check "
                             "for parameter value=4613937818241073152.\n"));
+}
+
+TEST(IndexedFloat, ItsOwnDisplayElementsGoBeforeThoseOfTheTarget) {
+    TestDocument doc = table(
+        "<pValueIndexed Index='1'>f</pValueIndexed><ValueDefault>0</ValueDefault><Unit>own</Unit>"
+        "<Representation>Linear</Representation><DisplayNotation>Scientific</DisplayNotation>"
+        "<DisplayPrecision>9</DisplayPrecision>",
+        "Float");
+    IFloat& node = doc.Float("n");
+    EXPECT_EQ(node.get_representation(), FloatRepresentation::Linear);
+    EXPECT_EQ(node.get_unit(), "own");
+    EXPECT_EQ(node.get_display_notation(), DisplayNotation::Scientific);
+    EXPECT_EQ(node.get_display_precision(), 9);
+}
+
+TEST(IndexedFloat, AnIndexThatCannotBeReadFailsReadingAndWriting) {
+    TestDocument doc(
+        "<Float Name='n'><pIndex>index</pIndex><ValueIndexed Index='1'>2</ValueIndexed><ValueDefault>0"
+        "</ValueDefault></Float><Integer Name='index'><pValue>nowhere</pValue></Integer>");
+    EXPECT_EQ(doc.Float("n").get_val(0).error(), code(not_implemented));
+    EXPECT_EQ(doc.Float("n").set_val(1.5, 0), code(not_implemented));
 }
 
 }  // namespace

@@ -22,12 +22,6 @@ TEST(IntegerValue, RangeIsCheckedAndTheIncrementIsNot) {
     EXPECT_EQ(node.get_inc(0).value(), 2);
 }
 
-TEST(IntegerValue, LimitsThemselvesPass) {
-    TestDocument doc("<Integer Name='n'><Value>5</Value><Min>-10</Min><Max>10</Max></Integer>");
-    EXPECT_FALSE(doc.Integer("n").set_val(-10, 0));
-    EXPECT_FALSE(doc.Integer("n").set_val(10, 0));
-}
-
 TEST(IntegerValue, RangeMessagesPrintSixtyFourBits) {
     TestDocument doc("<Integer Name='n'><Value>5</Value><Max>10</Max></Integer>");
     EXPECT_TRUE(doc.Integer("n").set_val(highest, 0));
@@ -97,26 +91,6 @@ TEST(IntegerValue, LinkedLimits) {
     EXPECT_EQ(node.set_val(8, 0), code(value_out_of_range));
 }
 
-TEST(IntegerValue, AFailingLimitDoesNotRefuse) {
-    TestDocument doc(
-        "<Integer Name='n'><Value>5</Value><pMin>s</pMin><Max>10</Max></Integer><String Name='s'/>"
-        "<Integer Name='m'><Value>5</Value><Min>3</Min><pMax>s</pMax></Integer>");
-    EXPECT_EQ(doc.Integer("n").get_min(0).error(), code(not_implemented)) << "but it reaches who asks for it";
-    EXPECT_FALSE(doc.Integer("n").set_val(-100, 0));
-    EXPECT_EQ(doc.Integer("n").set_val(11, 0), code(value_out_of_range));
-    EXPECT_FALSE(doc.Integer("m").set_val(100, 0));
-    EXPECT_EQ(doc.Integer("m").set_val(2, 0), code(value_out_of_range));
-}
-
-TEST(IntegerValue, EveryChangeReachesDependentsOnce) {
-    TestDocument doc(
-        "<Integer Name='n'><Value>5</Value></Integer><Integer Name='p'><pValue>n</pValue></Integer>");
-    ChangeCounter changes(doc.Node("p"));
-    EXPECT_FALSE(doc.Integer("n").set_val(6, 0));
-    EXPECT_FALSE(doc.Integer("n").set_val(6, 0));
-    EXPECT_EQ(changes.Count(), 1);
-}
-
 TEST(IntegerConstant, ReadsButNeverWrites) {
     TestDocument doc(
         "<Integer Name='n'><Value>5</Value><ImposedAccessMode>RO</ImposedAccessMode><Min>1</Min></Integer>"
@@ -159,19 +133,6 @@ TEST(IntegerLink, ReadsAndWritesItsTarget) {
                             "check for parameter value=10.\n"));
     EXPECT_EQ(node.set_val(10, access_flags::skip_range_check).value(), 0) << "the flag reaches the target";
     EXPECT_EQ(doc.Float("f").get_val(0).value(), 10.0);
-}
-
-TEST(IntegerLink, StatedElementsBeatTheTarget) {
-    TestDocument doc(
-        "<Integer "
-        "Name='n'><pValue>v</pValue><Min>1</Min><Max>2</Max><Inc>3</Inc><Unit>own</Unit><Extension><Default>4"
-        "</Default></Extension></Integer><Integer Name='v'><Value>1</Value><Unit>other</Unit>"
-        "<Representation>HexNumber</Representation></Integer><Integer Name='m'><pValue>v</pValue></Integer>");
-    IInteger& node = doc.Integer("n");
-    EXPECT_TRUE(HasRange(node, 1, 2, 3, 4));
-    EXPECT_EQ(node.get_unit(), "own");
-    EXPECT_EQ(doc.Integer("m").get_unit(), "") << "the value link is not asked";
-    EXPECT_EQ(doc.Integer("m").get_representation(), Representation::PureNumber);
 }
 
 constexpr const char* copy_targets =

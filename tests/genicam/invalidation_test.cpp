@@ -530,4 +530,12 @@ TEST(Dependents, TooManyEntriesAreRefused) {
               "16777216 entries.\n");
 }
 
+TEST(Callbacks, OfANodeWithoutAnyMayBeCleared) {
+    TestDocument doc("<Integer Name='n'><Value>1</Value></Integer>");
+    doc.Node("n").clear_callbacks();
+    const ChangeCounter changes(doc.Node("n"));
+    EXPECT_FALSE(doc.Integer("n").set_val(2, 0));
+    EXPECT_EQ(changes.Count(), 1);
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "genicam/document/name_index.h"
 
+#include "genicam/core/text_words.h"
 #include "tests/support/test_document.h"
 
 #include <string>
@@ -60,6 +61,19 @@ TEST(NameIndex, GivesLinksTheNodesThatNamesHaveLater) {
     const std::int64_t expected = doc.Integer("Twin").get_val(0).value();
     for (int at = 0; at < 300; ++at)
         EXPECT_EQ(doc.Integer("Link" + std::to_string(at)).get_val(0).value(), expected);
+}
+
+TEST(SameText, LooksAtEveryByte) {
+    for (const std::size_t size : {1U, 7U, 8U, 9U, 16U, 17U, 40U}) {
+        const std::string text(size, 'a');
+        EXPECT_TRUE(GenICam::is_same_text(text, std::string(size, 'a'))) << size;
+        EXPECT_FALSE(GenICam::is_same_text(text, text + 'a')) << size;
+        for (std::size_t at = 0; at < size; ++at) {
+            std::string other = text;
+            other[at] = 'b';
+            EXPECT_FALSE(GenICam::is_same_text(text, other)) << size << " " << at;
+        }
+    }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include "tests/support/node_test.h"
 
+#include <limits>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -50,6 +52,65 @@ TYPED_TEST(NumberNode, WithoutItsTargetHasTheLimitsThatItStates) {
     EXPECT_EQ(this->Node(doc).set_val(5, 0), code(not_implemented));
     EXPECT_TRUE(HasRange(this->Node(doc), 1, none, none, none));
     EXPECT_TRUE(HasRange(TypeParam::In(doc, "m"), none, 1, none, none));
+}
+
+TYPED_TEST(NumberNode, TakesTheLimitsThemselves) {
+    TestDocument doc(this->Element("n", "<Value>5</Value><Min>-10</Min><Max>10</Max>"));
+    EXPECT_FALSE(this->Node(doc).set_val(-10, 0));
+    EXPECT_FALSE(this->Node(doc).set_val(10, 0));
+}
+
+TYPED_TEST(NumberNode, IsNotRefusedByALimitThatFails) {
+    TestDocument doc(this->Element("n", "<Value>5</Value><pMin>s</pMin><Max>10</Max>") +
+                     "<String Name='s'/>" + this->Element("m", "<Value>5</Value><Min>3</Min><pMax>s</pMax>"));
+    EXPECT_EQ(this->Node(doc).get_min(0).error(), code(not_implemented)) << "but it reaches who asks for it";
+    EXPECT_FALSE(this->Node(doc).set_val(-100, 0));
+    EXPECT_EQ(this->Node(doc).set_val(11, 0), code(value_out_of_range));
+    typename TypeParam::node& without_max = TypeParam::In(doc, "m");
+    EXPECT_FALSE(without_max.set_val(100, 0));
+    EXPECT_EQ(without_max.set_val(2, 0), code(value_out_of_range));
+}
+
+TYPED_TEST(NumberNode, TellsItsDependentsOfEveryChangeOnce) {
+    TestDocument doc(this->Element("n", "<Value>5</Value>") + this->Element("p", "<pValue>n</pValue>"));
+    ChangeCounter changes(doc.Node("p"));
+    EXPECT_FALSE(this->Node(doc).set_val(6, 0));
+    EXPECT_FALSE(this->Node(doc).set_val(6, 0));
+    EXPECT_EQ(changes.Count(), 1);
+}
+
+TYPED_TEST(NumberNode, PrefersWhatItStatesToItsTarget) {
+    TestDocument doc(
+        this->Element("n",
+                      "<pValue>v</pValue><Min>1</Min><Max>2</Max><Inc>3</Inc><Unit>own</Unit>"
+                      "<Extension><Default>4</Default></Extension>") +
+        this->Element("v", "<Value>1</Value><Unit>other</Unit><Representation>Logarithmic</Representation>") +
+        this->Element("m", "<pValue>v</pValue>"));
+    EXPECT_TRUE(HasRange(this->Node(doc), 1, 2, 3, 4));
+    EXPECT_EQ(this->Node(doc).get_unit(), "own");
+    typename TypeParam::node& silent = TypeParam::In(doc, "m");
+    EXPECT_EQ(silent.get_unit(), "") << "the value link is not asked";
+    EXPECT_EQ(silent.get_representation(), decltype(silent.get_representation())::PureNumber);
+}
+
+TYPED_TEST(NumberNode, NeedsAnIntegerNodeForItsIndex) {
+    for (const char* index : {"gone", "f", "s", ""}) {
+        TestDocument doc(this->Element("n", std::string("<pIndex>") + index +
+                                                "</pIndex><ValueDefault>1</ValueDefault><Min>3</Min>"
+                                                "<Unit>u</Unit>") +
+                         "<Float Name='f'><Value>1</Value></Float><String Name='s'/>");
+        EXPECT_THAT(doc.load_messages,
+                    ElementsAre("GenICam::resolve_pIndex, " + std::string(TypeParam::element) +
+                                " (\"n\"). Invalid or no IInteger base \"pIndex\" element.\n"));
+        typename TypeParam::node& node = this->Node(doc);
+        EXPECT_EQ(node.get_val(0).error(), code(not_implemented));
+        EXPECT_EQ(node.set_val(1, 0), code(not_implemented));
+        EXPECT_EQ(node.get_min(0).value(), std::numeric_limits<typename TypeParam::number>::min())
+            << "the range was not read";
+        EXPECT_EQ(node.get_unit(), "u");
+        EXPECT_EQ(node.get_representation(), decltype(node.get_representation())::PureNumber);
+        EXPECT_EQ(node.get_access_mode(), AccessMode::RW);
+    }
 }
 
 TYPED_TEST(NumberNode, HasTheAccessModeOfTheTargetOfItsIndex) {

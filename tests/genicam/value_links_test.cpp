@@ -238,5 +238,27 @@ TEST(RangeEvaluation, ConvertsBetweenTheKinds) {
     EXPECT_EQ(get_eval_default<std::int64_t>(real, 0).value(), 2);
 }
 
+// Every kind of target, and every kind that it is read as. The double form has a word of its own for an
+// enumeration without a selected entry.
+TEST(Values, AFailingTargetFailsWhoeverReadsIt) {
+    TestDocument doc(
+        "<Integer Name='integer'><pValue>register</pValue></Integer>"
+        "<Float Name='float'><pValue>register</pValue></Float>"
+        "<Boolean Name='boolean'><pValue>register</pValue></Boolean>"
+        "<Enumeration Name='enumeration'><EnumEntry Name='A'><Value>0</Value></EnumEntry>"
+        "<pValue>register</pValue></Enumeration>"
+        "<IntReg Name='register'><Address>0</Address><Length>4</Length><pPort>Device</pPort></IntReg>");
+    const std::error_code lost = code(device_lost);
+    doc.device.before_access = [lost](const test_support::PortAccess&) { return lost; };
+    for (const char* name : {"integer", "float", "boolean", "enumeration"}) {
+        INode* node = &doc.Node(name);
+        const bool is_selection = node->get_node_type() == node_type::enumeration;
+        EXPECT_EQ(get_eval_value(node, 0).error(), lost) << name;
+        EXPECT_EQ(get_eval_int(node, 0).error(), lost) << name;
+        EXPECT_EQ(get_eval_double(node, 0).error(), is_selection ? code(index_out_of_range) : lost) << name;
+        EXPECT_EQ(get_eval_bool(node, 0).error(), lost) << name;
+    }
+}
+
 }  // namespace
 }  // namespace node_test

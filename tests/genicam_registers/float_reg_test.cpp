@@ -12,11 +12,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(FloatReg, ReadsByLengthAndEndianess) {
-    const struct {
-        Bytes bytes;
-        std::string children;
-        double value;
-    } rows[] = {
+    const std::vector<register_row<double>> rows = {
         {{0x3F, 0x8C, 0xCC, 0xCD}, "", 1.100000023841858},
         {{0xCD, 0xCC, 0x8C, 0x3F}, little_endian(), 1.100000023841858},
         {{0xC0, 0x20, 0x00, 0x00}, "", -2.5},
@@ -26,17 +22,7 @@ TEST(FloatReg, ReadsByLengthAndEndianess) {
         {{0xFF, 0xF0, 0, 0, 0, 0, 0, 0}, "", -infinity},
         {{0x00, 0x00, 0x00, 0x01}, "", 0x1p-149},
     };
-    for (const auto& row : rows) {
-        const int size = static_cast<int>(row.bytes.size());
-        TestDocument doc(
-            element("FloatReg", fixed_span(size) + row.children) +
-            element("FloatReg", fixed_span(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
-            number("zero", "0"));
-        doc.device.Put(0x100, row.bytes);
-        EXPECT_EQ(value_of(doc.Float("r").get_val(0)), row.value);
-        EXPECT_EQ(value_of(doc.Float("dyn").get_val(0)), row.value);
-        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, size), ReadOf(0x100, size)));
-    }
+    expect_reads("FloatReg", rows);
 }
 
 TEST(FloatReg, ReadsEveryPatternThatIsNoNumber) {
@@ -54,41 +40,26 @@ TEST(FloatReg, ReadsEveryPatternThatIsNoNumber) {
 
 TEST(FloatReg, WritesByLengthAndEndianess) {
     const double greatest = static_cast<double>(std::numeric_limits<float>::max());
-    const struct {
-        int size;
-        std::string children;
-        double value;
-        Bytes bytes;
-    } rows[] = {
-        {4, "", 1.1, {0x3F, 0x8C, 0xCC, 0xCD}},
-        {4, little_endian(), 1.1, {0xCD, 0xCC, 0x8C, 0x3F}},
-        {8, "", 1.1, {0x3F, 0xF1, 0x99, 0x99, 0x99, 0x99, 0x99, 0x9A}},
-        {8, little_endian(), 1.1, {0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xF1, 0x3F}},
-        {4, "", 0, {0, 0, 0, 0}},
-        {4, "", -0.0, {0x80, 0, 0, 0}},
-        {4, "", greatest, {0x7F, 0x7F, 0xFF, 0xFF}},
+    const std::vector<register_row<double>> rows = {
+        {{0x3F, 0x8C, 0xCC, 0xCD}, "", 1.1},
+        {{0xCD, 0xCC, 0x8C, 0x3F}, little_endian(), 1.1},
+        {{0x3F, 0xF1, 0x99, 0x99, 0x99, 0x99, 0x99, 0x9A}, "", 1.1},
+        {{0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xF1, 0x3F}, little_endian(), 1.1},
+        {{0, 0, 0, 0}, "", 0},
+        {{0x80, 0, 0, 0}, "", -0.0},
+        {{0x7F, 0x7F, 0xFF, 0xFF}, "", greatest},
         // between the greatest number and half a step above it, and from there on
-        {4, "", 0x1.fffffefffffffp127, {0x7F, 0x7F, 0xFF, 0xFF}},
-        {4, "", 0x1.ffffffp127, {0x7F, 0x80, 0, 0}},
-        {4, "", -0x1.fffffefffffffp127, {0xFF, 0x7F, 0xFF, 0xFF}},
-        {4, "", -0x1.ffffffp127, {0xFF, 0x80, 0, 0}},
-        {4, "", 1e300, {0x7F, 0x80, 0, 0}},
-        {4, "", -1e300, {0xFF, 0x80, 0, 0}},
-        {4, "", infinity, {0x7F, 0x80, 0, 0}},
-        {4, "", 1e-300, {0, 0, 0, 0}},
-        {8, "", -infinity, {0xFF, 0xF0, 0, 0, 0, 0, 0, 0}},
+        {{0x7F, 0x7F, 0xFF, 0xFF}, "", 0x1.fffffefffffffp127},
+        {{0x7F, 0x80, 0, 0}, "", 0x1.ffffffp127},
+        {{0xFF, 0x7F, 0xFF, 0xFF}, "", -0x1.fffffefffffffp127},
+        {{0xFF, 0x80, 0, 0}, "", -0x1.ffffffp127},
+        {{0x7F, 0x80, 0, 0}, "", 1e300},
+        {{0xFF, 0x80, 0, 0}, "", -1e300},
+        {{0x7F, 0x80, 0, 0}, "", infinity},
+        {{0, 0, 0, 0}, "", 1e-300},
+        {{0xFF, 0xF0, 0, 0, 0, 0, 0, 0}, "", -infinity},
     };
-    for (const auto& row : rows) {
-        TestDocument doc(
-            element("FloatReg", fixed_span(row.size) + row.children) +
-            element("FloatReg", fixed_span(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
-            number("zero", "0"));
-        EXPECT_FALSE(doc.Float("r").set_val(row.value, 0));
-        EXPECT_FALSE(doc.Float("dyn").set_val(row.value, 0));
-        EXPECT_THAT(doc.device.TakeAccesses(),
-                    ElementsAre(WriteOf(0x100, row.bytes), WriteOf(0x100, row.bytes)))
-            << row.value;
-    }
+    expect_writes("FloatReg", rows);
     TestDocument doc(element("FloatReg", fixed_span(4)));
     EXPECT_FALSE(doc.Float("r").set_val(std::numeric_limits<double>::quiet_NaN(), 0));
     EXPECT_TRUE(std::isnan(value_of(doc.Float("r").get_val(0))));

@@ -14,11 +14,7 @@ constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
 std::string sign(const char* word) { return std::string("<Sign>") + word + "</Sign>"; }
 
 TEST(IntReg, ReadsByEndianessAndSign) {
-    const struct {
-        Bytes bytes;
-        std::string children;
-        std::int64_t value;
-    } rows[] = {
+    const std::vector<register_row<std::int64_t>> rows = {
         {{0xFF, 0xFE}, sign("Signed"), -2},
         {{0xFF, 0xFE}, sign("Unsigned"), 65534},
         {{0xFF, 0xFE}, "", 65534},
@@ -37,47 +33,22 @@ TEST(IntReg, ReadsByEndianessAndSign) {
         {{0x80, 0, 0, 0, 0, 0, 0, 0}, "", lowest},  // unsigned, but there is no greater number
         {{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, sign("Signed"), -1},
     };
-    for (const auto& row : rows) {
-        const int size = static_cast<int>(row.bytes.size());
-        TestDocument doc(
-            element("IntReg", fixed_span(size) + row.children) +
-            element("IntReg", fixed_span(size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
-            number("zero", "0"));
-        doc.device.Put(0x100, row.bytes);
-        EXPECT_EQ(value_of(doc.Integer("r").get_val(0)), row.value) << size << row.children;
-        EXPECT_EQ(value_of(doc.Integer("dyn").get_val(0)), row.value) << size << row.children;
-        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, size), ReadOf(0x100, size)));
-    }
+    expect_reads("IntReg", rows);
 }
 
 TEST(IntReg, WritesByEndianessAndTruncates) {
-    const struct {
-        int size;
-        std::string children;
-        std::int64_t value;
-        Bytes bytes;
-    } rows[] = {
-        {2, "", 0x12345, {0x23, 0x45}},
-        {2, little_endian(), 0x12345, {0x45, 0x23}},
-        {1, "", -1, {0xFF}},
-        {1, sign("Signed"), 0x180, {0x80}},
-        {3, "", 0x123456, {0x12, 0x34, 0x56}},
-        {3, little_endian(), 0x123456, {0x56, 0x34, 0x12}},
-        {8, "", lowest, {0x80, 0, 0, 0, 0, 0, 0, 0}},
-        {8, little_endian(), 0x0102030405060708, {8, 7, 6, 5, 4, 3, 2, 1}},
-        {5, "", -2, {0xFF, 0xFF, 0xFF, 0xFF, 0xFE}},
+    const std::vector<register_row<std::int64_t>> rows = {
+        {{0x23, 0x45}, "", 0x12345},
+        {{0x45, 0x23}, little_endian(), 0x12345},
+        {{0xFF}, "", -1},
+        {{0x80}, sign("Signed"), 0x180},
+        {{0x12, 0x34, 0x56}, "", 0x123456},
+        {{0x56, 0x34, 0x12}, little_endian(), 0x123456},
+        {{0x80, 0, 0, 0, 0, 0, 0, 0}, "", lowest},
+        {{8, 7, 6, 5, 4, 3, 2, 1}, little_endian(), 0x0102030405060708},
+        {{0xFF, 0xFF, 0xFF, 0xFF, 0xFE}, "", -2},
     };
-    for (const auto& row : rows) {
-        TestDocument doc(
-            element("IntReg", fixed_span(row.size) + row.children) +
-            element("IntReg", fixed_span(row.size) + row.children + "<pAddress>zero</pAddress>", "dyn") +
-            number("zero", "0"));
-        EXPECT_FALSE(doc.Integer("r").set_val(row.value, 0));
-        EXPECT_FALSE(doc.Integer("dyn").set_val(row.value, 0));
-        EXPECT_THAT(doc.device.TakeAccesses(),
-                    ElementsAre(WriteOf(0x100, row.bytes), WriteOf(0x100, row.bytes)))
-            << row.children;
-    }
+    expect_writes("IntReg", rows);
 }
 
 TEST(IntReg, LimitsPlayNoPartInAWrite) {

@@ -207,4 +207,13 @@ TEST(MaskedIntReg, AnswersFromItsElement) {
     EXPECT_EQ(failure_of(field.get_default(0)), code(not_implemented));
 }
 
+TEST(MaskedIntReg, AnAddressThatCannotBeReadFailsReadingAndWriting) {
+    TestDocument doc(
+        element("MaskedIntReg", address("0") + "<pAddress>bad</pAddress>" + length("4") + bits(3, 0)) +
+        broken("bad"));
+    EXPECT_EQ(failure_of(doc.Integer("r").get_val(0)), code(not_implemented));
+    EXPECT_EQ(doc.Integer("r").set_val(1, 0), code(not_implemented));
+    EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
+}
+
 }  // namespace

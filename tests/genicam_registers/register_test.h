@@ -3,6 +3,7 @@
 #include "genicam/ieval.h"
 #include "genicam/inode.h"
 #include "tests/support/error_code.h"
+#include "tests/support/not_empty.h"
 #include "tests/support/test_document.h"
 
 #include <cstdint>
@@ -62,6 +63,52 @@ inline std::string number(const std::string& name, const std::string& text) {
 /// A node that cannot be read: `not_implemented`, without a message.
 inline std::string broken(const std::string& name) {
     return element("Integer", "<pValue>nowhere</pValue>", name);
+}
+
+/// A register "r" at 0x100, and its like "dyn" whose address is computed.
+inline std::string both_registers(const std::string& kind, int size, const std::string& children) {
+    return element(kind, fixed_span(size) + children) +
+           element(kind, fixed_span(size) + children + "<pAddress>zero</pAddress>", "dyn") +
+           number("zero", "0");
+}
+
+// The node of a register whose numbers are of that kind.
+inline IInteger& node_for(std::int64_t, const TestDocument& doc, const char* name) {
+    return doc.Integer(name);
+}
+inline IFloat& node_for(double, const TestDocument& doc, const char* name) { return doc.Float(name); }
+
+/// The bytes of a register with these children, and the number that they are read as or that is written.
+template <class Number>
+struct register_row {
+    Bytes bytes;
+    std::string children;
+    Number value;
+};
+
+template <class Number>
+void expect_reads(const char* kind, const std::vector<register_row<Number>>& rows) {
+    for (const register_row<Number>& row : test_support::NotEmpty(rows)) {
+        const int size = static_cast<int>(row.bytes.size());
+        TestDocument doc(both_registers(kind, size, row.children));
+        doc.device.Put(0x100, row.bytes);
+        for (const char* name : {"r", "dyn"}) {
+            EXPECT_EQ(value_of(node_for(Number(), doc, name).get_val(0)), row.value) << size << row.children;
+        }
+        EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(0x100, size), ReadOf(0x100, size)));
+    }
+}
+
+template <class Number>
+void expect_writes(const char* kind, const std::vector<register_row<Number>>& rows) {
+    for (const register_row<Number>& row : test_support::NotEmpty(rows)) {
+        TestDocument doc(both_registers(kind, static_cast<int>(row.bytes.size()), row.children));
+        for (const char* name : {"r", "dyn"})
+            EXPECT_FALSE(node_for(Number(), doc, name).set_val(row.value, 0));
+        EXPECT_THAT(doc.device.TakeAccesses(),
+                    ElementsAre(WriteOf(0x100, row.bytes), WriteOf(0x100, row.bytes)))
+            << row.value << row.children;
+    }
 }
 
 /// What the load printed apart from what `broken` does.

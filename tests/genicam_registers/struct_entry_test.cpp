@@ -267,4 +267,11 @@ TEST(StructEntry, AnswersFromItsElement) {
     EXPECT_EQ(failure_of(entry.get_default(0)), code(not_implemented));
 }
 
+TEST(StructEntry, AnAddressThatCannotBeReadFailsReadingAndWriting) {
+    TestDocument doc(struct_reg(fixed_span(4) + "<pAddress>bad</pAddress>", "<Bit>0</Bit>") + broken("bad"));
+    EXPECT_EQ(failure_of(doc.Integer("r").get_val(0)), code(not_implemented));
+    EXPECT_EQ(doc.Integer("r").set_val(1, 0), code(not_implemented));
+    EXPECT_THAT(doc.device.TakeAccesses(), IsEmpty());
+}
+
 }  // namespace

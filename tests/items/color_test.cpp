@@ -81,10 +81,7 @@ TEST_F(ColorEnhancementTest, FailuresAreHandedOn) {
     const Item item = Make(MakeUVCColorEnhancement);
     Color().get_result = driver_failure;
     Color().set_result = driver_refusal;
-    bool on = true;
-    EXPECT_EQ(item->GetSwitch(0, on), driver_failure);
-    EXPECT_TRUE(on);
-    EXPECT_EQ(item->SetSwitch(0, false), driver_refusal);
+    ExpectFailures(*item, {{op_get_switch, 0, driver_failure}, {op_set_switch, 0, driver_refusal}});
 }
 
 constexpr std::uint32_t white_balance = 7;  // property of the proc amp
@@ -237,18 +234,12 @@ TEST_F(WhiteBalanceTest, FailuresAreHandedOn) {
     Vendor(SELVANE_WHITE_BALANCE_ONE_PUSH).set_result = driver_refusal;
     Amp().get_result = driver_failure;
     Amp().set_result = driver_refusal;
-    RangeInfo range{1, 2, 3, 4};
-    std::int32_t value = 5;
-    bool on = true;
-    EXPECT_EQ(item->GetRange(0, range), driver_failure);
-    EXPECT_EQ(item->GetValue(0, value), driver_failure);
-    EXPECT_EQ(item->SetValue(0, 1), driver_refusal);
-    EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
-    EXPECT_EQ(item->SetSwitch(2, true), driver_refusal);
-    EXPECT_EQ(item->Push(3), driver_refusal);
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(value, 5);
-    EXPECT_TRUE(on);
+    ExpectFailures(*item, {{op_get_range, 0, driver_failure},
+                           {op_get_value, 0, driver_failure},
+                           {op_set_value, 0, driver_refusal},
+                           {op_get_switch, 2, driver_failure},
+                           {op_set_switch, 2, driver_refusal},
+                           {op_push, 3, driver_refusal}});
 }
 
 }  // namespace

@@ -279,20 +279,12 @@ TEST_F(ExposureItemTest, FailuresAreHandedOn) {
     const Item item = Make(MakeExposureItem);
     Vendor(SELVANE_AUTO_MAX_FLOAT).get_result = driver_failure;
     Vendor(SELVANE_AUTO_MAX_FLOAT).set_result = driver_refusal;
-    RangeInfo range{1, 2, 3, 4};
-    AbsRangeInfo abs_range{1, 2, 3};
-    std::int32_t ticks = 5;
-    double seconds = 6;
-    EXPECT_EQ(item->GetRange(4, range), driver_failure);
-    EXPECT_EQ(item->GetValue(4, ticks), driver_failure);
-    EXPECT_EQ(item->SetValue(4, 1), driver_refusal);
-    EXPECT_EQ(item->GetAbsRange(5, abs_range), driver_failure);
-    EXPECT_EQ(item->GetAbsValue(5, seconds), driver_failure);
-    EXPECT_EQ(item->SetAbsValue(5, 1.0), driver_refusal);
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(ticks, 5);
-    EXPECT_EQ(abs_range, (AbsRangeInfo{1, 2, 3}));
-    EXPECT_EQ(seconds, 6);
+    ExpectFailures(*item, {{op_get_range, 4, driver_failure},
+                           {op_get_value, 4, driver_failure},
+                           {op_set_value, 4, driver_refusal},
+                           {op_get_abs_range, 5, driver_failure},
+                           {op_get_abs_value, 5, driver_failure},
+                           {op_set_abs_value, 5, driver_refusal}});
 }
 
 }  // namespace

@@ -196,19 +196,13 @@ TEST_F(FocusTest, FailuresAreHandedOn) {
     Camera().get_result = driver_failure;
     Camera().set_result = driver_refusal;
     Camera().range_result = driver_refusal;
-    RangeInfo range{1, 2, 3, 4};
-    std::int32_t value = 5;
-    bool on = true;
-    EXPECT_EQ(item->GetRange(1, range), driver_refusal);
-    EXPECT_EQ(item->GetRange(7, range), driver_failure);
-    EXPECT_EQ(item->GetValue(1, value), driver_failure);
-    EXPECT_EQ(item->GetValue(7, value), driver_failure);
-    EXPECT_EQ(item->SetValue(1, 9), driver_refusal);
-    EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
-    EXPECT_EQ(item->Push(0), driver_refusal);
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(value, 5);
-    EXPECT_TRUE(on);
+    ExpectFailures(*item, {{op_get_range, 1, driver_refusal},
+                           {op_get_range, 7, driver_failure},
+                           {op_get_value, 1, driver_failure},
+                           {op_get_value, 7, driver_failure},
+                           {op_set_value, 1, driver_refusal},
+                           {op_get_switch, 2, driver_failure},
+                           {op_push, 0, driver_refusal}});
 }
 
 }  // namespace

@@ -92,6 +92,15 @@ constexpr unsigned op_value = op_get_value | op_set_value;
 constexpr unsigned op_range = op_get_range | op_value;
 constexpr unsigned op_abs = op_get_abs_range | op_get_abs_value | op_set_abs_value;
 
+/// An operation that fails, and leaves its out value alone.
+struct FailingOperation {
+    Operation operation;
+    InterfaceKey key;
+    HRESULT result;
+};
+void ExpectFailures(ZELAdapterHelper::CZELItemDataBase& item,
+                    const std::vector<FailingOperation>& operations);
+
 /// Every operation that is not among `implemented` answers E_NOTIMPL and leaves its out value alone.
 void ExpectOnly(ZELAdapterHelper::CZELItemDataBase& item, InterfaceKey key, unsigned implemented);
 

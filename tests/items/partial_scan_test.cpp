@@ -160,17 +160,11 @@ TEST_F(PartialScanTest, BinningTexts) {
 
 TEST_F(PartialScanTest, FailuresAreHandedOn) {
     const Item item = Make(MakePartialScan);
-    RangeInfo range{1, 2, 3, 4};
-    std::int32_t value = 5;
-    bool on = true;
-    EXPECT_EQ(item->GetRange(SELVANE_PARTIAL_SCAN_X, range), test_support::property_unknown);
-    EXPECT_EQ(item->GetValue(SELVANE_BINNING, value), test_support::property_unknown);
-    EXPECT_EQ(item->GetSwitch(SELVANE_PARTIAL_SCAN_AUTO_CENTER, on), test_support::property_unknown);
-    EXPECT_EQ(item->SetSwitch(SELVANE_PARTIAL_SCAN_AUTO_CENTER, on), test_support::property_unknown);
-    EXPECT_EQ(item->SetValue(SELVANE_PARTIAL_SCAN_X, 4), test_support::property_unknown);
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(value, 5);
-    EXPECT_TRUE(on);
+    ExpectFailures(*item, {{op_get_range, SELVANE_PARTIAL_SCAN_X, test_support::property_unknown},
+                           {op_get_value, SELVANE_BINNING, test_support::property_unknown},
+                           {op_get_switch, SELVANE_PARTIAL_SCAN_AUTO_CENTER, test_support::property_unknown},
+                           {op_set_switch, SELVANE_PARTIAL_SCAN_AUTO_CENTER, test_support::property_unknown},
+                           {op_set_value, SELVANE_PARTIAL_SCAN_X, test_support::property_unknown}});
 }
 
 }  // namespace

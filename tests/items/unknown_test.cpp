@@ -70,6 +70,12 @@ TEST(UnknownTest, GivesItselfAsUnknownWithAReference) {
     ASSERT_EQ(object->NonDelegatingQueryInterface(platform::iid_unknown, &out), S_OK);
     auto* unknown = static_cast<IUnknown*>(out);
     EXPECT_EQ(unknown, object->GetOwner());
+    void* again = nullptr;
+    ASSERT_EQ(unknown->QueryInterface(platform::iid_unknown, &again), S_OK);
+    EXPECT_EQ(again, out);
+    EXPECT_EQ(unknown->Release(), 2U);
+    EXPECT_EQ(unknown->QueryInterface(some_iid, &again), E_NOINTERFACE);
+    EXPECT_EQ(again, nullptr);
     EXPECT_EQ(unknown->AddRef(), 3U);
     EXPECT_EQ(unknown->Release(), 2U);
     EXPECT_EQ(unknown->Release(), 1U);

@@ -10,6 +10,66 @@ using ZELAdapterHelper::MakeUVCExposure;
 
 using UVCExposureTest = ExposureFixture;
 
+/// A kind of driver by how it counts time.
+struct TimeUnit {
+    const char* name;
+    std::int32_t a_second;
+    std::uint32_t exposure;
+    RangeInfo exposure_range;
+    std::uint32_t auto_max;
+    RangeInfo auto_max_range;
+};
+const TimeUnit ticks = {
+    "Ticks", 10000, SELVANE_EXPOSURE_TICKS, {1, 10000, 333, 1}, SELVANE_AUTO_MAX_TICKS, {10, 20000, 3333, 1}};
+const TimeUnit microseconds = {"Microseconds",
+                               1000000,
+                               SELVANE_EXPOSURE_MICROSECONDS,
+                               {100, 30000000, 33333, 1},
+                               SELVANE_AUTO_MAX_MICROSECONDS,
+                               {1000, 2000000, 333333, 1}};
+
+class UVCExposureUnitTest : public ExposureFixture, public testing::WithParamInterface<TimeUnit> {
+protected:
+    Item MakeItem() {
+        OfferTicks();
+        if (GetParam().exposure == SELVANE_EXPOSURE_MICROSECONDS) OfferMicroseconds();
+        return Make(MakeUVCExposure);
+    }
+    // A range in seconds.
+    static AbsRangeInfo Seconds(const RangeInfo& range) {
+        const double a_second = GetParam().a_second;
+        return {range.min / a_second, range.max / a_second, range.default_value / a_second};
+    }
+};
+INSTANTIATE_TEST_SUITE_P(In, UVCExposureUnitTest, testing::Values(ticks, microseconds),
+                         [](const auto& unit) { return std::string(unit.param.name); });
+
+TEST_P(UVCExposureUnitTest, AutoMaxValueIsAProperty) {
+    const Item item = MakeItem();
+    const TimeUnit& unit = GetParam();
+    EXPECT_EQ(Range(item, 4), unit.auto_max_range);
+    EXPECT_EQ(Value(item, 4), unit.a_second / 2);
+    EXPECT_EQ(item->SetValue(4, 7000), S_OK);
+    EXPECT_EQ(Asked(), (Requests{GetInt(unit.auto_max), GetInt(unit.auto_max),
+                                 SetVendor(unit.auto_max, IntRecord(7000, 2))}));
+}
+
+TEST_P(UVCExposureUnitTest, SecondsAreCountedInTheUnit) {
+    const Item item = MakeItem();
+    const TimeUnit& unit = GetParam();
+    EXPECT_EQ(AbsRange(item, 1), Seconds(unit.exposure_range));
+    EXPECT_EQ(AbsRange(item, 5), Seconds(unit.auto_max_range));
+    Vendor(unit.exposure).bytes = IntRecord(unit.a_second);
+    EXPECT_EQ(AbsValue(item, 1), 1.0);
+    EXPECT_EQ(AbsValue(item, 5), 0.5);
+    EXPECT_EQ(Asked(), (Requests{GetInt(unit.exposure), GetInt(unit.auto_max), GetInt(unit.exposure),
+                                 GetInt(unit.auto_max)}));
+    EXPECT_EQ(item->SetAbsValue(1, 0.5), S_OK);
+    EXPECT_EQ(item->SetAbsValue(5, 0.25), S_OK);
+    EXPECT_EQ(Asked(), (Requests{SetVendor(unit.exposure, IntRecord(unit.a_second / 2, 2)),
+                                 SetVendor(unit.auto_max, IntRecord(unit.a_second / 4, 2))}));
+}
+
 TEST_F(UVCExposureTest, NeedsThePropertySetAndTheTickProperty) {
     EXPECT_FALSE(Make(MakeUVCExposure));
     OfferMicroseconds();
@@ -203,57 +263,6 @@ TEST_F(UVCExposureTest, AutomaticModeIsWrittenOnlyWhenTheFlagsDiffer) {
     EXPECT_EQ(Asked().back(), Control(Kind::camera_set, exposure, -5, 2));
 }
 
-TEST_F(UVCExposureTest, AutoMaxValueIsAProperty) {
-    OfferTicks();
-    const Item item = Make(MakeUVCExposure);
-    EXPECT_EQ(Range(item, 4), (RangeInfo{10, 20000, 3333, 1}));
-    EXPECT_EQ(Value(item, 4), 5000);
-    EXPECT_EQ(item->SetValue(4, 7000), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_AUTO_MAX_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS),
-                                 SetVendor(SELVANE_AUTO_MAX_TICKS, IntRecord(7000, 2))}));
-
-    OfferMicroseconds();
-    const Item newer = Make(MakeUVCExposure);
-    EXPECT_EQ(Range(newer, 4), (RangeInfo{1000, 2000000, 333333, 1}));
-    EXPECT_EQ(Value(newer, 4), 500000);
-    EXPECT_EQ(newer->SetValue(4, 7000), S_OK);
-    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_AUTO_MAX_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS),
-                                 SetVendor(SELVANE_AUTO_MAX_MICROSECONDS, IntRecord(7000, 2))}));
-}
-
-TEST_F(UVCExposureTest, SecondsInTicks) {
-    OfferTicks();
-    const Item item = Make(MakeUVCExposure);
-    EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{1 / 10000.0, 1.0, 333 / 10000.0}));
-    EXPECT_EQ(AbsRange(item, 5), (AbsRangeInfo{10 / 10000.0, 2.0, 3333 / 10000.0}));
-    Vendor(SELVANE_EXPOSURE_TICKS).bytes = IntRecord(10000);
-    EXPECT_EQ(AbsValue(item, 1), 1.0);
-    EXPECT_EQ(AbsValue(item, 5), 0.5);
-    EXPECT_EQ(Asked(), (Requests{GetInt(SELVANE_EXPOSURE_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS),
-                                 GetInt(SELVANE_EXPOSURE_TICKS), GetInt(SELVANE_AUTO_MAX_TICKS)}));
-    EXPECT_EQ(item->SetAbsValue(1, 0.5), S_OK);
-    EXPECT_EQ(item->SetAbsValue(5, 0.25), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_EXPOSURE_TICKS, IntRecord(5000, 2)),
-                                 SetVendor(SELVANE_AUTO_MAX_TICKS, IntRecord(2500, 2))}));
-}
-
-TEST_F(UVCExposureTest, SecondsInMicroseconds) {
-    OfferMicroseconds();
-    const Item item = Make(MakeUVCExposure);
-    EXPECT_EQ(AbsRange(item, 1), (AbsRangeInfo{100 / 1000000.0, 30.0, 33333 / 1000000.0}));
-    EXPECT_EQ(AbsRange(item, 5), (AbsRangeInfo{1000 / 1000000.0, 2.0, 333333 / 1000000.0}));
-    Vendor(SELVANE_EXPOSURE_MICROSECONDS).bytes = IntRecord(1000000);
-    EXPECT_EQ(AbsValue(item, 1), 1.0);
-    EXPECT_EQ(AbsValue(item, 5), 0.5);
-    EXPECT_EQ(Asked(),
-              (Requests{GetInt(SELVANE_EXPOSURE_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS),
-                        GetInt(SELVANE_EXPOSURE_MICROSECONDS), GetInt(SELVANE_AUTO_MAX_MICROSECONDS)}));
-    EXPECT_EQ(item->SetAbsValue(1, 0.5), S_OK);
-    EXPECT_EQ(item->SetAbsValue(5, 0.25), S_OK);
-    EXPECT_EQ(Asked(), (Requests{SetVendor(SELVANE_EXPOSURE_MICROSECONDS, IntRecord(500000, 2)),
-                                 SetVendor(SELVANE_AUTO_MAX_MICROSECONDS, IntRecord(250000, 2))}));
-}
-
 TEST_F(UVCExposureTest, SecondsAreCutToTicks) {
     OfferTicks();
     const Item item = Make(MakeUVCExposure);
@@ -282,20 +291,12 @@ TEST_F(UVCExposureTest, FailuresAreHandedOn) {
     Vendor(SELVANE_EXPOSURE_TICKS).get_result = driver_failure;
     Vendor(SELVANE_EXPOSURE_TICKS).set_result = driver_refusal;
     Vendor(SELVANE_AUTO_MAX_AUTOMATIC).get_result = driver_failure;
-    bool on = true;
-    RangeInfo range{1, 2, 3, 4};
-    AbsRangeInfo abs_range{1, 2, 3};
-    double seconds = 9;
-    EXPECT_EQ(item->GetSwitch(2, on), driver_failure);
-    EXPECT_EQ(item->GetSwitch(6, on), driver_failure);
-    EXPECT_EQ(item->GetRange(0, range), driver_refusal);
-    EXPECT_EQ(item->GetAbsRange(1, abs_range), driver_failure);
-    EXPECT_EQ(item->GetAbsValue(1, seconds), driver_failure);
-    EXPECT_EQ(item->SetAbsValue(1, 1.0), driver_refusal);
-    EXPECT_TRUE(on);
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(abs_range, (AbsRangeInfo{1, 2, 3}));
-    EXPECT_EQ(seconds, 9);
+    ExpectFailures(*item, {{op_get_switch, 2, driver_failure},
+                           {op_get_switch, 6, driver_failure},
+                           {op_get_range, 0, driver_refusal},
+                           {op_get_abs_range, 1, driver_failure},
+                           {op_get_abs_value, 1, driver_failure},
+                           {op_set_abs_value, 1, driver_refusal}});
 }
 
 TEST_F(UVCExposureTest, HoldsTheFilterWhileItLives) {

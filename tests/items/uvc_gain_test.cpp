@@ -204,16 +204,10 @@ TEST_F(UVCGainTest, FailuresAreHandedOn) {
     Vendor(SELVANE_GAIN).get_result = driver_failure;
     Vendor(SELVANE_GAIN).set_result = driver_refusal;
     Amp().range_result = driver_refusal;
-    AbsRangeInfo abs_range{1, 2, 3};
-    RangeInfo range{1, 2, 3, 4};
-    double decibels = 5;
-    EXPECT_EQ(item->GetAbsRange(1, abs_range), driver_failure);
-    EXPECT_EQ(item->GetAbsValue(1, decibels), driver_failure);
-    EXPECT_EQ(item->SetAbsValue(1, 1.0), driver_refusal);
-    EXPECT_EQ(item->GetRange(0, range), driver_refusal);
-    EXPECT_EQ(abs_range, (AbsRangeInfo{1, 2, 3}));
-    EXPECT_EQ(range, (RangeInfo{1, 2, 3, 4}));
-    EXPECT_EQ(decibels, 5);
+    ExpectFailures(*item, {{op_get_abs_range, 1, driver_failure},
+                           {op_get_abs_value, 1, driver_failure},
+                           {op_set_abs_value, 1, driver_refusal},
+                           {op_get_range, 0, driver_refusal}});
 }
 
 }  // namespace

@@ -176,6 +176,14 @@ TEST_F(UVCTriggerTest, UnknownOperationIsRefusedAndNotWritten) {
     }
 }
 
+TEST_F(UVCTriggerTest, UnknownOperationFailsAsTheDriverDoes) {
+    OfferAll();
+    const Item item = Make(MakeUVCTrigger);
+    Vendor(SELVANE_TRIGGER).get_result = E_ACCESSDENIED;
+    EXPECT_EQ(item->SetValue(5, 2), E_ACCESSDENIED);
+    EXPECT_EQ(Asked(), Requests{GetInt(SELVANE_TRIGGER)});
+}
+
 TEST_F(UVCTriggerTest, OperationTexts) {
     const Item item = Make(MakeUVCTrigger);
     std::vector<SharedString> strings{SharedString(L"before")};

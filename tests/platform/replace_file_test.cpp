@@ -8,6 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+#include <csignal>
+#endif
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -118,6 +123,42 @@ TEST_F(ReplaceFile, KeepsWhoMayReadAFile) {
     fs::permissions(path, mine);
     EXPECT_FALSE(replace_file(path, "mine still"));
     EXPECT_EQ(fs::status(path).permissions(), mine);
+}
+
+#endif
+
+#ifndef _WIN32
+
+// Files of this process take no more bytes than that while it lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit = {bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, signal_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before_ = {};
+    void (*signal_)(int);
+};
+
+TEST_F(ReplaceFile, WithoutRoomTheFormerContentsStay) {
+    const fs::path path = PathOf("kept");
+    ASSERT_FALSE(replace_file(path, "former"));
+    {
+        const FileSizeLimit limit(4);
+        EXPECT_EQ(replace_file(path, "longer than that"), std::errc::file_too_large);
+        EXPECT_EQ(replace_file(PathOf("new"), "longer than that"), std::errc::file_too_large);
+    }
+    EXPECT_EQ(Contents(path), "former");
+    EXPECT_EQ(FileCount(), 1U);
 }
 
 #endif

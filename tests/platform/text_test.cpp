@@ -32,7 +32,9 @@ TEST(Widen, BadSequencesAreReplaced) {
 
 TEST(Narrow, IsTheWayBack) {
     for (const char* text : {"", "Gain", "\xC2\xB5s", "\xE2\x82\xAC", "\xF0\x9F\x93\xB7", "\xF1\x80\x80\x80",
-                             "\xF4\x8F\xBF\xBF"}) {
+                             // The first and the last character of each length.
+                             "\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xEF\xBF\xBF",
+                             "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
         EXPECT_EQ(narrow(widen(text)), text);
     }
 }

@@ -68,6 +68,8 @@ TEST(QuotedText, MarksItsOwnEnds) {
     EXPECT_EQ(quoted_text("a\"b\\c\n"), "\"a\\\"b\\\\c\\x0A\"");
 }
 
+TEST(VisibleJson, LeavesBytesThatAreNoTextAsTheyAre) { EXPECT_EQ(visible_json("\"\xFF\""), "\"\xFF\""); }
+
 TEST(VisibleJson, EscapesAsJsonDoes) {
     EXPECT_EQ(visible_json("{\n  \"a\": \"\x7F" + Utf8(0x9B) + Utf8(0x202E) + Utf8(0xB5) + "\"\n}"),
               "{\n  \"a\": \"\\u007F\\u009B\\u202E" + Utf8(0xB5) + "\"\n}");

@@ -248,24 +248,6 @@ TEST_F(AbsController, WritesNothingForATextThatIsNoValue) {
     EXPECT_TRUE(script_.log.empty());
 }
 
-TEST_F(AbsController, HandsOnARefusedWrite) {
-    SetLimits(0, 1);
-    script_.results["SetAbsValue"] = E_INVALIDARG;
-    EXPECT_FALSE(controller_->SetText(L"0.5"));
-    EXPECT_FALSE(controller_->SetPosition(50));
-}
-
-TEST_F(AbsController, TellsWhatTheItemTells) {
-    EXPECT_TRUE((At(), controller_->IsAvailable()));
-    EXPECT_FALSE(controller_->IsReadOnly());
-    At().read_only = true;
-    EXPECT_TRUE(controller_->IsReadOnly());
-    script_.results["IsAvailable"] = E_FAIL;
-    script_.results["IsReadOnly"] = E_FAIL;
-    EXPECT_FALSE(controller_->IsAvailable());
-    EXPECT_FALSE(controller_->IsReadOnly());
-}
-
 TEST_F(AbsController, TurnsExceptionsIntoFailures) {
     SetLimits(0, 1);
     for (const char* operation :

@@ -1,5 +1,6 @@
 #include "propui/control_logic.h"
 
+#include "propui/slider_controller.h"
 #include "tests/support/fake_item.h"
 
 #include <gmock/gmock.h>
@@ -46,6 +47,25 @@ TEST_F(ControlLogic, AsksOnceForEachAnswer) {
     EXPECT_TRUE(IsSwitchedOn(*item_, key));
     EXPECT_THAT(script_.TakeLog(),
                 ElementsAre("IsAvailable 7", "GetMapStrings 7", "GetValue 7", "GetSwitch 7"));
+}
+
+TEST_F(ControlLogic, HandsOnWhatTheItemDenies) {
+    element_.available = false;
+    element_.on = false;
+    EXPECT_FALSE(IsItemAvailable(*item_, key));
+    EXPECT_FALSE(IsSwitchedOn(*item_, key));
+}
+
+TEST_F(ControlLogic, AnEditIsForWhatIsAvailableAndNotReadOnly) {
+    for (const bool available : {false, true}) {
+        for (const bool read_only : {false, true}) {
+            element_.available = available;
+            element_.read_only = read_only;
+            const auto controller =
+                platform::com_ptr<ISliderController>::attach(new CRangeSliderController(item_.get(), key));
+            EXPECT_EQ(IsEditable(*controller), available && !read_only) << available << read_only;
+        }
+    }
 }
 
 TEST_F(ControlLogic, WritesAndLeavesTheResultToTheRefresh) {

@@ -407,6 +407,27 @@ TEST_F(PageRows, CountsAnExceptionAsNotSupported) {
     EXPECT_EQ(canvas_.Lines(), (Lines{"label 20,18 110x23 Other", "switch 135,18 55x23 #1 Value"}));
 }
 
+// A driver that runs messages may end the page while it is built.
+TEST_F(PageRows, EndsWithItsPage) {
+    const std::vector<ElementRecord> elements = {Element(IdOf(51), L"A", {{1, as_switch}}),
+                                                 Element(IdOf(52), L"B", {{2, as_switch}})};
+    At(1);
+    At(2);
+    canvas_.is_gone = [this] { return !canvas_.placed.empty() && canvas_.placed.back().text == L"A"; };
+    built_in_ = {Item(L"Exposure", 0, IdOf(1), L"Item", elements),
+                 Item(L"Exposure", 0, IdOf(2), L"Item", elements)};
+    EXPECT_TRUE(Build());
+    EXPECT_EQ(made_, std::vector<std::wstring>{L"Item"});
+    EXPECT_EQ(canvas_.placed.size(), 2U) << "the item's label and its first element";
+}
+
+TEST_F(PageRows, TakesARecordWithoutAFactoryForNoItem) {
+    built_in_ = {Item(L"Exposure", 0, IdOf(1), L"Item", {Element(IdOf(51), L"A", {{1, as_switch}})})};
+    built_in_.front().factory = nullptr;
+    EXPECT_FALSE(Build());
+    EXPECT_TRUE(canvas_.placed.empty());
+}
+
 TEST_F(PageRows, LetsAnExceptionOfTheCanvasThroughAndHoldsNothing) {
     for (const std::string kind : {"label", "slider", "edit", "spin", "switch", "combo", "button"}) {
         canvas_.placed.clear();

@@ -175,46 +175,5 @@ TEST_F(RangeController, WritesNothingForATextThatIsNoInteger) {
     EXPECT_TRUE(script_.log.empty());
 }
 
-TEST_F(RangeController, TellsWhatTheItemTells) {
-    EXPECT_TRUE((At(), controller_->IsAvailable()));
-    EXPECT_FALSE(controller_->IsReadOnly());
-    At().available = false;
-    At().read_only = true;
-    EXPECT_FALSE(controller_->IsAvailable());
-    EXPECT_TRUE(controller_->IsReadOnly());
-}
-
-TEST_F(RangeController, IsNeitherWhereTheItemFailsToTell) {
-    At().read_only = true;
-    script_.results["IsAvailable"] = E_FAIL;
-    script_.results["IsReadOnly"] = E_FAIL;
-    EXPECT_FALSE(controller_->IsAvailable());
-    EXPECT_FALSE(controller_->IsReadOnly());
-}
-
-TEST_F(RangeController, TurnsExceptionsIntoFailures) {
-    script_.throwing = {"GetRange", "GetValue", "SetValue", "IsAvailable", "IsReadOnly"};
-    std::int32_t low = 0;
-    std::int32_t high = 0;
-    std::wstring text;
-    EXPECT_FALSE(controller_->GetPositionRange(low, high));
-    EXPECT_FALSE(controller_->GetPosition(low));
-    EXPECT_FALSE(controller_->SetPosition(0));
-    EXPECT_FALSE(controller_->GetText(text));
-    EXPECT_FALSE(controller_->SetText(L"5"));
-    EXPECT_FALSE(controller_->IsAvailable());
-    EXPECT_FALSE(controller_->IsReadOnly());
-}
-
-TEST_F(RangeController, CountsReferences) {
-    EXPECT_EQ(controller_->AddRef(), 2U);
-    EXPECT_EQ(controller_->AddRef(), 3U);
-    EXPECT_EQ(controller_->Release(), 2U);
-    EXPECT_EQ(controller_->Release(), 1U);
-    EXPECT_EQ(script_.living_items, 1);
-    EXPECT_EQ(controller_.detach()->Release(), 0U);
-    EXPECT_EQ(script_.living_items, 0);
-}
-
 }  // namespace
 }  // namespace ZELPropUI

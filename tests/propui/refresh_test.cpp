@@ -295,6 +295,14 @@ TEST(RefreshTurn, WaitsForALimitedTime) {
     EXPECT_TRUE(turn.MayWait()) << "the next refresh";
 }
 
+TEST(RefreshTurn, GoesOnWithoutHavingWaited) {
+    RefreshTurn turn;
+    turn.Require(1);
+    turn.GoOn(RefreshTurn::Time{} + 10 * RefreshTurn::patience);
+    EXPECT_FALSE(turn.IsWaiting());
+    EXPECT_TRUE(turn.MayWait());
+}
+
 TEST(RefreshTurn, EachTurnOverThePageHasPatienceOfItsOwn) {
     RefreshTurn turn;
     const RefreshTurn::Time start{};

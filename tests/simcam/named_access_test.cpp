@@ -249,5 +249,46 @@ TEST_F(NamedAccess, CanStartFromTheDefaults) {
     EXPECT_EQ(Integer("Count/Value"), 0);
 }
 
+TEST_F(NamedAccess, KnowsNoSuffixOfAnotherKind) {
+    for (const char* path : {"E/Min", "E/Default", "S/Min", "C/Value", "Cat/Value", "None/SelectedEntry",
+                             "I/SelectedEntry", "E/Off/SelectedEntry", "C/SelectedEntry"}) {
+        EXPECT_EQ(get_path(*camera_, path, 256).result, property_unknown) << path;
+    }
+    for (const char* path :
+         {"I/SelectedEntry", "None/SelectedEntry", "E/Off/SelectedEntry", "S/SelectedEntry"})
+        EXPECT_EQ(set_path(*camera_, path, text_bytes("Off")), property_unknown) << path;
+    for (const char* path : {"E/Off/Value", "I/Min", "Cat/Value"})
+        EXPECT_EQ(set_path(*camera_, path, bytes_of(std::int64_t{1})), property_unknown) << path;
+}
+
+// What stands behind the registers of a camera that does not answer.
+TEST_F(NamedAccess, FailsWithTheNodes) {
+    camera_options options;
+    options.descriptions = {R"(<D>
+      <StringReg Name="Text"><Address>0x100</Address><Length>-1</Length><pPort>Device</pPort></StringReg>
+      <Enumeration Name="Choice"><EnumEntry Name="A"><Value>1</Value></EnumEntry>
+        <pValue>Nowhere</pValue></Enumeration>
+      <Integer Name="Broken"><pValue>Nowhere</pValue></Integer>
+      <Boolean Name="BrokenSwitch"><pValue>Nowhere</pValue></Boolean>
+      <Float Name="Real"><Value>1</Value></Float>
+      <Integer Name="Doubted"><pIsImplemented>Broken</pIsImplemented><Value>1</Value></Integer>
+      <Integer Name="Absent"><pIsAvailable>Broken</pIsAvailable><Value>1</Value></Integer>
+      <Integer Name="KeyBroken"><pIsLocked>Broken</pIsLocked><Value>1</Value></Integer>
+      <Integer Name="SwitchBroken"><pIsLocked>BrokenSwitch</pIsLocked><Value>1</Value></Integer>
+      <Integer Name="KeyedByReal"><pIsLocked>Real</pIsLocked><Value>1</Value></Integer>
+      <Integer Name="Constant"><ImposedAccessMode>RO</ImposedAccessMode><Extension><Default>9</Default></Extension>
+        <Value>1</Value></Integer>
+      <Port Name="Device"/></D>)"};
+    options.start_from_defaults = true;
+    camera_ = make_camera(options);
+    EXPECT_TRUE(FAILED(get_path(*camera_, "Text/Value", 16).result));
+    EXPECT_TRUE(FAILED(get_path(*camera_, "Choice/Value").result));
+    EXPECT_TRUE(FAILED(get_path(*camera_, "Choice/SelectedEntry", 16).result));
+    EXPECT_EQ(get_path(*camera_, "Doubted/IsImplemented").result, E_NOTIMPL);
+    for (const char* name : {"Absent", "KeyBroken", "SwitchBroken", "KeyedByReal"})
+        EXPECT_EQ(Integer(std::string(name) + "/IsLocked"), 0) << name << " may not be changed";
+    EXPECT_EQ(Integer("Constant/Value"), 1) << "no default goes into what is read-only";
+}
+
 }  // namespace
 }  // namespace simcam_test

@@ -44,6 +44,26 @@ inline void refresh(const test_support::RecorderCanvas& canvas) {
     }
 }
 
+/// What the controls show of their values. The limits behind a position are asked for once.
+[[nodiscard]] inline std::vector<std::string> shown_on(const test_support::RecorderCanvas& canvas) {
+    std::vector<std::string> all;
+    for (const auto& one : canvas.placed) {
+        std::int32_t number = -1;
+        bool on = false;
+        std::wstring text = one.text;
+        if (one.controller) {
+            std::ignore = one.controller->GetPosition(number);  // which learns the unit
+            number = -1;
+            std::ignore = one.controller->GetText(text);
+        } else if (one.item) {
+            std::ignore = one.item->GetValue(one.key, number);
+            std::ignore = one.item->GetSwitch(one.key, on);
+        }
+        all.push_back(one.kind + " " + std::to_string(number) + (on ? " on " : " ") + platform::narrow(text));
+    }
+    return all;
+}
+
 inline void work_controller(ZELPropUI::ISliderController& controller) {
     std::int32_t low = 0;
     std::int32_t high = 0;

@@ -1,4 +1,5 @@
 #include "simcam/picture_painter.h"
+#include "simcam/picture_scene.h"
 #include "simcam/simulated_camera.h"
 
 #include "items/standard_controls.h"
@@ -247,6 +248,23 @@ TEST(EveryPicture, StaysWithinItsBoundsForOddNumbers) {
     EXPECT_FALSE(paint(state).empty());
 }
 
+TEST(EveryPicture, HasItsStepsOfGreyAndPatchesOfColorInOrder) {
+    const std::vector<std::uint32_t> scene = draw_scene(test_pattern::off);
+    const auto row = [&](int y, int parts) {
+        std::vector<std::uint32_t> points;
+        for (int part = 0; part < parts; ++part) {
+            for (const int x : {32 + (448 * part + parts - 1) / parts, 32 + (448 * (part + 1) - 1) / parts})
+                points.push_back(scene[static_cast<std::size_t>(y * scene_width + x)]);
+        }
+        return points;
+    };
+    EXPECT_THAT(row(330, 8), testing::ElementsAre(0, 0, 0x121212, 0x121212, 0x242424, 0x242424, 0x363636,
+                                                  0x363636, 0x494949, 0x494949, 0x5B5B5B, 0x5B5B5B, 0x6D6D6D,
+                                                  0x6D6D6D, 0x808080, 0x808080));
+    EXPECT_THAT(row(50, 6), testing::ElementsAre(0x702020, 0x702020, 0x206028, 0x206028, 0x203070, 0x203070,
+                                                 0x686018, 0x686018, 0x602060, 0x602060, 0x186060, 0x186060));
+}
+
 TEST(EveryPicture, HasAMarkThatMovesFromFrameToFrame) {
     const picture_state state;
     const frame first = paint(state, small_rgb, 1);
@@ -254,6 +272,18 @@ TEST(EveryPicture, HasAMarkThatMovesFromFrameToFrame) {
     EXPECT_GT(differing_points(first, second, 0), 0);
     EXPECT_EQ(differing_points(first, second), 0) << "and nothing else";
     EXPECT_EQ(paint(state, small_rgb, 1ULL << 63).size(), frame_size(small_rgb));
+}
+
+TEST(EveryPicture, HasItsColorBarsInTheirColors) {
+    picture_state state;
+    state.pattern = test_pattern::color_bars;
+    const frame bars = paint(state);
+    // Red, green and blue, each on or off.
+    std::vector<std::uint32_t> colors;
+    for (int bar = 0; bar < 8; ++bar)
+        colors.push_back(point(bars, small_rgb.width * (2 * bar + 1) / 16, small_rgb.height / 2) & 0x808080);
+    EXPECT_THAT(colors, testing::ElementsAre(0x808080, 0x808000, 0x008080, 0x008000, 0x800080, 0x800000,
+                                             0x000080, 0));
 }
 
 TEST(EveryPicture, IsTheSameInBothFormats) {
@@ -288,6 +318,106 @@ TEST(EveryPicture, FillsItsFrameAndNoMore) {
             EXPECT_NE(made[frame_size(format) - 1], untouched);
         }
     }
+}
+
+// What a stream keeps of the frame before must not be seen in the next one.
+TEST(PicturePainter, PaintsEachFrameAsIfItWereTheFirst) {
+    picture_painter painter;
+    picture_state state;
+    const auto repaint = [&](const frame_format& format) {
+        frame made(frame_size(format));
+        painter.paint(state, format, 0, made.data());
+        EXPECT_EQ(made, paint(state, format));
+    };
+    for (int time = 0; time < 2; ++time) {
+        state = {};
+        repaint(small_rgb);
+        state.light = 2;
+        repaint(small_rgb);
+        state.gamma = 2;
+        repaint(small_rgb);
+        state.black_level = 40;
+        repaint(small_rgb);
+        state.pattern = test_pattern::grey_ramp;
+        repaint(small_rgb);
+        repaint(small_yuv);
+        repaint(small_yuv);
+    }
+}
+
+picture_state picture_of(const vendor_model& vendor) {
+    camera_options options;
+    options.vendor = vendor;
+    return make_camera(options)->picture();
+}
+
+TEST(VendorPicture, HasTheLightOfItsExposureInComparisonWithTheDefault) {
+    vendor_model vendor;
+    EXPECT_EQ(picture_of(vendor).light, 1) << "without an exposure";
+    integer_property& ticks = vendor.integers[SELVANE_EXPOSURE_TICKS];
+    ticks.value = 30;
+    EXPECT_EQ(picture_of(vendor).light, 1) << "without a default to compare with";
+    ticks.default_value = 10;
+    EXPECT_EQ(picture_of(vendor).light, 3);
+    integer_property& microseconds = vendor.integers[SELVANE_EXPOSURE_MICROSECONDS];
+    microseconds.value = 50;
+    microseconds.default_value = 100;
+    EXPECT_EQ(picture_of(vendor).light, 0.5) << "the finer one counts";
+}
+
+TEST(VendorPicture, HasTheLightOfTheReferenceWhileTheExposureIsAutomatic) {
+    vendor_model vendor;
+    integer_property& exposure = vendor.integers[SELVANE_EXPOSURE_MICROSECONDS];
+    exposure.value = 500;
+    exposure.default_value = 100;
+    exposure.flags = wire::automatic;
+    EXPECT_EQ(picture_of(vendor).light, 1) << "without a reference";
+    integer_property& reference = vendor.integers[SELVANE_AUTO_EXPOSURE_REFERENCE];
+    reference.value = 60;
+    EXPECT_EQ(picture_of(vendor).light, 1) << "without a default of it";
+    reference.default_value = 120;
+    EXPECT_EQ(picture_of(vendor).light, 0.5);
+}
+
+picture_state picture_of(const std::string& elements) {
+    camera_options options;
+    options.descriptions = {"<D>" + elements + "</D>"};
+    return make_camera(options)->picture();
+}
+
+TEST(DescriptionPicture, ComparesAnExposureWithoutADefaultWithTheMiddleOfItsRange) {
+    const auto light = [](const std::string& limits) {
+        return picture_of("<Float Name='ExposureTime'><Value>8</Value>" + limits + "</Float>").light;
+    };
+    EXPECT_EQ(light("<Min>1</Min><Max>16</Max>"), 2) << "of its logarithm";
+    EXPECT_EQ(light("<Min>0</Min><Max>32</Max>"), 0.5);
+    EXPECT_EQ(light("<Min>-9</Min><Max>0</Max><ImposedAccessMode>RO</ImposedAccessMode>"), 1) << "no middle";
+}
+
+TEST(DescriptionPicture, TakesWhatIsNoNumberForWhatIsNotThere) {
+    const std::string broken = "<pValue>nowhere</pValue>";
+    EXPECT_EQ(picture_of("<Float Name='ExposureTime'>" + broken + "</Float>").light, 1);
+    EXPECT_EQ(picture_of("<String Name='Gain'><Value>3</Value></String>").gain, 1);
+    EXPECT_EQ(picture_of("<SwissKnife Name='Gain'><Formula>1.0/0.0</Formula></SwissKnife>").gain, 1);
+    const sensor_area whole = picture_of("<Integer Name='SensorWidth'><Value>100</Value></Integer>").area;
+    EXPECT_EQ(whole.width, 1);
+    EXPECT_EQ(picture_of("<Integer Name='Width'><Value>100</Value></Integer>").area.width, 1);
+    const auto area = [](const char* sensor, const char* size) {
+        return picture_of(std::string("<Integer Name='SensorWidth'><Value>") + sensor +
+                          "</Value></Integer><Integer Name='Width'><Value>" + size + "</Value></Integer>")
+            .area;
+    };
+    EXPECT_EQ(area("0", "50").width, 1);
+    EXPECT_EQ(area("100", "0").width, 1);
+    EXPECT_EQ(area("100", "25").width, 0.25);
+}
+
+TEST(DescriptionPicture, ComesAtTheHighestRateWhileThatIsAutomaticAndNoExposureIsInItsWay) {
+    const std::string rate =
+        "<Float Name='FrameRate'><Value>10</Value><Min>1</Min><Max>50</Max></Float>"
+        "<Boolean Name='FrameRateAuto'><Value>true</Value></Boolean>";
+    EXPECT_EQ(picture_of(rate).frame_rate.now, 50);
+    EXPECT_EQ(picture_of(rate + "<Float Name='ExposureTime'><Value>0.5</Value></Float>").frame_rate.now, 2);
 }
 
 }  // namespace

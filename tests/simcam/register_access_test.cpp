@@ -56,6 +56,21 @@ TEST(RegisterAccess, ScattersWhatTheContentsDoNotTell) {
     EXPECT_EQ(get_register(*camera, 0, 0x40).data, expected);
 }
 
+TEST(RegisterAccess, LeadsToAPortInThePlaceOfTheMemory) {
+    register_memory behind;
+    behind.poke(0x10, bytes{0xDE, 0xAD});
+    behind.protect(0x20, 4, area_access::read_only);
+    camera_options options;
+    options.named_access = false;
+    options.registers = &behind;
+    const camera_ptr camera = make_camera(options);
+    EXPECT_EQ(get_register(*camera, 0x10, 2).data, (bytes{0xDE, 0xAD}));
+    EXPECT_EQ(set_register(*camera, 0x11, {0xEF}), S_OK);
+    EXPECT_EQ(behind.peek(0x10, 2), (bytes{0xDE, 0xEF}));
+    EXPECT_EQ(set_register(*camera, 0x20, bytes(4)), E_ACCESSDENIED);
+    EXPECT_EQ(camera->memory().peek(0x10, 2), bytes(2));
+}
+
 // The camera's own view reads past its caches: the other access path may have written.
 TEST(RegisterAccess, ShowsAtOnceInNamedAccess) {
     camera_options options;

@@ -86,6 +86,11 @@ TEST_F(Transcript, ShowsNamedValuesByTheirKind) {
             "Get device 4 I/Value -> FC FF FF FF FF FF FF FF 00 00 00 00 00 00 00 00 (returned 8), ok"));
 }
 
+TEST_F(Transcript, ShowsPropertiesThatTheDeviceDoesNotHave) {
+    (void)get_property(*camera_, wire::device_set, 9, bytes(), 4);
+    EXPECT_THAT(camera_->transcript(), ElementsAre("Get device 9, 0x80070490"));
+}
+
 TEST_F(Transcript, ShowsVendorRecordsByTheirFields) {
     (void)get_property(*camera_, vendor_set, 106, bytes(48), 48);
     (void)get_property(*camera_, vendor_set, 238, bytes(56), 56);

@@ -368,5 +368,74 @@ TEST_F(VendorProperty, NothingChangesInAModelThatIsHeld) {
     EXPECT_EQ(Model()->integers[SELVANE_AUTO_EXPOSURE_REFERENCE].value, last);
 }
 
+TEST_F(VendorProperty, WantsABuffer) {
+    bytes instance(56);
+    DWORD returned = 0;
+    IKsPropertySet& driver = *camera_->property_set();
+    EXPECT_EQ(driver.Get(vendor_set, SELVANE_GAIN, instance.data(), 48, nullptr, 48, &returned), E_POINTER);
+    EXPECT_EQ(driver.Set(vendor_set, SELVANE_GAIN, instance.data(), 48, nullptr, 48), E_POINTER);
+}
+
+TEST_F(VendorProperty, WantsAWholeRecordOfEachKind) {
+    for (const DWORD id :
+         {DWORD{SELVANE_GAIN}, DWORD{SELVANE_EXPOSURE_FLOAT}, DWORD{SELVANE_GPIO}, DWORD{SELVANE_STROBE}})
+        EXPECT_EQ(Set(id, bytes(39)), buffer_too_small) << id;
+}
+
+TEST_F(VendorProperty, RefusesALimitOfTheFloatExposureAsItsPolicySays) {
+    Model()->floats[SELVANE_EXPOSURE_FLOAT].policy = limit_policy::refuse;
+    const float max = Model()->floats[SELVANE_EXPOSURE_FLOAT].max;
+    const float before = Model()->floats[SELVANE_EXPOSURE_FLOAT].value;
+    EXPECT_EQ(SetFloat(SELVANE_EXPOSURE_FLOAT, max * 2), E_INVALIDARG);
+    EXPECT_EQ(Model()->floats[SELVANE_EXPOSURE_FLOAT].value, before);
+}
+
+// What acts on several properties acts on those that the camera has.
+TEST_F(VendorProperty, DoesWithoutThePartnersThatItLacks) {
+    Model()->remove(SELVANE_TRIGGER);
+    bytes fire = with(bytes(48), at_flags, std::uint32_t{wire::software_trigger_fire});
+    EXPECT_TRUE(FAILED(Set(SELVANE_SOFTWARE_TRIGGER, fire)));
+    EXPECT_EQ(Model()->software_triggers, 0U);
+
+    Model()->remove(SELVANE_PARTIAL_SCAN_X);
+    EXPECT_EQ(SetValue(SELVANE_PARTIAL_SCAN_AUTO_CENTER, 1), S_OK);
+    EXPECT_NE(Model()->integers[SELVANE_PARTIAL_SCAN_Y].value, 0);
+
+    Model()->remove(SELVANE_FOCUS_AUTO_MAX);
+    const std::int32_t max = Model()->integers[SELVANE_FOCUS_AUTO_MIN].max;
+    EXPECT_EQ(SetValue(SELVANE_FOCUS_AUTO_MIN, max), S_OK);
+    EXPECT_EQ(Value(SELVANE_FOCUS_AUTO_MIN), max) << "nothing to stay below";
+
+    Model()->camera_control.erase(wire::camera_control_focus);
+    EXPECT_EQ(SetValue(SELVANE_FOCUS_ONE_PUSH, 1), S_OK);
+    EXPECT_EQ(Value(SELVANE_FOCUS_ONE_PUSH), 1) << "it runs all the same";
+}
+
+TEST_F(VendorProperty, DoesNothingWhenAOnePushIsSwitchedOff) {
+    const std::int32_t red = Model()->integers[SELVANE_WHITE_BALANCE_RED].min;
+    Model()->integers[SELVANE_WHITE_BALANCE_RED].value = red;
+    Model()->video_proc_amp[wire::video_proc_amp_white_balance].flags = wire::manual;
+    EXPECT_EQ(SetValue(SELVANE_WHITE_BALANCE_ONE_PUSH, 0), S_OK);
+    EXPECT_EQ(Value(SELVANE_WHITE_BALANCE_RED), red);
+    EXPECT_EQ(SetValue(SELVANE_FOCUS_ONE_PUSH, 0), S_OK);
+    EXPECT_EQ(Value(SELVANE_FOCUS_ONE_PUSH), 0);
+}
+
+TEST_F(VendorProperty, OfTheGateSetIsOne) {
+    DWORD support = 7;
+    IKsPropertySet& driver = *camera_->property_set();
+    EXPECT_EQ(driver.QuerySupported(wire::gate_set, SELVANE_GATE_PROPERTY + 1, &support), property_unknown);
+}
+
+TEST(CallDelay, IsTakenByEachCall) {
+    camera_options options;
+    options.call_delay = std::chrono::milliseconds(2);
+    const camera_ptr camera = make_camera(options);
+    const auto start = std::chrono::steady_clock::now();
+    DWORD support = 0;
+    EXPECT_EQ(camera->property_set()->QuerySupported(wire::gate_set, SELVANE_GATE_PROPERTY, &support), S_OK);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, options.call_delay);
+}
+
 }  // namespace
 }  // namespace simcam_test

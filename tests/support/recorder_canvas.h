@@ -35,6 +35,7 @@ public:
     int character_width = 6;
     /// Runs before anything is placed; may throw.
     std::function<void(const std::string& kind)> before_add;
+    std::function<bool()> is_gone;
 
     std::map<std::wstring, int> widths;  ///< texts that are not as wide as their characters
 
@@ -47,6 +48,8 @@ public:
     }
     int ScaleX(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_x); }
     int ScaleY(int measure) override { return ZELPropUI::ScaleMeasure(measure, dots_per_inch_y); }
+
+    [[nodiscard]] bool IsGone() const override { return is_gone && is_gone(); }
 
     void AddLabel(const Rect& rect, std::wstring_view text) override { Add("label", rect, text); }
     void AddSlider(const Rect& rect, Controller& controller) override { AddOn("slider", rect, controller); }

@@ -71,7 +71,10 @@ const worst_shape shapes[] = {
      [](std::size_t n) {
          return root("<pFeature>f0</pFeature>",
                      integers(n, [](std::size_t at) { return fmt::format("<pValue>f{}</pValue>", at + 1); }));
-     }},
+     },
+     // Up to 1,000 links are followed from each node, and each node on the way asks all behind it for their
+     // access mode.
+     2000},
     {"a circle of links",
      [](std::size_t n) {
          return root("<pFeature>f0</pFeature>", integers(n, [n](std::size_t at) {
@@ -130,6 +133,18 @@ const worst_shape shapes[] = {
                                             at % 32);
                                     }) +
                              "</StructReg>");
+     }},
+    {"entries and invalidators",
+     [](std::size_t n) {
+         const auto invalidator = [](std::size_t at) {
+             return fmt::format("<pInvalidator>f{}</pInvalidator>", at);
+         };
+         const auto entry = [](std::size_t at) {
+             return fmt::format("<StructEntry Name='e{}'><Bit>{}</Bit></StructEntry>", at, at % 32);
+         };
+         return root("", "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>" +
+                             repeat(n, invalidator) + repeat(n, entry) + "</StructReg>" +
+                             integers(n, [](std::size_t) { return "<Value>1</Value>"; }));
      }},
     {"a long formula",
      [](std::size_t n) {

@@ -11,6 +11,7 @@ namespace test_support {
 struct worst_shape {
     const char* name;
     std::string (*make)(std::size_t n);  ///< so many of what is bad
+    std::size_t smallest = 500;          ///< from here on time may not grow faster than the size
 };
 
 [[nodiscard]] gsl::span<const worst_shape> worst_shapes();

@@ -68,7 +68,7 @@ void asking_canvas::ask_edit(ISliderController& controller) {
     std::wstring text;
     static_cast<void>(controller.IsAvailable());
     static_cast<void>(controller.GetText(text));
-    if (CZELItemDataBase* item = controller.GetItem()) write_back(*item, controller.GetKey());
+    write_back(controller.GetItem(), controller.GetKey());
 }
 
 void asking_canvas::judge_entry(InterfaceKey key, bool selected) {

@@ -31,11 +31,11 @@ std::string_view find_behind(const selvane_inspect::description_tree& tree, std:
         const auto& element = tree.at(open.back());
         open.pop_back();
         if (stated_address(element.xml) == address) return element.name;
-        for (const selvane_inspect::element_link& link : links.read(element.xml)) {
+        links.read(element.xml).for_each([&](const selvane_inspect::element_link& link) {
             for (const element_index target : tree.find(link.target)) {
                 if (seen.insert(target).second) open.push_back(target);
             }
-        }
+        });
     }
     return {};
 }

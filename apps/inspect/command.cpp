@@ -1,10 +1,26 @@
 #include "apps/inspect/command.h"
 
 #include "apps/inspect/feature_value.h"
+#include "platform/visible_text.h"
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace selvane_inspect {
+
+void progress::show(std::size_t done, std::size_t all, const std::string& what) {
+    if (!shown_) return;
+    clear();
+    const std::string line = platform::visible_text(fmt::format("{} of {}: {}", done, all, what));
+    err_ << line << std::flush;
+    width_ = line.size();
+}
+
+void progress::clear() {
+    if (width_ == 0) return;
+    err_ << '\r' << std::string(width_, ' ') << '\r' << std::flush;
+    width_ = 0;
+}
 
 void write_error(std::ostream& err, std::string_view line) {
     err << "selvane_inspect: " << on_one_line(line) << '\n';

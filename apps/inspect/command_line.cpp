@@ -23,17 +23,18 @@ public:
 
     explicit command_set(CLI::App& app) : app_(app) {}
 
-    /// Adds a command whose options live as long as the command line. `carry_out` gets them when the command
-    /// is the one that was called.
+    /// Adds a command, and gives it with its options, which live as long as the command line. `carry_out`
+    /// gets them when the command is the one that was called.
     template <class Options>
-    Options& add(const char* name, const char* about, int (*carry_out)(const Options&, const channels&),
-                 CLI::App*& command) {
+    std::pair<CLI::App&, Options&> add(const char* name, const char* about,
+                                       int (*carry_out)(const Options&, const channels&)) {
         const auto options = std::make_shared<Options>();
-        command = add_subcommand(name, about);
+        CLI::App* const command = app_.add_subcommand(name, about);
+        command->add_flag("--json", json_, "Print JSON");
         command->callback([this, options, carry_out] {
             chosen_ = [options, carry_out](const channels& to) { return carry_out(*options, to); };
         });
-        return *options;
+        return {*command, *options};
     }
 
     /// What was called; empty before the command line has been read.
@@ -41,18 +42,10 @@ public:
     [[nodiscard]] bool wants_json() const noexcept { return json_; }
 
 private:
-    CLI::App* add_subcommand(const char* name, const char* about);
-
     CLI::App& app_;
     action chosen_;
     bool json_ = false;
 };
-
-CLI::App* command_set::add_subcommand(const char* name, const char* about_command) {
-    CLI::App* command = app_.add_subcommand(name, about_command);
-    command->add_flag("--json", json_, "Print JSON");
-    return command;
-}
 
 namespace {
 
@@ -84,118 +77,107 @@ void add_description_options(CLI::App& command, description_options& options) {
 }  // namespace
 
 void add_info(command_set& commands) {
-    CLI::App* command = nullptr;
-    info_options& options =
-        commands.add("info", "Header, counts by element and class, memory, load time", info, command);
-    add_file(*command, options.file);
+    const auto [command, options] =
+        commands.add("info", "Header, counts by element and class, memory, load time", info);
+    add_file(command, options.file);
 }
 
 void add_list(command_set& commands) {
-    CLI::App* command = nullptr;
-    list_options& options =
-        commands.add("list", "The features in their tree, each with its value and range", list, command);
-    add_description_options(*command, options.input);
-    command->add_flag("--all", options.all, "Also the nodes that the tree does not list");
+    const auto [command, options] =
+        commands.add("list", "The features in their tree, each with its value and range", list);
+    add_description_options(command, options.input);
+    command.add_flag("--all", options.all, "Also the nodes that the tree does not list");
     command
-        ->add_option("--visibility", options.visibility, "Leave out what is meant for users above this one")
+        .add_option("--visibility", options.visibility, "Leave out what is meant for users above this one")
         ->type_name("WORD")
         ->transform(CLI::IsMember(visibility_words(), CLI::ignore_case));
-    command->footer("Access is RW, RO or WO; NI stands for not implemented, NA for not available.\n" +
-                    command->get_footer());
+    command.footer("Access is RW, RO or WO; NI stands for not implemented, NA for not available.\n" +
+                   command.get_footer());
 }
 
 void add_describe(command_set& commands) {
-    CLI::App* command = nullptr;
-    describe_options& options = commands.add(
+    const auto [command, options] = commands.add(
         "describe", "Everything about features: elements, where the value comes from, what depends on it",
-        describe, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
+        describe);
+    add_description_options(command, options.input);
+    command.add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
 }
 
 void add_get(command_set& commands) {
-    CLI::App* command = nullptr;
-    get_options& options = commands.add("get", "The values of features over a register memory", get, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
-    command->add_flag("--trace", options.trace, "Show every access to the registers");
+    const auto [command, options] = commands.add("get", "The values of features over a register memory", get);
+    add_description_options(command, options.input);
+    command.add_option("FEATURE", options.features, "Names of features")->required()->type_name("");
+    command.add_flag("--trace", options.trace, "Show every access to the registers");
 }
 
 void add_set(command_set& commands) {
-    CLI::App* command = nullptr;
-    set_options& options =
-        commands.add("set", "Writes features over a register memory, one after the other", set, command);
-    add_description_options(*command, options.input);
-    command->add_option("FEATURE=VALUE", options.assignments, "What to write; 1 executes a command")
+    const auto [command, options] =
+        commands.add("set", "Writes features over a register memory, one after the other", set);
+    add_description_options(command, options.input);
+    command.add_option("FEATURE=VALUE", options.assignments, "What to write; 1 executes a command")
         ->required()
         ->type_name("");
-    command->add_flag("--trace", options.trace, "Show every access to the registers");
-    command->add_option("--save", options.save, "Save the changed registers in a form that --memory takes")
+    command.add_flag("--trace", options.trace, "Show every access to the registers");
+    command.add_option("--save", options.save, "Save the changed registers in a form that --memory takes")
         ->type_name("FILE[@ADDRESS]");
 }
 
 void add_eval(command_set& commands) {
-    CLI::App* command = nullptr;
-    eval_options& options = commands.add("eval", "The result of a formula", eval, command);
-    command->add_option("FORMULA", options.formula, "A formula; behind -- if it begins with two minuses")
+    const auto [command, options] = commands.add("eval", "The result of a formula", eval);
+    command.add_option("FORMULA", options.formula, "A formula; behind -- if it begins with two minuses")
         ->required()
         ->type_name("");
-    command->add_option("NAME=VALUE", options.variables, "Variables; 5 is an integer and 5.0 a float")
+    command.add_option("NAME=VALUE", options.variables, "Variables; 5 is an integer and 5.0 a float")
         ->type_name("");
-    command->add_flag("--explain", options.explain,
-                      "Show the postfix program and the stack behind each step");
+    command.add_flag("--explain", options.explain, "Show the postfix program and the stack behind each step");
 }
 
 void add_lint(command_set& commands) {
-    CLI::App* command = nullptr;
-    lint_options& options =
-        commands.add("lint", "What is wrong with descriptions, or will be regretted", lint, command);
-    command->add_option("FILE", options.files, "Device descriptions")->type_name("");
-    add_memory_options(*command, options.memory);
-    command->add_option("--only", options.only, "Only these rules")
+    const auto [command, options] =
+        commands.add("lint", "What is wrong with descriptions, or will be regretted", lint);
+    command.add_option("FILE", options.files, "Device descriptions")->type_name("");
+    add_memory_options(command, options.memory);
+    command.add_option("--only", options.only, "Only these rules")
         ->type_name("RULE")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("--ignore", options.ignore, "All but these rules")
+    command.add_option("--ignore", options.ignore, "All but these rules")
         ->type_name("RULE")
         ->delimiter(',')
         ->allow_extra_args(false);
     command
-        ->add_option("--fail-on", options.fail_on,
-                     "The least severity that makes the exit code 1: error, warning, note or never")
+        .add_option("--fail-on", options.fail_on,
+                    "The least severity that makes the exit code 1: error, warning, note or never")
         ->type_name("SEVERITY")
         ->capture_default_str()
         ->check(CLI::IsMember(fail_words()));
-    command->add_flag("--rules", options.list_rules, "List the rules, and leave");
+    command.add_flag("--rules", options.list_rules, "List the rules, and leave");
 }
 
 void add_pages(command_set& commands) {
-    CLI::App* command = nullptr;
-    pages_options& options = commands.add("pages", "What the four property pages will show", pages, command);
-    add_description_options(*command, options.input);
-    command->add_option("--svg", options.folder, "Draw each page as a picture there")->type_name("DIR");
+    const auto [command, options] = commands.add("pages", "What the four property pages will show", pages);
+    add_description_options(command, options.input);
+    command.add_option("--svg", options.folder, "Draw each page as a picture there")->type_name("DIR");
     command
-        ->add_option("--access", options.access_path, "The access path to the features: registers or named")
+        .add_option("--access", options.access_path, "The access path to the features: registers or named")
         ->type_name("PATH")
         ->capture_default_str()
         ->check(CLI::IsMember(std::set<std::string>{named_path, register_path}));
 }
 
 void add_dump(command_set& commands) {
-    CLI::App* command = nullptr;
-    dump_options& options = commands.add("dump", "The engine's own listings", dump, command);
-    add_file(*command, options.file);
+    const auto [command, options] = commands.add("dump", "The engine's own listings", dump);
+    add_file(command, options.file);
     command
-        ->add_option("WHAT", options.what,
-                     "stats: counts by element and class; nodes: every node with its dependents")
+        .add_option("WHAT", options.what,
+                    "stats: counts by element and class; nodes: every node with its dependents")
         ->required()
         ->type_name("")
         ->check(CLI::IsMember(std::set<std::string>{dump_statistics, dump_nodes}));
 }
 
 void add_cameras(command_set& commands) {
-    CLI::App* command = nullptr;
-    commands.add("cameras", "The cameras on the network and on USB", cameras, command);
+    commands.add("cameras", "The cameras on the network and on USB", cameras);
 }
 
 namespace {
@@ -217,9 +199,9 @@ void check_command(const CLI::App& app, const std::vector<std::string>& argument
     std::vector<std::string> names;
     for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
     if (std::find(names.begin(), names.end(), arguments.front()) != names.end()) return;
-    const std::string meant(find_similar(arguments.front(), {names.begin(), names.end()}));
-    throw wrong_use("no command " + arguments.front() +
-                    (meant.empty() ? " (--help tells the commands)" : " (did you mean " + meant + "?)"));
+    throw wrong_use(
+        "no command " + arguments.front() +
+        did_you_mean(arguments.front(), {names.begin(), names.end()}, " (--help tells the commands)"));
 }
 
 // A formula may begin with a minus, and is then no option: all options of its command are words.
@@ -256,11 +238,8 @@ bool parse(CLI::App& app, std::vector<std::string> arguments, std::ostream& out)
     return false;
 }
 
-using command_action = command_set::action;
-using carrier = std::function<int(const command_action&, const channels&)>;
-
 int carry_out(gsl::span<const command_adder> adders, const std::vector<std::string>& arguments,
-              const channels& outside, const carrier& carry) {
+              const channels& outside, const camera_call* camera) {
     CLI::App app(about, "selvane_inspect");
     app.footer(footer);
     app.set_version_flag("--version", "selvane_inspect " SELVANE_VERSION);
@@ -271,7 +250,7 @@ int carry_out(gsl::span<const command_adder> adders, const std::vector<std::stri
     if (!parse(app, arguments, outside.out)) return exit_code::fine;
     const channels to = {outside.out, outside.err, outside.environment, commands.wants_json()};
     try {
-        return carry(commands.chosen(), to);
+        return camera != nullptr ? camera->carry_out(commands.chosen(), to) : commands.chosen()(to);
     } catch (const inspect_error& failure) {
         if (commands.wants_json()) write_json(to.out, {{"error", {{"message", failure.what()}}}});
         throw;
@@ -302,21 +281,14 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     const channels to = {out, err, environment};
     return guard(to, [&] {
         const camera_call call(arguments);
-        return carry_out(all_commands, call.arguments(), to,
-                         [&](const command_action& command, const channels& inside) {
-                             return call.carry_out(command, inside);
-                         });
+        return carry_out(all_commands, call.arguments(), to, &call);
     });
 }
 
 int run(gsl::span<const command_adder> commands, const std::vector<std::string>& arguments, std::ostream& out,
         std::ostream& err, const run_environment& environment) {
     const channels to = {out, err, environment};
-    return guard(to, [&] {
-        return carry_out(commands, arguments, to, [](const command_action& command, const channels& inside) {
-            return command(inside);
-        });
-    });
+    return guard(to, [&] { return carry_out(commands, arguments, to, nullptr); });
 }
 
 }  // namespace selvane_inspect

@@ -4,6 +4,7 @@
 #include "apps/inspect/inspect_error.h"
 #include "platform/replace_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <exception>
 #include <filesystem>
@@ -40,11 +41,31 @@ void write_file(const std::string& path, const std::string& contents) {
         throw wrong_use("cannot write " + path + ": " + failure.message());
 }
 
+std::vector<engine_message> message_capture::take(text_position asked) {
+    text_position next = {};
+    for (auto message = heard_.rbegin(); message != heard_.rend(); ++message) {
+        if (message->at.line == 0) {
+            message->at = asked.line != 0 ? asked : next;
+        } else {
+            next = message->at;
+        }
+    }
+    return std::exchange(heard_, {});
+}
+
+// The engine has a copy of the text, in which everything stands at the same offset.
+void message_capture::hear(const GenICam::reported_message& said) {
+    std::string text = said.text();
+    text.erase(text.find_last_not_of('\n') + 1);
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    heard_.push_back({std::move(text), tree_.position_of(said.origin.node(), said.origin.attribute())});
+}
+
 std::unique_ptr<description> description::open(const std::string& path) {
     live_camera* const camera = camera_behind(path);
     if (camera == nullptr) return from_bytes(path, read_file(path));
     std::unique_ptr<description> opened = from_bytes(path, std::string(camera->description()));
-    opened->port().lead_to(*camera);
+    opened->port().lead_to(*camera, camera_trace());
     return opened;
 }
 

@@ -3,22 +3,12 @@
 #include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
+#include "simcam/feature_server.h"
 
 namespace selvane_inspect {
 namespace {
 
-using namespace GenICam;
-
-constexpr std::uint32_t forced =
-    access_flags::bypass_cache | access_flags::skip_access_check | access_flags::skip_range_check;
-
-template <class Node>
-void write_default_of(Node& node, evaluation_guard& guard) {
-    const auto stated = node.get_default(access_flags::bypass_cache);
-    if (!stated) return;
-    static_cast<void>(
-        guard.find_in_store(node, [&] { static_cast<void>(node.set_val(stated.assume_value(), forced)); }));
-}
+using GenICam::INode;
 
 bool states_default(const description_tree& tree, element_index element) {
     const pugi::xml_node extension = tree.at(element).xml.child("Extension");
@@ -28,17 +18,7 @@ bool states_default(const description_tree& tree, element_index element) {
 void write_default(INode& node, evaluation_guard& guard) {
     const bool answers = guard.find(node, operation::access) == nullptr &&
                          guard.find(node, operation::default_value) == nullptr;
-    if (!answers || node.get_access_mode() == AccessMode::RO) return;
-    switch (node.get_node_type()) {
-        case node_type::integer:
-            return write_default_of(static_cast<IInteger&>(node), guard);
-        case node_type::floating:
-            return write_default_of(static_cast<IFloat&>(node), guard);
-        case node_type::boolean:
-            return write_default_of(static_cast<IBoolean&>(node), guard);
-        default:
-            return;
-    }
+    if (answers) static_cast<void>(guard.find_in_store(node, [&] { simcam::write_default(node); }));
 }
 
 }  // namespace
@@ -72,9 +52,7 @@ std::vector<INode*> find_features(const description& in, const std::vector<std::
             for (const node_element& element : in.tree().elements()) {
                 if (element.made != nullptr) known.push_back(element.name);
             }
-            const std::string_view meant = find_similar(name, known);
-            throw wrong_use(in.path() + " has no feature " + name +
-                            (meant.empty() ? "" : " (did you mean " + std::string(meant) + "?)"));
+            throw wrong_use(in.path() + " has no feature " + name + did_you_mean(name, known));
         }
         found.push_back(node);
     }

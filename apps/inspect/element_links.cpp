@@ -2,8 +2,6 @@
 
 #include "genicam/document/node_facts.h"
 
-#include <iterator>
-
 namespace selvane_inspect {
 namespace {
 
@@ -37,31 +35,39 @@ void collect(pugi::xml_node element, std::vector<element_link>& links) {
 
 struct limit_suffix {
     std::string_view text;
-    variable_reads reads;
+    operation limit;
 };
-constexpr limit_suffix limit_suffixes[] = {{".Min", variable_reads::minimum},
-                                           {".Max", variable_reads::maximum},
-                                           {".Inc", variable_reads::increment}};
+constexpr limit_suffix limit_suffixes[] = {
+    {".Min", operation::minimum}, {".Max", operation::maximum}, {".Inc", operation::increment}};
 
 }  // namespace
 
-std::vector<element_link> link_reader::read(pugi::xml_node element) {
-    std::vector<element_link> links;
-    collect(element, links);
-    const pugi::xml_node struct_reg = GenICam::register_element_of(element);
-    if (struct_reg == element) return links;
-    const auto [known, is_new] = of_struct_regs_.try_emplace(struct_reg);
-    if (is_new) collect(struct_reg, known->second);
-    links.insert(links.end(), known->second.begin(), known->second.end());
-    return links;
+link_list::link_list(pugi::xml_node element) {
+    collect(element, own_);
+    for (std::size_t at = 0; at < own_.size(); ++at) by_role_[own_[at].role].push_back(at);
 }
 
-variable_reads what_variable_reads(std::string_view name) {
+gsl::span<const std::size_t> link_list::of_role(std::string_view role) const {
+    const auto found = by_role_.find(role);
+    if (found == by_role_.end()) return {};
+    return found->second;
+}
+
+const link_list& link_reader::read(pugi::xml_node element) {
+    const auto [known, is_new] = lists_.try_emplace(element, element);
+    if (!is_new) return known->second;
+    const pugi::xml_node struct_reg = GenICam::register_element_of(element);
+    if (struct_reg != element) known->second.structure_ = &read(struct_reg);
+    return known->second;
+}
+
+std::optional<operation> asked_by_variable(std::string_view name) {
     for (const limit_suffix& suffix : limit_suffixes) {
         const std::size_t at = name.find(suffix.text);
-        if (at != std::string_view::npos && at + suffix.text.size() == name.size()) return suffix.reads;
+        if (at != std::string_view::npos && at + suffix.text.size() == name.size()) return suffix.limit;
     }
-    return name.find(".Entry") != std::string_view::npos ? variable_reads::entry : variable_reads::value;
+    if (name.find(".Entry") != std::string_view::npos) return std::nullopt;
+    return operation::value;
 }
 
 }  // namespace selvane_inspect

@@ -1,12 +1,33 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include <gsl/span>
 #include <pugixml.hpp>
 
 namespace selvane_inspect {
+
+/// What can be asked of a node, as far as it makes a difference which other nodes take part.
+enum class operation : std::uint8_t {
+    implemented,
+    available,
+    locked,
+    access,
+    value,
+    minimum,
+    maximum,
+    increment,
+    default_value,
+    unit,
+    store,
+    count,
+};
+constexpr std::size_t operation_count = static_cast<std::size_t>(operation::count);
 
 /// One reference of an element to a node by its name.
 struct element_link {
@@ -16,20 +37,46 @@ struct element_link {
     pugi::xml_node xml;       ///< the child
 };
 
-/// Reads what elements refer to.
-class link_reader {
+/// What an element refers to, in document order: every child whose name begins with a p and a capital,
+/// embedded formulas, the links in the extension.
+class link_list {
 public:
-    /// In document order: every child whose name begins with a p and a capital, embedded formulas, the links
-    /// in the extension. An entry of a register structure also has those of the structure.
-    [[nodiscard]] std::vector<element_link> read(pugi::xml_node element);
+    explicit link_list(pugi::xml_node element);
+
+    /// Calls with each `element_link`.
+    template <class Function>
+    void for_each(Function fn) const {
+        for (const element_link& link : own_) fn(link);
+        if (structure_ != nullptr) structure_->for_each(fn);
+    }
+    template <class Function>
+    void for_each_of(std::string_view role, Function fn) const {
+        for (const std::size_t at : of_role(role)) fn(own_[at]);
+        if (structure_ != nullptr) structure_->for_each_of(role, fn);
+    }
 
 private:
-    // Of structures, which are as long as their entries are many.
-    std::map<pugi::xml_node, std::vector<element_link>> of_struct_regs_;
+    friend class link_reader;
+
+    [[nodiscard]] gsl::span<const std::size_t> of_role(std::string_view role) const;
+
+    std::vector<element_link> own_;
+    std::map<std::string_view, std::vector<std::size_t>> by_role_;
+    const link_list* structure_ = nullptr;
 };
 
-/// Where a variable with such a name reads: the value of its node or one of its limits.
-enum class variable_reads { value, minimum, maximum, increment, entry };
-[[nodiscard]] variable_reads what_variable_reads(std::string_view name);
+/// Reads what elements refer to. The lists live as long as the reader does.
+class link_reader {
+public:
+    /// An entry of a register structure also has the links of the structure, which it shares with the others:
+    /// there may be as many of these as of those.
+    [[nodiscard]] const link_list& read(pugi::xml_node element);
+
+private:
+    std::map<pugi::xml_node, link_list> lists_;
+};
+
+/// What a variable with such a name asks its node for: the value, or a limit; not set where it is an entry.
+[[nodiscard]] std::optional<operation> asked_by_variable(std::string_view name);
 
 }  // namespace selvane_inspect

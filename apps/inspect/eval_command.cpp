@@ -51,6 +51,7 @@ variable parse_variable(const std::string& text) {
 
 std::vector<variable> parse_variables(const std::vector<std::string>& texts) {
     std::vector<variable> variables;
+    variables.reserve(texts.size());
     for (const std::string& text : texts) variables.push_back(parse_variable(text));
     return variables;
 }

@@ -1,7 +1,5 @@
 #include "apps/inspect/evaluation_guard.h"
 
-#include "apps/inspect/circle_text.h"
-#include "apps/inspect/engine_messages.h"
 #include "apps/inspect/guarded_run.h"
 #include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
@@ -117,7 +115,7 @@ void evaluation_guard::leave() {
     if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], own);
 }
 
-void evaluation_guard::absorb(verdict& into, const verdict& from) const {
+void evaluation_guard::absorb(verdict& into, const verdict& from) {
     if (into.found == nullptr) into.found = from.found;
     into.depth = std::max(into.depth, from.depth + 1);
     into.effort += from.effort;

@@ -4,14 +4,19 @@
 #include "apps/inspect/formula_binding.h"
 #include "apps/inspect/operation_graph.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <unordered_map>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace selvane_inspect {
 
@@ -23,6 +28,18 @@ struct hazard {
         path;             ///< the elements on the circle in the order of asking; else the one at fault
     std::string formula;  ///< of a division
 };
+
+/// "a circle: A needs B needs A", of so many names. Those of a long circle, told anew at each place where it
+/// is met, would be longer than any description.
+template <class NameAt>
+[[nodiscard]] std::string circle_text(std::size_t length, std::string_view verb, NameAt name_at) {
+    constexpr std::size_t most_names = 20;
+    std::string text = "a circle: ";
+    for (std::size_t at = 0; at < std::min(length, most_names); ++at)
+        text += fmt::format("{} {} ", name_at(at), verb);
+    if (length > most_names) text += fmt::format("({} more) {} ", length - most_names, verb);
+    return text + std::string(name_at(0));
+}
 
 /// Tells beforehand which operations on nodes the engine survives. It follows links without looking for
 /// circles, and an integer division by zero ends the process: both are the description's business. Circles
@@ -65,7 +82,7 @@ private:
 
     void enter(node_operation which);
     void leave();
-    void absorb(verdict& into, const verdict& from) const;
+    static void absorb(verdict& into, const verdict& from);
     const hazard* close_circle(node_operation again);
     const hazard* judge_formula(node_operation which);
     const hazard* try_out(const std::function<void()>& work);

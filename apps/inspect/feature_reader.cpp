@@ -1,6 +1,5 @@
 #include "apps/inspect/feature_reader.h"
 
-#include "apps/inspect/engine_messages.h"
 #include "genicam/base/value_links.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/document/node_facts.h"
@@ -26,48 +25,30 @@ result<feature_value> as_value(const result<T>& from) {
     return feature_value(from.assume_value());
 }
 
-result<feature_value> value_of(IEnumeration& node) {
-    const result<IEnumEntry*> entry = node.get_selected_entry(none);
+result<feature_value> value_of(IEnumeration& node, std::uint32_t flags) {
+    const result<IEnumEntry*> entry = node.get_selected_entry(flags);
     if (!entry) return entry.error();
     return feature_value(
         entry_value{std::string(entry.assume_value()->get_name()), entry.assume_value()->get_value()});
 }
 
 // A register's text comes with all its trailing zeros.
-result<feature_value> value_of(IString& node) {
-    const result<std::string> text = node.get_val(none);
+result<feature_value> value_of(IString& node, std::uint32_t flags) {
+    const result<std::string> text = node.get_val(flags);
     if (!text) return text.error();
     return feature_value(text.assume_value().substr(0, text.assume_value().find('\0')));
 }
 
-result<feature_value> value_of(IRegister& node) {
-    const result<std::int64_t> length = node.get_length(none);
+result<feature_value> value_of(IRegister& node, std::uint32_t flags) {
+    constexpr std::int64_t longest_block = 1 << 20;
+    const result<std::int64_t> length = node.get_length(flags);
     if (!length) return length.error();
     if (length.assume_value() > longest_block)
         throw std::length_error(fmt::format("a block of {} bytes is not read", length.assume_value()));
     if (length.assume_value() < 1) return make_error_code(invalid_parameter);
     simcam::bytes bytes(static_cast<std::size_t>(length.assume_value()));
-    if (const std::error_code failure = node.read(bytes.data(), length.assume_value(), none)) return failure;
+    if (const std::error_code failure = node.read(bytes.data(), length.assume_value(), flags)) return failure;
     return feature_value(std::move(bytes));
-}
-
-result<feature_value> engine_value(INode& node) {
-    switch (node.get_node_type()) {
-        case node_type::integer:
-            return as_value(static_cast<IInteger&>(node).get_val(none));
-        case node_type::floating:
-            return as_value(static_cast<IFloat&>(node).get_val(none));
-        case node_type::boolean:
-            return as_value(static_cast<IBoolean&>(node).get_val(none));
-        case node_type::enumeration:
-            return value_of(static_cast<IEnumeration&>(node));
-        case node_type::string:
-            return value_of(static_cast<IString&>(node));
-        case node_type::register_block:
-            return value_of(static_cast<IRegister&>(node));
-        default:
-            return feature_value();
-    }
 }
 
 template <class Node>
@@ -141,6 +122,25 @@ void put(nlohmann::ordered_json& json, const char* key, const std::optional<feat
 
 }  // namespace
 
+result<feature_value> engine_value(INode& node, std::uint32_t flags) {
+    switch (node.get_node_type()) {
+        case node_type::integer:
+            return as_value(static_cast<IInteger&>(node).get_val(flags));
+        case node_type::floating:
+            return as_value(static_cast<IFloat&>(node).get_val(flags));
+        case node_type::boolean:
+            return as_value(static_cast<IBoolean&>(node).get_val(flags));
+        case node_type::enumeration:
+            return value_of(static_cast<IEnumeration&>(node), flags);
+        case node_type::string:
+            return value_of(static_cast<IString&>(node), flags);
+        case node_type::register_block:
+            return value_of(static_cast<IRegister&>(node), flags);
+        default:
+            return feature_value();
+    }
+}
+
 bool is_end_of_all(const feature_value& limit) {
     if (const auto* integer = std::get_if<std::int64_t>(&limit)) {
         return *integer == std::numeric_limits<std::int64_t>::min() ||
@@ -174,7 +174,7 @@ auto feature_reader::ask(INode& node, operation asked, Ask question)
 }
 
 answer<feature_value> feature_reader::read_value(INode& node) {
-    return ask(node, operation::value, [&] { return engine_value(node); });
+    return ask(node, operation::value, [&] { return engine_value(node, none); });
 }
 
 void feature_reader::explain(INode& node, answer<feature_value>& failed) {
@@ -209,18 +209,26 @@ std::string_view feature_reader::access_state(INode& node) {
     return access.value ? access_word(*access.value) : "?";
 }
 
-feature_state feature_reader::read(INode& node) {
+feature_state feature_reader::begin(INode& node) {
     feature_state state;
-    state.node = &node;
     state.kind = node.get_node_type();
     state.name = node.get_name();
     state.access = access_state(node);
-    state.value = read_value(node);
-    explain(node, state.value);
+    return state;
+}
+
+void feature_reader::add_unit(INode& node, feature_state& state) {
     state.unit = read_unit(node);
     if (state.kind == node_type::integer && guard_.find(node, operation::unit) == nullptr) {
         state.style = style_of(static_cast<IInteger&>(node).get_representation());
     }
+}
+
+feature_state feature_reader::read(INode& node) {
+    feature_state state = begin(node);
+    state.value = read_value(node);
+    explain(node, state.value);
+    add_unit(node, state);
     state.minimum = read_limit(node, operation::minimum);
     state.maximum = read_limit(node, operation::maximum);
     state.increment = read_limit(node, operation::increment);

@@ -22,12 +22,8 @@ struct answer {
     std::uint32_t code = 0;  ///< of the engine; 0 where it was not asked
 };
 
-/// Longer blocks of registers are not read.
-constexpr std::int64_t longest_block = 1 << 20;
-
 /// What a feature shows of itself now.
 struct feature_state {
-    GenICam::INode* node = nullptr;
     GenICam::node_type kind = GenICam::node_type::integer;
     std::string name;
     std::string_view access;  ///< RW, RO, WO; NI for not implemented, NA for not available
@@ -47,10 +43,14 @@ public:
     explicit feature_reader(evaluation_guard& guard) : guard_(guard) {}
 
     [[nodiscard]] feature_state read(GenICam::INode& node);
+    /// Name, kind and access alone.
+    [[nodiscard]] feature_state begin(GenICam::INode& node);
+    /// The unit, and how numbers are written.
+    void add_unit(GenICam::INode& node, feature_state& state);
     [[nodiscard]] answer<feature_value> read_value(GenICam::INode& node);
     /// Completes the words for a value that could not be read, where the engine's alone leave a reader at a
     /// loss. Reads the nodes behind it once more.
-    void explain(GenICam::INode& node, answer<feature_value>& failed);
+    static void explain(GenICam::INode& node, answer<feature_value>& failed);
     /// A minimum, maximum, increment or default; not set where there is none.
     [[nodiscard]] std::optional<feature_value> read_limit(GenICam::INode& node, operation limit);
     [[nodiscard]] std::string read_unit(GenICam::INode& node);
@@ -66,6 +66,10 @@ private:
 
     evaluation_guard& guard_;
 };
+
+/// What the engine answers, whether it survives that or not. Throws for blocks of registers that are too long
+/// to be read.
+[[nodiscard]] GenICam::result<feature_value> engine_value(GenICam::INode& node, std::uint32_t flags);
 
 /// Whether a limit is an end of the range that every number of its kind has, and so says nothing.
 [[nodiscard]] bool is_end_of_all(const feature_value& limit);

@@ -1,6 +1,5 @@
 #include "apps/inspect/formula_binding.h"
 
-#include "apps/inspect/engine_messages.h"
 #include "genicam/base/value_links.h"
 #include "genicam/document/node_facts.h"
 #include "genicam/nodes/formula_names.h"

@@ -2,6 +2,7 @@
 #include "apps/inspect/feature_reader.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 #include <fmt/format.h>
@@ -19,7 +20,7 @@ constexpr Visibility visibilities[] = {Visibility::Beginner, Visibility::Expert,
                                        Visibility::Invisible};
 
 Visibility parse_visibility(const std::string& word) {
-    return *std::find_if(std::begin(visibilities), std::end(visibilities),
+    return *std::find_if(std::begin(visibilities), std::prev(std::end(visibilities)),
                          [&](Visibility visibility) { return visibility_word(visibility) == word; });
 }
 

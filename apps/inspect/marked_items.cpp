@@ -1,7 +1,10 @@
 #include "apps/inspect/marked_items.h"
 
 #include "adapter/interface_key.h"
+#include "genicam/document/node_facts.h"
 
+#include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace selvane_inspect {
@@ -24,6 +27,27 @@ std::vector<GenICam::ICategory*> categories_of(const std::vector<item_candidate>
     }
     return categories;
 }
+
+GUID mark_of(GenICam::INode& node, const char* mark) {
+    return genicam_adapter::read_extension_guid(&node, mark);
+}
+
+bool is_marked(GenICam::INode& node, const char* mark) { return mark_of(node, mark) != platform::null_guid; }
+
+pugi::xml_node mark_element_of(GenICam::INode& node, const char* mark) {
+    const pugi::xml_node element = GenICam::element_of(node);
+    const pugi::xml_node stated = element.child("Extension").child(mark);
+    return stated ? stated : element;
+}
+
+bool has_control(GenICam::INode& node) {
+    using GenICam::node_type;
+    constexpr node_type kinds[] = {node_type::boolean, node_type::integer, node_type::command,
+                                   node_type::enumeration, node_type::floating};
+    return std::find(std::begin(kinds), std::end(kinds), node.get_node_type()) != std::end(kinds);
+}
+
+bool is_shown_element(GenICam::INode& node) { return is_marked(node, element_mark) && has_control(node); }
 
 bool has_marks(const description& in) {
     bool found = false;

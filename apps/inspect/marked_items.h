@@ -17,6 +17,17 @@ constexpr const char* element_mark = "ZELElementGUID";
 [[nodiscard]] std::vector<GenICam::ICategory*> categories_of(
     const std::vector<genicam_adapter::item_candidate>& items);
 
+/// The id that a mark gives a node; zero for none.
+[[nodiscard]] GUID mark_of(GenICam::INode& node, const char* mark);
+[[nodiscard]] bool is_marked(GenICam::INode& node, const char* mark);
+/// Where the mark stands; the element of the node where there is none.
+[[nodiscard]] pugi::xml_node mark_element_of(GenICam::INode& node, const char* mark);
+
+/// Whether pages have a control for features of that kind.
+[[nodiscard]] bool has_control(GenICam::INode& node);
+/// Whether the feature is marked as an element and has a control.
+[[nodiscard]] bool is_shown_element(GenICam::INode& node);
+
 /// Whether anything of a loaded description bears the mark of an item or element, be it misspelt.
 [[nodiscard]] bool has_marks(const description& in);
 

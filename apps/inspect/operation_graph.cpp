@@ -3,6 +3,7 @@
 #include "genicam/core/number_parser.h"
 #include "genicam/document/node_facts.h"
 
+#include <optional>
 #include <string_view>
 
 namespace selvane_inspect {
@@ -26,23 +27,10 @@ constexpr limit_elements elements_of_limits[] = {{operation::minimum, "Min", "pM
                                                  {operation::increment, "Inc", "pInc"},
                                                  {operation::default_value, "Default", "pDefault"}};
 
-operation read_by(std::string_view variable) {
-    switch (what_variable_reads(variable)) {
-        case variable_reads::minimum:
-            return operation::minimum;
-        case variable_reads::maximum:
-            return operation::maximum;
-        case variable_reads::increment:
-            return operation::increment;
-        default:
-            return operation::value;
-    }
-}
-
 /// The needs of one operation under construction.
 class need_list {
 public:
-    need_list(const description_tree& tree, const std::vector<element_link>& links, element_index element)
+    need_list(const description_tree& tree, const link_list& links, element_index element)
         : tree_(tree), links_(links), element_(element), facts_(facts_of(tree.at(element))) {}
 
     void collect(operation asked);
@@ -59,7 +47,7 @@ private:
     void mode();
 
     const description_tree& tree_;
-    const std::vector<element_link>& links_;
+    const link_list& links_;
     element_index element_;
     const GenICam::node_facts& facts_;
     std::vector<node_operation> needs_;
@@ -68,15 +56,14 @@ private:
 // True if a node of that role exists.
 bool need_list::follow(std::string_view role, operation asked) {
     bool found = false;
-    for (const element_link& link : links_) {
-        if (link.role != role) continue;
-        const bool is_variable = role == "pVariable";
-        if (is_variable && what_variable_reads(link.label) == variable_reads::entry) continue;
+    links_.for_each_of(role, [&](const element_link& link) {
+        const auto of_target = role == "pVariable" ? asked_by_variable(link.label) : asked;
+        if (!of_target) return;
         for (const element_index target : tree_.find(link.target)) {
-            needs_.push_back({target, is_variable ? read_by(link.label) : asked});
+            needs_.push_back({target, *of_target});
             found = true;
         }
-    }
+    });
     return found;
 }
 
@@ -167,10 +154,8 @@ std::vector<node_operation> operation_graph::needs_of(node_operation which) cons
     return needs.take();
 }
 
-const std::vector<element_link>& operation_graph::links(element_index element) const {
-    const auto [entry, added] = links_.try_emplace(element);
-    if (added) entry->second = reader_.read(tree_.at(element).xml);
-    return entry->second;
+const link_list& operation_graph::links(element_index element) const {
+    return reader_.read(tree_.at(element).xml);
 }
 
 }  // namespace selvane_inspect

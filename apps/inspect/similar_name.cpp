@@ -52,4 +52,10 @@ std::string_view find_similar(std::string_view wrong, const std::vector<std::str
     return found;
 }
 
+std::string did_you_mean(std::string_view wrong, const std::vector<std::string_view>& known,
+                         std::string_view otherwise) {
+    const std::string meant(find_similar(wrong, known));
+    return meant.empty() ? std::string(otherwise) : " (did you mean " + meant + "?)";
+}
+
 }  // namespace selvane_inspect

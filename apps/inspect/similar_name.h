@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -9,5 +10,9 @@ namespace selvane_inspect {
 /// enough for a slip; empty for none.
 [[nodiscard]] std::string_view find_similar(std::string_view wrong,
                                             const std::vector<std::string_view>& known);
+
+/// " (did you mean Gain?)", or the other words in place of that where nothing is similar.
+[[nodiscard]] std::string did_you_mean(std::string_view wrong, const std::vector<std::string_view>& known,
+                                       std::string_view otherwise = {});
 
 }  // namespace selvane_inspect

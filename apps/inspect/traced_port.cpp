@@ -1,5 +1,7 @@
 #include "apps/inspect/traced_port.h"
 
+#include "apps/inspect/command.h"
+
 #include <iterator>
 #include <utility>
 
@@ -52,6 +54,7 @@ void traced_port::note(bool is_write, std::uint64_t address, const void* data, s
     port_access access = {is_write, address, {}, failure, std::nullopt};
     if (is_live_) access.took = std::chrono::steady_clock::now() - start;
     if (length > 0) access.data.assign(first, first + length);
+    if (told_to_ != nullptr) write_line(*told_to_, access_text(access));
     accesses_.push_back(std::move(access));
 }
 

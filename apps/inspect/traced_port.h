@@ -1,11 +1,12 @@
 #pragma once
 
-#include "apps/inspect/camera/live_camera.h"
+#include "genicam/idevice_port.h"
 #include "simcam/register_memory.h"
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -33,11 +34,12 @@ struct port_access {
 class traced_port final : public GenICam::IDevicePort {
 public:
     explicit traced_port(simcam::register_memory& memory) : device_(&memory) {}
-    explicit traced_port(live_camera& camera) : device_(&camera), is_live_(true) {}
 
-    /// From now on there is this camera in the place of the memory. It outlives the port.
-    void lead_to(GenICam::IDevicePort& camera) noexcept {
+    /// From now on there is this camera in the place of the memory; each access is told in a line as it comes
+    /// by, where there is a stream for that. Both outlive the port.
+    void lead_to(GenICam::IDevicePort& camera, std::ostream* told_to = nullptr) noexcept {
         device_ = &camera;
+        told_to_ = told_to;
         is_live_ = true;
     }
     [[nodiscard]] bool is_live() const noexcept { return is_live_; }
@@ -56,6 +58,7 @@ private:
               std::error_code failure, time_point start);
 
     GenICam::IDevicePort* device_;
+    std::ostream* told_to_ = nullptr;
     bool is_live_ = false;
     std::vector<port_access> accesses_;
 };

@@ -2,8 +2,10 @@
 
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/lint/formula_outline.h"
+#include "genicam/document/node_facts.h"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <unordered_set>
 
@@ -14,12 +16,49 @@ namespace selvane_inspect {
 namespace {
 
 // Links that have no part in what a node answers.
-constexpr std::string_view idle_roles[] = {"pFeature",  "pInvalidator", "pSelected",     "pPort",
-                                           "pAlias",    "pCastAlias",   "pBlockPolling", "pError",
-                                           "pTerminal", "pDependent"};
+constexpr GenICam::name_list idle_roles =
+    "pFeature pInvalidator pSelected pPort pAlias pCastAlias pBlockPolling pError pTerminal pDependent";
+constexpr GenICam::name_list register_elements =
+    "IntReg FloatReg Register StringReg MaskedIntReg StructEntry";
+constexpr GenICam::name_list field_elements = "MaskedIntReg StructEntry";
+constexpr GenICam::name_list block_elements = "StringReg Register";
 
-bool is_idle(std::string_view role) {
-    return std::find(std::begin(idle_roles), std::end(idle_roles), role) != std::end(idle_roles);
+std::optional<std::uint64_t> mask_of(pugi::xml_node element, std::size_t length) {
+    const bool is_field = field_elements.contains(element.name());
+    if (!is_field || length == 0 || length > sizeof(std::uint64_t)) return std::nullopt;
+    return GenICam::field_bits_of(element, static_cast<std::int64_t>(length));
+}
+
+std::string_view byte_order_word(pugi::xml_node element, std::size_t length) {
+    if (length < 2 || block_elements.contains(element.name())) return {};
+    return GenICam::byte_order_of(element) == GenICam::Endianess::LittleEndian ? "LittleEndian" : "BigEndian";
+}
+
+// The node's own access is the last one: those before it belong to its address.
+std::optional<register_state> probe_register(traced_port& port, GenICam::INode& node, pugi::xml_node xml) {
+    constexpr std::uint32_t past_everything =
+        GenICam::access_flags::bypass_cache | GenICam::access_flags::skip_access_check;
+    const silence quiet;
+    static_cast<void>(port.take());
+    try {
+        static_cast<void>(engine_value(node, past_everything));
+    } catch (const std::exception&) {
+        return std::nullopt;  // a length that nobody reads, or no memory has room for
+    }
+    const std::vector<port_access> accesses = port.take();
+    if (accesses.empty()) return std::nullopt;
+    const simcam::bytes& data = accesses.back().data;
+    return register_state{accesses.back().address, data, mask_of(xml, data.size()),
+                          byte_order_word(xml, data.size())};
+}
+
+std::string port_defect(GenICam::IGenICamDoc& document, pugi::xml_node xml) {
+    const std::string_view stated = GenICam::register_element_of(xml).child_value("pPort");
+    const std::string name(stated.empty() ? "Device" : stated);
+    GenICam::INode* const port = document.find_port(name);
+    if (port == nullptr) return "port " + name + ": there is none";
+    return static_cast<GenICam::IPort*>(port)->is_bound() ? ""
+                                                          : "port " + name + ": nothing is behind it here";
 }
 
 class source_finder {
@@ -32,8 +71,8 @@ public:
 private:
     void add_formulas(element_index element, value_source& source);
     void add_variables(element_index element, value_source& source);
-    void add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
-                      value_source& source);
+    static void add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
+                             value_source& source);
 
     static constexpr std::size_t max_depth = 100;
 
@@ -51,19 +90,23 @@ value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
     if (!element) return source;
     const pugi::xml_node xml = description_.tree().at(*element).xml;
     source.element = xml.name();
-    source.is_known = !told_.insert(*element).second || depth > max_depth;
-    if (source.is_known) return source;
+    source.is_cut = depth > max_depth;
+    source.is_known = !source.is_cut && !told_.insert(*element).second;
+    if (source.is_cut || source.is_known) return source;
     if (formula_binding::has_formulas(description_.tree().at(*element))) add_formulas(*element, source);
-    source.state = probe_register(description_, guard_, node);
-    source.port = port_defect(description_, *element);
-    for (const element_link& link : guard_.graph().links(*element)) {
+    if (register_elements.contains(xml.name())) {
+        if (guard_.find({*element, operation::value}) == nullptr)
+            source.state = probe_register(description_.port(), node, xml);
+        source.port = port_defect(*description_.document(), xml);
+    }
+    guard_.graph().links(*element).for_each([&](const element_link& link) {
         GenICam::INode* target = description_.document()->find_node(link.target);
-        if (is_idle(link.role) || target == nullptr) continue;
+        if (idle_roles.contains(link.role) || target == nullptr) return;
         value_source behind = find(*target, depth + 1);
         behind.role = link.role;
         behind.label = link.label;
         source.behind.push_back(std::move(behind));
-    }
+    });
     return source;
 }
 
@@ -123,8 +166,9 @@ void append_lines(const value_source& source, std::size_t depth, std::string& te
         text += std::string((depth + deeper) * 2, ' ') + visible_text(what) + '\n';
     };
     const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
-    line(0, fmt::format("{}{}{} {}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
-                        value_behind_name(source.value), source.is_known ? " (told above)" : ""));
+    line(0, fmt::format("{}{}{} {}{}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
+                        value_behind_name(source.value), source.is_known ? " (told above)" : "",
+                        source.is_cut ? " (too deep to go on)" : ""));
     if (source.state) line(1, register_text(*source.state));
     if (!source.port.empty()) line(1, source.port);
     for (const shown_formula& formula : source.formulas) {
@@ -139,24 +183,6 @@ void append_lines(const value_source& source, std::size_t depth, std::string& te
     }
     for (const value_source& behind : source.behind) append_lines(behind, depth + 1, text);
 }
-
-}  // namespace
-
-value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature) {
-    return source_finder(in, guard).find(feature, 0);
-}
-
-bool has_sources(const value_source& source) {
-    return source.state || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
-}
-
-std::string sources_text(const value_source& source) {
-    std::string text;
-    append_lines(source, 1, text);
-    return text;
-}
-
-namespace {
 
 nlohmann::ordered_json register_json(const register_state& read) {
     nlohmann::ordered_json json = {{"address", address_text(read.address)},
@@ -175,6 +201,20 @@ nlohmann::ordered_json to_json(const shown_variable& variable) {
 }
 
 }  // namespace
+
+value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature) {
+    return source_finder(in, guard).find(feature, 0);
+}
+
+bool has_sources(const value_source& source) {
+    return source.state || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
+}
+
+std::string sources_text(const value_source& source) {
+    std::string text;
+    append_lines(source, 1, text);
+    return text;
+}
 
 nlohmann::ordered_json sources_json(const value_source& source) {
     nlohmann::ordered_json json;
@@ -197,6 +237,7 @@ nlohmann::ordered_json sources_json(const value_source& source) {
     }
     for (const shown_variable& variable : source.variables) json["variables"].push_back(to_json(variable));
     if (source.is_known) json["told_above"] = true;
+    if (source.is_cut) json["too_deep"] = true;
     for (const value_source& behind : source.behind) json["sources"].push_back(sources_json(behind));
     return json;
 }

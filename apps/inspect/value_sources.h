@@ -1,7 +1,6 @@
 #pragma once
 
 #include "apps/inspect/feature_reader.h"
-#include "apps/inspect/register_probe.h"
 
 #include <optional>
 #include <string>
@@ -24,6 +23,14 @@ struct shown_variable {
     std::optional<GenICam::eval_value> value;  ///< not set when the engine knows no such name
 };
 
+/// Where a register node lies now and what is there, past its cache and access mode.
+struct register_state {
+    std::uint64_t address;
+    simcam::bytes bytes;
+    std::optional<std::uint64_t> mask;  ///< of a node that is a field of the register
+    std::string_view byte_order;        ///< of a number of several bytes
+};
+
 /// Where a value comes from: a node, how it was reached, and what is behind it.
 struct value_source {
     std::string role;   ///< the element that names it; empty for the feature itself
@@ -33,9 +40,10 @@ struct value_source {
     answer<feature_value> value;
     std::vector<shown_formula> formulas;
     std::vector<shown_variable> variables;
-    std::optional<register_state> state;
-    std::string port;       ///< of a register that leads nowhere: why
-    bool is_known = false;  ///< told further up, and what is behind it as well
+    std::optional<register_state> state;  ///< of a register whose address can be computed
+    std::string port;                     ///< of a register that can never be reached: why
+    bool is_known = false;                ///< told further up, and what is behind it as well
+    bool is_cut = false;                  ///< too deep for what is behind it to be told
     std::vector<value_source> behind;
 };
 

@@ -4,6 +4,9 @@
 
 #include <sstream>
 #include <streambuf>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -40,6 +43,26 @@ TEST_F(CommandLineTest, HelpsOnItselfAndEveryCommand) {
         EXPECT_EQ(one.code, 0) << command;
         EXPECT_THAT(one.out, HasSubstr("--json")) << command;
         EXPECT_THAT(one.out, HasSubstr("Usage: selvane_inspect " + std::string(command))) << command;
+    }
+}
+
+TEST_F(CommandLineTest, HelpsOnWhatAnOptionTakes) {
+    const std::pair<const char*, std::vector<std::string>> helps[] = {
+        {"list", {"FILE REQUIRED ", "--visibility WORD:{Beginner,Expert,Guru,Invisible}"}},
+        {"describe",
+         {"FEATURE ... REQUIRED ", "--memory FILE[@ADDRESS] ... ", "--register ADDRESS=BYTES ..."}},
+        {"get", {"FEATURE ... REQUIRED ", "--trace "}},
+        {"set", {"FEATURE=VALUE ... REQUIRED ", "--save FILE[@ADDRESS] "}},
+        {"eval", {"FORMULA REQUIRED ", "NAME=VALUE ... ", "--explain "}},
+        {"lint",
+         {"FILE ... ", "--only RULE ... ", "--ignore RULE ... ",
+          "--fail-on SEVERITY:{error,never,note,warning}=warning"}},
+        {"pages", {"--svg DIR ", "--access PATH:{named,registers}=registers"}},
+        {"dump", {"WHAT :{nodes,stats} REQUIRED"}},
+    };
+    for (const auto& [command, lines] : helps) {
+        const std::string help = Call({command, "--help"}).out;
+        for (const std::string& line : lines) EXPECT_THAT(help, HasSubstr("\n  " + line)) << command;
     }
 }
 
@@ -122,6 +145,15 @@ TEST_F(CommandLineTest, OutputThatCannotBeWrittenIsNoSuccess) {
     std::ostringstream err;
     EXPECT_EQ(selvane_inspect::run({"info", ProjectDescription("identity")}, out, err), 2);
     EXPECT_EQ(err.str(), "selvane_inspect: cannot write the output\n");
+}
+
+TEST_F(CommandLineTest, WhatAStreamThrowsIsToldInALine) {
+    FullDisk disk;
+    std::ostream out(&disk);
+    out.exceptions(std::ios::badbit);
+    std::ostringstream err;
+    EXPECT_EQ(selvane_inspect::run({"info", ProjectDescription("identity")}, out, err), 2);
+    EXPECT_THAT(err.str(), testing::MatchesRegex("selvane_inspect: .+\n"));
 }
 
 TEST_F(CommandLineTest, TakesNamesOutsideAscii) {

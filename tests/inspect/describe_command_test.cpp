@@ -10,7 +10,9 @@ namespace {
 
 using namespace inspect_test;
 using testing::Contains;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 
 class DescribeCommandTest : public InspectTest {};
 
@@ -107,6 +109,21 @@ TEST_F(DescribeCommandTest, NamesAChainThatNoReaderMayFollow) {
     });
 }
 
+TEST_F(DescribeCommandTest, TellsAHundredNodesBehindANode) {
+    std::string elements = "<Integer Name=\"N0\"><Value>7</Value></Integer>";
+    for (int i = 1; i <= 101; ++i) {
+        elements += "<Integer Name=\"N" + std::to_string(i) + "\"><pValue>N" + std::to_string(i - 1) +
+                    "</pValue></Integer>";
+    }
+    const std::string path = WriteElements(elements);
+    EXPECT_THAT(Lines(Call({"describe", path, "N100"}).out), Contains(EndsWith("pValue: Integer N0 = 7")));
+    EXPECT_THAT(Lines(Call({"describe", path, "N101"}).out),
+                Contains(EndsWith("pValue: Integer N0 = 7 (too deep to go on)")));
+    const std::string json = Call({"describe", path, "N101", "--json"}).out;
+    EXPECT_THAT(json, HasSubstr("\"too_deep\": true"));
+    EXPECT_THAT(json, Not(HasSubstr("told_above")));
+}
+
 TEST_F(DescribeCommandTest, TellsATwiceUsedNodeOnce) {
     const Outcome outcome = Call({"describe",
                                   WriteElements("<IntSwissKnife Name=\"K\"><pVariable "
@@ -198,6 +215,14 @@ TEST_F(DescribeCommandTest, ShowsTheEntriesOfAnEnumeration) {
               nlohmann::json::parse(R"({"name": "B", "enumeration": "E", "role": "pIsAvailable"})"));
 }
 
+TEST_F(DescribeCommandTest, TakesAChildForALinkByItsFirstTwoLetters) {
+    const std::string path = WriteElements(
+        "<Integer Name=\"A\"><Value>0</Value></Integer>"
+        "<Integer "
+        "Name=\"B\"><Value>0</Value><pOther>A</pOther><p2Other>A</p2Other><pother>A</pother></Integer>");
+    EXPECT_THAT(Call({"describe", path, "A"}).out, EndsWith("  what names it\n    B (pOther)\n"));
+}
+
 TEST_F(DescribeCommandTest, KeepsTextsOnTheirLines) {
     const std::string path = WriteElements(
         "<IntSwissKnife Name=\"K\"><Description>One\n  two</Description><Formula>\n 1 +\n\t2 </Formula>"
@@ -285,6 +310,25 @@ TEST_F(DescribeCommandTest, WorksOnTheSimulatedCamera) {
     EXPECT_THAT(outcome.out, HasSubstr("pValue: Converter ExposureTimeConv"));
     EXPECT_THAT(outcome.out, HasSubstr("TICK = 100.0 (float) from ExposureTickReg"));
     EXPECT_THAT(outcome.out, HasSubstr("register 0x1004, 4 bytes BigEndian: 00 00 00 64"));
+}
+
+TEST_F(DescribeCommandTest, ALengthThatCannotBeReadLeavesNoBytesToShow) {
+    const std::string path = WriteElements(
+        "<Register Name=\"B\"><Address>0x40</Address><pLength>Broken</pLength></Register>"
+        "<Integer Name=\"Broken\"><pValue>Nowhere</pValue></Integer>");
+    const Outcome outcome = Call({"describe", path, "B"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, testing::Not(HasSubstr("register 0x40")));
+    EXPECT_THAT(outcome.out, HasSubstr("Feature not implemented"));
+}
+
+TEST_F(DescribeCommandTest, PassesCommentsAndTextsBy) {
+    const std::string path = WriteElements(
+        "<Enumeration Name=\"E\"><!-- c -->text<EnumEntry Name=\"A\"><Value>0</Value></EnumEntry>"
+        "<Value>0</Value></Enumeration>");
+    const Outcome outcome = Call({"describe", path, "E"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, testing::Not(HasSubstr("text")));
 }
 
 }  // namespace

@@ -61,12 +61,42 @@ std::string Register(const std::string& name, const std::string& address) {
     return "<IntReg Name=\"" + name + "\"><Address>" + address + "</Address><Length>4</Length></IntReg>";
 }
 
+/// An integer over a register, whose maximum is twice what it reads of itself: "X" its value, "X.Max" its
+/// maximum.
+std::string WithMaximum(const std::string& name, const std::string& twice) {
+    return "<Integer Name=\"" + name +
+           "\"><pValue>R</pValue><pMax>Twice</pMax></Integer><IntSwissKnife Name=\"Twice\"><pVariable "
+           "Name=\"" +
+           twice + "\">" + name + "</pVariable><Formula>" + twice + "*2</Formula></IntSwissKnife>" +
+           Register("R", "0");
+}
+
 TEST_F(EvaluationGuardTest, LetsTheHarmlessThrough) {
     Load(Link("A", "R") + Register("R", "0"));
     for (std::size_t asked = 0; asked < operation_count; ++asked) {
         EXPECT_EQ(Find("A", static_cast<operation>(asked)), "");
     }
     EXPECT_TRUE(Guard().all().empty());
+}
+
+// Which feature an index chooses is asked before that feature is asked for its access.
+TEST_F(EvaluationGuardTest, FindsACircleOfAccessThroughAnIndex) {
+    Load(
+        "<Integer Name=\"A\"><pIndex>K</pIndex><pValueIndexed Index=\"0\">R</pValueIndexed></Integer>"
+        "<IntSwissKnife Name=\"K\"><pVariable Name=\"X\">B</pVariable><Formula>X</Formula></IntSwissKnife>" +
+        Link("B", "A") + Register("R", "0"));
+    EXPECT_THAT(Find("A", operation::access), HasSubstr("a circle"));
+    EXPECT_THAT(Find("B", operation::access), HasSubstr("a circle"));
+    EXPECT_EQ(Find("R", operation::access), "");
+}
+
+// What a feature writes to holds the value against limits of its own.
+TEST_F(EvaluationGuardTest, FindsACircleInTheLimitsOfWhatIsWrittenTo) {
+    Load("<Integer Name=\"A\"><pValue>B</pValue><Min>0</Min><Max>9</Max></Integer>" +
+         WithMaximum("B", "X.Max"));
+    EXPECT_EQ(Find("A", operation::value), "");
+    EXPECT_EQ(Find("A", operation::maximum), "");
+    EXPECT_THAT(Find("A", operation::store), HasSubstr("a circle"));
 }
 
 TEST_F(EvaluationGuardTest, FindsACircleOfValues) {
@@ -85,21 +115,13 @@ TEST_F(EvaluationGuardTest, FindsANodeThatNeedsItself) {
 }
 
 TEST_F(EvaluationGuardTest, ALimitThatReadsTheValueIsNoCircle) {
-    Load(
-        "<Integer Name=\"A\"><pValue>R</pValue><pMax>Twice</pMax></Integer>"
-        "<IntSwissKnife Name=\"Twice\"><pVariable "
-        "Name=\"X\">A</pVariable><Formula>X*2</Formula></IntSwissKnife>" +
-        Register("R", "0"));
+    Load(WithMaximum("A", "X"));
     EXPECT_EQ(Find("A", operation::maximum), "");
     EXPECT_EQ(Find("A", operation::store), "");
 }
 
 TEST_F(EvaluationGuardTest, ALimitThatReadsItselfIsACircle) {
-    Load(
-        "<Integer Name=\"A\"><pValue>R</pValue><pMax>Twice</pMax></Integer>"
-        "<IntSwissKnife Name=\"Twice\"><pVariable "
-        "Name=\"X.Max\">A</pVariable><Formula>X.Max*2</Formula></IntSwissKnife>" +
-        Register("R", "0"));
+    Load(WithMaximum("A", "X.Max"));
     EXPECT_THAT(Find("A", operation::maximum), HasSubstr("a circle"));
     EXPECT_EQ(Find("A", operation::value), "");
     EXPECT_THAT(Find("A", operation::store), HasSubstr("a circle"));
@@ -147,7 +169,7 @@ TEST_F(EvaluationGuardTest, ReadsTheLinksOfAStructureOnceForAllEntries) {
     const auto roles = [&](const char* name) {
         const pugi::xml_node entry = Opened().tree().at(*Opened().tree().find(Node(name))).xml;
         std::vector<std::string> found;
-        for (const element_link& link : reader.read(entry)) found.emplace_back(link.role);
+        reader.read(entry).for_each([&](const element_link& link) { found.emplace_back(link.role); });
         return found;
     };
     EXPECT_THAT(roles("E"), ElementsAre("pIsLocked", "pPort"));
@@ -191,11 +213,12 @@ TEST_F(EvaluationGuardTest, FollowsIndexedValuesAndTheirUnits) {
 }
 
 TEST_F(EvaluationGuardTest, AStatedLimitEndsTheAskingOfTargets) {
-    Load(
-        "<Integer Name=\"A\"><pValue>B</pValue><Min>0</Min></Integer><Integer "
-        "Name=\"B\"><pValue>A</pValue></Integer>");
-    EXPECT_EQ(Find("A", operation::minimum), "");
-    EXPECT_THAT(Find("A", operation::maximum), HasSubstr("a circle"));
+    for (const char* limit : {"<Min>0</Min>", "<pMin>I</pMin>"}) {
+        Load("<Integer Name=\"A\"><pValue>B</pValue>" + std::string(limit) + "</Integer>" + Link("B", "A") +
+             "<Integer Name=\"I\"><Value>0</Value></Integer>");
+        EXPECT_EQ(Find("A", operation::minimum), "") << limit;
+        EXPECT_THAT(Find("A", operation::maximum), HasSubstr("a circle")) << limit;
+    }
 }
 
 TEST_F(EvaluationGuardTest, AnEnumerationsEntriesAreAskedByThemselves) {
@@ -359,7 +382,9 @@ TEST_F(EvaluationGuardTest, RefusesWorkWithoutEnd) {
     }
     Load(elements + Register("R100", "0"));
     EXPECT_EQ(Find("R90", operation::value), "");
-    EXPECT_THAT(Find("R0", operation::value), HasSubstr("takes more than a million evaluations"));
+    // Each asks twice for the next, which is the register in the end.
+    EXPECT_EQ(Find("R0", operation::value),
+              "R82 takes more than a million evaluations of the nodes below it");
 }
 
 TEST_F(EvaluationGuardTest, KeepsNoMoreCirclesThanAnyoneReads) {
@@ -377,6 +402,16 @@ TEST_F(EvaluationGuardTest, KeepsNoMoreCirclesThanAnyoneReads) {
     EXPECT_THAT(Find("K0", operation::value), HasSubstr("a circle"));
     EXPECT_LE(Guard().all().size(), 1000U);
     EXPECT_GT(Guard().all().size(), 100U);
+}
+
+TEST_F(EvaluationGuardTest, FollowsAVariableToTheLimitThatItReads) {
+    for (const std::string limit : {"Min", "Max", "Inc"}) {
+        Load("<Integer Name=\"A\"><Value>1</Value><p" + limit + ">K</p" + limit + "></Integer>" +
+             "<IntSwissKnife Name=\"K\"><pVariable Name=\"X." + limit + "\">A</pVariable><Formula>X." +
+             limit + "</Formula></IntSwissKnife>");
+        EXPECT_EQ(Find("K", operation::value), "a circle: K needs A needs K") << limit;
+        EXPECT_EQ(Find("A", operation::value), "") << limit;
+    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "formula/formula_parser.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,40 @@ TEST(FormulaOutline, ComparisonsAndLogicShareALevel) {
     EXPECT_THAT(Surprises("a>b&&c"), IsEmpty());
     EXPECT_THAT(Surprises("(a=1)&&(b=2)"), IsEmpty());
     EXPECT_THAT(Surprises("a&&b||c"), IsEmpty());
+}
+
+// From tight to loose, as people expect it, and how the formulas of descriptions have it.
+const std::vector<std::vector<std::string>> expected_levels = {
+    {"**"}, {"*", "/", "%"}, {"+", "-"}, {"<<", ">>"}, {"&"}, {"^"}, {"|"}, {"<", "<=", ">", ">=", "=", "<>"},
+    {"&&"}, {"||"}};
+const std::vector<std::vector<std::string>> actual_levels = {{"**", "*", "/", "%"},
+                                                             {"+", "-"},
+                                                             {"<<", ">>", "&", "^", "|"},
+                                                             {"<", "<=", ">", ">=", "=", "<>", "&&", "||"}};
+
+std::size_t LevelOf(const std::string& sign, const std::vector<std::vector<std::string>>& levels) {
+    const auto found = std::find_if(levels.begin(), levels.end(), [&](const std::vector<std::string>& level) {
+        return std::find(level.begin(), level.end(), sign) != level.end();
+    });
+    return static_cast<std::size_t>(found - levels.begin());
+}
+
+TEST(FormulaOutline, KnowsWhatIsExpectedOfEveryPair) {
+    for (const auto& left_level : expected_levels) {
+        for (const std::string& left : left_level) {
+            for (const auto& right_level : expected_levels) {
+                for (const std::string& right : right_level) {
+                    const bool goes_left = LevelOf(left, actual_levels) <= LevelOf(right, actual_levels);
+                    const bool expects_right =
+                        LevelOf(left, expected_levels) > LevelOf(right, expected_levels) ||
+                        (left == "**" && right == "**");
+                    EXPECT_EQ(Surprises("a" + left + "b" + right + "c").size(),
+                              goes_left && expects_right ? 1U : 0U)
+                        << left << ' ' << right;
+                }
+            }
+        }
+    }
 }
 
 TEST(FormulaOutline, LooksPastWhatBindsTighter) {
@@ -166,6 +201,28 @@ TEST(FormulaRefusal, SaysWhereAndWhy) {
     EXPECT_EQ(Refusal("(1+2"), "refused at character 5, behind \"(1+2\": Failed to find a ')'.");
     EXPECT_THAT(Refusal("Sin(1)"), HasSubstr("Failed to map a function identifier to a actual function."));
     EXPECT_THAT(Refusal(std::string(5000, '(')), HasSubstr("nested too deeply or too long"));
+}
+
+TEST(FormulaOutline, ShowsWhatEachSideOfASurpriseIsMadeOf) {
+    EXPECT_THAT(Surprises("2+3*4**5"), ElementsAre("computed as (3 * 4) ** 5"));
+    EXPECT_THAT(Surprises("2*3**4+5"), ElementsAre("computed as (2 * 3) ** 4"));
+    EXPECT_THAT(Surprises("a&&b=c+d"), ElementsAre("computed as (a && b) = c+d"));
+}
+
+TEST(FormulaOutline, SeesASignBehindOthers) {
+    EXPECT_THAT(Surprises("~-A**2"), ElementsAre("~-A ** is computed as (~-A) **"));
+    EXPECT_THAT(Surprises("~A**2"), IsEmpty());
+    EXPECT_THAT(Surprises("A+ -B**2"), ElementsAre("-B ** is computed as (-B) **"));
+}
+
+TEST(FormulaOutline, TellsAMissingColonOnce) {
+    EXPECT_THAT(Breaks("A ? B ? C"), ElementsAre("a ? has no :"));
+    EXPECT_THAT(Breaks("SIN(A ? B"), ElementsAre("a ? has no :", "SIN(A ? B is not closed"));
+}
+
+TEST(FormulaOutline, HasWordsForWhatPassesTheLimits) {
+    const std::string deep = std::string(5000, '(') + "1";
+    EXPECT_THAT(refusal_text(deep, Read(deep).end), HasSubstr(": Formula is nested too deeply or too long."));
 }
 
 }  // namespace

@@ -291,4 +291,13 @@ TEST_F(GetSetCommandTest, WorksOnTheSimulatedCamera) {
     EXPECT_THAT(outcome.out, HasSubstr("write 0x1000 4: 00 00 4E 20"));
 }
 
+TEST_F(GetSetCommandTest, RefusesTextsThatAreNotWhollyAValue) {
+    ExpectRefused("Real=1.5x", 2, "1.5x is no number");
+    ExpectRefused("Real=x", 2, "x is no number");
+    ExpectRefused("Truth=maybe", 2, "maybe is neither true nor false");
+    ExpectSet("Truth=1", "Truth = true", {"write 0x30 1: 07"});
+    ExpectSet("Truth=0", "Truth = false", {"write 0x30 1: 00"});
+    ExpectSet("Truth=false", "Truth = false", {"write 0x30 1: 00"});
+}
+
 }  // namespace

@@ -21,7 +21,8 @@ constexpr identifier_id integer_id = 1;
 constexpr identifier_id float_id = 2;
 constexpr identifier_id either_id = 3;
 
-/// The tree of a formula over I, F and X: an integer, a float and one that may be either.
+/// The tree of a formula over I, F and X: an integer, a float and one that may be either. Each V is another
+/// variable of either kind.
 class Tree {
 public:
     explicit Tree(const std::string& formula)
@@ -37,7 +38,9 @@ public:
 
 private:
     static GenICam::formula_tree Read(const std::string& formula) {
-        return GenICam::read_formula(formula, [](std::string_view name) -> GenICam::resolved_name {
+        identifier_id next = 1000;
+        return GenICam::read_formula(formula, [&next](std::string_view name) -> GenICam::resolved_name {
+            if (name == "V") return next++;
             return name == "I" ? integer_id : name == "F" ? float_id : either_id;
         });
     }
@@ -104,6 +107,27 @@ TEST(IntegerDivisions, TellsWhatMayFault) {
     EXPECT_TRUE(may("F%F"));
     EXPECT_FALSE(may("I+I"));
     EXPECT_FALSE(may("-I"));
+}
+
+// Of many variables each tries fewer numbers; of very many, none but 0.
+TEST(IntegerDivisions, TriesWhatMakesADivisorZero) {
+    const auto can = [](const std::string& formula) {
+        const Tree tree(formula);
+        return can_be_zero(*tree, tree.TopNode());
+    };
+    EXPECT_TRUE(can("I-1"));
+    EXPECT_FALSE(can("I*0+1"));
+    EXPECT_TRUE(can("V+V+V+V+V+V+V+V"));
+    std::string sum = "V";
+    for (int at = 0; at < 40; ++at) sum += "+V";
+    EXPECT_TRUE(can(sum));
+    EXPECT_FALSE(can("I*I+1"));
+    EXPECT_TRUE(can("~I"));
+    // Numbers that stand in the formula, and those beside them.
+    EXPECT_TRUE(can("I-1000"));
+    EXPECT_TRUE(can("I+1000"));
+    EXPECT_TRUE(can("I+1-1000"));
+    EXPECT_TRUE(can("I-1-1000"));
 }
 
 TEST(IntegerDivisions, WritesItselfWithParentheses) {

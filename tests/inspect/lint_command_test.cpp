@@ -47,6 +47,18 @@ TEST_F(LintCommand, PrintsAFindingALineThenTheReasonsThenASum) {
     EXPECT_EQ(outcome.code, 1);
 }
 
+TEST_F(LintCommand, PrintsTheFileAloneForAFindingOfTheWholeFile) {
+    const Outcome outcome = Call({"lint", WriteElements(fine)});
+    EXPECT_THAT(outcome.out, StartsWith(PathOf("description.xml") + ": note: "));
+    EXPECT_THAT(outcome.out, HasSubstr("[no-marks]\n"));
+}
+
+TEST_F(LintCommand, PrintsPositionsInTheFirstLine) {
+    const std::string file =
+        Write("one_line.xml", "<RegisterDescription><Integer Name=\"I\"/></RegisterDescription>");
+    EXPECT_THAT(Call({"lint", file}).out, HasSubstr(file + ":1:22: error: Integer I becomes no node"));
+}
+
 TEST_F(LintCommand, SaysSoWhenThereIsNothing) {
     const Outcome outcome = LintAll(fine);
     EXPECT_EQ(outcome.out, PathOf("description.xml") + ": 0 errors, 0 warnings, 0 notes\n");

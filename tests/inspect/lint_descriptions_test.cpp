@@ -87,6 +87,10 @@ TEST_F(LintOfRealDescriptions, SurvivesAllOfThem) {
         if (entry.path().extension() == ".xml") arguments.push_back(entry.path().u8string());
     }
     ASSERT_GT(arguments.size(), 1U);
+#ifdef SELVANE_SANITIZED
+    // Some of them: without sanitizers all are read.
+    arguments.resize(1 + arguments.size() / 3);
+#endif
     const Outcome outcome = Call(arguments);
     EXPECT_EQ(outcome.code, 1);
     EXPECT_EQ(outcome.err, "");

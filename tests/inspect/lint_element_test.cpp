@@ -203,6 +203,16 @@ TEST_F(LintElements, SilentLinksOfConditionsAndVariables) {
          "pIsImplemented of EnumEntry Off names no node: Gone"});
 }
 
+TEST_F(LintElements, ALinkLeadsToTheFirstNodeOfAName) {
+    const std::string link = "<Integer Name=\"I\"><Value>1</Value>@<pIsLocked>N</pIsLocked></Integer>\n";
+    const std::string text = "<String Name=\"N\"/>\n";
+    const std::string number = "<Integer Name=\"N\"><Value>1</Value></Integer>\n";
+    Finds("silent-link", "warning", link + text + number,
+          {"pIsLocked of Integer I names a node that has no number: N"});
+    FindsNothing("silent-link",
+                 "<Integer Name=\"I\"><Value>1</Value><pIsLocked>N</pIsLocked></Integer>\n" + number + text);
+}
+
 TEST_F(LintElements, SilentLinksOfPorts) {
     Finds("silent-link", "warning",
           R"(<IntReg Name="R"><Address>0</Address><Length>4</Length>@<pPort>Devise</pPort></IntReg>
@@ -232,6 +242,13 @@ TEST_F(LintElements, LinksThatLeadSomewhereAreNotSilent) {
 <SwissKnife Name="K"><pVariable Name="X">S</pVariable><Formula>1</Formula></SwissKnife>
 <IntReg Name="R"><Address>0</Address><Length>4</Length></IntReg>
 <Register Name="Said"><Address>0</Address><Length>4</Length><pPort>Gone</pPort></Register>)");
+}
+
+TEST_F(LintElements, CommentsAndTextsAreNoElements) {
+    FindsNothing(
+        "unknown-element",
+        "<!-- a --> text <Group Comment=\"g\"><!-- b -->text<Integer Name=\"I\"><!-- c -->"
+        "<Extension><!-- d -->text<Default>1</Default></Extension><Value>1</Value>text</Integer></Group>");
 }
 
 }  // namespace

@@ -156,5 +156,16 @@ TEST_F(LintEngine, DivisionsByZero) {
 <IntReg Name="R"><Address>0</Address><Length>4</Length></IntReg>)");
 }
 
+TEST_F(LintEngine, AnExceptionThatLeavesTheLoadIsToldAtTheFirstNameThatBringsIt) {
+    const auto findings = Lint("load-exception", R"(<IntSwissKnife Name="K">
+<pVariable Name="E.Entry.On">E</pVariable><pVariable Name="N.Entry">Nowhere</pVariable>
+<pVariable Name="E.Entry">E</pVariable><Formula>1</Formula></IntSwissKnife>
+<IntSwissKnife Name="L"><pVariable Name="F.Entry">E</pVariable><Formula>1</Formula></IntSwissKnife>
+<Enumeration Name="E"><Value>0</Value><EnumEntry Name="On"><Value>0</Value></EnumEntry></Enumeration>)");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["line"], 4);
+    EXPECT_EQ(findings[0]["column"], 1);
+}
+
 }  // namespace
 }  // namespace inspect_test

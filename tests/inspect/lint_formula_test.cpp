@@ -82,6 +82,8 @@ TEST_F(LintFormulas, PositionsAreThoseOfTheFileNotOfTheMeaning) {
           {"Formula of K: computed as (A > 1 && B) > 2"});
     Finds("operator-order", "warning", SwissKnife("<![CDATA[\n A > 1 @&& B > 2]]>"),
           {"Formula of K: computed as (A > 1 && B) > 2"});
+    Finds("operator-order", "warning", SwissKnife("<b/>1 +\r\n 2@*A**2"),
+          {"Formula of K: computed as (2 * A) ** 2"});
 }
 
 TEST_F(LintFormulas, IntegerDivisionOfAnIntegerTarget) {
@@ -123,6 +125,8 @@ TEST_F(LintFormulas, IntegerDivisionDependsOnTheKindOfTheTarget) {
         finds("<Enumeration Name=\"R\"><Value>0</Value><EnumEntry "
               "Name=\"A\"><Value>0</Value><NumericValue>0.5</NumericValue></EnumEntry></Enumeration>"));
     EXPECT_FALSE(finds("<Float Name=\"R\"><Value>1</Value></Float>"));
+    EXPECT_FALSE(finds("<String Name=\"R\"><Value>1</Value></String>")) << "nothing is known of it";
+    EXPECT_FALSE(finds("")) << "without a target nothing is computed";
     EXPECT_FALSE(finds("<FloatReg Name=\"R\"><Address>0</Address><Length>4</Length></FloatReg>"));
 }
 

@@ -112,6 +112,14 @@ TEST_F(LintMarks, ItemWithoutElements) {
               ElementMark('1') + "</String>",
           {"the item Item lists no marked feature with a control"});
     FindsNothing("mark-empty", Page());
+    Finds(
+        "mark-empty", "warning",
+        "<Category "
+        "Name=\"Root\"><DisplayName>Special</DisplayName><pFeature>First</pFeature><pFeature>Item</pFeature>"
+        "<pFeature>Last</pFeature></Category>\n" +
+            item + "</Category>\n" + Item("First", "Feature", '2') + Item("Last", "Feature", '3') +
+            Feature("Feature"),
+        {"the item Item lists no marked feature with a control"});
 }
 
 TEST_F(LintMarks, TwoItemsWithOneId) {
@@ -299,6 +307,37 @@ TEST_F(LintMarks, EntriesThatAreNotCountedFromZero) {
           {"E is marked, and its entries are not numbered from 0 without gaps"});
     FindsNothing("mark-entries", enumeration(ElementMark('1'), 0, 1));
     FindsNothing("mark-entries", enumeration("", 3, 7));
+}
+
+TEST_F(LintMarks, WhatHasNoControlNeedsNeitherLockNorList) {
+    const auto text = [](const std::string& name, const std::string& rest) {
+        return "<String Name=\"" + name + "\">" + ElementMark('1') + "<Value>a</Value>" + rest +
+               "</String>\n";
+    };
+    const std::string locked = "<pIsLocked>Zero</pIsLocked>";
+    const std::string lock = "<Integer Name=\"Zero\"><Value>0</Value></Integer>\n";
+    FindsNothing("mark-lock", text("S", ""));
+    FindsNothing("mark-lost", text("S", ""));
+    FindsNothing("mark-grey", Page() + text("S", locked) + lock);
+    const std::string listing =
+        "<Category Name=\"Root\"><pFeature>Group</pFeature></Category>\n<Category "
+        "Name=\"Group\"><DisplayName>"
+        "Special</DisplayName><pFeature>Item</pFeature></Category>\n<Category Name=\"Item\">" +
+        ItemMark('0') + "<pFeature>S</pFeature><pFeature>T</pFeature></Category>\n";
+    FindsNothing("mark-twice", listing + text("S", locked) + text("T", locked) + lock);
+    FindsNothing("mark-grey", listing + text("S", locked) + text("T", locked) + lock);
+}
+
+TEST_F(LintMarks, ALockThatCannotBeReadIsGrey) {
+    const auto findings =
+        Lint("mark-grey",
+             "<Category Name=\"Root\"><pFeature>Group</pFeature></Category>\n<Category "
+             "Name=\"Group\"><DisplayName>Special</DisplayName><pFeature>Item</pFeature></Category>\n" +
+                 Item("Item", "Feature") + Feature("Feature") +
+                 "<Integer Name=\"One\"><pValue>Nowhere</pValue></Integer>\n");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["message"],
+              "a control is grey over these registers: its pIsLocked One cannot be read");
 }
 
 }  // namespace

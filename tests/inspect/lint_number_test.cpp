@@ -35,6 +35,9 @@ TEST_F(LintNumbers, LimitsThatAreReadOtherwise) {
           Float("@<Min>-99999999999999999999</Min>@<Max> 9223372036854775808 </Max>"),
           {"Min of Float F is -99999999999999999999, which is read as -7.766279631452242e+18",
            "Max of Float F is 9223372036854775808, which is read as -9.223372036854776e+18"});
+    Finds("float-limit", "warning",
+          "<Integer Name=\"I\"><Value>1</Value></Integer>" + Float("@<Min>.5</Min>"),
+          {"Min of Float F is .5, which is read as no number"});
     Finds("float-limit", "warning", Float("@<Min>-inf</Min>@<Max>0x1p4</Max>"),
           {"Min of Float F is -inf, which is read as no number",
            "Max of Float F is 0x1p4, which is read as 1"});
@@ -95,6 +98,26 @@ TEST_F(LintNumbers, LimitsThatAreNoneSayNothingOfTheUnit) {
     FindsNothing("mark-unit", unlimited + "Hz</Unit></Float>");
     FindsNothing("mark-unit", unlimited + "</Unit><Min>0</Min><Max>1e30</Max></Float>");
     EXPECT_EQ(Lint("mark-unit", unlimited + "thousandths of</Unit></Float>").size(), 1U);
+}
+
+// What cannot be read is no limit to compare with.
+TEST_F(LintNumbers, LimitsThatCannotBeReadAreShownAsSuch) {
+    const std::string broken = "<Integer Name=\"Broken\"><pValue>Nowhere</pValue></Integer>";
+    Finds("mark-range", "warning", Marked("<pMin>Broken</pMin><Max>4294967295</Max>", true) + broken,
+          {"I is marked and goes from ? to 4294967295, beyond 32 bits"});
+    Finds("mark-range", "warning", Marked("<Min>-4294967295</Min><pMax>Broken</pMax>", true) + broken,
+          {"I is marked and goes from -4294967295 to ?, beyond 32 bits"});
+    FindsNothing("mark-steps", Marked("<pMin>Broken</pMin><Max>50000</Max>", false) + broken);
+    FindsNothing("mark-steps", Marked("<Min>0</Min><pMax>Broken</pMax>", false) + broken);
+    Finds("mark-steps", "warning", Marked(Range("0", "50000", "0"), true),
+          {"I is marked and has 50000 steps, more than 32767"});
+    Finds("mark-steps", "warning", Marked(Range("0", "50000") + "<pInc>Broken</pInc>", true) + broken,
+          {"I is marked and has 50000 steps, more than 32767"});
+    EXPECT_EQ(Lint("mark-unit", std::string("<Float Name=\"F\"><Extension>") + mark +
+                                    "<Value>1</Value><pMin>Broken</pMin><Unit>thousandths of</Unit></Float>" +
+                                    broken)
+                  .size(),
+              1U);
 }
 
 }  // namespace

@@ -64,17 +64,20 @@ TEST_F(ListCommandTest, LeavesOutWhatIsForOthers) {
 
 TEST_F(ListCommandTest, TellsWhatIsNotThere) {
     const Outcome outcome = Call(
-        {"list",
-         WriteElements(
-             "<Category "
-             "Name=\"Root\"><pFeature>A</pFeature><pFeature>B</pFeature><pFeature>C</pFeature></Category>"
-             "<Integer Name=\"A\"><pIsImplemented>No</pIsImplemented><Value>1</Value></Integer>"
-             "<Integer Name=\"B\"><pIsAvailable>No</pIsAvailable><Value>1</Value></Integer>"
-             "<Integer Name=\"C\"><ImposedAccessMode>RO</ImposedAccessMode><Value>1</Value></Integer>"
-             "<Integer Name=\"No\"><Value>0</Value></Integer>")});
+        {"list", WriteElements(
+                     "<Category "
+                     "Name=\"Root\"><pFeature>A</pFeature><pFeature>B</pFeature><pFeature>C</pFeature>"
+                     "<pFeature>D</pFeature></Category>"
+                     "<Integer Name=\"A\"><pIsImplemented>No</pIsImplemented><Value>1</Value></Integer>"
+                     "<Integer Name=\"B\"><pIsAvailable>No</pIsAvailable><Value>1</Value></Integer>"
+                     "<Integer Name=\"C\"><ImposedAccessMode>RO</ImposedAccessMode><Value>1</Value></Integer>"
+                     "<Integer Name=\"D\"><pValue>B</pValue></Integer>"
+                     "<Integer Name=\"No\"><Value>0</Value></Integer>")});
     EXPECT_THAT(outcome.out, HasSubstr("  integer     NI A\n"));
     EXPECT_THAT(outcome.out, HasSubstr("  integer     NA B\n"));
     EXPECT_THAT(outcome.out, HasSubstr("integer     RO C = 1"));
+    // There itself, and without a value, since what it links to is not.
+    EXPECT_THAT(outcome.out, HasSubstr("  integer     RW D (writing failed because node was not available"));
 }
 
 TEST_F(ListCommandTest, SurvivesWhatTheEngineWouldNot) {
@@ -204,6 +207,30 @@ TEST_F(ListCommandTest, BeginsWithTheDefaultsOnRequest) {
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("float       RW ExposureTime = 0.01 sec [2e-05..4]"));
     EXPECT_THAT(outcome.out, HasSubstr("float       RW Gamma = 1 [0.25..4]"));
+}
+
+// Whoever states a default that cannot be had, or not be written, has none.
+TEST_F(ListCommandTest, WritesTheDefaultsThatCanBeWritten) {
+    const std::string path = WriteElements(
+        "<Category "
+        "Name=\"Root\"><pFeature>I</pFeature><pFeature>F</pFeature><pFeature>B</pFeature><pFeature>S"
+        "</pFeature><pFeature>Fixed</pFeature><pFeature>Lost</pFeature><pFeature>Round</pFeature></Category>"
+        "<Integer Name=\"I\"><Extension><Default>7</Default></Extension><Value>1</Value></Integer>"
+        "<Float Name=\"F\"><Extension><Default>2.5</Default></Extension><Value>1</Value></Float>"
+        "<Boolean Name=\"B\"><Extension><pDefault>I</pDefault></Extension><Value>false</Value></Boolean>"
+        "<String Name=\"S\"><Extension><Default>no</Default></Extension><Value>text</Value></String>"
+        "<Integer Name=\"Fixed\"><ImposedAccessMode>RO</ImposedAccessMode><Extension><Default>7</Default>"
+        "</Extension><Value>1</Value></Integer>"
+        "<Integer Name=\"Lost\"><Extension><pDefault>Broken</pDefault></Extension><Value>3</Value></Integer>"
+        "<Integer Name=\"Broken\"><pValue>Nowhere</pValue></Integer>"
+        "<Integer Name=\"Round\"><Extension><pDefault>Circle</pDefault></Extension><Value>4</Value></Integer>"
+        "<Integer Name=\"Circle\"><pValue>Circle</pValue></Integer>"
+        "<Unknown Name=\"None\"><Extension><Default>1</Default></Extension></Unknown>");
+    const Outcome outcome = Call({"list", path, "--defaults"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    for (const char* line :
+         {"I = 7", "F = 2.5", "B = true", "S = \"text\"", "Fixed = 1", "Lost = 3", "Round = 4"})
+        EXPECT_THAT(outcome.out, testing::HasSubstr(line));
 }
 
 }  // namespace

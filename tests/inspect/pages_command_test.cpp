@@ -346,5 +346,18 @@ TEST_F(PagesCommand, RefusesWhatCannotBeLoaded) {
     EXPECT_THAT(Pages(throwing).err, HasSubstr("an exception left the load"));
 }
 
+TEST_F(PagesCommand, RefusesAnEntryThatTheHostWouldNotSurvive) {
+    const std::string file =
+        WriteItem("<pFeature>E</pFeature>",
+                  "<Enumeration Name=\"E\">" + Mark('1') +
+                      "<EnumEntry Name=\"Sound\"><Value>0</Value></EnumEntry><EnumEntry "
+                      "Name=\"Round\"><pIsImplemented>A"
+                      "</pIsImplemented><Value>1</Value></EnumEntry><Value>0</Value></Enumeration>"
+                      "<Integer Name=\"A\"><pValue>A</pValue></Integer>");
+    const Outcome outcome = Pages(file);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("the pages would not survive Round: a circle: A needs A"));
+}
+
 }  // namespace
 }  // namespace inspect_test

@@ -2,7 +2,7 @@
 
 #include "adapter/genicam_adapter_device.h"
 #include "apps/inspect/description.h"
-#include "apps/inspect/pages/dialog_font.h"
+#include "apps/inspect/pages/dialog_canvas.h"
 #include "apps/inspect/pages/page_preview.h"
 #include "data_paths.h"
 #include "platform/text.h"
@@ -228,6 +228,39 @@ TEST(PagePictures, PutTheThumbWhereThePositionIs) {
     EXPECT_EQ(thumb(std::nullopt), "103.5");
 }
 
+// What is drawn of a control in its place, but for texts.
+std::vector<std::string> ShapesOf(const drawn_control& control) {
+    pugi::xml_document document;
+    EXPECT_TRUE(document.load_string(Picture(control).c_str()));
+    std::vector<std::string> shapes;
+    for (const pugi::xml_node shape : document.child("svg").child("g").children()) {
+        const std::string kind = shape.name();
+        if (kind == "path") shapes.emplace_back(shape.attribute("d").value());
+        if (kind != "rect" || shape.attribute("class")) continue;
+        shapes.push_back(std::string("box ") + shape.attribute("x").value() + "," +
+                         shape.attribute("y").value() + " " + shape.attribute("width").value() + "x" +
+                         shape.attribute("height").value());
+    }
+    return shapes;
+}
+
+TEST(PagePictures, DrawEachKindOfControlInItsPlace) {
+    using selvane_inspect::control_kind;
+    using testing::ElementsAre;
+    const auto shapes = [](control_kind kind) { return ShapesOf(Control(kind, "text")); };
+    EXPECT_THAT(shapes(control_kind::label), testing::IsEmpty());
+    EXPECT_THAT(shapes(control_kind::slider), ElementsAre("box 28.5,27.5 93x3", "box 23.5,20.5 9x17"));
+    EXPECT_THAT(shapes(control_kind::edit), ElementsAre("box 20.5,18.5 109x22"));
+    EXPECT_THAT(shapes(control_kind::spin_button), ElementsAre("box 20.5,18.5 109x10", "box 20.5,29.5 109x11",
+                                                               "M72 25l3 -3l3 3z", "M72 33l3 3l3 -3z"));
+    EXPECT_THAT(shapes(control_kind::combo), ElementsAre("box 20.5,18.5 109x20", "M116 26l4 4l4 -4z"));
+    EXPECT_THAT(shapes(control_kind::check_box), ElementsAre("box 20.5,23.5 12x12"));
+    EXPECT_THAT(shapes(control_kind::button), ElementsAre("box 20.5,18.5 109x22"));
+    drawn_control ticked = Control(control_kind::check_box, "");
+    ticked.checked = true;
+    EXPECT_THAT(ShapesOf(ticked), ElementsAre("box 20.5,23.5 12x12", "M23 29l3 3l5 -6"));
+}
+
 TEST(PagePictures, DrawWhatIsGreyInGrey) {
     drawn_control box = Control(selvane_inspect::control_kind::check_box, "Auto");
     EXPECT_THAT(Picture(box), HasSubstr("fill=\"#000000\">Auto</text>"));
@@ -251,6 +284,19 @@ TEST(DialogFont, MeasuresTexts) {
     EXPECT_EQ(selvane_inspect::dialog_text_width(L"\x4E2D"), 11);
     EXPECT_EQ(selvane_inspect::dialog_text_width(L"\x3B1"), 6);
     EXPECT_EQ(selvane_inspect::dialog_text_width(L"\n"), 0);
+}
+
+// One that is a pixel wider or stands elsewhere would not be noticed on a picture.
+TEST(DialogFont, HasTheWidthsThatWereMeasured) {
+    const auto sum_from = [](wchar_t first) {
+        int sum = 0;
+        for (int at = 0; at < 96; ++at)
+            sum += (at + 1) *
+                   selvane_inspect::dialog_text_width(std::wstring(1, static_cast<wchar_t>(first + at)));
+        return sum;
+    };
+    EXPECT_EQ(sum_from(L' '), 28300);
+    EXPECT_EQ(sum_from(L'\xA0'), 30061);
 }
 
 }  // namespace

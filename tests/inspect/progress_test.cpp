@@ -1,6 +1,7 @@
 // The line that tells how far a long run is.
 
-#include "apps/inspect/progress.h"
+#include "apps/inspect/command.h"
+#include "tests/inspect/inspection.h"
 
 #include <sstream>
 
@@ -26,6 +27,19 @@ TEST(Progress, ClearsOnlyWhatIsThere) {
     progress line(err, true);
     line.clear();
     EXPECT_EQ(err.str(), "");
+}
+
+// On a terminal what is told and how far it is share a line.
+TEST(Progress, GoesBeforeAReportOrAFailure) {
+    for (const std::string& file :
+         {std::string("absent.xml"), inspect_test::ProjectDescription("identity")}) {
+        std::ostringstream terminal;
+        EXPECT_NE(selvane_inspect::run({"lint", file, file}, terminal, terminal, {true}), 1);
+        const std::string line = "1 of 2: " + file;
+        const std::string start = line + "\r" + std::string(line.size(), ' ') + "\r";
+        EXPECT_EQ(terminal.str().substr(0, start.size()), start);
+        EXPECT_GT(terminal.str().size(), start.size() + file.size());
+    }
 }
 
 TEST(Progress, IsQuietWhereNobodyWatches) {

@@ -2,8 +2,6 @@
 
 #include "apps/inspect/source_text.h"
 
-#include "apps/inspect/text_encoding.h"
-
 #include <string>
 #include <string_view>
 
@@ -84,6 +82,11 @@ TEST(TextEncoding, ReadsUtf16WithAndWithoutMark) {
     EXPECT_EQ(to_utf8("\xFE\xFF\0<\0a\0>"sv), "\xEF\xBB\xBF<a>");
     EXPECT_EQ(to_utf8("<\0?\0x\0"sv), "<?x");
     EXPECT_EQ(to_utf8("\0<\0?\0x"sv), "<?x");
+}
+
+TEST(TextEncoding, TakesFourBytesToBeTold) {
+    EXPECT_EQ(to_utf8("\xFF\xFE<\0"sv), "\xEF\xBB\xBF<");
+    EXPECT_EQ(to_utf8("\xFF\xFE<"sv), "\xFF\xFE<");
 }
 
 TEST(TextEncoding, ReadsPairsOfUtf16AndDropsHalfOnes) {

@@ -1,6 +1,5 @@
 // Cameras through Aravis, which carries bytes and nothing else.
 
-#include "apps/inspect/camera/aravis_library.h"
 #include "apps/inspect/camera/live_camera.h"
 #include "apps/inspect/inspect_error.h"
 #include "genicam/core/error.h"
@@ -12,10 +11,57 @@
 #include <limits>
 #include <utility>
 
+#include <arv.h>
+#include <dlfcn.h>
+
 namespace selvane_inspect {
 namespace {
 
-const aravis_library& aravis() { return aravis_library::get(); }
+// What is called of Aravis and of what it stands on.
+#define SELVANE_ARAVIS_FUNCTIONS(row)                                                                    \
+    row(arv_update_device_list) row(arv_get_n_devices) row(arv_get_device_id) row(arv_get_device_vendor) \
+        row(arv_get_device_model) row(arv_get_device_serial_nbr) row(arv_get_device_address)             \
+            row(arv_get_device_protocol) row(arv_open_device) row(arv_device_get_genicam_xml)            \
+                row(arv_device_read_memory) row(arv_device_write_memory) row(arv_device_error_quark)     \
+                    row(arv_gv_device_get_type) row(arv_gv_device_is_controller)                         \
+                        row(arv_gv_device_take_control) row(arv_gv_device_leave_control)                 \
+                            row(g_type_check_instance_is_a) row(g_object_unref) row(g_error_free)
+
+/// The library, loaded when it is first needed: whoever looks at files does without it.
+struct aravis_library {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a member
+#define SELVANE_ARAVIS_MEMBER(function) decltype(&::function) function = nullptr;
+    SELVANE_ARAVIS_FUNCTIONS(SELVANE_ARAVIS_MEMBER)
+#undef SELVANE_ARAVIS_MEMBER
+};
+
+constexpr const char* file_name = "libaravis-0.8.so.0";
+
+template <class Function>
+void find(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(dlsym(library, name));
+    if (function == nullptr) throw refused(std::string(file_name) + " has no " + name);
+}
+
+aravis_library load() {
+    // It has threads of its own: it stays until the process ends.
+    void* const library = dlopen(file_name, RTLD_NOW | RTLD_NODELETE);
+    if (library == nullptr) {
+        throw refused(std::string("cameras are reached through Aravis, which is not there (") + dlerror() +
+                      "); on Debian the package is libaravis-0.8-0");
+    }
+    aravis_library loaded;
+#define SELVANE_ARAVIS_FIND(function) find(library, #function, loaded.function);
+    SELVANE_ARAVIS_FUNCTIONS(SELVANE_ARAVIS_FIND)
+#undef SELVANE_ARAVIS_FIND
+    return loaded;
+}
+
+// Throws `inspect_error` where it is not installed.
+const aravis_library& aravis() {
+    static const aravis_library loaded = load();
+    return loaded;
+}
 
 std::string text_of(const char* text) { return text != nullptr ? text : ""; }
 
@@ -42,7 +88,7 @@ private:
 };
 
 struct code_row {
-    int library;
+    int protocol;
     GenICam::error_number engine;
 };
 constexpr code_row refusals[] = {
@@ -142,8 +188,8 @@ bool aravis_camera::is_under_control() {
 // A refusal concerns one access; whatever else fails, fails for good.
 std::error_code aravis_camera::judge(const call_failure& failure) {
     const int code = failure.code();
-    const auto row = std::find_if(std::begin(refusals), std::end(refusals),
-                                  [code](const code_row& one) { return one.library == code; });
+    const auto* const row = std::find_if(std::begin(refusals), std::end(refusals),
+                                         [&](const code_row& one) { return one.protocol == code; });
     if (row != std::end(refusals)) return row->engine;
     const bool is_busy = code == ARV_DEVICE_ERROR_PROTOCOL_ERROR_BUSY;
     ending_ =
@@ -167,7 +213,7 @@ std::error_code aravis_camera::write(std::uint64_t address, const void* buffer, 
     call_failure failure;
     const auto size = static_cast<guint32>(length);
     // The library takes what it only reads for something that could change.
-    void* const bytes = const_cast<void*>(buffer);
+    void* const bytes = const_cast<void*>(buffer);  // NOLINT(cppcoreguidelines-pro-type-const-cast)
     if (aravis().arv_device_write_memory(device_, address, size, bytes, failure.output()) != FALSE) return {};
     return judge(failure);
 }

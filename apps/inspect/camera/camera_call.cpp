@@ -1,12 +1,11 @@
 #include "apps/inspect/camera/camera_call.h"
 
-#include "apps/inspect/camera/noted_camera.h"
 #include "apps/inspect/description.h"
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <sstream>
+#include <utility>
 
 #include <gsl/util>
 
@@ -50,12 +49,16 @@ bool traces_itself(const std::string& command) { return command == "get" || comm
 bool reads_no_file(const std::string& command) { return command == "eval" || command == "cameras"; }
 
 // One command at a time has a camera: descriptions are opened more than once in it, and deep inside.
-const std::string* connected_name = nullptr;
-live_camera* connected = nullptr;
+struct connection {
+    std::string file;
+    live_camera& camera;
+    std::ostream* trace;
+};
+const connection* connected = nullptr;
 
 }  // namespace
 
-camera_call::camera_call(const std::vector<std::string>& arguments) : arguments_(arguments) {
+camera_call::camera_call(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {
     const bool saves = take_option(arguments_, save_option, save_);
     const bool is_asked_for = take_option(arguments_, camera_option, name_);
     if (saves && (save_.empty() || name_.empty()))
@@ -80,13 +83,10 @@ int camera_call::carry_out(const std::function<int(const channels&)>& command, c
     if (name_.empty()) return command(to);
     const std::unique_ptr<live_camera> camera = connect_camera(name_);
     if (!save_.empty()) write_file(save_, std::string(camera->description()));
-    const std::string file = camera_scheme + name_;
     std::ostringstream out;
     std::ostringstream err;
-    std::optional<noted_camera> noted;
-    if (is_traced_) noted.emplace(*camera, err);
-    connected_name = &file;
-    connected = noted ? &*noted : camera.get();
+    const connection made = {camera_scheme + name_, *camera, is_traced_ ? &err : nullptr};
+    connected = &made;
     const auto disconnect = gsl::finally([] { connected = nullptr; });
     const int code = command({out, err, to.environment, to.json});
     if (!camera->ending().empty()) throw refused(camera->ending());
@@ -96,7 +96,9 @@ int camera_call::carry_out(const std::function<int(const channels&)>& command, c
 }
 
 live_camera* camera_behind(const std::string& file) {
-    return connected != nullptr && file == *connected_name ? connected : nullptr;
+    return connected != nullptr && file == connected->file ? &connected->camera : nullptr;
 }
+
+std::ostream* camera_trace() noexcept { return connected != nullptr ? connected->trace : nullptr; }
 
 }  // namespace selvane_inspect

@@ -4,6 +4,7 @@
 #include "apps/inspect/command.h"
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ namespace selvane_inspect {
 class camera_call {
 public:
     /// Throws `inspect_error` for words that do not fit together.
-    explicit camera_call(const std::vector<std::string>& arguments);
+    explicit camera_call(std::vector<std::string> arguments);
 
     /// What the commands are to see.
     [[nodiscard]] const std::vector<std::string>& arguments() const noexcept { return arguments_; }
@@ -33,6 +34,8 @@ private:
 
 /// The camera that a file name stands for, while a command is carried out over it; null for files.
 [[nodiscard]] live_camera* camera_behind(const std::string& file);
+/// Where that command tells each access to the camera; null for nowhere.
+[[nodiscard]] std::ostream* camera_trace() noexcept;
 
 /// Control of the camera behind a file name for as long as this lives; of a file, nothing.
 class camera_control {

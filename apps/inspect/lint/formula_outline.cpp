@@ -56,20 +56,6 @@ std::string shortened(std::string_view text) {
     return inner.size() <= longest ? std::string(inner) : std::string(inner.substr(0, longest - 3)) + "...";
 }
 
-struct located_operator {
-    token_kind kind;
-    std::size_t start;
-    std::size_t end;
-};
-
-/// Operands with operators between them, without parentheses around a part of them.
-struct operator_chain {
-    std::size_t start = 0;
-    std::size_t end = 0;
-    std::vector<located_operator> operators;
-    std::vector<std::size_t> negated_powers;  // operators ** whose left operand has a minus before it
-};
-
 class outline_writer {
 public:
     explicit outline_writer(const formula_tree& tree) : tree_(tree), chain_of_(tree.size()) {}
@@ -81,19 +67,31 @@ private:
     void add_short_rounds();
     void add_surprises();
     void join_chains();
-    [[nodiscard]] operator_chain read_chain(std::vector<node_index> operators) const;
     [[nodiscard]] bool is_operator(node_index node) const;
     [[nodiscard]] bool stand_together(std::size_t end, std::size_t start) const;
     [[nodiscard]] bool is_negated(node_index operand) const;
-    void judge(const operator_chain& chain);
-    void judge_from(const operator_chain& chain, std::size_t first);
+    void judge_order(const std::vector<node_index>& chain, std::size_t first);
+    void judge_base(const std::vector<node_index>& chain, std::size_t power);
+
+    // Of operators between two operands.
+    [[nodiscard]] token_kind kind(node_index node) const { return tree_[node].symbol; }
+    [[nodiscard]] std::string_view sign(node_index node) const {
+        return GenICam::operation_of(kind(node))->text;
+    }
+    [[nodiscard]] std::size_t start(node_index node) const { return tree_[node].offset; }
+    [[nodiscard]] std::size_t end(node_index node) const { return start(node) + sign(node).size(); }
+    [[nodiscard]] node_index left_operand(node_index node) const {
+        return tree_.operand_before(formula_tree::last_operand(node));
+    }
 
     [[nodiscard]] std::string piece(std::size_t start, std::size_t end) const {
         return shortened(tree_.text().substr(start, end - start));
     }
 
     const formula_tree& tree_;
-    std::vector<node_index> chain_of_;  // for each operator the last one of its chain
+    // A chain is operands with operators between them, without parentheses around a part of them. For each
+    // operator the one that is computed last.
+    std::vector<node_index> chain_of_;
     formula_outline outline_;
 };
 
@@ -153,14 +151,12 @@ void outline_writer::join_chains() {
     for (node_index node = tree_.size(); node-- > 0;) {
         const std::vector<node_index> operands = tree_.operands(node);
         if (!is_operator(node) || operands.size() != 2) continue;
-        const std::size_t start = tree_[node].offset;
-        const std::size_t end = start + GenICam::operation_of(tree_[node].symbol)->text.size();
         const auto join = [&](node_index operand, bool is_beside) {
             if (is_beside && is_operator(operand) && !tree_[operand].is_enclosed)
                 chain_of_[operand] = chain_of_[node];
         };
-        join(operands[0], stand_together(tree_[operands[0]].end, start));
-        join(operands[1], stand_together(end, tree_[operands[1]].start));
+        join(operands[0], stand_together(tree_[operands[0]].end, start(node)));
+        join(operands[1], stand_together(end(node), tree_[operands[1]].start));
     }
 }
 
@@ -170,30 +166,12 @@ void outline_writer::add_surprises() {
     for (node_index node = 0; node < tree_.size(); ++node) {
         if (is_operator(node) && tree_.operands(node).size() == 2) chains[chain_of_[node]].push_back(node);
     }
-    for (std::vector<node_index>& operators : chains) {
-        if (!operators.empty()) judge(read_chain(std::move(operators)));
+    for (std::vector<node_index>& chain : chains) {
+        std::sort(chain.begin(), chain.end(),
+                  [this](node_index left, node_index right) { return start(left) < start(right); });
+        for (std::size_t at = 0; at < chain.size(); ++at) judge_order(chain, at);
+        for (std::size_t at = 0; at < chain.size(); ++at) judge_base(chain, at);
     }
-}
-
-operator_chain outline_writer::read_chain(std::vector<node_index> operators) const {
-    std::sort(operators.begin(), operators.end(),
-              [&](node_index left, node_index right) { return tree_[left].offset < tree_[right].offset; });
-    operator_chain chain;
-    for (const node_index node : operators) {
-        const token_kind kind = tree_[node].symbol;
-        const std::size_t start = tree_[node].offset;
-        const node_index before =
-            chain.operators.empty() || chain_of_[tree_.operands(node)[0]] != chain_of_[node]
-                ? tree_.operands(node)[0]
-                : formula_tree::last_operand(operators[chain.operators.size() - 1]);
-        if (kind == token_kind::power && is_negated(before))
-            chain.negated_powers.push_back(chain.operators.size());
-        chain.operators.push_back({kind, start, start + GenICam::operation_of(kind)->text.size()});
-    }
-    const std::size_t first = tree_[tree_.operands(operators.front())[0]].start;
-    chain.start = tree_.text().substr(0, first).find_last_not_of(platform::white_space) + 1;
-    chain.end = tree_[formula_tree::last_operand(operators.back())].end;
-    return chain;
 }
 
 bool outline_writer::is_negated(node_index operand) const {
@@ -205,53 +183,38 @@ bool outline_writer::is_negated(node_index operand) const {
     return false;
 }
 
-void outline_writer::judge(const operator_chain& chain) {
-    for (std::size_t first = 0; first + 1 < chain.operators.size(); ++first) judge_from(chain, first);
-    for (const std::size_t power : chain.negated_powers) {
-        const located_operator& at = chain.operators[power];
-        const std::size_t start = power == 0 ? chain.start : chain.operators[power - 1].end;
-        const std::string base = piece(start, at.start);
-        outline_.surprises.push_back({start, fmt::format("{} ** is computed as ({}) **", base, base)});
-    }
-}
-
-// Where the left operand of an operator starts, with everything that is computed before it.
-std::size_t operand_start(const operator_chain& chain, std::size_t which) {
-    const std::vector<located_operator>& operators = chain.operators;
-    std::size_t at = which;
-    while (at > 0 && computes_left_first(operators[at - 1].kind, operators[which].kind)) --at;
-    return at == 0 ? chain.start : operators[at - 1].end;
-}
-
-std::size_t operand_end(const operator_chain& chain, std::size_t which) {
-    const std::vector<located_operator>& operators = chain.operators;
-    std::size_t next = which + 1;
-    while (next < operators.size() && !computes_left_first(operators[which].kind, operators[next].kind))
-        ++next;
-    return next == operators.size() ? chain.end : operators[next].start;
-}
-
 // Looks at an operator and each behind it that competes for the operand between them.
-void outline_writer::judge_from(const operator_chain& chain, std::size_t first) {
-    const std::vector<located_operator>& operators = chain.operators;
-    const located_operator& left = operators[first];
-    for (std::size_t second = first + 1; second < operators.size(); ++second) {
-        const located_operator& right = operators[second];
-        const bool left_first = computes_left_first(left.kind, right.kind);
-        if (left_first != expects_left_first(left.kind, right.kind)) {
-            const std::size_t start = operand_start(chain, first);
-            const std::size_t stop = operand_end(chain, second);
-            const auto sign = [&](const located_operator& one) {
-                return tree_.text().substr(one.start, one.end - one.start);
-            };
+void outline_writer::judge_order(const std::vector<node_index>& chain, std::size_t first) {
+    const node_index left = chain[first];
+    for (std::size_t second = first + 1; second < chain.size(); ++second) {
+        const node_index right = chain[second];
+        const bool left_first = computes_left_first(kind(left), kind(right));
+        if (left_first != expects_left_first(kind(left), kind(right))) {
             const char* const order = left_first ? "({} {} {}) {} {}" : "{} {} ({} {} {})";
+            const std::size_t stop = tree_[formula_tree::last_operand(right)].end;
             outline_.surprises.push_back(
-                {left.start, "computed as " + fmt::format(fmt::runtime(order), piece(start, left.start),
-                                                          sign(left), piece(left.end, right.start),
-                                                          sign(right), piece(right.end, stop))});
+                {start(left),
+                 "computed as " + fmt::format(fmt::runtime(order),
+                                              piece(tree_[left_operand(left)].start, start(left)), sign(left),
+                                              piece(end(left), start(right)), sign(right),
+                                              piece(end(right), stop))});
         }
         if (left_first) return;  // those further behind get the result of both
     }
+}
+
+// A minus before the left operand of ** belongs to it.
+void outline_writer::judge_base(const std::vector<node_index>& chain, std::size_t power) {
+    const node_index node = chain[power];
+    const bool is_first = power == 0;
+    const bool stands_alone = is_first || chain_of_[left_operand(node)] != chain_of_[node];
+    const node_index base = stands_alone ? left_operand(node) : formula_tree::last_operand(chain[power - 1]);
+    if (kind(node) != token_kind::power || !is_negated(base)) return;
+    const std::string_view before = tree_.text().substr(0, tree_[left_operand(node)].start);
+    const std::size_t from =
+        is_first ? before.find_last_not_of(platform::white_space) + 1 : end(chain[power - 1]);
+    const std::string text = piece(from, start(node));
+    outline_.surprises.push_back({from, fmt::format("{} ** is computed as ({}) **", text, text)});
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
-#include "apps/inspect/lint/rules.h"
+#include "apps/inspect/lint/lint_context.h"
 
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/lint/formula_outline.h"
 #include "apps/inspect/lint/integer_divisions.h"
 
 #include <algorithm>
-#include <functional>
 #include <set>
 
 #include <fmt/format.h>
@@ -17,38 +16,70 @@ using GenICam::identifier_id;
 using GenICam::known_kind;
 using node_index = GenICam::formula_tree::index;
 
-using formula_visitor =
-    std::function<void(element_index node, formula_binding& formulas, const bound_formula& formula)>;
+/// A formula of a node with all that rules ask of it.
+struct visited_formula {
+    lint_context& context;
+    element_index node;
+    const formula_binding& node_formulas;
+    const bound_formula& formula;
 
-void for_each_formula(lint_context& context, const formula_visitor& visit) {
-    if (!context.is_loaded()) return;
-    for (element_index element = 0; element < context.tree().elements().size(); ++element) {
-        if (!formula_binding::has_formulas(context.tree().at(element))) continue;
-        formula_binding& formulas = context.guard().binding(element);
-        for (const bound_formula& formula : formulas.formulas()) visit(element, formulas, formula);
+    [[nodiscard]] const GenICam::formula_tree& tree() const { return formula.tree; }
+    /// "FormulaFrom of GainConverter", "Expression HALF of GainConverter"
+    [[nodiscard]] std::string title() const;
+    /// Adds a finding at a character of the text, behind the title.
+    void add(std::size_t offset, const std::string& message) const {
+        context.add(context.position_in_text(formula.xml, offset), title() + message);
     }
-}
+};
 
-// "FormulaFrom of GainConverter", "Expression HALF of GainConverter"
-std::string title(const lint_context& context, element_index node, const bound_formula& formula) {
+std::string visited_formula::title() const {
     const std::string_view name = formula.xml.attribute("Name").value();
     return fmt::format("{}{}{} of {}", formula.xml.name(), name.empty() ? "" : " ", name,
                        context.tree().at(node).name);
 }
 
-bool has_short_round(const bound_formula& formula) {
-    return !outline_formula(formula.tree).short_rounds.empty();
+template <class Visit>
+void for_each_formula(lint_context& context, Visit visit) {
+    if (!context.is_loaded()) return;
+    for (element_index node = 0; node < context.tree().elements().size(); ++node) {
+        if (!formula_binding::has_formulas(context.tree().at(node))) continue;
+        const formula_binding& formulas = context.guard().binding(node);
+        for (const bound_formula& formula : formulas.formulas())
+            visit(visited_formula{context, node, formulas, formula});
+    }
 }
 
-void add_remarks(lint_context& context, finding_list& findings,
-                 std::vector<formula_remark> formula_outline::*remarks) {
-    for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        if (!formula.program) return;
-        const formula_outline outline = outline_formula(formula.tree);
-        for (const formula_remark& remark : outline.*remarks) {
-            findings.add(context.position_in_text(formula.xml, remark.offset),
-                         title(context, node, formula) + ": " + remark.text);
-        }
+void check_refused_formulas(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        if (at.formula.program || !outline_formula(at.tree()).short_rounds.empty()) return;
+        at.add(at.formula.text.size() - at.tree().end.rest.size(),
+               " is " + refusal_text(at.formula.text, at.tree().end));
+    });
+}
+
+void check_short_rounds(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        for (const formula_remark& round : outline_formula(at.tree()).short_rounds)
+            at.add(round.offset, ": " + round.text + " has one argument");
+    });
+}
+
+template <std::vector<formula_remark> formula_outline::*remarks>
+void check_remarks(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        if (!at.formula.program) return;
+        const formula_outline outline = outline_formula(at.tree());
+        for (const formula_remark& remark : outline.*remarks) at.add(remark.offset, ": " + remark.text);
+    });
+}
+
+void check_ignored_text(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        const std::string_view ignored =
+            at.formula.program ? ignored_text(at.tree().end) : std::string_view();
+        if (ignored.empty()) return;
+        at.add(static_cast<std::size_t>(ignored.data() - at.formula.text.data()),
+               fmt::format(" ends before \"{}\"", ignored));
     });
 }
 
@@ -63,11 +94,11 @@ known_kind kind_of_entries(GenICam::IEnumeration& enumeration) {
 
 // The value of a variable has the kind of the node with the formula; what FROM reads comes as the target has
 // it.
-known_kind kind_of_current(const formula_binding& formulas, const bound_formula& formula) {
-    if (std::string_view(formula.xml.name()) == "Expression") return known_kind::either;
-    if (std::string_view(formula.xml.name()) == "FormulaTo") {
-        return formulas.is_integer() ? known_kind::integer : known_kind::floating;
-    }
+known_kind kind_of_current(const visited_formula& at) {
+    const std::string_view element = at.formula.xml.name();
+    const formula_binding& formulas = at.node_formulas;
+    if (element == "Expression") return known_kind::either;
+    if (element == "FormulaTo") return formulas.is_integer() ? known_kind::integer : known_kind::floating;
     if (formulas.target() == nullptr) return known_kind::either;
     switch (formulas.target()->get_node_type()) {
         case GenICam::node_type::integer:
@@ -82,10 +113,10 @@ known_kind kind_of_current(const formula_binding& formulas, const bound_formula&
     }
 }
 
-std::optional<analysed_formula> analyse_bound(const formula_binding& formulas, const bound_formula& formula) {
-    return analyse(formula.tree, [&](identifier_id id) {
-        if (id == GenICam::current_value_id) return kind_of_current(formulas, formula);
-        return formulas.is_integer() ? known_kind::integer : known_kind::floating;
+std::optional<analysed_formula> analyse_bound(const visited_formula& at) {
+    return analyse(at.tree(), [&](identifier_id id) {
+        if (id == GenICam::current_value_id) return kind_of_current(at);
+        return at.node_formulas.is_integer() ? known_kind::integer : known_kind::floating;
     });
 }
 
@@ -98,13 +129,12 @@ bool mentions(const GenICam::formula_tree& tree, std::string_view name) {
 }
 
 // The names of a node's variables, by what they became. Two names stand for the value on its way.
-std::string name_of(const lint_context& context, element_index node, const formula_binding& formulas,
-                    const bound_formula& formula, identifier_id id) {
-    const bool calls_it_to = mentions(formula.tree, "TO") && !mentions(formula.tree, "FROM");
+std::string name_of(const visited_formula& at, identifier_id id) {
+    const bool calls_it_to = mentions(at.tree(), "TO") && !mentions(at.tree(), "FROM");
     if (id == GenICam::current_value_id) return calls_it_to ? "TO" : "FROM";
-    for (const pugi::xml_node variable : context.tree().at(node).xml.children("pVariable")) {
+    for (const pugi::xml_node variable : at.context.tree().at(at.node).xml.children("pVariable")) {
         const std::string_view name = variable.attribute("Name").value();
-        const GenICam::resolved_name resolved = formulas.resolve(name);
+        const GenICam::resolved_name resolved = at.node_formulas.resolve(name);
         const auto* known = std::get_if<identifier_id>(&resolved);
         if (known != nullptr && *known == id) return std::string(name);
     }
@@ -149,78 +179,59 @@ std::set<node_index> guarded_divisions(const analysed_formula& formula) {
     return found;
 }
 
-void add_division(lint_context& context, finding_list& findings, element_index node,
-                  const formula_binding& formulas, const bound_formula& formula, node_index division,
-                  const char* what) {
-    const auto names = [&](identifier_id id) { return name_of(context, node, formulas, formula, id); };
-    findings.add(context.tree().position_of(formula.xml),
-                 fmt::format("{}: {} {}", title(context, node, formula),
-                             part_text(formula.tree, division, names), what));
+void add_division(const visited_formula& at, node_index division, const char* what) {
+    const auto names = [&](identifier_id id) { return name_of(at, id); };
+    at.context.add(at.formula.xml, "{}: {} {}", at.title(), part_text(at.tree(), division, names), what);
 }
 
-}  // namespace
-
-void check_refused_formulas(lint_context& context, finding_list& findings) {
-    for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        if (formula.program || has_short_round(formula)) return;
-        const std::size_t read = formula.text.size() - formula.tree.end.rest.size();
-        findings.add(context.position_in_text(formula.xml, read),
-                     title(context, node, formula) + " is " + refusal_text(formula.text, formula.tree.end));
-    });
-}
-
-void check_short_rounds(lint_context& context, finding_list& findings) {
-    for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        const formula_outline outline = outline_formula(formula.tree);
-        for (const formula_remark& round : outline.short_rounds) {
-            findings.add(context.position_in_text(formula.xml, round.offset),
-                         fmt::format("{}: {} has one argument", title(context, node, formula), round.text));
+void check_integer_divisions(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        if (at.node_formulas.is_integer()) return;
+        const std::optional<analysed_formula> analysed = analyse_bound(at);
+        for (node_index node = 0; analysed && node < at.tree().size(); ++node) {
+            if (!divides_integers(*analysed, node) || is_exact(*analysed, node)) continue;
+            add_division(at, node, "divides integers and drops the fraction");
         }
     });
 }
 
-void check_broken_off_formulas(lint_context& context, finding_list& findings) {
-    add_remarks(context, findings, &formula_outline::breaks);
-}
-
-void check_ignored_text(lint_context& context, finding_list& findings) {
-    for_each_formula(context, [&](element_index node, formula_binding&, const bound_formula& formula) {
-        const std::string_view ignored =
-            formula.program ? ignored_text(formula.tree.end) : std::string_view();
-        if (ignored.empty()) return;
-        const std::size_t start = static_cast<std::size_t>(ignored.data() - formula.text.data());
-        findings.add(context.position_in_text(formula.xml, start),
-                     fmt::format("{} ends before \"{}\"", title(context, node, formula), ignored));
+void check_guarded_divisions(lint_context& context) {
+    for_each_formula(context, [](const visited_formula& at) {
+        const std::optional<analysed_formula> analysed = analyse_bound(at);
+        if (!analysed) return;
+        for (const node_index node : guarded_divisions(*analysed))
+            add_division(at, node, "is computed whatever the condition says");
     });
 }
 
-void check_operator_order(lint_context& context, finding_list& findings) {
-    add_remarks(context, findings, &formula_outline::surprises);
-}
+}  // namespace
 
-void check_integer_divisions(lint_context& context, finding_list& findings) {
-    for_each_formula(context,
-                     [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-                         if (formulas.is_integer()) return;
-                         const std::optional<analysed_formula> analysed = analyse_bound(formulas, formula);
-                         for (node_index at = 0; analysed && at < formula.tree.size(); ++at) {
-                             if (!divides_integers(*analysed, at) || is_exact(*analysed, at)) continue;
-                             add_division(context, findings, node, formulas, formula, at,
-                                          "divides integers and drops the fraction");
-                         }
-                     });
-}
-
-void check_guarded_divisions(lint_context& context, finding_list& findings) {
-    for_each_formula(context,
-                     [&](element_index node, formula_binding& formulas, const bound_formula& formula) {
-                         const std::optional<analysed_formula> analysed = analyse_bound(formulas, formula);
-                         if (!analysed) return;
-                         for (const node_index at : guarded_divisions(*analysed)) {
-                             add_division(context, findings, node, formulas, formula, at,
-                                          "is computed whatever the condition says");
-                         }
-                     });
+gsl::span<const lint_rule> formula_rules() noexcept {
+    static constexpr lint_rule rules[] = {
+        {"formula-refused", severity::error, "The node has no program: every read and write of it fails.",
+         "Write what the language takes; see what stands before the place.", check_refused_formulas},
+        {"round-one-argument", severity::error, "ROUND takes two arguments; the formula is refused.",
+         "Say how many digits to keep: ROUND(x, 0).", check_short_rounds},
+        {"formula-breaks-off", severity::warning,
+         "The text ends where something is missing, and what was read so far is the formula.",
+         "Complete the formula.", check_remarks<&formula_outline::breaks>},
+        {"formula-text-ignored", severity::warning,
+         "The formula is complete before its text ends, and what follows is never read.",
+         "Take the rest away, or write the operator that is missing.", check_ignored_text},
+        {"operator-order", severity::warning,
+         "The language has five levels of operators: ** binds like *, and & | ^ << >> share a level as "
+         "comparisons and "
+         "logic do.",
+         "Write the parentheses that say what is meant.", check_remarks<&formula_outline::surprises>},
+        {"integer-division", severity::warning,
+         "FROM comes as an integer from an integer node, and a division of integers drops the fraction.",
+         "Write one of the numbers with a point, as in FROM/10.0.", check_integer_divisions},
+        {"guarded-division", severity::warning,
+         "Both branches of a ternary are computed before it chooses: an integer division by zero ends the "
+         "process.",
+         "Make the divisor itself harmless, as in A/(B+(B=0)).", check_guarded_divisions},
+    };
+    return rules;
 }
 
 }  // namespace selvane_inspect

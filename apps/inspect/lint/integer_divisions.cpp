@@ -115,12 +115,10 @@ bool can_be_zero(const analysed_formula& formula, node_index node) {
     std::vector<tried_variable> variables = variables_of(formula, node);
     const std::size_t each = numbers_each(variables.size(), numbers.size());
     const auto lookup = [&](identifier_id id) -> std::optional<eval_value> {
-        for (const tried_variable& one : variables) {
-            if (one.id != id) continue;
-            const std::int64_t number = numbers[one.at];
-            return one.is_float ? eval_value::of(static_cast<double>(number)) : eval_value::of(number);
-        }
-        return std::nullopt;
+        const auto one = std::find_if(variables.begin(), variables.end(),
+                                      [id](const tried_variable& known) { return known.id == id; });
+        const std::int64_t number = numbers[one->at];
+        return one->is_float ? eval_value::of(static_cast<double>(number)) : eval_value::of(number);
     };
     do {
         const guarded_result tried = run_guarded(part, lookup);

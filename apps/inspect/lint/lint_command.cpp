@@ -1,13 +1,8 @@
 #include "apps/inspect/commands.h"
 #include "apps/inspect/lint/lint_context.h"
-#include "apps/inspect/lint/lint_rule.h"
-#include "apps/inspect/lint/severity_count.h"
-#include "apps/inspect/progress.h"
 #include "apps/inspect/similar_name.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
 #include <set>
 
 #include <fmt/format.h>
@@ -29,10 +24,7 @@ void check_names(const std::vector<std::string>& names) {
     for (const lint_rule& rule : all_lint_rules()) known.push_back(rule.name);
     for (const std::string& name : names) {
         if (std::find(known.begin(), known.end(), name) != known.end()) continue;
-        const std::string_view meant = find_similar(name, known);
-        throw wrong_use(
-            "there is no rule " + name +
-            (meant.empty() ? " (--rules lists them)" : " (did you mean " + std::string(meant) + "?)"));
+        throw wrong_use("there is no rule " + name + did_you_mean(name, known, " (--rules lists them)"));
     }
 }
 
@@ -49,16 +41,12 @@ file_report examine(const std::string& file, const lint_options& options) {
     const auto opened = description::open(file);
     prepare(*opened, options.memory);
     lint_context context(*opened);
-    finding_list findings;
     for (const lint_rule& rule : all_lint_rules()) {
-        if (!is_wanted(rule, options)) continue;
-        findings.begin(rule);
-        rule.check(context, findings);
+        if (is_wanted(rule, options)) context.check(rule);
     }
-    file_report report = {file, findings.take_sorted(), {}};
-    for (const finding& one : report.findings) {
+    file_report report = {file, context.take_findings(), {}};
+    for (const finding& one : report.findings)
         add_count(report.counts, one.rule->level, one.is_habit ? 1 : one.count);
-    }
     return report;
 }
 

@@ -2,6 +2,7 @@
 
 #include "apps/inspect/feature_reader.h"
 
+#include <algorithm>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -138,6 +139,10 @@ std::vector<pugi::xml_node> lint_context::elements_for_nodes() const {
     return found;
 }
 
+void lint_context::for_each_node(const std::function<void(INode&)>& visit) const {
+    if (is_loaded()) description_.document()->for_each_node([&](INode* node) { visit(*node); });
+}
+
 text_position lint_context::position_of(element_index element) const {
     return tree().position_of(tree().at(element).xml);
 }
@@ -160,6 +165,46 @@ text_position lint_context::position_in_text(pugi::xml_node element, std::size_t
         return description_.source().position_of(at);
     }
     return tree().position_of(element);
+}
+
+finding& lint_context::at_key(finding_key which) {
+    const auto [known, is_new] = known_.emplace(std::move(which), findings_.size());
+    if (is_new) findings_.push_back({rule_, std::get<std::string>(known->first), {}, 0});
+    return findings_[known->second];
+}
+
+void lint_context::add(text_position at, std::string message) {
+    finding& one = at_key({rule_, std::move(message), at.line, at.column});
+    if (++one.count == 1 && at.line != 0) one.positions.push_back(at);
+}
+
+void lint_context::add_habit(text_position at, std::string message) {
+    finding& one = at_key({rule_, std::move(message), 0, 0});
+    one.is_habit = true;
+    ++one.count;
+    if (at.line != 0) one.positions.push_back(at);
+}
+
+std::vector<finding> lint_context::take_findings() {
+    const auto is_before = [](text_position left, text_position right) {
+        return std::tie(left.line, left.column) < std::tie(right.line, right.column);
+    };
+    for (finding& one : findings_) std::sort(one.positions.begin(), one.positions.end(), is_before);
+    std::stable_sort(findings_.begin(), findings_.end(), [&](const finding& left, const finding& right) {
+        return is_before(left.at(), right.at());
+    });
+    return std::move(findings_);
+}
+
+const std::vector<lint_rule>& all_lint_rules() {
+    static const std::vector<lint_rule> all = [] {
+        std::vector<lint_rule> rules;
+        for (const auto group :
+             {engine_rules(), formula_rules(), element_rules(), number_rules(), mark_rules(), page_rules()})
+            rules.insert(rules.end(), group.begin(), group.end());
+        return rules;
+    }();
+    return all;
 }
 
 std::string title_of(pugi::xml_node element) {

@@ -2,14 +2,33 @@
 
 #include "apps/inspect/description.h"
 #include "apps/inspect/evaluation_guard.h"
+#include "apps/inspect/lint/lint_rule.h"
 
-#include <optional>
+#include <functional>
+#include <map>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace selvane_inspect {
 
-/// A description under examination. What several rules need is found out once.
+struct finding {
+    const lint_rule* rule;
+    std::string message;
+    std::vector<text_position> positions;  ///< in the order of the file; empty for none
+    std::size_t count = 1;                 ///< how often it was found
+    bool is_habit = false;                 ///< of the whole file, and one finding however often
+
+    /// The first position; line 0 for none.
+    [[nodiscard]] text_position at() const {
+        return positions.empty() ? text_position{0, 0} : positions.front();
+    }
+};
+
+/// A description under examination, and what was found. What several rules need is found out once.
 class lint_context {
 public:
     explicit lint_context(description& of);
@@ -28,19 +47,51 @@ public:
 
     /// Every element that stands where nodes stand: under the root, in groups and in register structures.
     [[nodiscard]] std::vector<pugi::xml_node> elements_for_nodes() const;
-    [[nodiscard]] text_position position_of(element_index element) const;
+    /// Visits every node; none when nothing was loaded.
+    void for_each_node(const std::function<void(GenICam::INode&)>& visit) const;
     /// The position of a character in the text of an element, such as a formula.
     [[nodiscard]] text_position position_in_text(pugi::xml_node element, std::size_t offset) const;
 
+    /// Carries out a rule.
+    void check(const lint_rule& rule) {
+        rule_ = &rule;
+        rule.check(*this);
+    }
+
+    // For rules.
+
+    /// Adds a finding. The same once more at the same position is counted.
+    void add(text_position at, std::string message);
+    template <class... Parts>
+    void add(pugi::xml_node at, fmt::format_string<Parts...> format, Parts&&... parts) {
+        add(tree().position_of(at), fmt::format(format, std::forward<Parts>(parts)...));
+    }
+    /// The same for what is one finding wherever it stands, such as a habit of a whole file.
+    void add_habit(text_position at, std::string message);
+    template <class... Parts>
+    void add_habit(pugi::xml_node at, fmt::format_string<Parts...> format, Parts&&... parts) {
+        add_habit(tree().position_of(at), fmt::format(format, std::forward<Parts>(parts)...));
+    }
+
+    /// What was found, in the order of the file.
+    [[nodiscard]] std::vector<finding> take_findings();
+
 private:
+    using finding_key = std::tuple<const lint_rule*, std::string, std::size_t, std::size_t>;
+
     void look_at_everything();
     void ask_everything();
     void read_everything();
+    [[nodiscard]] text_position position_of(element_index element) const;
+    finding& at_key(finding_key which);
 
     description& description_;
     evaluation_guard guard_;
     std::vector<engine_message> ask_messages_;
     std::vector<engine_message> read_messages_;
+    const lint_rule* rule_ = nullptr;
+    std::vector<finding> findings_;
+    std::map<finding_key, std::size_t> known_;
 };
 
 /// "Integer Gain", or "StructReg" of one without a name.

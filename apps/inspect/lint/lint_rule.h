@@ -1,13 +1,8 @@
 #pragma once
 
-#include "apps/inspect/source_text.h"
+#include "apps/inspect/lint/severity.h"
 
-#include <cstddef>
-#include <map>
-#include <string>
 #include <string_view>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 #include <gsl/span>
@@ -15,10 +10,6 @@
 namespace selvane_inspect {
 
 class lint_context;
-class finding_list;
-
-enum class severity { note, warning, error };
-[[nodiscard]] std::string_view severity_word(severity level) noexcept;
 
 /// One thing that is looked for in descriptions. Names are stable: people write them into scripts.
 struct lint_rule {
@@ -26,44 +17,25 @@ struct lint_rule {
     severity level;
     std::string_view why;  ///< why it matters
     std::string_view what_to_do;
-    void (*check)(lint_context& context, finding_list& findings);
+    void (*check)(lint_context& context);
 };
 
-[[nodiscard]] gsl::span<const lint_rule> all_lint_rules() noexcept;
+/// In the order in which they are listed.
+[[nodiscard]] const std::vector<lint_rule>& all_lint_rules();
 
-struct finding {
-    const lint_rule* rule;
-    std::string message;
-    std::vector<text_position> positions;  ///< in the order of the file; empty for none
-    std::size_t count = 1;                 ///< how often it was found
-    bool is_habit = false;                 ///< of the whole file, and one finding however often
+// The rules by what they look at, each group beside its checks.
 
-    /// The first position; line 0 for none.
-    [[nodiscard]] text_position at() const {
-        return positions.empty() ? text_position{0, 0} : positions.front();
-    }
-};
-
-/// The findings of one file.
-class finding_list {
-public:
-    void begin(const lint_rule& rule) { rule_ = &rule; }
-    /// Adds a finding of the rule that was begun. The same once more at the same position is counted.
-    void add(text_position at, std::string message);
-    /// The same for what is one finding wherever it stands, such as a habit of a whole file.
-    void add_habit(text_position at, std::string message);
-
-    /// In the order of the file.
-    [[nodiscard]] std::vector<finding> take_sorted();
-
-private:
-    using key = std::tuple<const lint_rule*, std::string, std::size_t, std::size_t>;
-
-    finding& at_key(key which);
-
-    const lint_rule* rule_ = nullptr;
-    std::vector<finding> findings_;
-    std::map<key, std::size_t> known_;
-};
+/// What the engine itself says of a description, or what would become of it.
+[[nodiscard]] gsl::span<const lint_rule> engine_rules() noexcept;
+/// What an author would regret in formulas.
+[[nodiscard]] gsl::span<const lint_rule> formula_rules() noexcept;
+/// The same in elements, their names and their links.
+[[nodiscard]] gsl::span<const lint_rule> element_rules() noexcept;
+/// The same in the limits of floats.
+[[nodiscard]] gsl::span<const lint_rule> number_rules() noexcept;
+/// The same in the marks for the property pages.
+[[nodiscard]] gsl::span<const lint_rule> mark_rules() noexcept;
+/// The same in how the pages show what is marked.
+[[nodiscard]] gsl::span<const lint_rule> page_rules() noexcept;
 
 }  // namespace selvane_inspect

@@ -1,22 +1,17 @@
 #include "apps/inspect/pages/page_hazards.h"
 
-#include "adapter/item_discovery.h"
 #include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/marked_items.h"
 
 namespace selvane_inspect {
 namespace {
 
-using GenICam::IEnumeration;
-using GenICam::INode;
-using GenICam::node_type;
-
 // What a page asks of a feature when it is laid out and opened.
 constexpr operation asked_by_pages[] = {operation::implemented, operation::available,     operation::locked,
                                         operation::value,       operation::minimum,       operation::maximum,
                                         operation::increment,   operation::default_value, operation::unit};
 
-std::optional<std::string> judge(evaluation_guard& guard, INode& node) {
+std::optional<std::string> judge(evaluation_guard& guard, GenICam::INode& node) {
     for (const operation asked : asked_by_pages) {
         const hazard* found = guard.find(node, asked);
         if (found == nullptr) continue;
@@ -25,10 +20,10 @@ std::optional<std::string> judge(evaluation_guard& guard, INode& node) {
     return std::nullopt;
 }
 
-std::optional<std::string> judge_feature(evaluation_guard& guard, INode& feature) {
+std::optional<std::string> judge_feature(evaluation_guard& guard, GenICam::INode& feature) {
     auto found = judge(guard, feature);
-    if (found || feature.get_node_type() != node_type::enumeration) return found;
-    for (GenICam::IEnumEntry* entry : static_cast<IEnumeration&>(feature).get_entries()) {
+    if (found || feature.get_node_type() != GenICam::node_type::enumeration) return found;
+    for (GenICam::IEnumEntry* entry : static_cast<GenICam::IEnumeration&>(feature).get_entries()) {
         if (auto in_entry = judge(guard, *entry)) return in_entry;
     }
     return std::nullopt;
@@ -39,9 +34,8 @@ std::optional<std::string> judge_feature(evaluation_guard& guard, INode& feature
 std::optional<std::string> find_page_hazard(description& in) {
     evaluation_guard guard(in);
     for (GenICam::ICategory* item : categories_of(find_items(in))) {
-        for (INode* feature : item->get_features()) {
-            const GUID mark = genicam_adapter::read_extension_guid(feature, element_mark);
-            if (mark == platform::null_guid) continue;
+        for (GenICam::INode* feature : item->get_features()) {
+            if (!is_marked(*feature, element_mark)) continue;
             if (auto found = judge_feature(guard, *feature)) return found;
         }
     }

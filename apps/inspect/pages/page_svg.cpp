@@ -1,4 +1,3 @@
-#include "apps/inspect/pages/dialog_font.h"
 #include "apps/inspect/pages/page_preview.h"
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -15,7 +14,14 @@ namespace {
 
 using pugi::xml_node;
 using ZELPropUI::PageRect;
-using svg_attribute = std::pair<const char*, std::string>;
+
+/// An attribute of an element; a number counts pixels.
+struct svg_attribute {
+    svg_attribute(const char* its_name, std::string text) : name(its_name), value(std::move(text)) {}
+    svg_attribute(const char* its_name, int pixels) : name(its_name), value(std::to_string(pixels)) {}
+    const char* name;
+    std::string value;
+};
 
 constexpr int closed_combo_height = 21;
 
@@ -41,15 +47,14 @@ std::string drawable(std::string_view text) {
     return safe;
 }
 
-std::string pixels(int value) { return fmt::format_int(value).str(); }
 // The middle of a pixel, where a line of one pixel is sharp.
-std::string half_pixel(int pixel) { return pixels(pixel) + ".5"; }
+std::string half_pixel(int pixel) { return std::to_string(pixel) + ".5"; }
 
 const char* ink(const drawn_control& control) { return control.enabled ? "#000000" : "#8c8c8c"; }
 
 xml_node add_element(xml_node parent, const char* element, std::initializer_list<svg_attribute> attributes) {
     xml_node added = parent.append_child(element);
-    for (const auto& [name, value] : attributes) added.append_attribute(name).set_value(value.c_str());
+    for (const svg_attribute& one : attributes) added.append_attribute(one.name).set_value(one.value.c_str());
     return added;
 }
 
@@ -57,8 +62,8 @@ void add_box(xml_node parent, const PageRect& rect, const char* fill, const char
     add_element(parent, "rect",
                 {{"x", half_pixel(rect.left)},
                  {"y", half_pixel(rect.top)},
-                 {"width", pixels(std::max(rect.width - 1, 0))},
-                 {"height", pixels(std::max(rect.height - 1, 0))},
+                 {"width", std::max(rect.width - 1, 0)},
+                 {"height", std::max(rect.height - 1, 0)},
                  {"fill", fill},
                  {"stroke", stroke}});
 }
@@ -75,15 +80,12 @@ void add_text(xml_node parent, int left, const PageRect& row, const char* anchor
     constexpr int baseline = 4;  // below the middle of the row
     const int width = dialog_text_width(platform::widen(control.text));
     if (width == 0) return;
-    const xml_node clip = add_element(parent, "svg",
-                                      {{"x", pixels(row.left)},
-                                       {"y", pixels(row.top)},
-                                       {"width", pixels(row.width)},
-                                       {"height", pixels(row.height)}});
+    const xml_node clip = add_element(
+        parent, "svg", {{"x", row.left}, {"y", row.top}, {"width", row.width}, {"height", row.height}});
     add_element(clip, "text",
-                {{"x", pixels(left - row.left)},
-                 {"y", pixels(row.height / 2 + baseline)},
-                 {"textLength", pixels(width)},
+                {{"x", left - row.left},
+                 {"y", row.height / 2 + baseline},
+                 {"textLength", width},
                  {"lengthAdjust", "spacingAndGlyphs"},
                  {"text-anchor", anchor},
                  {"fill", ink(control)}})
@@ -187,10 +189,10 @@ void draw_control(xml_node picture, const drawn_control& control) {
         add_element(picture, "g", {{"class", kind}, {"data-feature", drawable(control.feature)}});
     add_element(group, "rect",
                 {{"class", "place"},
-                 {"x", pixels(control.rect.left)},
-                 {"y", pixels(control.rect.top)},
-                 {"width", pixels(control.rect.width)},
-                 {"height", pixels(control.rect.height)},
+                 {"x", control.rect.left},
+                 {"y", control.rect.top},
+                 {"width", control.rect.width},
+                 {"height", control.rect.height},
                  {"fill", "none"}});
     draw_kind(group, control);
 }
@@ -203,8 +205,8 @@ xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {
         right = std::max(right, control.rect.left + control.rect.width);
         bottom = std::max(bottom, control.rect.top + (is_combo ? closed_combo_height : control.rect.height));
     }
-    const std::string width = pixels(right);
-    const std::string height = pixels(bottom);
+    const std::string width = std::to_string(right);
+    const std::string height = std::to_string(bottom);
     const xml_node picture =
         add_element(document, "svg",
                     {{"xmlns", "http://www.w3.org/2000/svg"},
@@ -216,10 +218,7 @@ xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {
     add_element(picture, "title", {}).text().set(drawable(TitleOf(page.name)).c_str());
     add_element(picture, "rect", {{"width", width}, {"height", height}, {"fill", "#d0d0d0"}});
     add_element(picture, "rect",
-                {{"class", "page"},
-                 {"width", pixels(page_width)},
-                 {"height", pixels(page_height)},
-                 {"fill", "#f0f0f0"}});
+                {{"class", "page"}, {"width", page_width}, {"height", page_height}, {"fill", "#f0f0f0"}});
     return picture;
 }
 

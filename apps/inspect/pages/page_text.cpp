@@ -23,7 +23,7 @@ std::string strings_text(const drawn_control& control) {
 }
 
 std::string control_text(const drawn_control& control) {
-    const std::string word(control_word(control.kind));
+    std::string word(control_word(control.kind));
     switch (control.kind) {
         case control_kind::label:
             return control.text;

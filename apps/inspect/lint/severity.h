@@ -1,15 +1,17 @@
 #pragma once
 
-#include "apps/inspect/lint/lint_rule.h"
-
 #include <array>
 #include <cstddef>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
 namespace selvane_inspect {
+
+enum class severity { note, warning, error };
+[[nodiscard]] std::string_view severity_word(severity level) noexcept;
 
 /// The gravest first.
 constexpr severity severities[] = {severity::error, severity::warning, severity::note};

@@ -39,7 +39,8 @@ selvane_header_only(selvane_json)
 
 # pugixml. For Windows it is compiled from the source package that scripts/setup fetches.
 add_library(selvane_pugixml INTERFACE)
-if(CMAKE_CROSSCOMPILING)
+option(SELVANE_PUGIXML_FROM_SOURCE "Compile pugixml for native programs too, as the DLL has it" OFF)
+if(CMAKE_CROSSCOMPILING OR SELVANE_PUGIXML_FROM_SOURCE)
   find_path(SELVANE_PUGIXML_SOURCE pugixml.cpp
     PATHS /usr/local/src/selvane_page/pugixml/src
     NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)

@@ -1,11 +1,9 @@
 #!/usr/bin/env python3
-"""mutate.py ROOT COUNT SEED: plants COUNT faults at random in a copy of the portable rooms, one at a time, and runs the
-native tests of the rooms that see it. Prints each fault that no test noticed, and the share of those noticed."""
-import os, random, re, shutil, subprocess, sys
+"""mutate.py ROOT COUNT SEED: plants COUNT faults at random in copies of the portable rooms, one at a time in each, and runs
+the native tests of the rooms that see it. Prints each fault that no test noticed, and the share of those noticed."""
+import collections, concurrent.futures, os, queue, random, re, shutil, subprocess, sys
 
 root, count, seed = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
-copy = os.path.join(root, "build/mutation/tree")
-build = os.path.join(copy, "build/linux")
 random.seed(seed)
 
 # The programs that see a room, its own first: the first that fails ends the search.
@@ -17,7 +15,7 @@ tests = {
     "adapter": "adapter_test simcam_test inspect_test check_test",
     "propui": "propui_test simcam_test inspect_test playground_test",
     "simcam": "simcam_test items_test check_test playground_test inspect_test",
-    "apps/inspect": "inspect_test check_test playground_test",
+    "apps/inspect": "inspect_test check_test playground_test camera_test",
 }
 
 # What a slip of a finger or of the mind looks like.
@@ -34,18 +32,6 @@ faults = [
     (r"(?<![\w.'])(\d+)(?![\w.'])", None),            # a number that is one more
     (r"^ +[\w.>:\[\]-]+\([^;]*\);$", "; // removed"),  # a call that is missing
 ]
-
-
-def run(command, seconds):
-    try:
-        return subprocess.run(command, cwd=copy, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              timeout=seconds, env=dict(os.environ, LOCPATH=build + "/locales")).returncode
-    except subprocess.TimeoutExpired:
-        return -1  # it does not come back: noticed
-
-
-def compiles(target):
-    return run(["cmake", "--build", build, "-j2", "--target", target], 900) == 0
 
 
 def code_of(line):
@@ -78,52 +64,86 @@ def negate_whole_condition(line):
     return f"{match[1]}!({match[2]}){match[3]}" if match else line
 
 
-def prepare():
-    os.makedirs(copy, exist_ok=True)
-    files = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=root, text=True,
-                           capture_output=True, check=True).stdout.split("\n")
-    for name in filter(None, files):
-        source, target = os.path.join(root, name), os.path.join(copy, name)
-        if not os.path.isfile(source):
-            continue
-        same = os.path.exists(target) and open(source, "rb").read() == open(target, "rb").read()
-        if not same:
-            os.makedirs(os.path.dirname(target), exist_ok=True)
-            shutil.copy(source, target)
-    shared = os.path.join(root, "../shared/descriptions")
-    command = ["cmake", "-S", copy, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug", "-DSELVANE_WERROR=OFF",
-               "-DCMAKE_CXX_FLAGS=-O0 -DSELVANE_SANITIZED", f"-DSELVANE_DESCRIPTIONS={shared}"]
-    programs = sorted({p for names in tests.values() for p in names.split()})
-    if run(command, 300) != 0 or not all(compiles(p) and run([f"{build}/bin/{p}"], 600) == 0 for p in programs):
-        sys.exit("mutation: the tests do not pass before anything is planted")
-    return [(room, os.path.join(folder, f)) for room in tests for folder, _, names in os.walk(os.path.join(root, room))
-            if "windows" not in folder for f in names if f.endswith(".cpp")]
+class Tree:
+    """A copy of the sources with the tests built from it."""
+
+    def __init__(self, number):
+        self.folder = os.path.join(root, f"build/mutation/tree{number}")
+        self.build = os.path.join(self.folder, "build/linux")
+        os.makedirs(self.folder, exist_ok=True)
+        subprocess.run(["rsync", "-rlpc", "--delete", "--exclude=/build", "--exclude=/.git", root + "/", self.folder],
+                       check=True)
+        command = ["cmake", "-S", self.folder, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+                   "-DSELVANE_WERROR=OFF", "-DCMAKE_CXX_FLAGS=-O0 -DSELVANE_SANITIZED",
+                   f"-DSELVANE_DESCRIPTIONS={os.path.join(root, '../shared/descriptions')}"]
+        programs = sorted({p for names in tests.values() for p in names.split()})
+        if self.run(command, 300) != 0 or not all(self.compiles(p) and self.passes(p, 600) for p in programs):
+            sys.exit("mutation: the tests do not pass before anything is planted")
+
+    def run(self, command, seconds):
+        try:
+            return subprocess.run(command, cwd=self.folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                  timeout=seconds, env=dict(os.environ, LOCPATH=self.build + "/locales")).returncode
+        except subprocess.TimeoutExpired:
+            return -1  # it does not come back: noticed
+
+    def compiles(self, target):
+        return self.run(["cmake", "--build", self.build, "-j2", "--target", target], 900) == 0
+
+    def passes(self, program, seconds=120):
+        return self.run([f"{self.build}/bin/{program}", "--gtest_fail_fast"], seconds) == 0
+
+    def notices(self, fault):
+        """Whether a test fails; None where what was planted does not compile."""
+        target = os.path.join(self.folder, fault.file)
+        open(target, "w").write(fault.text)
+        try:
+            programs = tests[fault.room].split()
+            if not self.compiles(programs[0]):
+                return None
+            return any(not self.compiles(p) or not self.passes(p) for p in programs)
+        finally:
+            shutil.copy(os.path.join(root, fault.file), target)
 
 
-def is_noticed(room):
-    return any(not compiles(p) or run([f"{build}/bin/{p}", "--gtest_fail_fast"], 120) != 0 for p in tests[room].split())
+Fault = collections.namedtuple("Fault", "room file text told")
 
 
-sources = prepare()
+def next_fault():
+    while True:
+        (room, path), = random.choices(sources, weights)
+        lines = open(path).read().split("\n")
+        fault = plant(lines)
+        if fault is not None:
+            number, line = fault
+            if "if (!" in line and "if (!" not in lines[number]:
+                line = negate_whole_condition(line)
+            file = os.path.relpath(path, root)
+            return Fault(room, file, "\n".join(lines[:number] + [line] + lines[number + 1:]),
+                         f"{file}:{number + 1}\n-{lines[number]}\n+{line}")
+
+
+def is_noticed(fault):
+    tree = trees.get()
+    try:
+        return tree.notices(fault)
+    finally:
+        trees.put(tree)
+
+
+sources = [(room, os.path.join(folder, f)) for room in tests for folder, _, names in os.walk(os.path.join(root, room))
+           if "windows" not in folder for f in names if f.endswith(".cpp")]
 weights = [os.path.getsize(path) for _, path in sources]
+trees = queue.Queue()
+for number in range(min(os.cpu_count(), 1 + count // 50)):
+    trees.put(Tree(number))
 planted = noticed = 0
-while planted < count:
-    (room, path), = random.choices(sources, weights)
-    target = os.path.join(copy, os.path.relpath(path, root))
-    lines = open(path).read().split("\n")
-    fault = plant(lines)
-    if fault is None:
-        continue
-    number, mutated = fault
-    if "if (!" in mutated and "if (!" not in lines[number]:
-        mutated = negate_whole_condition(mutated)
-    open(target, "w").write("\n".join(lines[:number] + [mutated] + lines[number + 1:]))
-    library = "selvane_" + ("inspect_parts" if room == "apps/inspect" else room)
-    if compiles(library):
-        planted += 1
-        if is_noticed(room):
-            noticed += 1
-        else:
-            print(f"unnoticed {os.path.relpath(path, root)}:{number + 1}\n-{lines[number]}\n+{mutated}", flush=True)
-    shutil.copy(path, target)
+with concurrent.futures.ThreadPoolExecutor(trees.qsize()) as pool:
+    while planted < count:
+        batch = [next_fault() for _ in range(count - planted)]
+        for fault, was_noticed in zip(batch, pool.map(is_noticed, batch)):
+            planted += was_noticed is not None
+            noticed += bool(was_noticed)
+            if was_noticed is False:
+                print(f"unnoticed {fault.told}", flush=True)
 print(f"mutation: {noticed} of {planted} planted faults noticed, {100 * noticed / planted:.1f} % (seed {seed})")

@@ -14,7 +14,8 @@ wine_use_prefix() {
 
 # wine_boot null|x11: makes sure that the prefix is complete and its server runs. Wine's services inherit
 # the streams of the command that starts them and keep them open, so they must never see a caller's pipe.
-# "null" runs all window logic without a display; "x11" shows windows on $DISPLAY.
+# "null" runs all window logic without a display; "x11" shows windows on $DISPLAY. SELVANE_GLOBAL_FLAGS are those that
+# every process of a new prefix gets.
 wine_boot() {
     if [ "$1" = null ]; then unset DISPLAY; fi
     if [ -e "$WINEPREFIX/.ready" ] && "$WINESERVER" -k0 2>/dev/null; then return 0; fi
@@ -24,6 +25,9 @@ wine_boot() {
         "$WINE" wineboot </dev/null >/dev/null 2>&1 9>&-
         if [ ! -e "$WINEPREFIX/.ready" ]; then
             "$WINE" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$1" /f </dev/null >/dev/null 2>&1 9>&-
+            [ -z "${SELVANE_GLOBAL_FLAGS:-}" ] || "$WINE" reg add \
+                'HKLM\System\CurrentControlSet\Control\Session Manager' /v GlobalFlag /t REG_DWORD \
+                /d "$SELVANE_GLOBAL_FLAGS" /f </dev/null >/dev/null 2>&1 9>&-
             # The desktop of the first boot has no driver yet, and programs would find no windows there.
             "$WINESERVER" -k </dev/null >/dev/null 2>&1 9>&- || true
             "$WINESERVER" -w </dev/null >/dev/null 2>&1 9>&- || true
@@ -37,4 +41,13 @@ wine_boot() {
 # wine_stop: ends the server of the selected prefix, and with it every program in it.
 wine_stop() {
     "$WINESERVER" -k </dev/null >/dev/null 2>&1 || true
+}
+
+# wine_stop_each DIRECTORY...: the same in each of these prefixes.
+wine_stop_each() {
+    local prefix
+    for prefix in "$@"; do
+        wine_use_prefix "$prefix"
+        wine_stop
+    done
 }

@@ -8,8 +8,10 @@ classes=(
     "{A522337D-5324-4123-9DA4-84D17EF1EADA}|Selvane Color Controls"
 )
 
-# windows PROGRAM...: without what Wine itself says, and with line ends of this side.
-windows() { "$wine_run" "$@" </dev/null 2>/dev/null | tr -d '\r'; }
+# windows PROGRAM...: with line ends of this side; what Wine and the program complain of is kept for a failure.
+windows() {
+    WINEDEBUG=fixme-all "$wine_run" "$@" </dev/null 2>"$place/complaints" | tr -d '\r'
+}
 
 # windows_path FILE: Wine shows the root directory as drive Z.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
@@ -21,7 +23,7 @@ fail() {
 
 # expect WHAT TEXT LINE: TEXT has a line that is LINE.
 expect() {
-    grep -qxF -- "$3" <<<"$2" || fail "$1: no line \"$3\" in:"$'\n'"$2"
+    grep -qxF -- "$3" <<<"$2" || fail "$1: no line \"$3\" in:"$'\n'"$2"$'\n'"$(cat "$place/complaints")"
     echo "$1: $3"
 }
 

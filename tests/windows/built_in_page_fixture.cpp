@@ -15,7 +15,7 @@ std::string VendorWrite(std::uint32_t id, int value) {
     return VendorWrite(id, std::to_string(value).c_str());
 }
 
-void BuiltInPageTest::UseCameraWithout(std::initializer_list<DWORD> properties) {
+void BuiltInPageTest::UseCameraWithout(const std::vector<DWORD>& properties) {
     simcam::camera_options options = *simcam::ready_made("builtin");
     for (const DWORD id : properties) options.vendor.remove(id);
     UseCamera(std::move(options));

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 namespace page_test {
 
@@ -28,7 +28,7 @@ protected:
     void UseCamera(simcam::camera_options options) { camera_ = simcam::make_camera(std::move(options)); }
 
     /// The camera with every fixed driver property but some.
-    void UseCameraWithout(std::initializer_list<DWORD> properties);
+    void UseCameraWithout(const std::vector<DWORD>& properties);
 
     /// Opens a page; what it shows.
     Lines OpenPage(REFCLSID clsid);

@@ -136,11 +136,16 @@ public:
         text = script_.text;
         return script_.text_known;
     }
+    CZELItemDataBase& GetItem() const noexcept override { return *item_; }
+    InterfaceKey GetKey() const noexcept override { return 0; }
 
 private:
     void Note(std::string line) { script_.log.push_back(std::move(line)); }
 
     ControllerScript& script_;
+    test_support::FakeScript element_;
+    platform::com_ptr<CZELItemDataBase> item_ =
+        platform::com_ptr<CZELItemDataBase>::attach(new test_support::FakeItem(element_));
 };
 
 /// A control on a fake controller.

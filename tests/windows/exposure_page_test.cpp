@@ -9,55 +9,6 @@ using testing::ElementsAre;
 
 using ExposurePageTest = BuiltInPageTest;
 
-TEST_F(ExposurePageTest, GainStandsAboveExposure) {
-    EXPECT_EQ(OpenPage(exposure_page), (Lines{
-                                           L"Gain (0.000 dB) [ ] Auto",
-                                           L"Exposure (1/30 sec) [ ] Auto",
-                                           L"  Auto Reference (128)",
-                                           L"  Auto Max Value (1.000 sec)",
-                                           L"  [ ] Auto",
-                                       }));
-    EXPECT_THAT(Rows().Tops(), ElementsAre(18, 48, 78, 108, 138));
-}
-
-TEST_F(ExposurePageTest, AutomaticExposureTakesItsValueAlone) {
-    OpenPage(exposure_page);
-    Click(L"Exposure", L"Auto");
-    EXPECT_THAT(Written(), ElementsAre("CameraControl Set 4 <- value=333 flags=0x1, ok"));
-    EXPECT_EQ(Shown(), (Lines{
-                           L"Gain (0.000 dB) [ ] Auto",
-                           L"Exposure ~(1/30 sec) [x] Auto",
-                           L"  Auto Reference (128)",
-                           L"  Auto Max Value (1.000 sec)",
-                           L"  [ ] Auto",
-                       }));
-    Click(L"Exposure", L"Auto");
-    EXPECT_THAT(Written(), ElementsAre("CameraControl Set 4 <- value=333 flags=0x2, ok"));
-    EXPECT_EQ(Shown().at(1), L"Exposure (1/30 sec) [ ] Auto");
-}
-
-TEST_F(ExposurePageTest, TheSecondAutoIsThatOfTheLimit) {
-    OpenPage(exposure_page);
-    Click(L"Exposure", L"Auto", 1);
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_AUTO_MAX_AUTOMATIC, 1)));
-    EXPECT_EQ(Shown(L"Exposure"), (Lines{
-                                      L"Exposure (1/30 sec) [ ] Auto",
-                                      L"  Auto Reference (128)",
-                                      L"  Auto Max Value ~(1.000 sec)",
-                                      L"  [x] Auto",
-                                  }));
-}
-
-TEST_F(ExposurePageTest, AutomaticGainTakesItsValue) {
-    OpenPage(exposure_page);
-    for (const bool on : {true, false}) {
-        Click(L"Gain", L"Auto");
-        EXPECT_THAT(Written(), ElementsAre(on ? "VideoProcAmp Set 9 <- value=0 flags=0x1, ok"
-                                              : "VideoProcAmp Set 9 <- value=0 flags=0x2, ok"));
-        EXPECT_EQ(Shown(L"Gain"), Lines{on ? L"Gain ~(0.000 dB) [x] Auto" : L"Gain (0.000 dB) [ ] Auto"});
-    }
-}
-
 TEST_F(ExposurePageTest, GainGoesInHundredthsOfADecibel) {
     OpenPage(exposure_page);
     Slide(L"Gain", L"Gain", 50);
@@ -114,12 +65,6 @@ TEST_F(ExposurePageTest, WithoutTheStandardInterfacesTheModesAreMissing) {
                                            L"  Auto Max Value (1.000 sec)",
                                            L"  [ ] Auto",
                                        }));
-}
-
-TEST_F(ExposurePageTest, TheItemBehindADecliningFactoryNeverComes) {
-    UseCameraWithout({SELVANE_EXPOSURE_TICKS});
-    EXPECT_EQ(OpenPage(exposure_page), Lines{L"Gain (0.000 dB) [ ] Auto"})
-        << "the float properties could serve an exposure, but only the first record is tried";
 }
 
 TEST_F(ExposurePageTest, APageWhoseFactoriesDeclineRefusesTheCamera) {

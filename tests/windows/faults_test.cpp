@@ -44,7 +44,7 @@ protected:
     void StrikeEachPage(const FaultAt& fault) {
         ErrorBoxWatch refused_texts;
         for (const CLSID& clsid : all_pages) {
-            ASSERT_NO_FATAL_FAILURE(StrikeEveryCall([&] { LivePage(clsid); }, fault));
+            ASSERT_NO_FATAL_FAILURE(StrikeCalls([&] { LivePage(clsid); }, fault));
         }
     }
 };

@@ -21,43 +21,6 @@ protected:
     [[nodiscard]] simcam::gpio_property Pins() const { return camera_->vendor()->gpio.at(SELVANE_GPIO); }
 };
 
-TEST_F(FeaturePageTest, ItemsStandInTheOrderOfTheirIds) {
-    EXPECT_EQ(OpenPage(feature_page), (Lines{
-                                          L"Partial scan",
-                                          L"  [ ] Auto-center",
-                                          L"  X Offset (0)",
-                                          L"  Y Offset (0)",
-                                          L"GPIO",
-                                          L"  GP IN =(0) <Read>",
-                                          L"  GP Out (0) <Write>",
-                                          L"Trigger [ ] Enable ~<Software Trigger>",
-                                          L"  [ ] Polarity",
-                                          L"  Delay (0.000 \u00B5s)",
-                                          L"  Operation {Default}",
-                                          L"Strobe [ ] Enable",
-                                          L"  Mode ~{fixed duration}",
-                                          L"  ~[x] Polarity",
-                                          L"  Duration ~(1000)",
-                                          L"  Delay ~(0)",
-                                      }));
-    const std::vector<int> tops = Rows().Tops();
-    for (std::size_t row = 0; row < tops.size(); ++row) EXPECT_EQ(tops[row], 18 + 30 * static_cast<int>(row));
-}
-
-TEST_F(FeaturePageTest, CenteringTakesTheOffsets) {
-    OpenPage(feature_page);
-    Click(L"Partial scan", L"Auto-center");
-    EXPECT_THAT(Written(), ElementsAre(VendorWrite(SELVANE_PARTIAL_SCAN_AUTO_CENTER, 1)));
-    EXPECT_EQ(Shown(L"Partial scan"), (Lines{
-                                          L"Partial scan",
-                                          L"  [x] Auto-center",
-                                          L"  X Offset ~(512)",
-                                          L"  Y Offset ~(384)",
-                                      }));
-    Click(L"Partial scan", L"Auto-center");
-    EXPECT_EQ(Shown(L"Partial scan").at(2), L"  X Offset (512)");
-}
-
 TEST_F(FeaturePageTest, OffsetsGoInStepsOfFour) {
     OpenPage(feature_page);
     const HWND slider = Rows().Slider(L"Partial scan", L"X Offset");

@@ -4,10 +4,10 @@
 #include "platform/windows/owned.h"
 #include "tests/host/host_process.h"
 #include "tests/windows/page_fixture.h"
+#include "tests/windows/redirected_import.h"
 
 #include <gmock/gmock.h>
 
-#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <thread>
@@ -30,53 +30,6 @@ void ExpectHostPasses(const fs::path& program, const std::string& name) {
     EXPECT_EQ(end.code, 0u) << end.output << end.errors;
     EXPECT_THAT(end.output, testing::HasSubstr("[  PASSED  ] 1 test"));
 }
-
-/// A call that a module makes, led to another function for as long as this lives.
-class RedirectedImport {
-public:
-    RedirectedImport(HMODULE module, const char* name, void* replacement) : slot_(Find(module, name)) {
-        if (slot_ != nullptr) before_ = Put(replacement);
-    }
-    RedirectedImport(const RedirectedImport&) = delete;
-    RedirectedImport& operator=(const RedirectedImport&) = delete;
-    ~RedirectedImport() {
-        if (slot_ != nullptr) Put(before_);
-    }
-
-private:
-    static void** Find(HMODULE module, const char* name) {
-        auto* const base = reinterpret_cast<char*>(module);
-        const auto at = [base](std::size_t offset) { return static_cast<void*>(base + offset); };
-        const auto* const head = static_cast<const IMAGE_DOS_HEADER*>(at(0));
-        const auto* const image =
-            static_cast<const IMAGE_NT_HEADERS*>(at(static_cast<std::size_t>(head->e_lfanew)));
-        const auto& directory = image->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-        const auto* library = static_cast<const IMAGE_IMPORT_DESCRIPTOR*>(at(directory.VirtualAddress));
-        for (; library->Name != 0; ++library) {
-            const auto* names = static_cast<const IMAGE_THUNK_DATA*>(at(library->OriginalFirstThunk));
-            auto* const slots = static_cast<void**>(at(library->FirstThunk));
-            for (std::size_t i = 0; names[i].u1.AddressOfData != 0; ++i) {
-                if (IMAGE_SNAP_BY_ORDINAL(names[i].u1.Ordinal)) continue;
-                const auto* const import =
-                    static_cast<const IMAGE_IMPORT_BY_NAME*>(at(names[i].u1.AddressOfData));
-                if (std::strcmp(import->Name, name) == 0) return slots + i;
-            }
-        }
-        return nullptr;
-    }
-
-    void* Put(void* function) {
-        DWORD protection = 0;
-        VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
-        void* const before = *slot_;
-        *slot_ = function;
-        VirtualProtect(slot_, sizeof *slot_, protection, &protection);
-        return before;
-    }
-
-    void** slot_;
-    void* before_ = nullptr;
-};
 
 /// Runs in a process of its own.
 class FreshHost : public PageTest {};

@@ -35,17 +35,38 @@ Windows TabStopsOf(HWND page) {
     return stops;
 }
 
-// As the keyboard does it; the messages then take the way of a dialog's loop.
-void PressTab(HWND dialog, bool shift = false) {
+// As the keyboard does it; the messages then take the way of the host's loop, which is that of a dialog or,
+// with none, one that knows nothing of dialogs.
+void Press(HWND dialog, BYTE key, bool shift = false) {
     if (shift) keybd_event(VK_SHIFT, 0, 0, 0);
-    keybd_event(VK_TAB, 0, 0, 0);
-    keybd_event(VK_TAB, 0, KEYEVENTF_KEYUP, 0);
+    keybd_event(key, 0, 0, 0);
+    keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
     if (shift) keybd_event(VK_SHIFT, 0, KEYEVENTF_KEYUP, 0);
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-        if (IsDialogMessageW(dialog, &message) != 0) continue;
+        if (dialog != nullptr && IsDialogMessageW(dialog, &message) != 0) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
+    }
+}
+
+void PressTab(HWND dialog, bool shift = false) { Press(dialog, VK_TAB, shift); }
+
+// What a user presses to give the control with the focus another value. An edit has the typed one instead,
+// and takes it with the return key.
+void ChangeByKeys(HWND dialog, const std::vector<BYTE>& typed) {
+    const std::wstring window_class = ClassOf(GetFocus());
+    if (window_class == L"Selvane_RICHEDIT50W") {
+        Press(dialog, VK_HOME);
+        Press(dialog, VK_END, true);
+        for (const BYTE key : typed) Press(dialog, key);
+        Press(dialog, VK_RETURN);
+    } else if (window_class == L"Selvane_BUTTON") {
+        Press(dialog, VK_SPACE);
+    } else if (window_class == L"Selvane_COMBOBOX") {
+        Press(dialog, VK_DOWN);
+    } else {
+        Press(dialog, VK_RIGHT);
     }
 }
 
@@ -121,6 +142,26 @@ TEST_P(KeyboardTest, AControlThatIsDisabledHandsTheFocusOn) {
         EXPECT_THAT(TakeTranscript(), testing::Each(Not(HasSubstr("Set device")))) << "nobody left an edit";
     }
     EXPECT_GE(disabled, 10U);
+}
+
+TEST_P(KeyboardTest, EveryControlObeysKeysInADialogAndInAHostThatTranslatesNothing) {
+    const std::vector<BYTE> typed[] = {{'1', VK_DIVIDE, '5', '0'}, {}, {'5', '0'}};
+    const CLSID pages[] = {exposure_page, feature_page, lens_page};
+    for (std::size_t at = 0; at < std::size(pages); ++at) {
+        ASSERT_EQ(page_->Deactivate(), S_OK);
+        page_ = GivenPage(pages[at]);
+        window_ = OpenPage();
+        for (const HWND dialog : {host_.Handle(), HWND{nullptr}}) {
+            for (const HWND control : test_support::NotEmpty(TabStopsOf(window_))) {
+                SCOPED_TRACE(testing::PrintToString(TextOf(control)));
+                SetFocus(control);
+                Settle();
+                ChangeByKeys(dialog, typed[at]);
+                EXPECT_THAT(TakeTranscript(), testing::Contains(HasSubstr(lines_.AnyWrite())))
+                    << testing::PrintToString(ClassOf(control)) << (dialog != nullptr ? " of a dialog" : "");
+            }
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(AccessPaths, KeyboardTest, testing::Values(AccessPath::Named, AccessPath::Registers),

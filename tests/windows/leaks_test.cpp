@@ -1,4 +1,5 @@
 #include "adapter/hr_exception.h"
+#include "tests/support/sweep.h"
 #include "tests/windows/error_box.h"
 #include "tests/windows/page_fixture.h"
 #include "tests/windows/process_footprint.h"
@@ -6,7 +7,6 @@
 #include <commctrl.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace page_test {
 namespace {
@@ -69,15 +69,17 @@ void ExpectNoGrowth(const Footprint& before, const Footprint& between, const Foo
     ExpectNoGrowth("bytes", before.heap_bytes, between.heap_bytes, after.heap_bytes);
 }
 
+// A hundred lives in a sweep over all, else forty.
 void ExpectNoGrowth(simcam::camera_options options, const std::vector<CLSID>& pages, PageWork work) {
+    const int tenth = test_support::by_sweep(4, 4, 10);
     options.keep_transcript = false;
     const auto camera = simcam::make_camera(options);
     ErrorBoxWatch refused_texts;
-    LiveOften(camera.get(), 40, pages, work);
+    LiveOften(camera.get(), 4 * tenth, pages, work);
     const Footprint before = MeasureFootprint();
-    LiveOften(camera.get(), 30, pages, work);
+    LiveOften(camera.get(), 3 * tenth, pages, work);
     const Footprint between = MeasureFootprint();
-    LiveOften(camera.get(), 30, pages, work);
+    LiveOften(camera.get(), 3 * tenth, pages, work);
     ExpectNoGrowth(before, between, MeasureFootprint());
     EXPECT_EQ(camera->references(), 1);
 }
@@ -101,18 +103,18 @@ TEST(FootprintTest, SeesOneObjectMore) {
     EXPECT_EQ(MeasureFootprint().gdi_objects, before.gdi_objects);
 }
 
-TEST(LeaksTest, AHundredLivesOfAllPagesLeaveNothingBehind) {
+TEST(LeaksTest, LivesOfAllPagesLeaveNothingBehind) {
     ExpectNoGrowth(*simcam::ready_made("simple"), {exposure_page, feature_page, lens_page, color_page},
                    WorkAllControls);
 }
 
-TEST(LeaksTest, AHundredLivesOfAPageFullOfControlsLeaveNothingBehind) {
+TEST(LeaksTest, LivesOfAPageFullOfControlsLeaveNothingBehind) {
     ExpectNoGrowth(*simcam::ready_made("full"), {exposure_page}, Refresh);
 }
 
-// The DLL stays loaded, and the page lives on. A thousand times with SELVANE_EVERY_CALL in the environment.
+// The DLL stays loaded, and the page lives on. A thousand times in a sweep over all.
 TEST(LeaksTest, OpensOfOnePageLeaveNothingBehind) {
-    const int tenth = std::getenv("SELVANE_EVERY_CALL") != nullptr ? 100 : 15;
+    const int tenth = test_support::by_sweep(15, 15, 100);
     auto options = *simcam::ready_made("simple");
     options.keep_transcript = false;
     const auto camera = simcam::make_camera(options);

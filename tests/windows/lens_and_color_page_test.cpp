@@ -11,20 +11,6 @@ simcam::camera_options BuiltIn() { return *simcam::ready_made("builtin"); }
 
 using LensPageTest = BuiltInPageTest;
 
-TEST_F(LensPageTest, TheRegionStandsInTheOrderOfTheTable) {
-    EXPECT_EQ(OpenPage(lens_page), (Lines{
-                                       L"Focus (420) <One Push>",
-                                       L"  Auto Min Value (100)",
-                                       L"  Auto Max Value (900)",
-                                       L"  [ ] Enable Region of Interest",
-                                       L"  Left ~(640)",
-                                       L"  Right ~(1407)",
-                                       L"  Top ~(384)",
-                                       L"  Bottom ~(1151)",
-                                   }))
-        << "and whether one push is running is hidden";
-}
-
 TEST_F(LensPageTest, TickingTheRegionOpensItsEdges) {
     OpenPage(lens_page);
     Click(L"Focus", L"Enable Region of Interest");
@@ -68,19 +54,6 @@ TEST_F(LensPageTest, TheValueIsWrittenAsManualAndOnePushMovesIt) {
     EXPECT_EQ(Shown().at(0), L"Focus (400) <One Push>");
 }
 
-TEST_F(LensPageTest, ADriverThatCannotTellTheRegionLeavesItClosed) {
-    UseCameraWithout({SELVANE_FOCUS_REGION_ENABLE});
-    EXPECT_EQ(OpenPage(lens_page), (Lines{
-                                       L"Focus (420) <One Push>",
-                                       L"  Auto Min Value (100)",
-                                       L"  Auto Max Value (900)",
-                                       L"  Left ~(640)",
-                                       L"  Right ~(1407)",
-                                       L"  Top ~(384)",
-                                       L"  Bottom ~(1151)",
-                                   }));
-}
-
 TEST_F(LensPageTest, FocusNeedsTheCameraControlAndOnePush) {
     simcam::camera_options options = BuiltIn();
     options.camera_control = false;
@@ -99,33 +72,6 @@ TEST_F(LensPageTest, FocusNeedsTheCameraControlAndOnePush) {
 }
 
 using ColorPageTest = BuiltInPageTest;
-
-TEST_F(ColorPageTest, TheModeAndThePushStandInTheHeadRow) {
-    EXPECT_EQ(OpenPage(color_page), (Lines{
-                                        L"WhiteBalance [ ] Auto <OnePush>",
-                                        L"  White Balance Red (95)",
-                                        L"  White Balance Green (64)",
-                                        L"  White Balance Blue (120)",
-                                        L"Color Enhancement [ ] Enable",
-                                    }));
-}
-
-TEST_F(ColorPageTest, AutomaticWhiteBalanceTakesTheGainsAndThePush) {
-    OpenPage(color_page);
-    Click(L"WhiteBalance", L"Auto");
-    EXPECT_THAT(Written(), ElementsAre("VideoProcAmp Set 7 <- value=0 flags=0x1, ok"));
-    EXPECT_EQ(Shown(), (Lines{
-                           L"WhiteBalance [x] Auto ~<OnePush>",
-                           L"  White Balance Red ~(95)",
-                           L"  White Balance Green ~(64)",
-                           L"  White Balance Blue ~(120)",
-                           L"Color Enhancement [ ] Enable",
-                       }));
-    Click(L"WhiteBalance", L"Auto");
-    EXPECT_THAT(Written(), ElementsAre("VideoProcAmp Set 7 <- value=0 flags=0x2, ok"));
-    EXPECT_EQ(Shown().at(0), L"WhiteBalance [ ] Auto <OnePush>");
-    EXPECT_EQ(Shown().at(3), L"  White Balance Blue (120)");
-}
 
 TEST_F(ColorPageTest, GainsAreProperties) {
     OpenPage(color_page);
@@ -148,16 +94,6 @@ TEST_F(ColorPageTest, GainsAreProperties) {
         << "the refresh after the push shows what the camera found";
 }
 
-TEST_F(ColorPageTest, ACameraWithoutGreenKeepsTheRest) {
-    UseCameraWithout({SELVANE_WHITE_BALANCE_GREEN});
-    EXPECT_EQ(OpenPage(color_page), (Lines{
-                                        L"WhiteBalance [ ] Auto <OnePush>",
-                                        L"  White Balance Red (95)",
-                                        L"  White Balance Blue (120)",
-                                        L"Color Enhancement [ ] Enable",
-                                    }));
-}
-
 TEST_F(ColorPageTest, WithoutAnAutomaticModeTheGainsAreAlwaysOpen) {
     simcam::camera_options options = BuiltIn();
     options.vendor.video_proc_amp.at(7).capabilities = 2;
@@ -178,16 +114,6 @@ TEST_F(ColorPageTest, WithoutTheProcAmpThereIsNoWhiteBalance) {
     Close();
     UseCamera(std::move(options));
     EXPECT_EQ(Give(*server_.MakePage(color_page)), E_NOINTERFACE);
-}
-
-TEST_F(ColorPageTest, ColorEnhancementIsASwitchOnASetOfItsOwn) {
-    OpenPage(color_page);
-    Click(L"Color Enhancement", L"Enable");
-    EXPECT_THAT(Written(), ElementsAre("Set color-enhancement 0 <- value=1 flags=0x0 caps=0x0 min=0 max=0 "
-                                       "default=0, ok"));
-    EXPECT_EQ(Shown().at(4), L"Color Enhancement [x] Enable");
-    Click(L"Color Enhancement", L"Enable");
-    EXPECT_EQ(Shown().at(4), L"Color Enhancement [ ] Enable");
 }
 
 }  // namespace

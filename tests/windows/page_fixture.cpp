@@ -1,5 +1,7 @@
 #include "tests/windows/page_fixture.h"
 
+#include "tests/support/sweep.h"
+
 namespace page_test {
 
 PageTest::~PageTest() {
@@ -58,12 +60,18 @@ void AccessPathTest::WatchTheAccessPath() {
     });
 }
 
-void AccessPathTest::StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault) {
+bool IsVisited(std::uint64_t position) {
+    constexpr std::uint64_t first_ones = 12;
+    return position < first_ones || position % test_support::by_sweep(8U, 5U, 1U) == 0;
+}
+
+void AccessPathTest::StrikeCalls(const std::function<void()>& life, const FaultAt& fault) {
     const std::uint64_t before = camera_->call_count();
     life();
     const std::uint64_t calls = camera_->call_count() - before;
     ASSERT_GT(calls, 10u);
     for (std::uint64_t n = 1; n <= calls; ++n) {
+        if (!IsVisited(n)) continue;
         SCOPED_TRACE(n);
         camera_->clear_transcript();
         camera_->add_fault(fault(n));

@@ -60,6 +60,10 @@ protected:
     HostWindow host_;
 };
 
+/// Whether a sweep over the calls or allocations of a page's life visits the one at this position: each if it
+/// is a sweep over all, else the first twelve and a sample of the others.
+[[nodiscard]] bool IsVisited(std::uint64_t position);
+
 /// A test that runs on either access path. Whatever it does, the driver must see no access by the other one.
 class AccessPathTest : public PageTest, public testing::WithParamInterface<AccessPath> {
 protected:
@@ -72,9 +76,9 @@ protected:
     void UseCamera(const std::string& name);
 
     using FaultAt = std::function<simcam::fault(std::uint64_t call)>;
-    /// Repeats a life with pages as often as it makes driver calls, each time with a fault at the next of
+    /// Repeats a life with pages for the driver calls that it makes, each time with a fault at another of
     /// them. What is shown may be anything; what is left is nothing.
-    void StrikeEveryCall(const std::function<void()>& life, const FaultAt& fault);
+    void StrikeCalls(const std::function<void()>& life, const FaultAt& fault);
 
     const AccessPathLines lines_{GetParam()};
 

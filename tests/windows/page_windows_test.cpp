@@ -29,6 +29,16 @@ protected:
         return window_;
     }
 
+    // A measure at 96 dots per inch on this screen. Places are sums of such measures.
+    [[nodiscard]] static int X(int measure) { return MulDiv(measure, Dots(LOGPIXELSX), 96); }
+    [[nodiscard]] static int Y(int measure) { return MulDiv(measure, Dots(LOGPIXELSY), 96); }
+    [[nodiscard]] static int Dots(int axis) {
+        const HDC screen = GetDC(nullptr);
+        const int dots = GetDeviceCaps(screen, axis);
+        ReleaseDC(nullptr, screen);
+        return dots;
+    }
+
     // Measured without the page's help, in the font that the dialog has.
     [[nodiscard]] int TextWidth(const std::wstring& text) const {
         const HDC context = GetDC(window_);
@@ -74,12 +84,15 @@ constexpr wchar_t label[] = L"Static";
 
 TEST_P(PageWindowsTest, AFloatWithASwitch) {
     OpenPage(exposure_page);
+    const int label_width = std::max(X(110), TextWidth(L"Exposure"));
+    const int at_slider = X(20) + label_width + X(5);
+    const int at_edit = at_slider + X(140) + X(5);
     ExpectWindows({
-        {label, 0x50000200, L"Exposure", 20, 18, std::max(110, TextWidth(L"Exposure")), 23},
-        {slider, 0x50010010, L"", 135, 18, 140, 23},
-        {edit, 0x50815000, L"1/100 sec", 280, 18, 60, 22},
-        {spin, 0x50000000, L"", 340, 18, 10, 22},
-        {button, 0x50010002, L"Auto", 360, 18, TextWidth(L"Auto") + 25, 23},
+        {label, 0x50000200, L"Exposure", X(20), Y(18), label_width, Y(23)},
+        {slider, 0x50010010, L"", at_slider, Y(18), X(140), Y(23)},
+        {edit, 0x50815000, L"1/100 sec", at_edit, Y(18), X(60), Y(22)},
+        {spin, 0x50000000, L"", at_edit + X(60), Y(18), X(10), Y(22)},
+        {button, 0x50010002, L"Auto", at_edit + X(60) + X(20), Y(18), TextWidth(L"Auto") + 25, Y(23)},
     });
 }
 
@@ -87,12 +100,13 @@ TEST_P(PageWindowsTest, ASwitchWithAButtonAndAList) {
     OpenPage(feature_page);
     const int enable = TextWidth(L"Enable") + 25;
     const int software = TextWidth(L"Software Trigger") + 25;
+    const int at_enable = X(20) + X(110) + X(5);
     ExpectWindows({
-        {label, 0x50000200, L"Trigger", 20, 18, 110, 23},
-        {button, 0x50010002, L"Enable", 135, 18, enable, 23},
-        {button, 0x50010000, L"Software Trigger", 135 + enable + 5, 18, software, 23},
-        {label, 0x50000200, L"Source", 40, 48, 110, 23},
-        {combo, 0x50210043, L"Software", 155, 48, 225, 150},
+        {label, 0x50000200, L"Trigger", X(20), Y(18), X(110), Y(23)},
+        {button, 0x50010002, L"Enable", at_enable, Y(18), enable, Y(23)},
+        {button, 0x50010000, L"Software Trigger", at_enable + enable + X(5), Y(18), software, Y(23)},
+        {label, 0x50000200, L"Source", X(40), Y(18) + Y(30), X(110), Y(23)},
+        {combo, 0x50210043, L"Software", X(40) + X(110) + X(5), Y(18) + Y(30), X(225), Y(150)},
     });
     const HWND list = PageControls(window_).combos.at(0);
     EXPECT_EQ(SendMessageW(list, CB_GETCOUNT, 0, 0), 2);
@@ -103,11 +117,13 @@ TEST_P(PageWindowsTest, ASwitchWithAButtonAndAList) {
 
 TEST_P(PageWindowsTest, AnInteger) {
     OpenPage(lens_page);
+    const int at_slider = X(20) + X(110) + X(5);
+    const int at_edit = at_slider + X(140) + X(5);
     ExpectWindows({
-        {label, 0x50000200, L"Zoom", 20, 18, 110, 23},
-        {slider, 0x50010010, L"", 135, 18, 140, 23},
-        {edit, 0x50815000, L"200", 280, 18, 60, 22},
-        {spin, 0x50000000, L"", 340, 18, 10, 22},
+        {label, 0x50000200, L"Zoom", X(20), Y(18), X(110), Y(23)},
+        {slider, 0x50010010, L"", at_slider, Y(18), X(140), Y(23)},
+        {edit, 0x50815000, L"200", at_edit, Y(18), X(60), Y(22)},
+        {spin, 0x50000000, L"", at_edit + X(60), Y(18), X(10), Y(22)},
     });
     const PageControls controls(window_);
     EXPECT_EQ(SendMessageW(controls.sliders[0], TBM_GETRANGEMAX, 0, 0), 100);

@@ -69,8 +69,8 @@ protected:
     void DuringEveryCall(const HostWork& work) {
         const ErrorBoxWatch refused_texts;
         for (const CLSID& clsid : {exposure_page, feature_page}) {
-            ASSERT_NO_FATAL_FAILURE(StrikeEveryCall(
-                [&] { LivePage(clsid); }, [&](std::uint64_t n) { return simcam::act_at(n, work); }));
+            ASSERT_NO_FATAL_FAILURE(StrikeCalls([&] { LivePage(clsid); },
+                                                [&](std::uint64_t n) { return simcam::act_at(n, work); }));
         }
     }
 

@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace page_test {
@@ -115,6 +116,9 @@ public:
         const auto* const first = At<IMAGE_SECTION_HEADER>(behind);
         return {first, first + Header().FileHeader.NumberOfSections};
     }
+    [[nodiscard]] std::string_view Contents(const IMAGE_SECTION_HEADER& section) const {
+        return {At<char>(section.VirtualAddress), section.Misc.VirtualSize};
+    }
     [[nodiscard]] DWORD Directory(int index) const {
         return Header().OptionalHeader.DataDirectory[index].VirtualAddress;
     }
@@ -155,6 +159,19 @@ TEST_F(ServerTest, AsksForRandomAddressesAndDataThatDoesNotRun) {
         const bool runs = (section.Characteristics & IMAGE_SCN_MEM_EXECUTE) != 0;
         EXPECT_FALSE(is_written && runs) << std::string(reinterpret_cast<const char*>(section.Name), 8);
     }
+}
+
+// How a function ends the process that finds its frame on the stack spoilt. The linker keeps it where one
+// looks.
+TEST_F(ServerTest, LooksForOverrunsOfTheStack) {
+    const Image image(server_.Module());
+    constexpr std::string_view ending("\xB9\x02\x00\x00\x00\xCD\x29", 7);
+    bool is_there = false;
+    for (const IMAGE_SECTION_HEADER& section : test_support::NotEmpty(image.Sections())) {
+        const bool runs = (section.Characteristics & IMAGE_SCN_MEM_EXECUTE) != 0;
+        if (runs && image.Contents(section).find(ending) != std::string_view::npos) is_there = true;
+    }
+    EXPECT_TRUE(is_there);
 }
 
 TEST(ServerLoadTest, IsRefusedWithoutAPlaceForTheStateOfExceptions) {

@@ -12,29 +12,42 @@ wine_use_prefix() {
     export WINEPREFIX WINEDLLOVERRIDES WINEDEBUG
 }
 
+# wine_has_driver: whether the prefix is complete. A registry that was not written when its server ended has no driver,
+# and programs find no windows there.
+wine_has_driver() {
+    [ -e "$WINEPREFIX/.ready" ] && grep -qs '^"Graphics"=' "$WINEPREFIX/user.reg"
+}
+
+# wine_make null|x11: a registry that names the driver before the first desktop asks for one, and the rest of the prefix.
+wine_make() {
+    wine_stop
+    rm -f "$WINEPREFIX"/*.reg "$WINEPREFIX/.update-timestamp" "$WINEPREFIX/.ready"
+    printf '%s\n' 'WINE REGISTRY Version 2' '' '[Software\\Wine\\Drivers]' "\"Graphics\"=\"$1\"" >"$WINEPREFIX/user.reg"
+    wine_start
+    [ -z "${SELVANE_GLOBAL_FLAGS:-}" ] || "$WINE" reg add 'HKLM\System\CurrentControlSet\Control\Session Manager' \
+        /v GlobalFlag /t REG_DWORD /d "$SELVANE_GLOBAL_FLAGS" /f </dev/null >/dev/null 2>&1
+    "$WINE" reg query 'HKCU\Software\Wine\Drivers' /v Graphics </dev/null >/dev/null 2>&1 || {
+        echo "no Wine prefix: $WINEPREFIX did not come up" >&2
+        return 1
+    }
+    : >"$WINEPREFIX/.ready"
+}
+
+wine_start() {
+    "$WINESERVER" -p300 </dev/null >/dev/null 2>&1 || true
+    "$WINE" wineboot </dev/null >/dev/null 2>&1 || true
+}
+
 # wine_boot null|x11: makes sure that the prefix is complete and its server runs. Wine's services inherit
 # the streams of the command that starts them and keep them open, so they must never see a caller's pipe.
 # "null" runs all window logic without a display; "x11" shows windows on $DISPLAY. SELVANE_GLOBAL_FLAGS are those that
 # every process of a new prefix gets.
 wine_boot() {
     if [ "$1" = null ]; then unset DISPLAY; fi
-    if [ -e "$WINEPREFIX/.ready" ] && "$WINESERVER" -k0 2>/dev/null; then return 0; fi
+    if wine_has_driver && "$WINESERVER" -k0 2>/dev/null; then return 0; fi
     (
         flock 9
-        "$WINESERVER" -p300 </dev/null >/dev/null 2>&1 9>&- || true
-        "$WINE" wineboot </dev/null >/dev/null 2>&1 9>&-
-        if [ ! -e "$WINEPREFIX/.ready" ]; then
-            "$WINE" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$1" /f </dev/null >/dev/null 2>&1 9>&-
-            [ -z "${SELVANE_GLOBAL_FLAGS:-}" ] || "$WINE" reg add \
-                'HKLM\System\CurrentControlSet\Control\Session Manager' /v GlobalFlag /t REG_DWORD \
-                /d "$SELVANE_GLOBAL_FLAGS" /f </dev/null >/dev/null 2>&1 9>&-
-            # The desktop of the first boot has no driver yet, and programs would find no windows there.
-            "$WINESERVER" -k </dev/null >/dev/null 2>&1 9>&- || true
-            "$WINESERVER" -w </dev/null >/dev/null 2>&1 9>&- || true
-            "$WINESERVER" -p300 </dev/null >/dev/null 2>&1 9>&- || true
-            "$WINE" wineboot </dev/null >/dev/null 2>&1 9>&-
-            : >"$WINEPREFIX/.ready"
-        fi
+        if wine_has_driver; then wine_start 9>&-; else wine_make "$1" 9>&-; fi
     ) 9>"$WINEPREFIX/.lock"
 }
 

@@ -42,6 +42,7 @@ Work inspect(std::vector<std::string> words) {
 struct named_work {
     const char* name;
     Work work;
+    bool asks_for_values;
 };
 
 const named_work works[] = {
@@ -49,10 +50,11 @@ const named_work works[] = {
      [](const std::string&, const std::string& text) {
          const std::unique_ptr<GenICam::IGenICamDoc> doc(
              GenICam::load_genicam_doc(text.data(), text.size(), {}));
-     }},
-    {"lint", inspect({"lint"})},
-    {"pages", inspect({"pages"})},
-    {"list", inspect({"list", "--all"})},
+     },
+     false},
+    {"lint", inspect({"lint"}), true},
+    {"pages", inspect({"pages"}), false},
+    {"list", inspect({"list", "--all"}), true},
 };
 
 constexpr double allowed = 8;
@@ -96,7 +98,10 @@ int main(int argc, char** argv) {
     keep_memory();
     int failed = 0;
     for (const worst_shape& shape : test_support::worst_shapes()) {
-        for (const named_work& one : works) failed += grows_too_much(one, argv[1], shape) ? 1 : 0;
+        for (const named_work& one : works) {
+            if (shape.values_unfold && one.asks_for_values) continue;
+            failed += grows_too_much(one, argv[1], shape) ? 1 : 0;
+        }
     }
     return failed != 0 ? 1 : 0;
 }

@@ -68,7 +68,7 @@ ordered_json find_direct(const description& in, const operation_graph& graph, IN
     auto found = ordered_json::array();
     for (element_index at = 0; at < in.tree().elements().size(); ++at) {
         const node_element& element = in.tree().at(at);
-        graph.links(at).for_each([&](const element_link& link) {
+        graph.for_each_link(at, [&](const element_link& link) {
             if (link.target != feature.get_name()) return;
             ordered_json& one = found.emplace_back();
             one["name"] = element.name;

@@ -58,7 +58,15 @@ void message_capture::hear(const GenICam::reported_message& said) {
     std::string text = said.text();
     text.erase(text.find_last_not_of('\n') + 1);
     std::replace(text.begin(), text.end(), '\n', ' ');
-    heard_.push_back({std::move(text), tree_.position_of(said.origin.node(), said.origin.attribute())});
+    heard_.push_back({std::move(text), position_of(said.origin)});
+}
+
+// A child that is named stands anywhere among its siblings, and as many of these may complain of it.
+text_position message_capture::position_of(const GenICam::message_origin& origin) {
+    if (origin.part || origin.name == nullptr) return tree_.position_of(origin.node(), origin.attribute());
+    const auto [known, is_new] = named_.try_emplace({origin.element, origin.name});
+    if (is_new) known->second = tree_.position_of(origin.node());
+    return known->second;
 }
 
 std::unique_ptr<description> description::open(const std::string& path) {

@@ -9,8 +9,10 @@
 #include "simcam/register_memory.h"
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace selvane_inspect {
@@ -34,9 +36,11 @@ public:
 
 private:
     void hear(const GenICam::reported_message& said) override;
+    [[nodiscard]] text_position position_of(const GenICam::message_origin& origin);
 
     const description_tree& tree_;
     std::vector<engine_message> heard_;
+    std::map<std::pair<pugi::xml_node, const char*>, text_position> named_;  // children that were looked for
     GenICam::listening listening_;
 };
 

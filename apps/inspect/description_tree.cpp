@@ -21,7 +21,8 @@ void description_tree::collect() {
     for (GenICam::element_walk walk(root(), page_options); walk.next();) {
         const GenICam::taken_element& taken = walk.taken();
         taken.chosen->reserve(allocator, taken.element);
-        add(taken.element, taken.chosen);
+        node_element& element = add(taken.element, taken.chosen);
+        if (taken.element.struct_reg() != nullptr) element.structure = taken.element.struct_reg()->xml();
     }
     arena_bytes_ = allocator.reserved_bytes();
     const std::size_t nodes = elements_.size();
@@ -32,11 +33,11 @@ void description_tree::collect() {
     }
 }
 
-void description_tree::add(pugi::xml_node xml, const GenICam::node_class* made) {
+node_element& description_tree::add(pugi::xml_node xml, const GenICam::node_class* made) {
     const std::string_view name = xml.attribute("Name").value();
     by_offset_.emplace(xml.offset_debug(), elements_.size());
     if (made != nullptr && !name.empty()) by_name_[name].push_back(elements_.size());
-    elements_.push_back({xml, name, made});
+    return elements_.emplace_back(node_element{xml, name, made});
 }
 
 const std::vector<element_index>& description_tree::find(std::string_view name) const {

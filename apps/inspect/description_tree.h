@@ -23,6 +23,7 @@ struct node_element {
     pugi::xml_node xml;
     std::string_view name;
     const GenICam::node_class* made;  ///< null for an entry of an enumeration, which is no node of its own
+    pugi::xml_node structure = {};    ///< of a `StructEntry`: the element whose place it shares
 };
 
 /// A number of an element in the list of a tree.
@@ -59,7 +60,7 @@ public:
 
 private:
     void collect();
-    void add(pugi::xml_node xml, const GenICam::node_class* made);
+    node_element& add(pugi::xml_node xml, const GenICam::node_class* made);
 
     const source_text& source_;
     pugi::xml_document xml_;

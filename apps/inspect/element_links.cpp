@@ -1,7 +1,5 @@
 #include "apps/inspect/element_links.h"
 
-#include "genicam/document/node_facts.h"
-
 namespace selvane_inspect {
 namespace {
 
@@ -43,22 +41,14 @@ constexpr limit_suffix limit_suffixes[] = {
 }  // namespace
 
 link_list::link_list(pugi::xml_node element) {
-    collect(element, own_);
-    for (std::size_t at = 0; at < own_.size(); ++at) by_role_[own_[at].role].push_back(at);
+    collect(element, links_);
+    for (std::size_t at = 0; at < links_.size(); ++at) by_role_[links_[at].role].push_back(at);
 }
 
 gsl::span<const std::size_t> link_list::of_role(std::string_view role) const {
     const auto found = by_role_.find(role);
     if (found == by_role_.end()) return {};
     return found->second;
-}
-
-const link_list& link_reader::read(pugi::xml_node element) {
-    const auto [known, is_new] = lists_.try_emplace(element, element);
-    if (!is_new) return known->second;
-    const pugi::xml_node struct_reg = GenICam::register_element_of(element);
-    if (struct_reg != element) known->second.structure_ = &read(struct_reg);
-    return known->second;
 }
 
 std::optional<operation> asked_by_variable(std::string_view name) {

@@ -46,31 +46,26 @@ public:
     /// Calls with each `element_link`.
     template <class Function>
     void for_each(Function fn) const {
-        for (const element_link& link : own_) fn(link);
-        if (structure_ != nullptr) structure_->for_each(fn);
+        for (const element_link& link : links_) fn(link);
     }
     template <class Function>
     void for_each_of(std::string_view role, Function fn) const {
-        for (const std::size_t at : of_role(role)) fn(own_[at]);
-        if (structure_ != nullptr) structure_->for_each_of(role, fn);
+        for (const std::size_t at : of_role(role)) fn(links_[at]);
     }
 
 private:
-    friend class link_reader;
-
     [[nodiscard]] gsl::span<const std::size_t> of_role(std::string_view role) const;
 
-    std::vector<element_link> own_;
+    std::vector<element_link> links_;
     std::map<std::string_view, std::vector<std::size_t>> by_role_;
-    const link_list* structure_ = nullptr;
 };
 
 /// Reads what elements refer to. The lists live as long as the reader does.
 class link_reader {
 public:
-    /// An entry of a register structure also has the links of the structure, which it shares with the others:
-    /// there may be as many of these as of those.
-    [[nodiscard]] const link_list& read(pugi::xml_node element);
+    [[nodiscard]] const link_list& read(pugi::xml_node element) {
+        return lists_.try_emplace(element, element).first->second;
+    }
 
 private:
     std::map<pugi::xml_node, link_list> lists_;

@@ -105,14 +105,23 @@ void evaluation_guard::leave() {
     const node_operation which = path_.back().which;
     path_.pop_back();
     verdict& own = verdicts_[which.number()];
+    if (graph_.is_node(which.element)) {
+        judge(which, own);
+    } else {  // the engine does this within the operation of an entry
+        own.depth = own.depth > 0 ? own.depth - 1 : 0;
+        own.effort -= 1;
+    }
+    own.open = false;
+    if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], own);
+}
+
+void evaluation_guard::judge(node_operation which, verdict& own) {
     if (own.found == nullptr && own.depth > max_depth) {
         own.found = keep({hazard::kind::depth, {which.element}, {}});
     }
     if (own.found == nullptr && own.effort > max_effort)
         own.found = keep({hazard::kind::effort, {which.element}, {}});
     if (own.found == nullptr) own.found = judge_formula(which);
-    own.open = false;
-    if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], own);
 }
 
 void evaluation_guard::absorb(verdict& into, const verdict& from) {
@@ -128,6 +137,7 @@ const hazard* evaluation_guard::close_circle(node_operation again) {
                               [&](const visit& open) { return open.which.number() == again.number(); });
     for (; first != path_.end(); ++first) {
         const element_index element = first->which.element;
+        if (!graph_.is_node(element)) continue;
         if (circle.path.empty() || circle.path.back() != element) circle.path.push_back(element);
     }
     if (circle.path.size() > 1 && circle.path.front() == circle.path.back()) circle.path.pop_back();

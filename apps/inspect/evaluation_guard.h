@@ -82,6 +82,7 @@ private:
 
     void enter(node_operation which);
     void leave();
+    void judge(node_operation which, verdict& own);
     static void absorb(verdict& into, const verdict& from);
     const hazard* close_circle(node_operation again);
     const hazard* judge_formula(node_operation which);

@@ -27,11 +27,31 @@ constexpr limit_elements elements_of_limits[] = {{operation::minimum, "Min", "pM
                                                  {operation::increment, "Inc", "pInc"},
                                                  {operation::default_value, "Default", "pDefault"}};
 
-/// The needs of one operation under construction.
+// Adds that operation of the nodes that links of the role name; false without any.
+bool follow_links(const description_tree& tree, const link_list& links, std::string_view role,
+                  operation asked, std::vector<node_operation>& needs) {
+    bool found = false;
+    links.for_each_of(role, [&](const element_link& link) {
+        const auto of_target = role == "pVariable" ? asked_by_variable(link.label) : asked;
+        if (!of_target) return;
+        for (const element_index target : tree.find(link.target)) {
+            needs.push_back({target, *of_target});
+            found = true;
+        }
+    });
+    return found;
+}
+
+/// The needs of one operation of a node under construction.
 class need_list {
 public:
-    need_list(const description_tree& tree, const link_list& links, element_index element)
-        : tree_(tree), links_(links), element_(element), facts_(facts_of(tree.at(element))) {}
+    need_list(const description_tree& tree, const link_list& links, element_index element,
+              std::optional<element_index> structure)
+        : tree_(tree),
+          links_(links),
+          element_(element),
+          structure_(structure),
+          facts_(facts_of(tree.at(element))) {}
 
     void collect(operation asked);
     [[nodiscard]] std::vector<node_operation> take() { return std::move(needs_); }
@@ -49,29 +69,27 @@ private:
     const description_tree& tree_;
     const link_list& links_;
     element_index element_;
+    std::optional<element_index> structure_;
     const GenICam::node_facts& facts_;
     std::vector<node_operation> needs_;
 };
 
 // True if a node of that role exists.
 bool need_list::follow(std::string_view role, operation asked) {
-    bool found = false;
-    links_.for_each_of(role, [&](const element_link& link) {
-        const auto of_target = role == "pVariable" ? asked_by_variable(link.label) : asked;
-        if (!of_target) return;
-        for (const element_index target : tree_.find(link.target)) {
-            needs_.push_back({target, *of_target});
-            found = true;
-        }
-    });
-    return found;
+    return follow_links(tree_, links_, role, asked, needs_);
 }
 
 void need_list::follow_all(const GenICam::name_list& roles, operation asked) {
     roles.for_each([&](std::string_view role) { follow(role, asked); });
 }
 
-void need_list::evaluate() { follow_all(facts_.evaluated, operation::value); }
+void need_list::evaluate() {
+    if (structure_) {
+        needs_.push_back({*structure_, operation::value});
+    } else {
+        follow_all(facts_.evaluated, operation::value);
+    }
+}
 
 void need_list::check() {
     if (!facts_.checks_access) return;
@@ -149,13 +167,27 @@ void need_list::collect(operation asked) {
 }  // namespace
 
 std::vector<node_operation> operation_graph::needs_of(node_operation which) const {
-    need_list needs(tree_, links(which.element), which.element);
+    if (!is_node(which.element)) {
+        std::vector<node_operation> needs;
+        const link_list& links = reader_.read(structures_[which.element - tree_.elements().size()]);
+        GenICam::find_node_facts("struct_entry_type")->evaluated.for_each([&](std::string_view role) {
+            follow_links(tree_, links, role, operation::value, needs);
+        });
+        return needs;
+    }
+    const node_element& element = tree_.at(which.element);
+    std::optional<element_index> structure;
+    if (element.structure) structure = number_of(element.structure);
+    need_list needs(tree_, reader_.read(element.xml), which.element, structure);
     needs.collect(which.asked);
     return needs.take();
 }
 
-const link_list& operation_graph::links(element_index element) const {
-    return reader_.read(tree_.at(element).xml);
+element_index operation_graph::number_of(pugi::xml_node structure) const {
+    const auto [known, is_new] =
+        numbers_.try_emplace(structure, tree_.elements().size() + structures_.size());
+    if (is_new) structures_.push_back(structure);
+    return known->second;
 }
 
 }  // namespace selvane_inspect

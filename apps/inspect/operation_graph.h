@@ -4,11 +4,15 @@
 #include "apps/inspect/element_links.h"
 
 #include <cstddef>
+#include <map>
 #include <vector>
+
+#include <pugixml.hpp>
 
 namespace selvane_inspect {
 
-/// One operation of one node.
+/// One operation of one node, or of a register structure: that of evaluating the place of its entries, of
+/// which there may be as many as parts of the place.
 struct node_operation {
     element_index element;
     operation asked;
@@ -25,11 +29,23 @@ public:
     explicit operation_graph(const description_tree& tree) : tree_(tree) {}
 
     [[nodiscard]] std::vector<node_operation> needs_of(node_operation which) const;
-    [[nodiscard]] const link_list& links(element_index element) const;
+    /// Whether it is an element of the tree. Register structures have the numbers behind those.
+    [[nodiscard]] bool is_node(element_index element) const { return element < tree_.elements().size(); }
+    /// Calls with each link of a node, those of its structure among them.
+    template <class Function>
+    void for_each_link(element_index element, Function fn) const {
+        const node_element& of = tree_.at(element);
+        reader_.read(of.xml).for_each(fn);
+        if (of.structure) reader_.read(of.structure).for_each(fn);
+    }
 
 private:
+    [[nodiscard]] element_index number_of(pugi::xml_node structure) const;
+
     const description_tree& tree_;
     mutable link_reader reader_;
+    mutable std::vector<pugi::xml_node> structures_;
+    mutable std::map<pugi::xml_node, element_index> numbers_;
 };
 
 }  // namespace selvane_inspect

@@ -99,7 +99,7 @@ value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
             source.state = probe_register(description_.port(), node, xml);
         source.port = port_defect(*description_.document(), xml);
     }
-    guard_.graph().links(*element).for_each([&](const element_link& link) {
+    guard_.graph().for_each_link(*element, [&](const element_link& link) {
         GenICam::INode* target = description_.document()->find_node(link.target);
         if (idle_roles.contains(link.role) || target == nullptr) return;
         value_source behind = find(*target, depth + 1);

@@ -17,8 +17,8 @@ class dependent_closing {
 public:
     using number = dependent_lists::number;
 
-    /// What the lists of a document that stand for themselves may take together, in entries that are looked
-    /// at while they are completed. Real descriptions stay far below.
+    /// What may be added, and what the lists of a document that stand for themselves may take together, in
+    /// entries that are looked at while they are completed. Real descriptions stay far below.
     static constexpr std::size_t most_entries = std::size_t{1} << 24;
 
     /// For so many nodes, and what has numbers beside them.
@@ -33,7 +33,7 @@ public:
     /// Completes the list of a node.
     [[nodiscard]] kept_list close(number node);
     [[nodiscard]] bool is_exhausted() const noexcept {
-        return looked_at_ + lists_.shared().looked_at() > most_entries;
+        return registered_.size() > most_entries || looked_at_ + lists_.shared().looked_at() > most_entries;
     }
 
 private:

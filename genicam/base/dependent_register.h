@@ -28,6 +28,8 @@ public:
         added.dependent = dependent;
         ++turns_[turn_].count;
     }
+    /// How often `add` was called, until closed.
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
     /// Puts together what belongs together, for so many nodes. Nothing is added from then on.
     void close(std::size_t nodes);
     /// Once closed, of one of its nodes, in the order of the turns; each once, where it was added several

@@ -74,14 +74,20 @@ described_element element_scanner::describe(pugi::xml_node xml) {
     return element;
 }
 
-described_element element_scanner::describe(pugi::xml_node xml, const child_set& wanted) {
+described_element element_scanner::describe(pugi::xml_node xml, const child_set& first_of,
+                                            const child_set& all_of) {
     const described_element element = describe_alone(xml);
     children_.clear();
     child_set present;
-    for (const known_child& known : element.known_children()) {
-        if (!wanted.has(known.name)) continue;
+    const auto take = [&](const known_child& known) {
         present.add(known.name);
         children_.push_back(known);
+    };
+    for (const known_child& known : element.known_children()) {
+        if (first_of.has(known.name) && !present.has(known.name)) take(known);
+    }
+    for (const known_child& known : element.known_children()) {
+        if (all_of.has(known.name)) take(known);
     }
     return {xml, present, memory_.copy(children_.data(), children_.size())};
 }

@@ -106,6 +106,8 @@ struct known_child {
     [[nodiscard]] std::string_view text() const noexcept { return terminated_text; }
 };
 
+class shared_struct_reg;
+
 /// An element whose name and known children were looked up in one pass, so that what reads it needs no search
 /// in the XML. The lists belong to whoever looked.
 class described_element : public pugi::xml_node {
@@ -123,7 +125,7 @@ public:
 
     [[nodiscard]] const child_set& present() const noexcept { return present_; }
     [[nodiscard]] bool has(GenICam::child name) const noexcept { return present_.has(name); }
-    /// All known children, in document order.
+    /// All known children, in document order unless it was described otherwise.
     [[nodiscard]] gsl::span<const known_child> known_children() const noexcept { return children_; }
     /// The text of the first child of that name; empty when absent.
     [[nodiscard]] std::string_view text(GenICam::child name) const noexcept {
@@ -151,25 +153,27 @@ public:
     [[nodiscard]] gsl::span<const described_element> entries() const noexcept { return entries_; }
     void set_entries(gsl::span<const described_element> entries) noexcept { entries_ = entries; }
 
-    /// Of a `StructEntry`: the element with the settings that it shares, looked up once for all its entries.
-    /// Null where nobody did.
-    [[nodiscard]] const described_element* struct_reg() const noexcept { return struct_reg_; }
-    void set_struct_reg(const described_element* struct_reg) noexcept { struct_reg_ = struct_reg; }
+    /// Of a `StructEntry`: what it shares with the other entries there, looked up once for all of them. Null
+    /// where nobody did.
+    [[nodiscard]] shared_struct_reg* struct_reg() const noexcept { return struct_reg_; }
+    void set_struct_reg(shared_struct_reg* struct_reg) noexcept { struct_reg_ = struct_reg; }
 
 private:
     child_set present_;
     gsl::span<const known_child> children_;
     gsl::span<const described_element> entries_;
     std::string_view node_name_;
-    const described_element* struct_reg_ = nullptr;
+    shared_struct_reg* struct_reg_ = nullptr;
 };
 
 /// Describes elements, and keeps what the descriptions refer to.
 class element_scanner {
 public:
     [[nodiscard]] described_element describe(pugi::xml_node xml);
-    /// With none but the wanted children.
-    [[nodiscard]] described_element describe(pugi::xml_node xml, const child_set& wanted);
+    /// With the first child of each of these names, and behind them all of the others. Both in document
+    /// order.
+    [[nodiscard]] described_element describe(pugi::xml_node xml, const child_set& first_of,
+                                             const child_set& all_of);
 
 private:
     [[nodiscard]] described_element describe_alone(pugi::xml_node xml);

@@ -148,7 +148,8 @@ void genicam_doc::resolve_nodes(const std::vector<taken_element>& taken) {
     };
     const bool is_heard = log_enabled(log_failure);
     std::vector<std::size_t> by_name;
-    for (std::size_t at = 0; at < described.size(); ++at) {
+    const dependent_closing& closing = loading_->closing;
+    for (std::size_t at = 0; at < described.size() && !closing.is_exhausted(); ++at) {
         if (is_heard || taken[at].element.has(child::Expression)) {
             by_name.push_back(at);
         } else {
@@ -158,17 +159,23 @@ void genicam_doc::resolve_nodes(const std::vector<taken_element>& taken) {
     std::sort(by_name.begin(), by_name.end(), [&described](std::size_t left, std::size_t right) {
         return described[left]->number() < described[right]->number();
     });
-    for (const std::size_t at : by_name) resolve(at);
+    for (const std::size_t at : by_name) {
+        if (!closing.is_exhausted()) resolve(at);
+    }
     formulas_.close();
 }
 
 bool genicam_doc::close_lists() {
-    loading_->closing.begin();
-    for (node_base_data* node : nodes_) {
-        if (node->states_streamable() && node->get_node()->get_streamable())
-            streamable_nodes_.push_back(node->get_node());
-        node->close_dependents();
-        if (!loading_->closing.is_exhausted()) continue;
+    dependent_closing& closing = loading_->closing;
+    bool is_exhausted = closing.is_exhausted();
+    if (!is_exhausted) closing.begin();
+    for (auto at = nodes_.begin(); at != nodes_.end() && !is_exhausted; ++at) {
+        if ((*at)->states_streamable() && (*at)->get_node()->get_streamable())
+            streamable_nodes_.push_back((*at)->get_node());
+        (*at)->close_dependents();
+        is_exhausted = closing.is_exhausted();
+    }
+    if (is_exhausted) {
         report(messages::too_many_dependents, {}, root().name(), get_model_name(),
                std::uint64_t{dependent_closing::most_entries});
         return false;

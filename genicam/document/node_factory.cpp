@@ -17,7 +17,6 @@
 #include "genicam/nodes/port_nodes.h"
 #include "genicam/nodes/register_node.h"
 #include "genicam/nodes/string_nodes.h"
-#include "genicam/nodes/struct_entry_node.h"
 #include "genicam/nodes/swissknife_nodes.h"
 
 #include <iterator>
@@ -230,10 +229,12 @@ void element_walk::advance() {
     if (at_) at_ = at_.next_sibling();
 }
 
-const described_element* element_walk::find_shared_struct_reg() {
+shared_struct_reg* element_walk::find_shared_struct_reg() {
     open_container& shared = containers_[containers_.back().sharing];
-    if (shared.struct_reg == nullptr)
-        shared.struct_reg = &struct_regs_.emplace_back(scanner_.describe(shared.xml, struct_reg_children));
+    if (shared.struct_reg == nullptr) {
+        shared.struct_reg = &struct_regs_.emplace_back(
+            scanner_.describe(shared.xml, shared_struct_reg::first_of, shared_struct_reg::all_of));
+    }
     return shared.struct_reg;
 }
 

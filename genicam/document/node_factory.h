@@ -4,6 +4,7 @@
 #include "genicam/core/children.h"
 #include "genicam/document/document_allocator.h"
 #include "genicam/genicam_doc.h"
+#include "genicam/nodes/struct_entry_node.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -54,20 +55,20 @@ private:
         pugi::xml_node xml;
         bool is_struct;
         std::size_t sharing;  // which open container an entry in this one shares its settings with
-        const described_element* struct_reg = nullptr;  // what they share, once an entry asked
+        shared_struct_reg* struct_reg = nullptr;  // what they share, once an entry asked
     };
 
     void open(pugi::xml_node container);
     void advance();
     [[nodiscard]] bool take(pugi::xml_node xml);
-    [[nodiscard]] const described_element* find_shared_struct_reg();
+    [[nodiscard]] shared_struct_reg* find_shared_struct_reg();
 
     pugi::xml_node root_;
     pugi::xml_node at_;        // the element that the walk looks at next
     pugi::xml_node embedded_;  // the next address formula inside the element before it
     taken_element taken_;
     element_scanner scanner_;
-    std::deque<described_element> struct_regs_;
+    std::deque<shared_struct_reg> struct_regs_;
     std::vector<open_container> containers_;
     bool keep_debug_properties_;
 };

@@ -5,6 +5,10 @@
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
+#include <string_view>
+#include <tuple>
+#include <utility>
+
 namespace GenICam {
 namespace {
 
@@ -43,17 +47,28 @@ result<std::uint64_t> evaluate_added(const address_term& term, std::uint32_t fla
     return static_cast<std::uint64_t>(value.assume_value());
 }
 
-}  // namespace
-
-std::uint64_t calc_address_nodes_sum(const described_element& xml) {
+std::uint64_t sum_addresses(const described_element& xml, std::vector<address_problem>& problems) {
     std::uint64_t sum = 0;
     xml.for_each(child::Address, [&](const known_child& found) {
         std::int64_t address = 0;
         if (parse_int(found.text(), address) == 0) {
-            report(messages::address_invalid, {xml, found.element});
+            problems.push_back({&messages::address_invalid, {xml, found.element}});
         }
         sum += static_cast<std::uint64_t>(address);
     });
+    return sum;
+}
+
+void report_all(const std::vector<address_problem>& problems) {
+    for (const address_problem& problem : problems) report(*problem.what, problem.where);
+}
+
+}  // namespace
+
+std::uint64_t calc_address_nodes_sum(const described_element& xml) {
+    std::vector<address_problem> problems;
+    const std::uint64_t sum = sum_addresses(xml, problems);
+    report_all(problems);
     return sum;
 }
 
@@ -68,50 +83,81 @@ register_const_address_eval::register_const_address_eval(const described_element
     span_.address = calc_address_nodes_sum(xml);
 }
 
-void address_eval::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self) {
-    if (xml.has(child::Address)) base_ = calc_address_nodes_sum(xml);
-    if (!xml.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
-    terms_.reserve(xml.count(child::IntSwissKnife) + xml.count(child::pAddress) + xml.count(child::pIndex));
-    xml.for_each(child::IntSwissKnife, [&](const known_child& found) {
-        append_added(doc->find_node(found.element.attribute("Name").value()), xml, found.element, self,
-                     messages::address_formula_unresolved);
+/// Finds the nodes of an address.
+class address_eval::resolver {
+public:
+    resolver(address_eval& address, IGenICamDoc* doc, const described_element& xml)
+        : address_(address), doc_(doc), xml_(xml) {}
+
+    void resolve();
+    [[nodiscard]] std::vector<address_problem>& problems() noexcept { return problems_; }
+
+private:
+    void append_added(const known_child& found, std::string_view name, const message<>& unresolved);
+    void append_index(const known_child& found);
+    template <class... Part>
+    void miss(const message<>& what, Part... part) {
+        problems_.push_back({&what, {xml_, part...}});
+    }
+
+    address_eval& address_;
+    IGenICamDoc* doc_;
+    const described_element& xml_;
+    std::vector<address_problem> problems_;
+};
+
+void address_eval::resolver::resolve() {
+    if (xml_.has(child::Address)) address_.base_ = sum_addresses(xml_, problems_);
+    if (!xml_.present().has_any(child::IntSwissKnife, child::pAddress, child::pIndex)) return;
+    address_.terms_.reserve(xml_.count(child::IntSwissKnife) + xml_.count(child::pAddress) +
+                            xml_.count(child::pIndex));
+    xml_.for_each(child::IntSwissKnife, [this](const known_child& found) {
+        append_added(found, found.element.attribute("Name").value(), messages::address_formula_unresolved);
     });
-    xml.for_each(child::pAddress, [&](const known_child& found) {
-        append_added(doc->find_node(found.text()), xml, found.element, self,
-                     messages::address_link_unresolved);
+    xml_.for_each(child::pAddress, [this](const known_child& found) {
+        append_added(found, found.text(), messages::address_link_unresolved);
     });
-    xml.for_each(child::pIndex, [&](const known_child& found) { append_index(doc, xml, found, self); });
+    xml_.for_each(child::pIndex, [this](const known_child& found) { append_index(found); });
 }
 
-void address_eval::append_added(INode* node, const described_element& xml, pugi::xml_node element,
-                                INode* self, const message<>& unresolved) {
-    if (!depend_on(node, self)) {
-        report(unresolved, {xml, element});
+void address_eval::resolver::append_added(const known_child& found, std::string_view name,
+                                          const message<>& unresolved) {
+    address_term term;
+    term.value_node = doc_->find_node(name);
+    if (term.value_node == nullptr) {
+        miss(unresolved, found.element);
         return;
     }
-    address_term term;
-    term.value_node = node;
-    terms_.push_back(term);
+    address_.terms_.push_back(term);
 }
 
-void address_eval::append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found,
-                                INode* self) {
+void address_eval::resolver::append_index(const known_child& found) {
     address_term term;
-    term.index_node = doc->find_node(found.text());
+    term.index_node = doc_->find_node(found.text());
     if (term.index_node == nullptr) {
-        report(messages::address_index_unresolved, {xml, found.element});
+        miss(messages::address_index_unresolved, found.element);
         return;
     }
     const pugi::xml_attribute offset = found.element.attribute("Offset");
     if (offset && parse_int(offset.value(), term.offset) == 0) {
-        report(messages::address_offset_invalid, {xml, found.element, "Offset"});
+        miss(messages::address_offset_invalid, found.element, "Offset");
     }
     if (const pugi::xml_attribute offset_node = found.element.attribute("pOffset")) {
-        term.value_node = doc->find_node(offset_node.value());
-        if (!depend_on(term.value_node, self))
-            report(messages::address_offset_unresolved, {xml, found.element, "pOffset"});
+        term.value_node = doc_->find_node(offset_node.value());
+        if (term.value_node == nullptr) miss(messages::address_offset_unresolved, found.element, "pOffset");
     }
-    terms_.push_back(term);
+    address_.terms_.push_back(term);
+}
+
+std::vector<address_problem> address_eval::resolve_terms(IGenICamDoc* doc, const described_element& xml) {
+    resolver resolving(*this, doc, xml);
+    resolving.resolve();
+    return std::move(resolving.problems());
+}
+
+void address_eval::resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self) {
+    report_all(resolve_terms(doc, xml));
+    for_each_source([self](INode* source) { std::ignore = depend_on(source, self); });
 }
 
 result<std::uint64_t> address_eval::add_terms(std::int64_t length, std::uint32_t flags) const {
@@ -125,23 +171,30 @@ result<std::uint64_t> address_eval::add_terms(std::int64_t length, std::uint32_t
     return address;
 }
 
-void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, const described_element& xml,
-                                                       INode* self) {
-    length_.store(resolve_link_or_value_(doc, xml, child::Length, child::pLength), self);
-    if (length_.kind == limit_kind::absent) {
+integer_pair resolve_length(IGenICamDoc* doc, const described_element& xml, INode* self) {
+    integer_pair length;
+    length.store(resolve_link_or_value_(doc, xml, child::Length, child::pLength), self);
+    if (length.kind == limit_kind::absent) {
         report(messages::length_missing, xml);
-        length_.number = default_length;
-        length_.kind = limit_kind::constant;
+        length.number = default_length;
+        length.kind = limit_kind::constant;
     }
-    address_.resolve_references(doc, xml, self);
+    return length;
 }
 
-result<register_span> register_dyn_address_eval::evaluate(std::uint32_t flags) const {
-    const result<std::int64_t> length = length_.evaluate(flags);
-    if (!length) return length.error();
-    const result<std::uint64_t> address = address_.calc_address(length.assume_value(), flags);
-    if (!address) return address.error();
-    return register_span{address.assume_value(), length.assume_value()};
+result<register_span> evaluate_terms(const integer_pair& length, const address_eval& address,
+                                     std::uint32_t flags) {
+    const result<std::int64_t> bytes = length.evaluate(flags);
+    if (!bytes) return bytes.error();
+    const result<std::uint64_t> at = address.calc_address(bytes.assume_value(), flags);
+    if (!at) return at.error();
+    return register_span{at.assume_value(), bytes.assume_value()};
+}
+
+void register_dyn_address_eval::resolve_references_len(IGenICamDoc* doc, const described_element& xml,
+                                                       INode* self) {
+    length_ = resolve_length(doc, xml, self);
+    address_.resolve_references(doc, xml, self);
 }
 
 std::int64_t register_dyn_address_eval::get_length() const {

@@ -6,6 +6,7 @@
 #include "genicam/nodes/range_record.h"
 
 #include <cstdint>
+#include <vector>
 
 #include <boost/container/small_vector.hpp>
 #include <pugixml.hpp>
@@ -18,6 +19,12 @@ class IGenICamDoc;
 struct register_span {
     std::uint64_t address;
     std::int64_t length;
+};
+
+/// What of an address cannot be read, for whoever has it to report.
+struct address_problem {
+    const message<>* what;
+    message_origin where;
 };
 
 /// The sum of the `Address` children, wrapping; a child that is no number is logged and left out.
@@ -50,6 +57,8 @@ class address_eval {
 public:
     /// `self` becomes a dependent of every node of the address except the indexes.
     void resolve_references(IGenICamDoc* doc, const described_element& xml, INode* self);
+    /// The same for nobody yet, and without a message.
+    [[nodiscard]] std::vector<address_problem> resolve_terms(IGenICamDoc* doc, const described_element& xml);
 
     /// The register's length is the stride of an index that states none. Wraps at 64 bits.
     [[nodiscard]] result<std::uint64_t> calc_address(std::int64_t length, std::uint32_t flags) const {
@@ -59,35 +68,51 @@ public:
     /// Whether no node takes part in the address, which is then `base`.
     [[nodiscard]] bool is_fixed() const noexcept { return terms_.empty(); }
     [[nodiscard]] std::uint64_t base() const noexcept { return base_; }
+    /// Calls `fn` with each node of the address except the indexes.
+    template <class Function>
+    void for_each_source(Function fn) const {
+        for (const address_term& term : terms_) {
+            if (term.value_node != nullptr) fn(term.value_node);
+        }
+    }
 
 private:
-    void append_added(INode* node, const described_element& xml, pugi::xml_node element, INode* self,
-                      const message<>& unresolved);
-    void append_index(IGenICamDoc* doc, const described_element& xml, const known_child& found, INode* self);
+    class resolver;
+
     [[nodiscard]] result<std::uint64_t> add_terms(std::int64_t length, std::uint32_t flags) const;
 
     std::uint64_t base_ = 0;
     boost::container::small_vector<address_term, 1> terms_;
 };
 
+/// `Length` or `pLength`, of which `self` becomes a dependent. Without a usable one the register has 4 bytes.
+[[nodiscard]] integer_pair resolve_length(IGenICamDoc* doc, const described_element& xml, INode* self);
+
+[[nodiscard]] result<register_span> evaluate_terms(const integer_pair& length, const address_eval& address,
+                                                   std::uint32_t flags);
+
+/// The length, and the address that goes with it.
+[[nodiscard]] inline result<register_span> evaluate_span(const integer_pair& length,
+                                                         const address_eval& address, std::uint32_t flags) {
+    if (length.kind == limit_kind::constant && address.is_fixed()) {
+        return register_span{address.base(), length.number};
+    }
+    return evaluate_terms(length, address, flags);
+}
+
 /// Address and length of a register that depends on other nodes: an address with the length record.
 class register_dyn_address_eval {
 public:
-    /// `self` becomes a dependent of `pLength` too. Without a usable length the register has 4 bytes.
+    /// `self` becomes a dependent of `pLength` too.
     void resolve_references_len(IGenICamDoc* doc, const described_element& xml, INode* self);
 
     [[nodiscard]] result<register_span> get_address_and_length(std::uint32_t flags) const {
-        if (length_.kind == limit_kind::constant && address_.is_fixed()) {
-            return register_span{address_.base(), length_.number};
-        }
-        return evaluate(flags);
+        return evaluate_span(length_, address_, flags);
     }
     /// 4 where the length cannot be evaluated.
     [[nodiscard]] std::int64_t get_length() const;
 
 private:
-    [[nodiscard]] result<register_span> evaluate(std::uint32_t flags) const;
-
     address_eval address_;
     integer_pair length_;
 };

@@ -1,6 +1,11 @@
 #pragma once
 
 #include "genicam/nodes/bit_field.h"
+#include "genicam/nodes/register_address.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
 
 namespace GenICam {
 
@@ -8,10 +13,35 @@ namespace GenICam {
 /// lie between.
 [[nodiscard]] pugi::xml_node find_struct_reg(pugi::xml_node entry);
 
-/// What entries read there. Each goes through it anew, and there may be as many other children as entries.
-inline constexpr child_set struct_reg_children(child::AccessMode, child::Address, child::Cachable,
-                                               child::Endianess, child::IntSwissKnife, child::Length,
-                                               child::pAddress, child::pIndex, child::pLength, child::pPort);
+/// What the entries of one `StructReg` share. There may be as many addresses there as entries, so these are
+/// gone through once for all of them.
+class shared_struct_reg {
+public:
+    /// Of each of these children entries read the first, each anew.
+    static constexpr child_set first_of{child::AccessMode, child::Cachable, child::Endianess,
+                                        child::Length,     child::pLength,  child::pPort};
+    static constexpr child_set all_of{child::Address, child::IntSwissKnife, child::pAddress, child::pIndex};
+    /// So many messages at most repeat for the other entries what the first was told of their addresses.
+    static constexpr std::size_t most_repeated = 4096;
+
+    /// What holds no more than those children is enough.
+    explicit shared_struct_reg(const described_element& xml) : xml_(xml) {}
+
+    [[nodiscard]] const described_element& xml() const noexcept { return xml_; }
+    /// The address, for one more entry, which becomes a dependent and hears what cannot be read.
+    [[nodiscard]] std::shared_ptr<const address_eval> resolve_address(IGenICamDoc* doc, INode* entry);
+
+private:
+    void resolve_once(IGenICamDoc* doc);
+    void report_problems();
+
+    described_element xml_;
+    std::shared_ptr<const address_eval> address_;  // null until the first entry asks
+    std::vector<INode*> sources_;                  // each node of the address once
+    std::vector<address_problem> problems_;
+    std::size_t repeated_ = 0;
+    bool is_first_ = true;
+};
 
 /// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of
 /// more than 8 bytes, or of none, fails every read and write with `index_out_of_range`.
@@ -25,7 +55,12 @@ public:
     result<std::int64_t> get_val(std::uint32_t flags) override;
 
 private:
-    register_dyn_address_eval address_;
+    [[nodiscard]] result<register_span> find_span(std::uint32_t flags) const {
+        return evaluate_span(length_, *address_, flags);
+    }
+
+    integer_pair length_;
+    std::shared_ptr<const address_eval> address_;
 };
 
 }  // namespace GenICam

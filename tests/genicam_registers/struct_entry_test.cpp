@@ -1,5 +1,6 @@
 // `StructEntry`: fields of the register that a `StructReg` describes.
 
+#include "genicam/nodes/struct_entry_node.h"
 #include "tests/genicam_registers/register_test.h"
 
 using namespace register_test;
@@ -86,6 +87,57 @@ TEST(StructEntry, EachHasTheNearestStructReg) {
         EXPECT_THAT(doc.device.TakeAccesses(), ElementsAre(ReadOf(address, 1))) << name;
     }
     EXPECT_THAT(doc.load_messages, IsEmpty());
+}
+
+// The address is resolved once for all of them.
+TEST(StructEntry, EachDependsOnTheNodesOfTheSharedAddress) {
+    TestDocument doc("<StructReg>" + length("1") +
+                     "<Cachable>WriteThrough</Cachable><pAddress>added</pAddress><pAddress>added</pAddress>"
+                     "<IntSwissKnife Name='sum'><pVariable Name='V'>variable</pVariable><Formula>V</Formula>"
+                     "</IntSwissKnife><pIndex pOffset='offset'>index</pIndex>" +
+                     entry("a") + entry("b") + "</StructReg>" + number("added", "0x10") +
+                     number("variable", "0") + number("index", "2") + number("offset", "0x100"));
+    const auto read = [&](const char* name) {
+        EXPECT_TRUE(doc.Integer(name).get_val(0)) << name;
+        return doc.device.TakeAccesses();
+    };
+    EXPECT_THAT(read("a"), ElementsAre(ReadOf(0x220, 1)));
+    EXPECT_THAT(read("b"), ElementsAre(ReadOf(0x220, 1)));
+    EXPECT_THAT(read("b"), IsEmpty());
+    const struct {
+        const char* changed;
+        std::int64_t value;
+        std::uint64_t address;
+    } rows[] = {{"added", 0x20, 0x240}, {"variable", 4, 0x244}, {"offset", 0x200, 0x444}};
+    for (const auto& row : rows) {
+        EXPECT_FALSE(doc.Integer(row.changed).set_val(row.value, 0));
+        for (const char* name : {"a", "b"})
+            EXPECT_THAT(read(name), ElementsAre(ReadOf(row.address, 1))) << name;
+    }
+}
+
+TEST(StructEntry, EachHearsWhatTheSharedAddressLacks) {
+    TestDocument doc("<StructReg><Address>x</Address><Address>1</Address><pAddress>nobody</pAddress>" +
+                     length("1") + entry("a") + entry("b") + "</StructReg>");
+    const std::string address =
+        "calc_address_nodes_sum, StructReg (\"\"). Node contains invalid \"Address\" XML "
+        "element.\n";
+    const std::string link =
+        "GenICam::address_eval::resolve_references, StructReg (\"\"). Node contains invalid "
+        "\"pAddress\" XML element.\n";
+    EXPECT_THAT(doc.load_messages, ElementsAre(address, link, address, link));
+}
+
+TEST(StructEntry, FollowersRepeatABoundedNumberOfMessages) {
+    const std::size_t problems = 100;
+    const std::size_t entries = 60;
+    std::string text = "<StructReg>" + length("1");
+    for (std::size_t at = 0; at < problems; ++at) text += address("x");
+    for (std::size_t at = 0; at < entries; ++at) text += entry("e" + std::to_string(at));
+    TestDocument doc(text + "</StructReg>");
+    const std::size_t followers = GenICam::shared_struct_reg::most_repeated / problems;
+    EXPECT_EQ(doc.load_messages.size(), problems * (1 + followers));
+    EXPECT_LT(1 + followers, entries);
 }
 
 TEST(StructEntry, ResolvedByItselfFindsItsFrame) {

@@ -160,22 +160,59 @@ TEST_F(EvaluationGuardTest, FollowsTheFrameOfAStructure) {
     EXPECT_EQ(Find("E", operation::value), "a circle: E needs E");
 }
 
-TEST_F(EvaluationGuardTest, ReadsTheLinksOfAStructureOnceForAllEntries) {
+TEST_F(EvaluationGuardTest, EntriesOfAStructureNeedItsPlaceOnce) {
     Load(
-        "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>"
-        "<StructEntry Name=\"E\"><Bit>0</Bit><pIsLocked>L</pIsLocked></StructEntry>"
-        "<StructEntry Name=\"F\"><Bit>1</Bit></StructEntry></StructReg>");
-    link_reader reader;
-    const auto roles = [&](const char* name) {
-        const pugi::xml_node entry = Opened().tree().at(*Opened().tree().find(Node(name))).xml;
-        std::vector<std::string> found;
-        reader.read(entry).for_each([&](const element_link& link) { found.emplace_back(link.role); });
+        "<StructReg><pAddress>A</pAddress><pAddress>A</pAddress><pIndex "
+        "pOffset=\"B\">A</pIndex><Length>4</Length>"
+        "<pPort>Device</pPort><pIsLocked>A</pIsLocked>"
+        "<StructEntry Name=\"E\"><Bit>0</Bit><pIsLocked>A</pIsLocked></StructEntry>"
+        "<StructEntry Name=\"F\"><Bit>1</Bit></StructEntry></StructReg>"
+        "<Integer Name=\"A\"><Value>1</Value></Integer><Integer Name=\"B\"><Value>1</Value></Integer>");
+    const operation_graph& graph = Guard().graph();
+    const auto element = [&](const char* name) { return *Opened().tree().find(Node(name)); };
+    const auto shared = [&](const char* name) {
+        std::vector<element_index> found;
+        for (const node_operation need : graph.needs_of({element(name), operation::value})) {
+            if (need.element != element(name)) found.push_back(need.element);
+        }
         return found;
     };
-    EXPECT_THAT(roles("E"), ElementsAre("pIsLocked", "pPort"));
-    const pugi::xml_node entry = Opened().tree().at(*Opened().tree().find(Node("F"))).xml;
-    entry.parent().append_child("pInvalidator").text().set("E");
-    EXPECT_THAT(roles("F"), ElementsAre("pPort"));
+    ASSERT_EQ(shared("E").size(), 1U);
+    EXPECT_EQ(shared("F"), shared("E"));
+    const element_index place = shared("E").front();
+    EXPECT_FALSE(graph.is_node(place));
+    std::vector<element_index> needs;
+    for (const node_operation need : graph.needs_of({place, operation::value})) {
+        EXPECT_EQ(need.asked, operation::value);
+        needs.push_back(need.element);
+    }
+    EXPECT_THAT(needs, testing::UnorderedElementsAre(element("A"), element("A"), element("A"), element("B")));
+    std::vector<std::string> roles;
+    graph.for_each_link(element("E"), [&](const element_link& link) { roles.emplace_back(link.role); });
+    EXPECT_THAT(roles,
+                ElementsAre("pIsLocked", "pAddress", "pAddress", "pIndex", "pOffset", "pPort", "pIsLocked"));
+}
+
+// The place of an entry is no step of its own: with a chain of 999 below it, the entry is the last of 1,000.
+TEST_F(EvaluationGuardTest, ThePlaceOfAnEntryIsNoStep) {
+    const auto load = [this](int links) {
+        std::string chain = "<Integer Name=\"N0\"><Value>0</Value></Integer>";
+        for (int at = 1; at <= links; ++at)
+            chain += Link("N" + std::to_string(at), "N" + std::to_string(at - 1));
+        const std::string last = "N" + std::to_string(links);
+        Load(chain + "<StructReg><pAddress>" + last +
+             "</pAddress><Length>1</Length><StructEntry Name=\"E\"><Bit>0</Bit>" +
+             "</StructEntry></StructReg><IntReg Name=\"R\"><pAddress>" + last +
+             "</pAddress><Length>1</Length></IntReg>");
+    };
+    for (const int links : {997, 998, 999, 1000}) {
+        load(links);
+        EXPECT_EQ(Find("E", operation::value).empty(), Find("R", operation::value).empty()) << links;
+    }
+    load(997);
+    EXPECT_EQ(Find("E", operation::value), "");
+    load(1000);
+    EXPECT_NE(Find("E", operation::value), "");
 }
 
 TEST_F(EvaluationGuardTest, NamesTheFirstOfALongCircle) {

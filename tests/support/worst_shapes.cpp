@@ -1,6 +1,7 @@
 #include "tests/support/worst_shapes.h"
 
 #include <functional>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -24,6 +25,16 @@ constexpr const char* item_mark =
     "<Extension><ZELItemGUID>{{3F6A2B10-5C1E-4D77-9A40-{:012X}}}</ZELItemGUID></Extension>";
 constexpr const char* mark =
     "<Extension><ZELElementGUID>{{3F6A2B10-5C1E-4D77-9A40-{:012X}}}</ZELElementGUID></Extension>";
+
+// So many entries in one structure, and what stands before them there.
+std::string structure(const std::string& children, std::size_t n) {
+    return "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>" + children +
+           repeat(n,
+                  [](std::size_t at) {
+                      return fmt::format("<StructEntry Name='e{}'><Bit>{}</Bit></StructEntry>", at, at % 32);
+                  }) +
+           "</StructReg>";
+}
 
 std::string listing(std::size_t n) {
     return repeat(n, [](std::size_t at) { return fmt::format("<pFeature>f{}</pFeature>", at); });
@@ -123,28 +134,39 @@ const worst_shape shapes[] = {
                          return fmt::format("<EnumEntry Name='e{0}'><Value>{0}</Value></EnumEntry>", at);
                      }) + "<Value>0</Value></Enumeration>");
      }},
-    {"entries of a structure",
-     [](std::size_t n) {
-         return root("", "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>" +
-                             repeat(n,
-                                    [](std::size_t at) {
-                                        return fmt::format(
-                                            "<StructEntry Name='f{}'><Bit>{}</Bit></StructEntry>", at,
-                                            at % 32);
-                                    }) +
-                             "</StructReg>");
-     }},
+    {"entries of a structure", [](std::size_t n) { return root("", structure("", n)); }},
     {"entries and invalidators",
      [](std::size_t n) {
          const auto invalidator = [](std::size_t at) {
              return fmt::format("<pInvalidator>f{}</pInvalidator>", at);
          };
-         const auto entry = [](std::size_t at) {
-             return fmt::format("<StructEntry Name='e{}'><Bit>{}</Bit></StructEntry>", at, at % 32);
-         };
-         return root("", "<StructReg><Address>0</Address><Length>4</Length><pPort>Device</pPort>" +
-                             repeat(n, invalidator) + repeat(n, entry) + "</StructReg>" +
+         return root("", structure(repeat(n, invalidator), n) +
                              integers(n, [](std::size_t) { return "<Value>1</Value>"; }));
+     }},
+    {"entries and addresses",
+     [](std::size_t n) {
+         return root("", structure(repeat(n, [](std::size_t) { return "<Address>4</Address>"; }), n));
+     }},
+    {"entries and broken addresses",
+     [](std::size_t n) {
+         return root("", structure(repeat(n, [](std::size_t) { return "<Address>x</Address>"; }), n));
+     }},
+    {"entries and indexes",
+     [](std::size_t n) {
+         return root("", structure(repeat(n, [](std::size_t) { return "<pIndex>i</pIndex>"; }), n) +
+                             "<Integer Name='i'><Value>1</Value></Integer>");
+     },
+     500, true},
+    {"entries and lengths",
+     [](std::size_t n) {
+         return root("", structure(repeat(n, [](std::size_t) { return "<pLength>x</pLength>"; }), n));
+     }},
+    {"entries before a broken length",
+     [](std::size_t n) {
+         std::string text = structure("", n);
+         text.erase(text.find("<Length>4</Length>"), std::string_view("<Length>4</Length>").size());
+         return root("",
+                     text.insert(text.rfind("</StructReg>"), "<Length>x</Length><Endianess>x</Endianess>"));
      }},
     {"a long formula",
      [](std::size_t n) {

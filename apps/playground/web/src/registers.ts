@@ -27,8 +27,7 @@ export function hex(number: bigint | number, digits: number): string {
 }
 
 export class RegisterView {
-  private lines: string | undefined;
-  private anew = true;
+  private lines: string | undefined; // none of this camera's yet
   private contents = new Map<bigint, number[]>();
   private start = 0n;
   private wanted = -1n;
@@ -61,13 +60,11 @@ export class RegisterView {
   /** Another camera: what it holds in place of the one before is no change. */
   begin(): void {
     this.lines = undefined;
-    this.anew = true;
   }
 
   /** What has changed stays marked until something changes again. */
   show(lines: string): void {
     if (lines === this.lines) return;
-    this.lines = lines;
     const now = parseRegisters(lines);
     const first = this.contents.size === 0;
     this.contents = now;
@@ -76,7 +73,7 @@ export class RegisterView {
     const [page] = pages;
     if (first && page !== undefined) this.goTo(page);
     else this.draw();
-    this.anew = false;
+    this.lines = lines;
   }
 
   private offer(pages: bigint[]): void {
@@ -118,7 +115,7 @@ export class RegisterView {
   private drawByte(cell: HTMLInputElement, address: bigint, byte: number): void {
     const text = hex(byte, 2);
     const at = `0x${hex(address, 8)}`;
-    const changed = !this.anew && cell.dataset["address"] === at && cell.dataset["byte"] !== text;
+    const changed = this.lines !== undefined && cell.dataset["address"] === at && cell.dataset["byte"] !== text;
     const wanted = address === this.wanted;
     const look = [at, text, changed, wanted].join();
     if (this.drawn.get(cell) === look) return;

@@ -241,16 +241,14 @@ test("findings of before do not pass for those of an edit that has no pages yet"
 test("what is done while the pages come is on them", async () => {
   await startAnew();
   const combo = playground.control("combo", "LampMode");
+  await playground.tellRequests();
   await playground.page.evaluate((one) => {
-    const { postMessage } = Worker.prototype;
-    Worker.prototype.postMessage = function (message) {
-      postMessage.call(this, message);
-      if (message.request?.do !== "open") return;
-      Worker.prototype.postMessage = postMessage;
+    const choose = () => {
       const select = document.querySelector(one);
       select.selectedIndex = 1;
       select.dispatchEvent(new Event("change"));
     };
+    addEventListener("request open", choose, { once: true });
   }, combo);
   const writes = await playground.writesOf(() => playground.pasteBehind("<!-- Not zero", " at all"));
   assert.deepEqual(writes, ["Set device 3 0x00000108 <- 01 00 00 00, ok"]);
@@ -304,26 +302,28 @@ test("the last calls are in sight, the oldest leave", async () => {
   assert.deepEqual(await playground.calls(), []);
 });
 
+const modeByte = '[data-address="0x00000108"]';
+const isChanged = (wanted) =>
+  playground.page.waitForFunction(
+    (one, is) => document.querySelector(one)?.classList.contains("changed") === is,
+    {},
+    modeByte,
+    wanted,
+  );
+
 test("a byte that the camera changes is marked until the next change", async () => {
   await startAnew();
   await playground.showTool("registers");
-  const cell = '[data-address="0x00000108"]';
-  const isChanged = (wanted) =>
-    playground.page.waitForFunction((one, is) => document.querySelector(one)?.classList.contains("changed") === is, {}, cell, wanted);
   await isChanged(false);
   await playground.page.select(playground.control("combo", "LampMode"), "Blink");
   await isChanged(true);
   await playground.settle();
+  await playground.tellRequests();
   await playground.page.evaluate(
     () =>
-      new Promise((answered) => {
-        const { postMessage } = Worker.prototype;
-        Worker.prototype.postMessage = function (message) {
-          postMessage.call(this, message);
-          if (message.request?.do !== "registers") return;
-          Worker.prototype.postMessage = postMessage;
-          this.addEventListener("message", () => setTimeout(answered), { once: true });
-        };
+      new Promise((shown) => {
+        const wait = ({ detail: worker }) => worker.addEventListener("message", () => setTimeout(shown), { once: true });
+        addEventListener("request registers", wait, { once: true });
         document.getElementById("tab-registers").click();
       }),
   );
@@ -332,6 +332,19 @@ test("a byte that the camera changes is marked until the next change", async () 
   await playground.page.keyboard.press("End");
   await isChanged(false);
   await playground.page.waitForSelector('[data-address="0x00000100"].changed');
+  await playground.showTool("calls");
+});
+
+test("what another camera's registers hold is no change", async () => {
+  await startAnew();
+  await playground.showTool("registers");
+  const byte = () => playground.page.$eval(modeByte, (cell) => cell.dataset.byte);
+  const before = await byte();
+  await playground.page.select(playground.control("combo", "LampMode"), "Blink");
+  await isChanged(true);
+  await startAnew();
+  await playground.page.waitForFunction((one, is) => document.querySelector(one).dataset.byte === is, {}, modeByte, before);
+  await isChanged(false);
   await playground.showTool("calls");
 });
 

@@ -257,6 +257,17 @@ export class Playground {
     await this.page.click(`#tab-${word}`);
   }
 
+  /** From now on the page has an event "request KIND" when it has asked its worker, which is the detail, for something. */
+  tellRequests() {
+    return this.page.evaluate(() => {
+      const { postMessage } = Worker.prototype;
+      Worker.prototype.postMessage = function (message) {
+        postMessage.call(this, message);
+        dispatchEvent(new CustomEvent(`request ${message.request?.do}`, { detail: this }));
+      };
+    });
+  }
+
   /** The lines of the list of calls, but for the notes between them. */
   calls(from = 0) {
     return this.page.$$eval(

@@ -241,7 +241,6 @@ test("findings of before do not pass for those of an edit that has no pages yet"
 test("what is done while the pages come is on them", async () => {
   await startAnew();
   const combo = playground.control("combo", "LampMode");
-  await playground.tellRequests();
   await playground.page.evaluate((one) => {
     const choose = () => {
       const select = document.querySelector(one);
@@ -313,20 +312,12 @@ const isChanged = (wanted) =>
 
 test("a byte that the camera changes is marked until the next change", async () => {
   await startAnew();
-  await playground.showTool("registers");
+  await playground.showRegisters();
   await isChanged(false);
   await playground.page.select(playground.control("combo", "LampMode"), "Blink");
   await isChanged(true);
   await playground.settle();
-  await playground.tellRequests();
-  await playground.page.evaluate(
-    () =>
-      new Promise((shown) => {
-        const wait = ({ detail: worker }) => worker.addEventListener("message", () => setTimeout(shown), { once: true });
-        addEventListener("request registers", wait, { once: true });
-        document.getElementById("tab-registers").click();
-      }),
-  );
+  await playground.showRegisters();
   await isChanged(true);
   await playground.page.focus(playground.control("slider", "LampBrightness"));
   await playground.page.keyboard.press("End");
@@ -337,7 +328,7 @@ test("a byte that the camera changes is marked until the next change", async () 
 
 test("what another camera's registers hold is no change", async () => {
   await startAnew();
-  await playground.showTool("registers");
+  await playground.showRegisters();
   const byte = () => playground.page.$eval(modeByte, (cell) => cell.dataset.byte);
   const before = await byte();
   await playground.page.select(playground.control("combo", "LampMode"), "Blink");

@@ -98,6 +98,23 @@ export function requestsOfPages(network) {
   return network.lines.filter((line) => !ofTheBrowser.test(line));
 }
 
+/** Runs in the page: it has an event "request KIND" when it has asked its engine, and "answer KIND" when it has shown what came. */
+function tellRequests() {
+  const { postMessage } = Worker.prototype;
+  Worker.prototype.postMessage = function (message) {
+    postMessage.call(this, message);
+    const { id, request } = message;
+    if (!request) return;
+    const take = ({ data }) => {
+      if (data.id !== id) return;
+      this.removeEventListener("message", take);
+      setTimeout(() => dispatchEvent(new Event(`answer ${request.do}`)));
+    };
+    this.addEventListener("message", take);
+    dispatchEvent(new Event(`request ${request.do}`));
+  };
+}
+
 /** A browser of a user who has never used one. Whatever it sends to the network goes to a listener. */
 export class Browser {
   static async start(size = { width: 1400, height: 900 }) {
@@ -117,6 +134,7 @@ export class Browser {
   }
   async open(before = () => {}) {
     const opened = new Playground(await this.browser.newPage());
+    await opened.page.evaluateOnNewDocument(tellRequests);
     await before(opened.page);
     await opened.load();
     return opened;
@@ -256,16 +274,15 @@ export class Playground {
   async showTool(word) {
     await this.page.click(`#tab-${word}`);
   }
-
-  /** From now on the page has an event "request KIND" when it has asked its worker, which is the detail, for something. */
-  tellRequests() {
-    return this.page.evaluate(() => {
-      const { postMessage } = Worker.prototype;
-      Worker.prototype.postMessage = function (message) {
-        postMessage.call(this, message);
-        dispatchEvent(new CustomEvent(`request ${message.request?.do}`, { detail: this }));
-      };
-    });
+  /** Until the registers are shown as they are now. */
+  async showRegisters() {
+    await this.page.evaluate(
+      () =>
+        new Promise((shown) => {
+          addEventListener("answer registers", shown, { once: true });
+          document.getElementById("tab-registers").click();
+        }),
+    );
   }
 
   /** The lines of the list of calls, but for the notes between them. */

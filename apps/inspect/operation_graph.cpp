@@ -27,92 +27,104 @@ constexpr limit_elements elements_of_limits[] = {{operation::minimum, "Min", "pM
                                                  {operation::increment, "Inc", "pInc"},
                                                  {operation::default_value, "Default", "pDefault"}};
 
-// Adds that operation of the nodes that links of the role name; false without any.
-bool follow_links(const description_tree& tree, const link_list& links, std::string_view role,
-                  operation asked, std::vector<node_operation>& needs) {
-    bool found = false;
-    links.for_each_of(role, [&](const element_link& link) {
-        const auto of_target = role == "pVariable" ? asked_by_variable(link.label) : asked;
-        if (!of_target) return;
-        for (const element_index target : tree.find(link.target)) {
-            needs.push_back({target, *of_target});
-            found = true;
-        }
-    });
-    return found;
-}
+}  // namespace
 
-/// The needs of one operation of a node under construction.
+/// The needs of one operation under construction.
 class need_list {
 public:
-    need_list(const description_tree& tree, const link_list& links, element_index element,
-              std::optional<element_index> structure)
-        : tree_(tree),
-          links_(links),
-          element_(element),
-          structure_(structure),
-          facts_(facts_of(tree.at(element))) {}
+    need_list(const operation_graph& graph, const link_list& links) : graph_(graph), links_(links) {}
 
-    void collect(operation asked);
-    [[nodiscard]] std::vector<node_operation> take() { return std::move(needs_); }
-
-private:
-    void own(operation asked) { needs_.push_back({element_, asked}); }
+    /// Adds that operation of the nodes that links of the role name; false without any.
     bool follow(std::string_view role, operation asked);
     void follow_all(const GenICam::name_list& roles, operation asked);
-    void evaluate();
-    void check();
-    void limit(const limit_elements& which);
-    [[nodiscard]] bool states(const limit_elements& which) const;
-    void mode();
+    [[nodiscard]] std::vector<node_operation> take() { return std::move(needs_); }
 
-    const description_tree& tree_;
+protected:
+    void add(element_index element, operation asked) { needs_.push_back({element, asked}); }
+
+    const operation_graph& graph_;
+
+private:
     const link_list& links_;
-    element_index element_;
-    std::optional<element_index> structure_;
-    const GenICam::node_facts& facts_;
     std::vector<node_operation> needs_;
 };
 
-// True if a node of that role exists.
 bool need_list::follow(std::string_view role, operation asked) {
-    return follow_links(tree_, links_, role, asked, needs_);
+    bool found = false;
+    links_.for_each_of(role, [&](const element_link& link) {
+        const auto of_target = role == "pVariable" ? asked_by_variable(link.label) : asked;
+        if (!of_target) return;
+        const std::vector<element_index>& targets = graph_.tree_.find(link.target);
+        if (targets.empty()) return;
+        add(targets.size() == 1 ? targets.front() : graph_.number_of(targets), *of_target);
+        found = true;
+    });
+    return found;
 }
 
 void need_list::follow_all(const GenICam::name_list& roles, operation asked) {
     roles.for_each([&](std::string_view role) { follow(role, asked); });
 }
 
-void need_list::evaluate() {
+namespace {
+
+/// Those of a node.
+class node_needs final : public need_list {
+public:
+    node_needs(const operation_graph& graph, const link_list& links, element_index index,
+               const node_element& element, std::optional<element_index> structure)
+        : need_list(graph, links),
+          index_(index),
+          element_(element),
+          structure_(structure),
+          facts_(facts_of(element)) {}
+
+    void collect(operation asked);
+
+private:
+    void own(operation asked) { add(index_, asked); }
+    void evaluate();
+    void check();
+    void limit(const limit_elements& which);
+    [[nodiscard]] bool states(const limit_elements& which) const;
+    void mode();
+
+    element_index index_;
+    const node_element& element_;
+    std::optional<element_index> structure_;
+    const GenICam::node_facts& facts_;
+};
+
+void node_needs::evaluate() {
     if (structure_) {
-        needs_.push_back({*structure_, operation::value});
+        add(*structure_, operation::value);
     } else {
         follow_all(facts_.evaluated, operation::value);
     }
 }
 
-void need_list::check() {
+void node_needs::check() {
     if (!facts_.checks_access) return;
     own(operation::implemented);
     own(operation::available);
     own(operation::access);
 }
 
-void need_list::mode() {
-    if (tree_.at(element_).xml.child("ImposedAccessMode")) return;
+void node_needs::mode() {
+    if (element_.xml.child("ImposedAccessMode")) return;
     if (!facts_.targets.empty()) evaluate();
     follow_all(facts_.targets, operation::access);
 }
 
-bool need_list::states(const limit_elements& which) const {
-    const pugi::xml_node xml = tree_.at(element_).xml;
+bool node_needs::states(const limit_elements& which) const {
+    const pugi::xml_node xml = element_.xml;
     const pugi::xml_node holder = which.limit == operation::default_value ? xml.child("Extension") : xml;
     GenICam::eval_value number;
     return GenICam::parse_number(holder.child_value(which.constant), number) != 0;
 }
 
-void need_list::limit(const limit_elements& which) {
-    const bool is_boolean = std::string_view(tree_.at(element_).xml.name()) == "Boolean";
+void node_needs::limit(const limit_elements& which) {
+    const bool is_boolean = std::string_view(element_.xml.name()) == "Boolean";
     if (!facts_.has_limits && !(is_boolean && which.limit == operation::default_value)) {
         evaluate();  // the range of a register follows its length
         return;
@@ -122,7 +134,7 @@ void need_list::limit(const limit_elements& which) {
     follow_all(facts_.targets, which.limit);
 }
 
-void need_list::collect(operation asked) {
+void node_needs::collect(operation asked) {
     switch (asked) {
         case operation::implemented:
             follow("pIsImplemented", operation::value);
@@ -167,26 +179,36 @@ void need_list::collect(operation asked) {
 }  // namespace
 
 std::vector<node_operation> operation_graph::needs_of(node_operation which) const {
-    if (!is_node(which.element)) {
-        std::vector<node_operation> needs;
-        const link_list& links = reader_.read(structures_[which.element - tree_.elements().size()]);
-        GenICam::find_node_facts("struct_entry_type")->evaluated.for_each([&](std::string_view role) {
-            follow_links(tree_, links, role, operation::value, needs);
-        });
-        return needs;
-    }
+    if (!is_node(which.element)) return needs_of_shared(which);
     const node_element& element = tree_.at(which.element);
     std::optional<element_index> structure;
     if (element.structure) structure = number_of(element.structure);
-    need_list needs(tree_, reader_.read(element.xml), which.element, structure);
+    node_needs needs(*this, reader_.read(element.xml), which.element, element, structure);
     needs.collect(which.asked);
     return needs.take();
 }
 
+std::vector<node_operation> operation_graph::needs_of_shared(node_operation which) const {
+    const shared& of = shared_[which.element - tree_.elements().size()];
+    if (of.nodes == nullptr) {
+        need_list needs(*this, reader_.read(of.structure));
+        needs.follow_all(GenICam::find_node_facts("struct_entry_type")->evaluated, which.asked);
+        return needs.take();
+    }
+    std::vector<node_operation> needs;
+    for (const element_index node : *of.nodes) needs.push_back({node, which.asked});
+    return needs;
+}
+
 element_index operation_graph::number_of(pugi::xml_node structure) const {
-    const auto [known, is_new] =
-        numbers_.try_emplace(structure, tree_.elements().size() + structures_.size());
-    if (is_new) structures_.push_back(structure);
+    const auto [known, is_new] = structures_.try_emplace(structure, tree_.elements().size() + shared_.size());
+    if (is_new) shared_.push_back({structure});
+    return known->second;
+}
+
+element_index operation_graph::number_of(const namesakes& nodes) const {
+    const auto [known, is_new] = names_.try_emplace(&nodes, tree_.elements().size() + shared_.size());
+    if (is_new) shared_.push_back({{}, &nodes});
     return known->second;
 }
 

@@ -11,8 +11,8 @@
 
 namespace selvane_inspect {
 
-/// One operation of one node, or of a register structure: that of evaluating the place of its entries, of
-/// which there may be as many as parts of the place.
+/// One operation of one node, or of what many nodes may need: the place that the entries of a register
+/// structure share, or whichever of the nodes of one name a link finds.
 struct node_operation {
     element_index element;
     operation asked;
@@ -29,7 +29,7 @@ public:
     explicit operation_graph(const description_tree& tree) : tree_(tree) {}
 
     [[nodiscard]] std::vector<node_operation> needs_of(node_operation which) const;
-    /// Whether it is an element of the tree. Register structures have the numbers behind those.
+    /// Whether it is an element of the tree. What is shared has the numbers behind those.
     [[nodiscard]] bool is_node(element_index element) const { return element < tree_.elements().size(); }
     /// Calls with each link of a node, those of its structure among them.
     template <class Function>
@@ -40,12 +40,22 @@ public:
     }
 
 private:
+    friend class need_list;
+    using namesakes = std::vector<element_index>;
+    struct shared {
+        pugi::xml_node structure;
+        const namesakes* nodes = nullptr;
+    };
+
     [[nodiscard]] element_index number_of(pugi::xml_node structure) const;
+    [[nodiscard]] element_index number_of(const namesakes& nodes) const;
+    [[nodiscard]] std::vector<node_operation> needs_of_shared(node_operation which) const;
 
     const description_tree& tree_;
     mutable link_reader reader_;
-    mutable std::vector<pugi::xml_node> structures_;
-    mutable std::map<pugi::xml_node, element_index> numbers_;
+    mutable std::vector<shared> shared_;
+    mutable std::map<pugi::xml_node, element_index> structures_;
+    mutable std::map<const namesakes*, element_index> names_;
 };
 
 }  // namespace selvane_inspect

@@ -3,10 +3,12 @@
 #include "genicam/base/node_link.h"
 #include "genicam/base/value_links.h"
 #include "genicam/core/children.h"
+#include "genicam/core/key_order.h"
 #include "genicam/core/messages.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/genicam_doc.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace GenICam {
@@ -35,6 +37,10 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_el
     entries_.reserve(xml.count(child::pValueIndexed) + xml.count(child::ValueIndexed));
     read_links(doc, xml, self);
     read_constants(xml, is_float);
+    if (entries_.size() > most_searched_keys) {
+        order_.resize(entries_.size());
+        put_in_order(order_, [this](std::size_t at) { return entries_[at].index; });
+    }
     return true;
 }
 
@@ -72,10 +78,9 @@ void value_eval_indexed::read_constants(const described_element& xml, bool is_fl
 }
 
 indexed_entry& value_eval_indexed::find(std::int64_t index) noexcept {
-    for (indexed_entry& entry : entries_) {
-        if (entry.index == index) return entry;
-    }
-    return default_entry_;
+    const std::size_t found =
+        find_key(order_, entries_.size(), index, [this](std::size_t at) { return entries_[at].index; });
+    return found < entries_.size() ? entries_[found] : default_entry_;
 }
 
 bool indexed_values::resolve_index(IGenICamDoc* doc, const described_element& xml, INode* self) {

@@ -36,6 +36,7 @@ private:
     void read_constants(const described_element& xml, bool is_float);
 
     std::vector<indexed_entry> entries_;
+    std::vector<std::uint32_t> order_;  // by the index; empty where there are few
     indexed_entry default_entry_;
 };
 

@@ -85,6 +85,15 @@ std::size_t size_of_text(const char* data, std::size_t size) noexcept {
     return size;
 }
 
+// The first of that name, or the end; of nodes in the order of their names.
+std::vector<node_base_data*>::const_iterator first_of(const std::vector<node_base_data*>& nodes,
+                                                      std::string_view name) {
+    const auto found = std::lower_bound(
+        nodes.begin(), nodes.end(), name,
+        [](const node_base_data* node, std::string_view wanted) { return node->find_name() < wanted; });
+    return found != nodes.end() && (*found)->find_name() == name ? found : nodes.end();
+}
+
 }  // namespace
 
 IGenICamDoc* load_genicam_doc(const char* data, std::uint64_t size, load_options options) {
@@ -131,10 +140,14 @@ void genicam_doc::make_nodes(const std::vector<taken_element>& taken) {
         auto* node = static_cast<node_base_data*>(made->get_eval());
         node->set_number(positions[at].number);
         nodes_[positions[at].number] = node;
+        if (made->get_node_type() == node_type::port) ports_.push_back(node);
         loading_->described.push_back(node);
         if (!positions[at].is_first || !loading_->is_indexed) continue;
         loading_->is_indexed = loading_->index.add(node->find_name(), static_cast<std::uint32_t>(at));
     }
+    std::sort(ports_.begin(), ports_.end(), [](const node_base_data* left, const node_base_data* right) {
+        return left->number() < right->number();
+    });
 }
 
 // Messages come in the order of the names, and what is left for expressions is shared out in it. All else is
@@ -193,10 +206,7 @@ std::vector<node_base_data*>::const_iterator genicam_doc::find_first(std::string
         return position != name_index::not_found ? nodes_.begin() + described[position]->number()
                                                  : nodes_.end();
     }
-    const auto found = std::lower_bound(
-        nodes_.begin(), nodes_.end(), name,
-        [](const node_base_data* node, std::string_view wanted) { return node->find_name() < wanted; });
-    return found != nodes_.end() && (*found)->find_name() == name ? found : nodes_.end();
+    return first_of(nodes_, name);
 }
 
 INode* genicam_doc::find_node(std::string_view name) {
@@ -205,15 +215,11 @@ INode* genicam_doc::find_node(std::string_view name) {
     return found != nodes_.end() ? (*found)->get_node() : nullptr;
 }
 
+// Of several nodes with the name, one may be a port without being the first.
 INode* genicam_doc::find_port(std::string_view name) {
     if (name.empty()) return default_port_;
-    // Of several nodes with the name, one may be a port without being the first.
-    for (auto found = find_first(name); found != nodes_.end() && is_same_text((*found)->find_name(), name);
-         ++found) {
-        INode* node = (*found)->get_node();
-        if (node->get_node_type() == node_type::port) return node;
-    }
-    return nullptr;
+    const auto found = first_of(ports_, name);
+    return found != ports_.end() ? (*found)->get_node() : nullptr;
 }
 
 void genicam_doc::for_each_node(std::function<void(INode*)> fn) {

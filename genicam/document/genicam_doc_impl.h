@@ -86,6 +86,7 @@ private:
     static constexpr std::size_t first_buckets = 8;
 
     std::vector<node_base_data*> nodes_;  // by name
+    std::vector<node_base_data*> ports_;  // of these
     std::vector<INode*> streamable_nodes_;
     std::vector<char> xml_buffer_;
     load_options options_;

@@ -50,6 +50,8 @@ void reserve_node(alloc_itf& allocator, const described_element& element, bool h
         allocator.reserve(sizeof(INode*), element.count(child::pFeature), alignment, false);
     } else if constexpr (is_enumeration<T>) {
         allocator.reserve(sizeof(enum_entry_type), element.count(child::EnumEntry), alignment, false);
+        allocator.reserve(sizeof(std::uint32_t), enum_entries::numbers_for(element.entries().size()),
+                          alignment, false);
         for (const described_element& entry : element.entries()) reserve_links(allocator, entry);
     } else if constexpr (has_formulas<T>) {
         allocator.reserve(sizeof(variable_source), element.count(child::pVariable), alignment, false);

@@ -37,6 +37,13 @@ enum_entries::enum_entries(document_services* services, const described_element&
         ++count;
     }
     entries_ = {first, count};
+    if (numbers_for(count) == 0) return;
+    auto* const numbers =
+        static_cast<std::uint32_t*>(services->take_room(numbers_for(count) * sizeof(std::uint32_t)));
+    by_value_ = {numbers, count};
+    by_name_ = {numbers + count, count};
+    put_in_order(by_value_, [this](std::size_t at) { return entries_[at].get_value(); });
+    put_in_order(by_name_, [this](std::size_t at) { return entries_[at].find_name(); });
 }
 
 // Nearly all entries have nothing to resolve.
@@ -70,17 +77,13 @@ IEnumEntry* enum_entries::find_nearest(double value) const {
 }
 
 IEnumEntry* enum_entries::find(std::int64_t value) const {
-    for (enum_entry_type& entry : entries_) {
-        if (entry.get_value() == value) return &entry;
-    }
-    return nullptr;
+    return entry_at(find_key(by_value_, entries_.size(), value,
+                             [this](std::size_t at) { return entries_[at].get_value(); }));
 }
 
 IEnumEntry* enum_entries::find(std::string_view name) const {
-    for (enum_entry_type& entry : entries_) {
-        if (entry.get_name() == name) return &entry;
-    }
-    return nullptr;
+    return entry_at(find_key(by_name_, entries_.size(), name,
+                             [this](std::size_t at) { return entries_[at].find_name(); }));
 }
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "genicam/base/node_link.h"
 #include "genicam/base/node_state.h"
+#include "genicam/core/key_order.h"
 #include "genicam/nodes/node_classes.h"
 
 namespace GenICam {
@@ -26,8 +27,12 @@ private:
 /// The entries of an enumeration, made in memory that the document's arena gave.
 class enum_entries {
 public:
-    /// `storage` has room for one entry per `EnumEntry` child.
+    /// `storage` has room for one entry per `EnumEntry` child. Takes more room for so many numbers.
     enum_entries(document_services* services, const described_element& xml, void* storage);
+    /// Many entries are put in order, by their values and by their names.
+    [[nodiscard]] static constexpr std::size_t numbers_for(std::size_t entries) noexcept {
+        return entries > most_searched_keys ? 2 * entries : 0;
+    }
     void resolve_references(IGenICamDoc* doc, const described_element& xml);
     [[nodiscard]] std::vector<IEnumEntry*> list() const;
     [[nodiscard]] IEnumEntry* find_nearest(double value) const;
@@ -36,7 +41,13 @@ public:
     [[nodiscard]] gsl::span<enum_entry_type> span() const noexcept { return entries_; }
 
 private:
+    [[nodiscard]] IEnumEntry* entry_at(std::size_t position) const noexcept {
+        return position < entries_.size() ? &entries_[position] : nullptr;
+    }
+
     gsl::span<enum_entry_type> entries_;
+    gsl::span<std::uint32_t> by_value_;  // empty where there are few
+    gsl::span<std::uint32_t> by_name_;
 };
 
 /// What both enumeration classes answer from their entries.

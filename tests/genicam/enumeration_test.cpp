@@ -3,6 +3,10 @@
 #include "tests/support/node_test.h"
 
 #include <cmath>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace node_test {
 namespace {
@@ -45,6 +49,35 @@ TEST(Enumeration, EntriesInDocumentOrder) {
         ASSERT_EQ(node.get_entry_span().size(), 4U);
         EXPECT_EQ(&node.get_entry_span()[3], node.get_entries()[3]);
         EXPECT_EQ(doc->find_node("One"), nullptr) << "entries are no nodes of the document";
+    }
+}
+
+// Few entries are searched, many are found in an order that is made of them.
+TEST(Enumeration, FindsTheFirstOfEqualEntriesHoweverManyThereAre) {
+    for (const int entries : {1, 2, 5, 32, 33, 34, 100}) {
+        std::string text;
+        for (int at = 0; at < entries; ++at) {
+            // Neither values nor names come in order, and each but one comes twice where there is room.
+            const int key = at * 37 % ((entries + 1) / 2);
+            text += "<EnumEntry Name='n" + std::to_string(key) + "'><Value>" + std::to_string(key - 20) +
+                    "</Value></EnumEntry>";
+        }
+        TestDocument doc("<Enumeration Name='e'>" + text + "<Value>0</Value></Enumeration>");
+        IEnumeration& node = doc.Enumeration("e");
+        const std::vector<IEnumEntry*> all = node.get_entries();
+        ASSERT_EQ(all.size(), static_cast<std::size_t>(entries));
+        std::set<std::string> names;
+        std::set<std::int64_t> values;
+        for (IEnumEntry* entry : all) {
+            const bool is_first_name = names.insert(std::string(entry->get_name())).second;
+            EXPECT_EQ(node.find_entry(entry->get_name()) == entry, is_first_name) << entries;
+            const bool is_first_value = values.insert(entry->get_value()).second;
+            EXPECT_EQ(node.find_entry(entry->get_value()) == entry, is_first_value) << entries;
+        }
+        for (const char* name : {"", "n", "n00", "zz", "N0"})
+            EXPECT_EQ(node.find_entry(name), nullptr) << entries;
+        for (const std::int64_t value : {std::int64_t{-21}, std::int64_t{1000}, INT64_MIN, INT64_MAX})
+            EXPECT_EQ(node.find_entry(value), nullptr) << entries;
     }
 }
 

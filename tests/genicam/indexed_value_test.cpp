@@ -2,6 +2,10 @@
 
 #include "tests/support/node_test.h"
 
+#include <cstdint>
+#include <map>
+#include <string>
+
 namespace node_test {
 namespace {
 
@@ -31,6 +35,24 @@ TEST(IndexedValue, FindsTheFirstEntryOfAnIndexLinksBeforeConstants) {
     EXPECT_EQ(at(doc, 16), 100);
     EXPECT_EQ(at(doc, -2), -2);
     EXPECT_EQ(at(doc, 5), 99);
+}
+
+// Few rows are searched, many are found in an order that is made of them.
+TEST(IndexedValue, FindsTheFirstRowOfAnIndexHoweverManyThereAre) {
+    for (const int rows : {1, 2, 31, 32, 33, 34, 100}) {
+        std::string text;
+        std::map<std::int64_t, std::int64_t> first;
+        for (int row = 0; row < rows; ++row) {
+            const int index = row * 37 % ((rows + 1) / 2) - 20;
+            first.emplace(index, row);
+            text += "<ValueIndexed Index='" + std::to_string(index) + "'>" + std::to_string(row) +
+                    "</ValueIndexed>";
+        }
+        TestDocument doc = table(text + "<ValueDefault>-7</ValueDefault>");
+        for (const auto& [index, row] : first) EXPECT_EQ(at(doc, index), row) << rows;
+        for (const std::int64_t index : {std::int64_t{-21}, std::int64_t{1000}, INT64_MIN, INT64_MAX})
+            EXPECT_EQ(at(doc, index), -7) << rows;
+    }
 }
 
 TEST(IndexedValue, WritesGoToTheConstantOrTheLink) {

@@ -18,6 +18,7 @@ using namespace selvane_inspect;
 using GenICam::eval_value;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 class EvaluationGuardTest : public inspect_test::InspectTest {
 protected:
@@ -191,6 +192,30 @@ TEST_F(EvaluationGuardTest, EntriesOfAStructureNeedItsPlaceOnce) {
     graph.for_each_link(element("E"), [&](const element_link& link) { roles.emplace_back(link.role); });
     EXPECT_THAT(roles,
                 ElementsAre("pIsLocked", "pAddress", "pAddress", "pIndex", "pOffset", "pPort", "pIsLocked"));
+}
+
+TEST_F(EvaluationGuardTest, NodesOfOneNameAreNeededTogether) {
+    Load("<Integer Name=\"A\"><Value>1</Value></Integer><Integer Name=\"A\"><pValue>C</pValue></Integer>" +
+         Link("B", "A") + Link("C", "A") + Link("D", "B"));
+    const operation_graph& graph = Guard().graph();
+    const auto beyond = [&](const char* name) {
+        const element_index element = *Opened().tree().find(Node(name));
+        std::vector<element_index> found;
+        for (const node_operation need : graph.needs_of({element, operation::value})) {
+            if (!graph.is_node(need.element)) found.push_back(need.element);
+        }
+        return found;
+    };
+    ASSERT_EQ(beyond("B").size(), 1U);
+    EXPECT_EQ(beyond("C"), beyond("B"));
+    EXPECT_THAT(beyond("D"), IsEmpty());
+    std::vector<element_index> namesakes;
+    for (const node_operation need : graph.needs_of({beyond("B").front(), operation::minimum})) {
+        EXPECT_EQ(need.asked, operation::minimum);
+        namesakes.push_back(need.element);
+    }
+    EXPECT_EQ(namesakes, Opened().tree().find("A"));
+    EXPECT_EQ(Find("D", operation::value), "a circle: A needs C needs A");
 }
 
 // The place of an entry is no step of its own: with a chain of 999 below it, the entry is the last of 1,000.

@@ -36,6 +36,16 @@ std::string structure(const std::string& children, std::size_t n) {
            "</StructReg>";
 }
 
+// The last entry is chosen.
+std::string enumeration(std::size_t n) {
+    return "<Enumeration Name='e'>" +
+           repeat(n,
+                  [](std::size_t at) {
+                      return fmt::format("<EnumEntry Name='e{0}'><Value>{0}</Value></EnumEntry>", at);
+                  }) +
+           fmt::format("<Value>{}</Value></Enumeration>", n - 1);
+}
+
 std::string listing(std::size_t n) {
     return repeat(n, [](std::size_t at) { return fmt::format("<pFeature>f{}</pFeature>", at); });
 }
@@ -128,12 +138,7 @@ const worst_shape shapes[] = {
                      }));
      }},
     {"entries of an enumeration",
-     [](std::size_t n) {
-         return root("<pFeature>e</pFeature>",
-                     "<Enumeration Name='e'>" + repeat(n, [](std::size_t at) {
-                         return fmt::format("<EnumEntry Name='e{0}'><Value>{0}</Value></EnumEntry>", at);
-                     }) + "<Value>0</Value></Enumeration>");
-     }},
+     [](std::size_t n) { return root("<pFeature>e</pFeature>", enumeration(n)); }},
     {"entries of a structure", [](std::size_t n) { return root("", structure("", n)); }},
     {"entries and invalidators",
      [](std::size_t n) {
@@ -167,6 +172,45 @@ const worst_shape shapes[] = {
          text.erase(text.find("<Length>4</Length>"), std::string_view("<Length>4</Length>").size());
          return root("",
                      text.insert(text.rfind("</StructReg>"), "<Length>x</Length><Endianess>x</Endianess>"));
+     }},
+    {"links to one name",
+     [](std::size_t n) {
+         return root("", repeat(n, [](std::size_t) {
+                             return "<Integer Name='v'><Value>1</Value></Integer>";
+                         }) + integers(n, [](std::size_t) { return "<pValue>v</pValue>"; }));
+     }},
+    {"ports among nodes of their name",
+     [](std::size_t n) {
+         return root("", repeat(n, [](std::size_t at) {
+                         return fmt::format(
+                             "<Integer Name='v'><Value>1</Value></Integer>"
+                             "<IntReg Name='f{}'><Address>0</Address><Length>4</Length>"
+                             "<pPort>v</pPort></IntReg>",
+                             at);
+                     }));
+     }},
+    {"readers of an enumeration",
+     [](std::size_t n) {
+         return root("", enumeration(n) + integers(n, [](std::size_t) { return "<pValue>e</pValue>"; }));
+     }},
+    {"readers of a value table",
+     [](std::size_t n) {
+         const auto row = [](std::size_t at) {
+             return fmt::format("<ValueIndexed Index='{0}'>{0}</ValueIndexed>", at);
+         };
+         return root("", "<Integer Name='t'><pIndex>i</pIndex>" + repeat(n, row) +
+                             fmt::format("<ValueDefault>0</ValueDefault></Integer><Integer Name='i'><Value>{}"
+                                         "</Value></Integer>",
+                                         n - 1) +
+                             integers(n, [](std::size_t) { return "<pValue>t</pValue>"; }));
+     }},
+    {"entries as variables",
+     [](std::size_t n) {
+         const auto variable = [](std::size_t at) {
+             return fmt::format("<pVariable Name='V.Entry.e{}'>e</pVariable>", at);
+         };
+         return root("", enumeration(n) + "<IntSwissKnife Name='k'>" + repeat(n, variable) +
+                             "<Formula>1</Formula></IntSwissKnife>");
      }},
     {"a long formula",
      [](std::size_t n) {

@@ -90,7 +90,7 @@ const hazard* evaluation_guard::find(node_operation which) {
             const hazard* circle = close_circle(need);
             if (own.found == nullptr) own.found = circle;
         } else {
-            absorb(verdicts_[top.which.number()], met->second);
+            absorb(verdicts_[top.which.number()], need, met->second);
         }
     }
     return verdicts_[which.number()].found;
@@ -105,14 +105,9 @@ void evaluation_guard::leave() {
     const node_operation which = path_.back().which;
     path_.pop_back();
     verdict& own = verdicts_[which.number()];
-    if (graph_.is_node(which.element)) {
-        judge(which, own);
-    } else {  // the engine does this within the operation of an entry
-        own.depth = own.depth > 0 ? own.depth - 1 : 0;
-        own.effort -= 1;
-    }
+    if (graph_.is_node(which.element)) judge(which, own);
     own.open = false;
-    if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], own);
+    if (!path_.empty()) absorb(verdicts_[path_.back().which.number()], which, own);
 }
 
 void evaluation_guard::judge(node_operation which, verdict& own) {
@@ -124,10 +119,12 @@ void evaluation_guard::judge(node_operation which, verdict& own) {
     if (own.found == nullptr) own.found = judge_formula(which);
 }
 
-void evaluation_guard::absorb(verdict& into, const verdict& from) {
+// What is shared is no step of the engine: it belongs to that of each node that needs it.
+void evaluation_guard::absorb(verdict& into, node_operation need, const verdict& from) const {
+    const std::size_t too_many = graph_.is_node(need.element) ? 0 : 1;
     if (into.found == nullptr) into.found = from.found;
-    into.depth = std::max(into.depth, from.depth + 1);
-    into.effort += from.effort;
+    into.depth = std::max(into.depth, from.depth + 1 - too_many);
+    into.effort += from.effort - static_cast<double>(too_many);
 }
 
 const hazard* evaluation_guard::close_circle(node_operation again) {

@@ -83,7 +83,7 @@ private:
     void enter(node_operation which);
     void leave();
     void judge(node_operation which, verdict& own);
-    static void absorb(verdict& into, const verdict& from);
+    void absorb(verdict& into, node_operation need, const verdict& from) const;
     const hazard* close_circle(node_operation again);
     const hazard* judge_formula(node_operation which);
     const hazard* try_out(const std::function<void()>& work);

@@ -238,6 +238,19 @@ TEST_F(EvaluationGuardTest, ThePlaceOfAnEntryIsNoStep) {
     EXPECT_EQ(Find("E", operation::value), "");
     load(1000);
     EXPECT_NE(Find("E", operation::value), "");
+    for (const int links : {998, 999, 1000, 1001}) {
+        std::string chains =
+            "<StructReg><Address>0</Address><Length>1</Length><StructEntry Name=\"E0\"><Bit>0</Bit>"
+            "</StructEntry></StructReg><IntReg Name=\"R0\"><Address>0</Address><Length>1</Length></IntReg>";
+        for (const std::string chain : {"E", "R"}) {
+            for (int at = 1; at <= links; ++at)
+                chains += Link(chain + std::to_string(at), chain + std::to_string(at - 1));
+        }
+        Load(chains);
+        const std::string last = std::to_string(links);
+        EXPECT_EQ(Find("E" + last, operation::value).empty(), Find("R" + last, operation::value).empty())
+            << links;
+    }
 }
 
 TEST_F(EvaluationGuardTest, NamesTheFirstOfALongCircle) {

@@ -87,13 +87,13 @@ TEST(Document, NodesOfOneNameAllStay) {
 
 TEST(Document, FindPort) {
     TestDocument doc = whole(
-        R"(<R><Integer Name="Device"><Value>1</Value></Integer><Port Name="Device"/><Port Name="P"/>
+        R"(<R><Integer Name="Device"><Value>1</Value></Integer><Port Name="Z"/><Port Name="P"/><Port Name="Device"/>
               <Integer Name="I"><Value>1</Value></Integer></R>)");
     ASSERT_NE(doc->find_port("Device"), nullptr);
     EXPECT_EQ(doc->find_port("Device")->get_node_type(), node_type::port)
         << "the other node of that name is passed over";
     EXPECT_EQ(doc->find_port(""), doc->find_port("Device"));
-    EXPECT_EQ(doc->find_port("P")->get_name(), "P");
+    for (const char* name : {"P", "Z"}) EXPECT_EQ(doc->find_port(name)->get_name(), name);
     EXPECT_EQ(doc->find_port("I"), nullptr);
     EXPECT_EQ(doc->find_port("X"), nullptr);
     EXPECT_EQ(whole("<R/>")->find_port(""), nullptr);

@@ -246,6 +246,17 @@ TEST_F(RepeatedMessages, OfOneStructureStandOnceAndAreCounted) {
     EXPECT_EQ(findings[0]["places"].size(), 1U);
 }
 
+TEST_F(RepeatedMessages, OfChildrenWithOtherNamesOrParentsHaveTheirOwnPositions) {
+    Finds("load-message", "warning",
+          R"(<StructReg Comment="S"><Address>0</Address><Length>4</Length>@<Endianess>Little</Endianess>
+@<Cachable>often</Cachable><StructEntry Name="A"><Bit>0</Bit></StructEntry></StructReg>
+<StructReg Comment="T"><Address>4</Address><Length>4</Length>@<Endianess>Big</Endianess>
+<StructEntry Name="B"><Bit>0</Bit></StructEntry></StructReg>)",
+          {"Invalid contents of \"Endianess\" node (\"Little\"",
+           "Invalid contents of \"Cachable\" node (\"often\"",
+           "Invalid contents of \"Endianess\" node (\"Big\""});
+}
+
 TEST_F(RepeatedMessages, OfTheParserShareThePositionOfTheFormula) {
     Finds(
         "load-message", "warning", R"(<IntSwissKnife Name="K"><Constant Name="X">1</Constant>

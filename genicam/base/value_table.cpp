@@ -39,7 +39,9 @@ bool value_eval_indexed::resolve_references(IGenICamDoc* doc, const described_el
     read_constants(xml, is_float);
     if (entries_.size() > most_searched_keys) {
         order_.resize(entries_.size());
-        put_in_order(order_, [this](std::size_t at) { return entries_[at].index; });
+        put_in_order(order_, [this](std::uint32_t left, std::uint32_t right) {
+            return compare_numbers(entries_[left].index, entries_[right].index);
+        });
     }
     return true;
 }

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
-#include <utility>
+#include <functional>
 
 #include <gsl/span>
 
@@ -13,14 +12,13 @@ namespace GenICam {
 /// Up to so many keys are searched: an order of them would not be faster.
 constexpr std::size_t most_searched_keys = 32;
 
-/// Fills `order` with the positions from 0 on, in the order of their keys; of equal keys the first comes
-/// first.
-template <class KeyAt>
-void put_in_order(gsl::span<std::uint32_t> order, KeyAt key_at) {
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(), [&](std::uint32_t left, std::uint32_t right) {
-        return std::make_pair(key_at(left), left) < std::make_pair(key_at(right), right);
-    });
+/// Fills `order` with the positions from 0 on. `compare` gives less than 0 for what comes first; of equal
+/// ones the smaller does.
+void put_in_order(gsl::span<std::uint32_t> order,
+                  const std::function<int(std::uint32_t, std::uint32_t)>& compare);
+
+[[nodiscard]] constexpr int compare_numbers(std::int64_t left, std::int64_t right) noexcept {
+    return static_cast<int>(left > right) - static_cast<int>(left < right);
 }
 
 /// The first of `count` positions with that key; `count` for none. Searches where there is no order.
@@ -32,9 +30,10 @@ template <class Key, class KeyAt>
         while (at < count && key_at(at) != wanted) ++at;
         return at;
     }
-    const auto found = std::lower_bound(order.begin(), order.end(), wanted,
-                                        [&](std::uint32_t at, const Key& key) { return key_at(at) < key; });
-    return found != order.end() && key_at(*found) == wanted ? *found : count;
+    const std::uint32_t* const end = order.data() + order.size();
+    const std::uint32_t* const found = std::lower_bound(
+        order.data(), end, wanted, [&](std::uint32_t at, const Key& key) { return key_at(at) < key; });
+    return found != end && key_at(*found) == wanted ? *found : count;
 }
 
 }  // namespace GenICam

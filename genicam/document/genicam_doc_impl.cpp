@@ -140,14 +140,13 @@ void genicam_doc::make_nodes(const std::vector<taken_element>& taken) {
         auto* node = static_cast<node_base_data*>(made->get_eval());
         node->set_number(positions[at].number);
         nodes_[positions[at].number] = node;
-        if (made->get_node_type() == node_type::port) ports_.push_back(node);
         loading_->described.push_back(node);
         if (!positions[at].is_first || !loading_->is_indexed) continue;
         loading_->is_indexed = loading_->index.add(node->find_name(), static_cast<std::uint32_t>(at));
     }
-    std::sort(ports_.begin(), ports_.end(), [](const node_base_data* left, const node_base_data* right) {
-        return left->number() < right->number();
-    });
+    for (node_base_data* node : nodes_) {
+        if (node->get_node()->get_node_type() == node_type::port) ports_.push_back(node);
+    }
 }
 
 // Messages come in the order of the names, and what is left for expressions is shared out in it. All else is

@@ -8,7 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <string_view>
 #include <vector>
 
@@ -68,7 +68,7 @@ private:
     pugi::xml_node embedded_;  // the next address formula inside the element before it
     taken_element taken_;
     element_scanner scanner_;
-    std::deque<shared_struct_reg> struct_regs_;
+    std::list<shared_struct_reg> struct_regs_;
     std::vector<open_container> containers_;
     bool keep_debug_properties_;
 };

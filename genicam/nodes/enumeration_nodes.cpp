@@ -42,8 +42,12 @@ enum_entries::enum_entries(document_services* services, const described_element&
         static_cast<std::uint32_t*>(services->take_room(numbers_for(count) * sizeof(std::uint32_t)));
     by_value_ = {numbers, count};
     by_name_ = {numbers + count, count};
-    put_in_order(by_value_, [this](std::size_t at) { return entries_[at].get_value(); });
-    put_in_order(by_name_, [this](std::size_t at) { return entries_[at].find_name(); });
+    put_in_order(by_value_, [this](std::uint32_t left, std::uint32_t right) {
+        return compare_numbers(entries_[left].get_value(), entries_[right].get_value());
+    });
+    put_in_order(by_name_, [this](std::uint32_t left, std::uint32_t right) {
+        return entries_[left].find_name().compare(entries_[right].find_name());
+    });
 }
 
 // Nearly all entries have nothing to resolve.

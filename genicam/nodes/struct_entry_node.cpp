@@ -2,24 +2,31 @@
 
 #include "genicam/base/node_link.h"
 
+#include <optional>
 #include <string_view>
 #include <tuple>
-#include <unordered_set>
 #include <utility>
 
 namespace GenICam {
 namespace {
 
-template <class Function>
-void with_struct_reg(const described_element& entry, Function fn) {
-    if (entry.struct_reg() != nullptr) {
-        fn(*entry.struct_reg());
-    } else {
-        const scanned_element alone(find_struct_reg(entry));
-        shared_struct_reg struct_reg(*alone);
-        fn(struct_reg);
+/// What an entry shares; looked up for it alone where nobody did for all.
+class frame_of {
+public:
+    explicit frame_of(const described_element& entry) : shared_(entry.struct_reg()) {
+        if (shared_ != nullptr) return;
+        const described_element& element = *scanned_.emplace(find_struct_reg(entry));
+        shared_ = &alone_.emplace(element);
     }
-}
+    frame_of(const frame_of&) = delete;
+    frame_of& operator=(const frame_of&) = delete;
+    shared_struct_reg* operator->() const noexcept { return shared_; }
+
+private:
+    shared_struct_reg* shared_;
+    std::optional<scanned_element> scanned_;
+    std::optional<shared_struct_reg> alone_;
+};
 
 }  // namespace
 
@@ -40,9 +47,8 @@ std::shared_ptr<const address_eval> shared_struct_reg::resolve_address(IGenICamD
 void shared_struct_reg::resolve_once(IGenICamDoc* doc) {
     auto address = std::make_shared<address_eval>();
     problems_ = address->resolve_terms(doc, xml_);
-    std::unordered_set<INode*> known;
-    address->for_each_source([&](INode* source) {
-        if (known.insert(source).second) sources_.push_back(source);
+    address->for_each_source([this](INode* source) {
+        if (sources_.empty() || sources_.back() != source) sources_.push_back(source);
     });
     address_ = std::move(address);
 }
@@ -56,25 +62,23 @@ void shared_struct_reg::report_problems() {
 
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    with_struct_reg(xml, [&](const shared_struct_reg& shared) {
-        const described_element& struct_reg = shared.xml();
-        const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
-        cache_.cachable =
-            own_cachable ? *own_cachable
-                         : parse_cachable(struct_reg, struct_reg.text(child::Cachable), Cachable::NoCache);
-        cache_.endianess = parse_endianess(struct_reg, struct_reg.text(child::Endianess));
-        const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
-        set_actual_access_mode(own_mode ? *own_mode
-                                        : parse_access_mode(struct_reg, struct_reg.text(child::AccessMode)));
-    });
+    const frame_of frame(xml);
+    const described_element& struct_reg = frame->xml();
+    const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
+    cache_.cachable = own_cachable
+                          ? *own_cachable
+                          : parse_cachable(struct_reg, struct_reg.text(child::Cachable), Cachable::NoCache);
+    cache_.endianess = parse_endianess(struct_reg, struct_reg.text(child::Endianess));
+    const std::optional<AccessMode> own_mode = GenICam::find_access_mode(xml.text(child::AccessMode));
+    set_actual_access_mode(own_mode ? *own_mode
+                                    : parse_access_mode(struct_reg, struct_reg.text(child::AccessMode)));
 }
 
 void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    with_struct_reg(xml, [&](shared_struct_reg& struct_reg) {
-        length_ = resolve_length(doc, struct_reg.xml(), this);
-        address_ = struct_reg.resolve_address(doc, this);
-        cache_.port = find_register_port(doc, struct_reg.xml());
-    });
+    const frame_of frame(xml);
+    length_ = resolve_length(doc, frame->xml(), this);
+    address_ = frame->resolve_address(doc, this);
+    cache_.port = find_register_port(doc, frame->xml());
 }
 
 std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {

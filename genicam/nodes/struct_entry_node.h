@@ -37,7 +37,7 @@ private:
 
     described_element xml_;
     std::shared_ptr<const address_eval> address_;  // null until the first entry asks
-    std::vector<INode*> sources_;                  // each node of the address once
+    std::vector<INode*> sources_;                  // the nodes of the address
     std::vector<address_problem> problems_;
     std::size_t repeated_ = 0;
     bool is_first_ = true;

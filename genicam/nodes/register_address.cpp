@@ -59,11 +59,11 @@ std::uint64_t sum_addresses(const described_element& xml, std::vector<address_pr
     return sum;
 }
 
+}  // namespace
+
 void report_all(const std::vector<address_problem>& problems) {
     for (const address_problem& problem : problems) report(*problem.what, problem.where);
 }
-
-}  // namespace
 
 std::uint64_t calc_address_nodes_sum(const described_element& xml) {
     std::vector<address_problem> problems;

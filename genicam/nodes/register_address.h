@@ -27,6 +27,8 @@ struct address_problem {
     message_origin where;
 };
 
+void report_all(const std::vector<address_problem>& problems);
+
 /// The sum of the `Address` children, wrapping; a child that is no number is logged and left out.
 [[nodiscard]] std::uint64_t calc_address_nodes_sum(const described_element& xml);
 

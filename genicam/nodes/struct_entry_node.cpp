@@ -38,8 +38,12 @@ pugi::xml_node find_struct_reg(pugi::xml_node entry) {
 }
 
 std::shared_ptr<const address_eval> shared_struct_reg::resolve_address(IGenICamDoc* doc, INode* entry) {
-    if (address_ == nullptr) resolve_once(doc);
-    report_problems();
+    if (address_ == nullptr) {
+        resolve_once(doc);
+    } else {
+        repeated_ += problems_.size();
+    }
+    if (repeated_ <= most_repeated) report_all(problems_);
     for (INode* const source : sources_) std::ignore = depend_on(source, entry);
     return address_;
 }
@@ -51,13 +55,6 @@ void shared_struct_reg::resolve_once(IGenICamDoc* doc) {
         if (sources_.empty() || sources_.back() != source) sources_.push_back(source);
     });
     address_ = std::move(address);
-}
-
-void shared_struct_reg::report_problems() {
-    if (!is_first_) repeated_ += problems_.size();
-    is_first_ = false;
-    if (repeated_ > most_repeated) return;
-    for (const address_problem& problem : problems_) report(*problem.what, problem.where);
 }
 
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)

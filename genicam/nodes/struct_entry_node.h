@@ -33,14 +33,12 @@ public:
 
 private:
     void resolve_once(IGenICamDoc* doc);
-    void report_problems();
 
     described_element xml_;
     std::shared_ptr<const address_eval> address_;  // null until the first entry asks
     std::vector<INode*> sources_;                  // the nodes of the address
     std::vector<address_problem> problems_;
     std::size_t repeated_ = 0;
-    bool is_first_ = true;
 };
 
 /// `StructEntry`: a field of bits in the register that the enclosing `StructReg` describes. A register of

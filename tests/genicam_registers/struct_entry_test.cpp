@@ -3,6 +3,8 @@
 #include "genicam/nodes/struct_entry_node.h"
 #include "tests/genicam_registers/register_test.h"
 
+#include <memory>
+
 using namespace register_test;
 
 namespace {
@@ -139,6 +141,18 @@ TEST(StructEntry, FollowersRepeatABoundedNumberOfMessages) {
     ASSERT_EQ(followers * problems, GenICam::shared_struct_reg::most_repeated) << "the last one just fits";
     EXPECT_EQ(doc.load_messages.size(), problems * (1 + followers));
     EXPECT_LT(1 + followers, entries);
+}
+
+// The lists would be short, but what is registered for them first is the product.
+TEST(StructEntry, TooManyDependentsAreRefusedWhileTheyRegister) {
+    constexpr std::size_t many = 4100;
+    std::string text = "<R><StructReg>" + length("1");
+    for (std::size_t at = 0; at < many; ++at)
+        text += at % 2 == 0 ? "<pAddress>a</pAddress>" : "<pAddress>b</pAddress>";
+    for (std::size_t at = 0; at < many; ++at) text += entry("e" + std::to_string(at));
+    text += "</StructReg>" + number("a", "0") + number("b", "0") + "</R>";
+    const std::unique_ptr<GenICam::IGenICamDoc> doc(GenICam::load_genicam_doc(text.data(), text.size(), {}));
+    EXPECT_EQ(doc, nullptr);
 }
 
 TEST(StructEntry, ResolvedByItselfFindsItsFrame) {

@@ -18,7 +18,7 @@ struct kept_list;
 /// The document as its nodes see it.
 class document_services {
 public:
-    virtual void add_callback(INode* node, std::function<void(INode*)> callback) = 0;
+    virtual void add_callback(INode* node, std::function<void(INode*)>&& callback) = 0;
     virtual void clear_callbacks(INode* node) = 0;
     /// In the order of registration; a node without callbacks does nothing.
     virtual void fire_callbacks(INode* node) = 0;

@@ -22,17 +22,11 @@ public:
     [[nodiscard]] std::error_code is_implemented(bool& value, std::uint32_t flags) final {
         return self().test_implemented(value, flags);
     }
-    [[nodiscard]] bool is_implemented() final {
-        bool value = true;
-        return static_cast<bool>(self().test_implemented(value, access_flags::none)) || value;
-    }
+    [[nodiscard]] bool is_implemented() final { return self().seems(&node_base_data::test_implemented); }
     [[nodiscard]] std::error_code is_available(bool& value, std::uint32_t flags) final {
         return self().test_available(value, flags);
     }
-    [[nodiscard]] bool is_available() final {
-        bool value = true;
-        return static_cast<bool>(self().test_available(value, access_flags::none)) || value;
-    }
+    [[nodiscard]] bool is_available() final { return self().seems(&node_base_data::test_available); }
     [[nodiscard]] std::error_code is_locked(bool& value, std::uint32_t flags) final {
         return self().test_locked(value, flags);
     }
@@ -67,9 +61,7 @@ public:
     [[nodiscard]] std::string_view get_tooltip() const final { return child_text(xml(), "ToolTip"); }
     [[nodiscard]] std::string_view get_description() const final { return child_text(xml(), "Description"); }
     [[nodiscard]] std::string_view get_docu_url() const final { return child_text(xml(), "DocuURL"); }
-    [[nodiscard]] bool is_deprecated() const final {
-        return find_yes_no(child_text(xml(), "IsDeprecated")).value_or(false);
-    }
+    [[nodiscard]] bool is_deprecated() const final { return says_yes(xml(), "IsDeprecated"); }
     [[nodiscard]] bool get_streamable() const final {
         return self().states_streamable() && parse_streamable(xml());
     }

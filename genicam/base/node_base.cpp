@@ -143,6 +143,11 @@ std::error_code node_base_data::test_available(bool& value, std::uint32_t flags)
     return link == nullptr ? std::error_code() : evaluate_flag(link, value, flags);
 }
 
+bool node_base_data::seems(std::error_code (node_base_data::*test)(bool&, std::uint32_t) const) const {
+    bool value = true;
+    return static_cast<bool>((this->*test)(value, access_flags::none)) || value;
+}
+
 std::error_code node_base_data::test_locked(bool& value, std::uint32_t flags) {
     value = find_access_mode() == AccessMode::RO;
     INode* link = find_link(&access_links::is_locked);
@@ -167,7 +172,7 @@ AccessMode node_base_data::find_access_mode() {
     return imposed_access_mode_;
 }
 
-void node_base_data::add_callback(INode::callback fn) {
+void node_base_data::add_callback(INode::callback&& fn) {
     services_->add_callback(get_node(), std::move(fn));
     has_callbacks_ = true;
 }

@@ -70,11 +70,13 @@ public:
     [[nodiscard]] std::string_view find_extension(std::string_view key) const;
     [[nodiscard]] std::error_code test_implemented(bool& value, std::uint32_t flags) const;
     [[nodiscard]] std::error_code test_available(bool& value, std::uint32_t flags) const;
+    /// What such a test tells; true also where it fails.
+    [[nodiscard]] bool seems(std::error_code (node_base_data::*test)(bool&, std::uint32_t) const) const;
     [[nodiscard]] std::error_code test_locked(bool& value, std::uint32_t flags);
     [[nodiscard]] bool is_locked_by_link() const;
     [[nodiscard]] std::string_view find_display_name() const;
     [[nodiscard]] AccessMode find_access_mode();
-    void add_callback(INode::callback fn);
+    void add_callback(INode::callback&& fn);
     void clear_callbacks();
     [[nodiscard]] std::optional<std::uint64_t> find_event_id() const;
 

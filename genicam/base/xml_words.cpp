@@ -179,6 +179,8 @@ std::optional<std::int64_t> parse_polling_time(pugi::xml_node xml) {
     return milliseconds;
 }
 
-std::optional<bool> find_yes_no(std::string_view text) noexcept { return find_word(yes_no, text); }
+bool says_yes(pugi::xml_node xml, const char* name) noexcept {
+    return find_word(yes_no, child_text(xml, name)).value_or(false);
+}
 
 }  // namespace GenICam

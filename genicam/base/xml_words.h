@@ -46,7 +46,7 @@ constexpr std::int64_t default_display_precision = 6;
 /// The child `PollingTime` in milliseconds; not set for anything but a number from 0 up.
 [[nodiscard]] std::optional<std::int64_t> parse_polling_time(pugi::xml_node xml);
 
-/// "Yes" and "No".
-[[nodiscard]] std::optional<bool> find_yes_no(std::string_view text) noexcept;
+/// Whether the child of that name says "Yes".
+[[nodiscard]] bool says_yes(pugi::xml_node xml, const char* name) noexcept;
 
 }  // namespace GenICam

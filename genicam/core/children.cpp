@@ -119,4 +119,8 @@ gsl::span<const described_element> element_scanner::describe_entries(const descr
     return {entries, count};
 }
 
+std::string_view child_text(pugi::xml_node element, const char* name) noexcept {
+    return element.child(name).child_value();
+}
+
 }  // namespace GenICam

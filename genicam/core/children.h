@@ -198,9 +198,7 @@ private:
 };
 
 /// The text of the first child of that name; empty when absent.
-[[nodiscard]] inline std::string_view child_text(pugi::xml_node element, const char* name) noexcept {
-    return element.child(name).child_value();
-}
+[[nodiscard]] std::string_view child_text(pugi::xml_node element, const char* name) noexcept;
 
 [[nodiscard]] inline std::string_view child_text(const described_element& element, child name) noexcept {
     return element.text(name);

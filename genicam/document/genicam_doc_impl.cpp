@@ -266,7 +266,7 @@ std::string genicam_doc::list_nodes() const {
     return listing.text();
 }
 
-void genicam_doc::add_callback(INode* node, std::function<void(INode*)> callback) {
+void genicam_doc::add_callback(INode* node, std::function<void(INode*)>&& callback) {
     callbacks_[node].functions.push_back(std::move(callback));
 }
 

@@ -43,7 +43,7 @@ public:
     std::vector<INode*> get_streamable_nodes() override { return streamable_nodes_; }
     std::string dump(std::int32_t mode) override;
 
-    void add_callback(INode* node, std::function<void(INode*)> callback) override;
+    void add_callback(INode* node, std::function<void(INode*)>&& callback) override;
     void clear_callbacks(INode* node) override;
     void fire_callbacks(INode* node) override;
     void add_dependent(IEval* owner, IEval* dependent) override;

@@ -25,9 +25,7 @@ std::optional<double> enum_entry_type::get_numeric_value() const {
     return number;
 }
 
-bool enum_entry_type::is_self_clearing() const {
-    return find_yes_no(child_text(node_base_data::xml(), "IsSelfClearing")).value_or(false);
-}
+bool enum_entry_type::is_self_clearing() const { return says_yes(node_base_data::xml(), "IsSelfClearing"); }
 
 enum_entries::enum_entries(document_services* services, const described_element& xml, void* storage) {
     auto* first = static_cast<enum_entry_type*>(storage);

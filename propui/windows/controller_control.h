@@ -13,6 +13,7 @@ namespace ZELPropUI {
 /// A control that shows what a slider controller tells.
 class CControllerControl : public CControlWindow {
 public:
+    ~CControllerControl() override { ForgetName(); }
     /// The name that screen readers say, for a window that has no text of that kind.
     void SetName(const std::wstring& name) noexcept { named_ = SetAccessibleName(Handle(), name); }
     [[nodiscard]] ISliderController* SharedController() const noexcept override { return controller_.get(); }
@@ -23,7 +24,6 @@ public:
 
 protected:
     explicit CControllerControl(ISliderController* controller) : controller_(controller) {}
-    ~CControllerControl() override { ForgetName(); }
 
     bool OnMessage(UINT message, WPARAM, LPARAM, LRESULT&) override {
         if (message == WM_DESTROY) ForgetName();

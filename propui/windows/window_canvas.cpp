@@ -53,14 +53,13 @@ void WindowCanvas::BeginElement(std::wstring_view item, std::wstring_view elemen
 
 void WindowCanvas::GiveId(HWND window) { SetWindowLongPtrW(window, GWLP_ID, next_id_++); }
 
-template <class Control, class... Arguments>
-std::shared_ptr<Control> WindowCanvas::Add(const PageRect& rect, HWND extra, Arguments&&... arguments) {
+std::shared_ptr<CControlWindow> WindowCanvas::Add(const PageRect& rect, HWND extra,
+                                                  std::unique_ptr<CControlWindow> made) {
     const RECT edges{rect.left, rect.top, rect.left + rect.width, rect.top + rect.height};
-    const std::shared_ptr<Control> control(new Control(std::forward<Arguments>(arguments)...),
-                                           [source = source_](Control* end) {
-                                               end->Close();
-                                               delete end;
-                                           });
+    const std::shared_ptr<CControlWindow> control(made.release(), [source = source_](CControlWindow* end) {
+        end->Close();
+        delete end;
+    });
     if (IsGone()) return control;
     control->Create(page_, edges, extra);
     GiveId(control->Handle());
@@ -69,32 +68,37 @@ std::shared_ptr<Control> WindowCanvas::Add(const PageRect& rect, HWND extra, Arg
     return control;
 }
 
+HWND WindowCanvas::AddNamed(const PageRect& rect, HWND extra, std::unique_ptr<CControllerControl> made) {
+    CControllerControl& control = *made;
+    const auto kept = Add(rect, extra, std::move(made));
+    control.SetName(element_name_);
+    return control.Handle();
+}
+
 void WindowCanvas::AddSlider(const PageRect& rect, ISliderController& controller) {
-    Add<CZELSlider>(rect, nullptr, &controller);
+    Add(rect, nullptr, std::make_unique<CZELSlider>(&controller));
 }
 
 void WindowCanvas::AddEdit(const PageRect& rect, ISliderController& controller) {
-    const auto edit = Add<CZELEdit>(rect, nullptr, &controller);
-    edit->SetName(element_name_);
-    edit_ = edit->Handle();
+    edit_ = AddNamed(rect, nullptr, std::make_unique<CZELEdit>(&controller));
 }
 
 void WindowCanvas::AddSpinButton(const PageRect& rect, ISliderController& controller) {
-    Add<CZELSpinButton>(rect, edit_, &controller)->SetName(element_name_);
+    AddNamed(rect, edit_, std::make_unique<CZELSpinButton>(&controller));
 }
 
 void WindowCanvas::AddCombo(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key) {
-    Add<CZELCombo>(rect, nullptr, &item, key);
+    Add(rect, nullptr, std::make_unique<CZELCombo>(&item, key));
 }
 
 void WindowCanvas::AddSwitch(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                              std::wstring_view caption) {
-    Add<CZELSwitch>(rect, nullptr, &item, key, std::wstring(caption));
+    Add(rect, nullptr, std::make_unique<CZELSwitch>(&item, key, std::wstring(caption)));
 }
 
 void WindowCanvas::AddButton(const PageRect& rect, CZELItemDataBase& item, InterfaceKey key,
                              std::wstring_view caption) {
-    Add<CZELButton>(rect, nullptr, &item, key, std::wstring(caption));
+    Add(rect, nullptr, std::make_unique<CZELButton>(&item, key, std::wstring(caption)));
 }
 
 HFONT WindowCanvas::PageFont() const {

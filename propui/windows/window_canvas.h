@@ -1,7 +1,7 @@
 #pragma once
 
 #include "propui/page_canvas.h"
-#include "propui/windows/control_base.h"
+#include "propui/windows/control_window.h"
 
 #include <windows.h>
 
@@ -10,6 +10,8 @@
 #include <vector>
 
 namespace ZELPropUI {
+
+class CControllerControl;
 
 using ControlList = std::vector<std::shared_ptr<CZELControlBase>>;
 
@@ -42,8 +44,10 @@ private:
     /// Every window of a page has an id of its own, counted in the order of creation.
     void GiveId(HWND window);
     /// Without a window on a page that is gone.
-    template <class Control, class... Arguments>
-    std::shared_ptr<Control> Add(const PageRect& rect, HWND extra, Arguments&&... arguments);
+    std::shared_ptr<CControlWindow> Add(const PageRect& rect, HWND extra,
+                                        std::unique_ptr<CControlWindow> made);
+    /// The same for a control without a text of its own, and gives its window.
+    HWND AddNamed(const PageRect& rect, HWND extra, std::unique_ptr<CControllerControl> made);
 
     HWND page_;
     ControlList& controls_;

@@ -1,14 +1,14 @@
 // Descriptions, formulas and numbers.
 
 #include "adapter/item_discovery.h"
-#include "apps/inspect/evaluation_guard.h"
-#include "apps/inspect/guarded_run.h"
-#include "apps/inspect/inspect_error.h"
 #include "formula/formula_parser.h"
 #include "fuzz/fuzz_targets.h"
 #include "genicam/core/number_parser.h"
 #include "genicam/ieval.h"
 #include "genicam/nodes/formula_watch.h"
+#include "inspection/evaluation_guard.h"
+#include "inspection/guarded_run.h"
+#include "inspection/inspect_error.h"
 #include "platform/text.h"
 #include "tests/genicam_registers/feature_reader.h"
 #include "tests/support/plain_number.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/check/driver_watch.h"
-#include "apps/inspect/pages/dialog_canvas.h"
+#include "inspection/pages/dialog_canvas.h"
 
 #include <cstddef>
 

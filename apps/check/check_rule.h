@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/inspect/lint/severity.h"
+#include "inspection/severity.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "apps/check/register_names.h"
 
-#include "apps/inspect/element_links.h"
 #include "genicam/document/node_facts.h"
+#include "inspection/element_links.h"
 
 #include <optional>
 #include <set>

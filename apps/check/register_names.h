@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/inspect/description.h"
+#include "inspection/description.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "apps/check/report_text.h"
 
-#include "apps/inspect/lint/severity.h"
+#include "inspection/severity.h"
 #include "platform/count_text.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "apps/inspect/command.h"
 
-#include "apps/inspect/feature_value.h"
+#include "inspection/feature_value.h"
 #include "platform/visible_text.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/inspect/inspect_error.h"
 #include "apps/inspect/run.h"
+#include "inspection/inspect_error.h"
 
 #include <cstddef>
 #include <ostream>

@@ -2,8 +2,8 @@
 
 #include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/commands.h"
-#include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
+#include "inspection/inspect_error.h"
 
 #include <algorithm>
 #include <exception>

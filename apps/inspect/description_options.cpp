@@ -1,8 +1,8 @@
 #include "apps/inspect/description_options.h"
 
-#include "apps/inspect/evaluation_guard.h"
-#include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
+#include "inspection/evaluation_guard.h"
+#include "inspection/inspect_error.h"
 #include "simcam/feature_server.h"
 
 namespace selvane_inspect {

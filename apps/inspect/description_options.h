@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/inspect/description.h"
 #include "apps/inspect/memory_options.h"
+#include "inspection/description.h"
 
 #include <memory>
 #include <string>

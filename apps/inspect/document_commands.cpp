@@ -1,6 +1,6 @@
 #include "apps/inspect/commands.h"
-#include "apps/inspect/description.h"
 #include "genicam/ieval.h"
+#include "inspection/description.h"
 
 #include <map>
 #include <sstream>

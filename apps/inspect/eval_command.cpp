@@ -1,11 +1,11 @@
 #include "apps/inspect/commands.h"
-#include "apps/inspect/feature_value.h"
 #include "apps/inspect/formula_text.h"
-#include "apps/inspect/guarded_run.h"
 #include "apps/inspect/lint/formula_outline.h"
 #include "formula/formula_operation.h"
 #include "formula/formula_parser.h"
 #include "genicam/core/number_parser.h"
+#include "inspection/feature_value.h"
+#include "inspection/guarded_run.h"
 #include "platform/ascii.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "apps/inspect/formula_text.h"
 
-#include "apps/inspect/feature_value.h"
+#include "inspection/feature_value.h"
 
 #include <vector>
 

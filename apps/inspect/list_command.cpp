@@ -1,5 +1,5 @@
 #include "apps/inspect/commands.h"
-#include "apps/inspect/feature_reader.h"
+#include "inspection/feature_reader.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
 #include "apps/inspect/memory_options.h"
 
-#include "apps/inspect/description.h"
-#include "apps/inspect/inspect_error.h"
-#include "apps/inspect/traced_port.h"
+#include "inspection/description.h"
+#include "inspection/inspect_error.h"
+#include "inspection/traced_port.h"
 
 #include <algorithm>
 #include <charconv>

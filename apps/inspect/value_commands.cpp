@@ -1,9 +1,9 @@
-#include "apps/inspect/camera/camera_call.h"
 #include "apps/inspect/camera/write_shield.h"
 #include "apps/inspect/commands.h"
-#include "apps/inspect/feature_reader.h"
-#include "apps/inspect/inspect_error.h"
 #include "apps/inspect/similar_name.h"
+#include "inspection/camera/connected_camera.h"
+#include "inspection/feature_reader.h"
+#include "inspection/inspect_error.h"
 #include "platform/text.h"
 
 #include <functional>
@@ -142,8 +142,8 @@ class value_session {
 public:
     explicit value_session(const description_options& options)
         : actual_(open(options)), twin_(open(options)), guard_(*twin_), reader_(guard_) {
-        live_camera* const camera = camera_behind(options.file);
-        if (camera != nullptr) twin_->port().lead_to(shield_.emplace(*camera));
+        if (const connected_camera* const behind = connected_camera::behind(options.file))
+            twin_->port().lead_to(shield_.emplace(behind->camera()));
     }
 
     [[nodiscard]] description& actual() noexcept { return *actual_; }

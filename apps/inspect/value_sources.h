@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/inspect/feature_reader.h"
+#include "inspection/feature_reader.h"
 
 #include <optional>
 #include <string>

@@ -8,13 +8,14 @@ random.seed(seed)
 
 # The programs that see a room, its own first: the first that fails ends the search.
 tests = {
-    "platform": "platform_test propui_test adapter_test inspect_test formula_test",
+    "platform": "platform_test propui_test adapter_test inspection_test inspect_test formula_test",
     "genicam": "genicam_test registers_test formula_test adapter_test inspect_test simcam_test",
     "formula": "formula_test inspect_test genicam_test",
     "items": "items_test propui_test simcam_test adapter_test",
     "adapter": "adapter_test simcam_test inspect_test check_test",
     "propui": "propui_test simcam_test inspect_test playground_test",
     "simcam": "simcam_test items_test check_test playground_test inspect_test",
+    "inspection": "inspection_test inspect_test check_test playground_test camera_test",
     "apps/inspect": "inspect_test check_test playground_test camera_test",
 }
 

@@ -2,8 +2,8 @@
 
 #include "apps/check/report_text.h"
 
-#include "apps/inspect/description.h"
 #include "data_paths.h"
+#include "inspection/description.h"
 #include "tests/check/checked_camera.h"
 
 #include <set>

@@ -3,8 +3,9 @@
 #include "tests/inspect/camera_fixture.h"
 
 #include "apps/inspect/camera/camera_call.h"
-#include "apps/inspect/description.h"
 #include "genicam/core/error.h"
+#include "inspection/camera/live_camera.h"
+#include "inspection/description.h"
 
 #include <map>
 #include <regex>

@@ -2,7 +2,7 @@
 
 #include "tests/inspect/inspection.h"
 
-#include "apps/inspect/description.h"
+#include "inspection/description.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // What the formula room tells whoever explains formulas, and formulas run without danger.
 
 #include "apps/inspect/formula_text.h"
-#include "apps/inspect/guarded_run.h"
 #include "formula/formula_operation.h"
 #include "formula/formula_parser.h"
+#include "inspection/guarded_run.h"
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 // The command around the rules: what it prints, what it leaves out, and how it ends.
 
-#include "apps/inspect/description.h"
 #include "apps/inspect/lint/lint_rule.h"
 #include "data_paths.h"
+#include "inspection/description.h"
 #include "tests/inspect/lint_fixture.h"
 
 #include <set>

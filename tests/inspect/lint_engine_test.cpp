@@ -106,6 +106,25 @@ TEST_F(LintEngine, WhatNeedsNoNodesIsFoundWithoutThem) {
     EXPECT_THAT(outcome.out, HasSubstr("[unknown-element]"));
 }
 
+TEST_F(LintEngine, WhatTheEngineRefusesIsExaminedAllTheSame) {
+#ifdef SELVANE_SANITIZED
+    GTEST_SKIP() << "sixteen million steps take too long here";
+#endif
+    const Outcome outcome = Call({"lint", WriteElements(test_support::RefusedElements())});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("have more than 16777216 entries"));
+}
+
+TEST_F(LintEngine, DefaultsAreNotWrittenWithoutNodes) {
+    const Outcome outcome = LintAll(
+        R"(<IntSwissKnife Name="K"><pVariable Name="E.Entry">E</pVariable><Formula>1</Formula></IntSwissKnife>
+<Enumeration Name="E"><Value>0</Value></Enumeration>
+<Integer Name="I"><Value>0</Value><Extension><Default>1</Default></Extension></Integer>)",
+        {"--defaults"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("an exception leaves the load"));
+}
+
 TEST_F(LintEngine, Circles) {
     Finds("circle", "error", R"(@<Integer Name="A"><pValue>B</pValue></Integer>
 <Integer Name="B"><pValue>A</pValue></Integer>

@@ -2,8 +2,8 @@
 
 #include "apps/inspect/memory_options.h"
 
-#include "apps/inspect/description.h"
-#include "apps/inspect/inspect_error.h"
+#include "inspection/description.h"
+#include "inspection/inspect_error.h"
 #include "tests/inspect/inspection.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // The preview as a command: text, data, files, and what it refuses.
 
-#include "apps/inspect/description.h"
+#include "inspection/description.h"
 #include "tests/inspect/inspection.h"
 
 #include <filesystem>

@@ -2,8 +2,8 @@
 
 #include "tests/inspect/inspection.h"
 
-#include "apps/inspect/description.h"
 #include "data_paths.h"
+#include "inspection/description.h"
 #include "tests/support/sweep.h"
 
 #include <algorithm>

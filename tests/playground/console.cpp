@@ -1,8 +1,8 @@
 // Answers requests to the playground, one a line on standard input, on standard output. `file` of a request
 // names the file whose bytes go with it.
 
-#include "apps/inspect/description.h"
 #include "apps/playground/face/playground.h"
+#include "inspection/description.h"
 
 #include <iostream>
 #include <string>

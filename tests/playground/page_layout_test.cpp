@@ -2,8 +2,8 @@
 
 #include "tests/playground/playground_fixture.h"
 
-#include "apps/inspect/description.h"
 #include "data_paths.h"
+#include "inspection/description.h"
 
 #include <filesystem>
 #include <set>

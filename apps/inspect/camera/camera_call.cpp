@@ -1,13 +1,12 @@
 #include "apps/inspect/camera/camera_call.h"
 
-#include "apps/inspect/description.h"
+#include "inspection/camera/connected_camera.h"
+#include "inspection/description.h"
 
 #include <algorithm>
 #include <memory>
 #include <sstream>
 #include <utility>
-
-#include <gsl/util>
 
 namespace selvane_inspect {
 namespace {
@@ -48,14 +47,6 @@ bool traces_itself(const std::string& command) { return command == "get" || comm
 
 bool reads_no_file(const std::string& command) { return command == "eval" || command == "cameras"; }
 
-// One command at a time has a camera: descriptions are opened more than once in it, and deep inside.
-struct connection {
-    std::string file;
-    live_camera& camera;
-    std::ostream* trace;
-};
-const connection* connected = nullptr;
-
 }  // namespace
 
 camera_call::camera_call(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {
@@ -85,20 +76,12 @@ int camera_call::carry_out(const std::function<int(const channels&)>& command, c
     if (!save_.empty()) write_file(save_, std::string(camera->description()));
     std::ostringstream out;
     std::ostringstream err;
-    const connection made = {camera_scheme + name_, *camera, is_traced_ ? &err : nullptr};
-    connected = &made;
-    const auto disconnect = gsl::finally([] { connected = nullptr; });
+    const connected_camera connected(camera_scheme + name_, *camera, is_traced_ ? &err : nullptr);
     const int code = command({out, err, to.environment, to.json});
     if (!camera->ending().empty()) throw refused(camera->ending());
     to.err << err.str();
     to.out << out.str();
     return code;
 }
-
-live_camera* camera_behind(const std::string& file) {
-    return connected != nullptr && file == connected->file ? &connected->camera : nullptr;
-}
-
-std::ostream* camera_trace() noexcept { return connected != nullptr ? connected->trace : nullptr; }
 
 }  // namespace selvane_inspect

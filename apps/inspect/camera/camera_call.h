@@ -1,10 +1,8 @@
 #pragma once
 
-#include "apps/inspect/camera/live_camera.h"
 #include "apps/inspect/command.h"
 
 #include <functional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -30,28 +28,6 @@ private:
     std::string name_;
     std::string save_;
     bool is_traced_ = false;
-};
-
-/// The camera that a file name stands for, while a command is carried out over it; null for files.
-[[nodiscard]] live_camera* camera_behind(const std::string& file);
-/// Where that command tells each access to the camera; null for nowhere.
-[[nodiscard]] std::ostream* camera_trace() noexcept;
-
-/// Control of the camera behind a file name for as long as this lives; of a file, nothing.
-class camera_control {
-public:
-    /// Throws `inspect_error` when another program has it.
-    explicit camera_control(const std::string& file) : camera_(camera_behind(file)) {
-        if (camera_ != nullptr) camera_->take_control();
-    }
-    camera_control(const camera_control&) = delete;
-    camera_control& operator=(const camera_control&) = delete;
-    ~camera_control() {
-        if (camera_ != nullptr) camera_->leave_control();
-    }
-
-private:
-    live_camera* camera_;
 };
 
 }  // namespace selvane_inspect

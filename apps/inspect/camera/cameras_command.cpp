@@ -1,5 +1,5 @@
-#include "apps/inspect/camera/live_camera.h"
 #include "apps/inspect/commands.h"
+#include "inspection/camera/live_camera.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

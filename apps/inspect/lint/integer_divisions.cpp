@@ -1,6 +1,6 @@
 #include "apps/inspect/lint/integer_divisions.h"
 
-#include "apps/inspect/guarded_run.h"
+#include "inspection/guarded_run.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "apps/inspect/lint/lint_context.h"
 
-#include "apps/inspect/feature_reader.h"
+#include "inspection/feature_reader.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "apps/inspect/description.h"
-#include "apps/inspect/evaluation_guard.h"
 #include "apps/inspect/lint/lint_rule.h"
+#include "inspection/description.h"
+#include "inspection/evaluation_guard.h"
 
 #include <functional>
 #include <map>

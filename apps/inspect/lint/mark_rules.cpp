@@ -1,6 +1,6 @@
 #include "apps/inspect/lint/lint_context.h"
 
-#include "apps/inspect/marked_items.h"
+#include "inspection/marked_items.h"
 #include "platform/text.h"
 #include "propui/page_groups.h"
 

@@ -1,7 +1,7 @@
 #include "apps/inspect/lint/lint_context.h"
 
-#include "apps/inspect/feature_reader.h"
 #include "genicam/core/number_parser.h"
+#include "inspection/feature_reader.h"
 #include "platform/text.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 #include "apps/inspect/lint/lint_context.h"
 
-#include "apps/inspect/feature_reader.h"
-#include "apps/inspect/marked_items.h"
-#include "apps/inspect/pages/page_hazards.h"
-#include "apps/inspect/pages/page_preview.h"
 #include "genicam/document/node_facts.h"
+#include "inspection/feature_reader.h"
+#include "inspection/marked_items.h"
+#include "inspection/pages/page_hazards.h"
+#include "inspection/pages/page_preview.h"
 #include "platform/text.h"
 #include "propui/number_text.h"
 

@@ -1,8 +1,8 @@
 #include "apps/playground/face/inspection.h"
 
 #include "apps/inspect/command.h"
-#include "apps/inspect/description.h"
 #include "apps/inspect/run.h"
+#include "inspection/description.h"
 
 #include <algorithm>
 #include <filesystem>

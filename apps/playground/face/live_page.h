@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/inspect/pages/dialog_canvas.h"
+#include "inspection/pages/dialog_canvas.h"
 #include "platform/com_ptr.h"
 
 #include <cstddef>

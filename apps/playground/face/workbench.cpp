@@ -1,7 +1,7 @@
 #include "apps/playground/face/workbench.h"
 
 #include "adapter/interface_key.h"
-#include "apps/inspect/description_tree.h"
+#include "inspection/description_tree.h"
 #include "simcam/camera_options.h"
 
 #include <fmt/format.h>

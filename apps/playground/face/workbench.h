@@ -1,8 +1,8 @@
 #pragma once
 
 #include "adapter/genicam_adapter_device.h"
-#include "apps/inspect/pages/page_preview.h"
 #include "apps/playground/face/live_page.h"
+#include "inspection/pages/page_preview.h"
 #include "propui/page_layout.h"
 #include "simcam/simulated_camera.h"
 

@@ -1,0 +1,244 @@
+#include "inspection/pages/page_preview.h"
+#include "platform/text.h"
+#include "platform/utf8.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include <fmt/format.h>
+#include <pugixml.hpp>
+
+namespace selvane_inspect {
+namespace {
+
+using pugi::xml_node;
+using ZELPropUI::PageRect;
+
+/// An attribute of an element; a number counts pixels.
+struct svg_attribute {
+    svg_attribute(const char* its_name, std::string text) : name(its_name), value(std::move(text)) {}
+    svg_attribute(const char* its_name, int pixels) : name(its_name), value(std::to_string(pixels)) {}
+    const char* name;
+    std::string value;
+};
+
+constexpr int closed_combo_height = 21;
+
+// The last two of each plane, and a row in the midst of Arabic forms.
+bool is_noncharacter(char32_t code) {
+    return (code & 0xFFFE) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF);
+}
+
+// XML knows no control characters but white space, and a viewer that meets what is no character at all shows
+// nothing of the picture.
+std::string drawable(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string safe;
+    while (!text.empty()) {
+        const platform::utf8_character next = platform::first_character(text);
+        if (next.code == platform::no_character || is_noncharacter(next.code)) {
+            safe += replacement;
+        } else if (next.code >= 0x20) {
+            safe += text.substr(0, next.size);
+        }
+        text.remove_prefix(next.size);
+    }
+    return safe;
+}
+
+// The middle of a pixel, where a line of one pixel is sharp.
+std::string half_pixel(int pixel) { return std::to_string(pixel) + ".5"; }
+
+const char* ink(const drawn_control& control) { return control.enabled ? "#000000" : "#8c8c8c"; }
+
+xml_node add_element(xml_node parent, const char* element, std::initializer_list<svg_attribute> attributes) {
+    xml_node added = parent.append_child(element);
+    for (const svg_attribute& one : attributes) added.append_attribute(one.name).set_value(one.value.c_str());
+    return added;
+}
+
+void add_box(xml_node parent, const PageRect& rect, const char* fill, const char* stroke) {
+    add_element(parent, "rect",
+                {{"x", half_pixel(rect.left)},
+                 {"y", half_pixel(rect.top)},
+                 {"width", std::max(rect.width - 1, 0)},
+                 {"height", std::max(rect.height - 1, 0)},
+                 {"fill", fill},
+                 {"stroke", stroke}});
+}
+
+// A filled shape that begins at a point and goes on as `way` says.
+void add_shape(xml_node parent, int left, int top, const char* way, const char* fill) {
+    add_element(parent, "path", {{"d", fmt::format("M{} {}{}", left, top, way)}, {"fill", fill}});
+}
+
+// Cut off at the edges of its control, as windows do. Whatever font a viewer has, it is told the width that
+// the text has in the layout.
+void add_text(xml_node parent, int left, const PageRect& row, const char* anchor,
+              const drawn_control& control) {
+    constexpr int baseline = 4;  // below the middle of the row
+    const int width = dialog_text_width(platform::widen(control.text));
+    if (width == 0) return;
+    const xml_node clip = add_element(
+        parent, "svg", {{"x", row.left}, {"y", row.top}, {"width", row.width}, {"height", row.height}});
+    add_element(clip, "text",
+                {{"x", left - row.left},
+                 {"y", row.height / 2 + baseline},
+                 {"textLength", width},
+                 {"lengthAdjust", "spacingAndGlyphs"},
+                 {"text-anchor", anchor},
+                 {"fill", ink(control)}})
+        .text()
+        .set(drawable(control.text).c_str());
+}
+
+void draw_slider(xml_node group, const drawn_control& control) {
+    constexpr int margin = 8;
+    constexpr int groove_height = 4;
+    constexpr int thumb_width = 10;
+    constexpr int thumb_height = 18;
+    const PageRect& rect = control.rect;
+    const int room = std::max(rect.width - 2 * margin, 0);
+    const int middle = rect.top + rect.height / 2;
+    add_box(group, {rect.left + margin, middle - groove_height / 2, room, groove_height}, "#e7eaea",
+            "#d6d6d6");
+    double share = 0;
+    if (control.position && control.highest_position &&
+        *control.highest_position > control.lowest_position.value_or(0)) {
+        const double low = control.lowest_position.value_or(0);
+        share = (*control.position - low) / (*control.highest_position - low);
+    }
+    const int thumb =
+        rect.left + margin + static_cast<int>(std::clamp(share, 0.0, 1.0) * room) - thumb_width / 2;
+    add_box(group, {thumb, middle - thumb_height / 2, thumb_width, thumb_height},
+            control.enabled ? "#0078d7" : "#cccccc", "#7a7a7a");
+}
+
+void draw_edit(xml_node group, const drawn_control& control) {
+    constexpr int margin = 4;
+    add_box(group, control.rect, control.enabled ? "#f0f0f0" : "#e6e6e6", "#7a7a7a");
+    add_text(group, control.rect.left + margin, control.rect, "start", control);
+}
+
+void draw_spin_button(xml_node group, const drawn_control& control) {
+    const PageRect& rect = control.rect;
+    const int half = rect.height / 2;
+    add_box(group, {rect.left, rect.top, rect.width, half}, "#e1e1e1", "#adadad");
+    add_box(group, {rect.left, rect.top + half, rect.width, rect.height - half}, "#e1e1e1", "#adadad");
+    const int middle = rect.left + rect.width / 2;
+    add_shape(group, middle - 3, rect.top + half / 2 + 2, "l3 -3l3 3z", ink(control));
+    add_shape(group, middle - 3, rect.top + half + half / 2 - 1, "l3 3l3 -3z", ink(control));
+}
+
+void draw_combo(xml_node group, const drawn_control& control) {
+    constexpr int margin = 5;
+    constexpr int arrow_room = 14;
+    const PageRect closed = {control.rect.left, control.rect.top, control.rect.width, closed_combo_height};
+    add_box(group, closed, control.enabled ? "#ffffff" : "#e6e6e6", "#7a7a7a");
+    add_text(group, closed.left + margin, closed, "start", control);
+    add_shape(group, closed.left + closed.width - arrow_room, closed.top + closed.height / 2 - 2,
+              "l4 4l4 -4z", ink(control));
+}
+
+void draw_check_box(xml_node group, const drawn_control& control) {
+    constexpr int size = 13;
+    constexpr int gap = 3;
+    const PageRect& rect = control.rect;
+    const PageRect square = {rect.left, rect.top + (rect.height - size) / 2, size, size};
+    add_box(group, square, "#ffffff", ink(control));
+    if (control.checked) {
+        add_element(group, "path",
+                    {{"d", fmt::format("M{} {}l3 3l5 -6", square.left + 3, square.top + size / 2)},
+                     {"fill", "none"},
+                     {"stroke", ink(control)},
+                     {"stroke-width", "2"}});
+    }
+    add_text(group, rect.left + size + gap, rect, "start", control);
+}
+
+void draw_button(xml_node group, const drawn_control& control) {
+    add_box(group, control.rect, "#e1e1e1", "#adadad");
+    add_text(group, control.rect.left + control.rect.width / 2, control.rect, "middle", control);
+}
+
+void draw_kind(xml_node group, const drawn_control& control) {
+    switch (control.kind) {
+        case control_kind::label:
+            return add_text(group, control.rect.left, control.rect, "start", control);
+        case control_kind::slider:
+            return draw_slider(group, control);
+        case control_kind::edit:
+            return draw_edit(group, control);
+        case control_kind::spin_button:
+            return draw_spin_button(group, control);
+        case control_kind::combo:
+            return draw_combo(group, control);
+        case control_kind::check_box:
+            return draw_check_box(group, control);
+        case control_kind::button:
+            return draw_button(group, control);
+    }
+}
+
+// The first rectangle of a control is the room that the layout gave it.
+void draw_control(xml_node picture, const drawn_control& control) {
+    std::string kind(control_word(control.kind));
+    std::replace(kind.begin(), kind.end(), ' ', '-');
+    const xml_node group =
+        add_element(picture, "g", {{"class", kind}, {"data-feature", drawable(control.feature)}});
+    add_element(group, "rect",
+                {{"class", "place"},
+                 {"x", control.rect.left},
+                 {"y", control.rect.top},
+                 {"width", control.rect.width},
+                 {"height", control.rect.height},
+                 {"fill", "none"}});
+    draw_kind(group, control);
+}
+
+xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {
+    int right = page_width;
+    int bottom = page_height;
+    for (const drawn_control& control : page.controls) {
+        const bool is_combo = control.kind == control_kind::combo;
+        right = std::max(right, control.rect.left + control.rect.width);
+        bottom = std::max(bottom, control.rect.top + (is_combo ? closed_combo_height : control.rect.height));
+    }
+    const std::string width = std::to_string(right);
+    const std::string height = std::to_string(bottom);
+    const xml_node picture =
+        add_element(document, "svg",
+                    {{"xmlns", "http://www.w3.org/2000/svg"},
+                     {"width", width},
+                     {"height", height},
+                     {"viewBox", "0 0 " + width + " " + height},
+                     {"font-family", "Tahoma, 'DejaVu Sans Condensed', 'Noto Sans', sans-serif"},
+                     {"font-size", "11"}});
+    add_element(picture, "title", {}).text().set(drawable(TitleOf(page.name)).c_str());
+    add_element(picture, "rect", {{"width", width}, {"height", height}, {"fill", "#d0d0d0"}});
+    add_element(picture, "rect",
+                {{"class", "page"}, {"width", page_width}, {"height", page_height}, {"fill", "#f0f0f0"}});
+    return picture;
+}
+
+class svg_text final : public pugi::xml_writer {
+public:
+    void write(const void* data, std::size_t size) override {
+        text.append(static_cast<const char*>(data), size);
+    }
+    std::string text;
+};
+
+}  // namespace
+
+std::string page_svg(const drawn_page& page) {
+    pugi::xml_document document;
+    const xml_node picture = open_picture(document, page);
+    for (const drawn_control& control : page.controls) draw_control(picture, control);
+    svg_text writer;
+    document.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+    return std::move(writer.text);
+}
+
+}  // namespace selvane_inspect

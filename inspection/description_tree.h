@@ -23,7 +23,7 @@ struct node_element {
     pugi::xml_node xml;
     std::string_view name;
     const GenICam::node_class* made;  ///< null for an entry of an enumeration, which is no node of its own
-    pugi::xml_node structure = {};    ///< of a `StructEntry`: the element whose place it shares
+    pugi::xml_node structure = {};    ///< of a `StructEntry`: the element whose address it shares
 };
 
 /// A number of an element in the list of a tree.

@@ -11,7 +11,7 @@
 
 namespace selvane_inspect {
 
-/// One operation of one node, or of what many nodes may need: the place that the entries of a register
+/// One operation of one node, or of what many nodes may need: the address that the entries of a register
 /// structure share, or whichever of the nodes of one name a link finds.
 struct node_operation {
     element_index element;

@@ -11,15 +11,15 @@ namespace GenICam {
 namespace {
 
 /// What an entry shares; looked up for it alone where nobody did for all.
-class frame_of {
+class struct_reg_of {
 public:
-    explicit frame_of(const described_element& entry) : shared_(entry.struct_reg()) {
+    explicit struct_reg_of(const described_element& entry) : shared_(entry.struct_reg()) {
         if (shared_ != nullptr) return;
         const described_element& element = *scanned_.emplace(find_struct_reg(entry));
         shared_ = &alone_.emplace(element);
     }
-    frame_of(const frame_of&) = delete;
-    frame_of& operator=(const frame_of&) = delete;
+    struct_reg_of(const struct_reg_of&) = delete;
+    struct_reg_of& operator=(const struct_reg_of&) = delete;
     shared_struct_reg* operator->() const noexcept { return shared_; }
 
 private:
@@ -59,8 +59,8 @@ void shared_struct_reg::resolve_once(IGenICamDoc* doc) {
 
 struct_entry_type::struct_entry_type(document_services* services, const described_element& xml)
     : node_base_impl_bit_field(services, xml) {
-    const frame_of frame(xml);
-    const described_element& struct_reg = frame->xml();
+    const struct_reg_of shared(xml);
+    const described_element& struct_reg = shared->xml();
     const std::optional<Cachable> own_cachable = find_cachable(xml.text(child::Cachable));
     cache_.cachable = own_cachable
                           ? *own_cachable
@@ -72,10 +72,10 @@ struct_entry_type::struct_entry_type(document_services* services, const describe
 }
 
 void struct_entry_type::_resolve_references(IGenICamDoc* doc, const described_element& xml) {
-    const frame_of frame(xml);
-    length_ = resolve_length(doc, frame->xml(), this);
-    address_ = frame->resolve_address(doc, this);
-    cache_.port = find_register_port(doc, frame->xml());
+    const struct_reg_of shared(xml);
+    length_ = resolve_length(doc, shared->xml(), this);
+    address_ = shared->resolve_address(doc, this);
+    cache_.port = find_register_port(doc, shared->xml());
 }
 
 std::error_code struct_entry_type::set_val(std::int64_t value, std::uint32_t flags) {

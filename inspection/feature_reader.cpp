@@ -107,7 +107,7 @@ std::optional<std::int64_t> number_behind(INode& enumeration) {
     return number.assume_value();
 }
 
-std::string end_text(const std::optional<feature_value>& limit, number_style style) {
+std::string end_text(const std::optional<feature_value>& limit, Representation style) {
     if (!limit || is_end_of_all(*limit)) return {};
     return value_text(*limit, style);
 }
@@ -151,16 +151,15 @@ bool is_end_of_all(const feature_value& limit) {
                                *real == static_cast<double>(std::numeric_limits<float>::max()));
 }
 
-template <class Ask>
-auto feature_reader::ask(INode& node, operation asked, Ask question)
-    -> answer<typename decltype(question())::value_type> {
-    answer<typename decltype(question())::value_type> given;
+template <class T, class Ask>
+answer<T> feature_reader::ask(INode& node, operation asked, Ask question) {
+    answer<T> given;
     if (const hazard* found = guard_.find(node, asked)) {
         given.failure = guard_.describe(*found);
         return given;
     }
     try {
-        auto outcome = question();
+        result<T> outcome = question();
         if (outcome) {
             given.value = std::move(outcome.assume_value());
         } else {
@@ -174,7 +173,7 @@ auto feature_reader::ask(INode& node, operation asked, Ask question)
 }
 
 answer<feature_value> feature_reader::read_value(INode& node) {
-    return ask(node, operation::value, [&] { return engine_value(node, none); });
+    return ask<feature_value>(node, operation::value, [&] { return engine_value(node, none); });
 }
 
 void feature_reader::explain(INode& node, answer<feature_value>& failed) {
@@ -185,20 +184,19 @@ void feature_reader::explain(INode& node, answer<feature_value>& failed) {
 }
 
 std::optional<feature_value> feature_reader::read_limit(INode& node, operation limit) {
-    return ask(node, limit, [&] { return engine_limit(node, limit); }).value;
+    return ask<feature_value>(node, limit, [&] { return engine_limit(node, limit); }).value;
 }
 
 std::string feature_reader::read_unit(INode& node) {
-    return ask(node, operation::unit, [&] { return result<std::string>(engine_unit(node)); })
-        .value.value_or("");
+    return ask<std::string>(node, operation::unit, [&] { return engine_unit(node); }).value.value_or("");
 }
 
 answer<bool> feature_reader::read_flag(INode& node, operation flag) {
-    return ask(node, flag, [&] { return engine_flag(node, flag); });
+    return ask<bool>(node, flag, [&] { return engine_flag(node, flag); });
 }
 
 answer<AccessMode> feature_reader::read_access(INode& node) {
-    return ask(node, operation::access, [&] { return result<AccessMode>(node.get_access_mode()); });
+    return ask<AccessMode>(node, operation::access, [&] { return node.get_access_mode(); });
 }
 
 // As the engine decides: a link that cannot be read leaves a node implemented, but not available.
@@ -220,7 +218,7 @@ feature_state feature_reader::begin(INode& node) {
 void feature_reader::add_unit(INode& node, feature_state& state) {
     state.unit = read_unit(node);
     if (state.kind == node_type::integer && guard_.find(node, operation::unit) == nullptr) {
-        state.style = style_of(static_cast<IInteger&>(node).get_representation());
+        state.style = static_cast<IInteger&>(node).get_representation();
     }
 }
 
@@ -262,14 +260,12 @@ nlohmann::ordered_json to_json(const feature_state& state) {
     json["name"] = state.name;
     json["kind"] = kind_word(state.kind);
     json["access"] = state.access;
-    if (state.value.value) {
-        if (has_value(state.kind)) json["value"] = value_json(*state.value.value);
+    if (const auto& value = state.value.value) {
+        if (has_value(state.kind)) json["value"] = value_json(*value);
+        if (const auto* entry = std::get_if<entry_value>(&*value)) json["number"] = entry->value;
     } else {
         json["error"]["message"] = state.value.failure;
         if (state.value.code != 0) json["error"]["code"] = fmt::format("0x{:08X}", state.value.code);
-    }
-    if (const auto* entry = state.value.value ? std::get_if<entry_value>(&*state.value.value) : nullptr) {
-        json["number"] = entry->value;
     }
     if (!state.unit.empty()) json["unit"] = state.unit;
     put(json, "min", state.minimum);

@@ -28,7 +28,7 @@ struct feature_state {
     std::string name;
     std::string_view access;  ///< RW, RO, WO; NI for not implemented, NA for not available
     answer<feature_value> value;
-    number_style style = number_style::plain;
+    GenICam::Representation style = GenICam::Representation::PureNumber;  ///< of integers
     std::string unit;
     std::optional<feature_value> minimum;
     std::optional<feature_value> maximum;
@@ -60,9 +60,8 @@ public:
     [[nodiscard]] std::string_view access_state(GenICam::INode& node);
 
 private:
-    template <class Ask>
-    auto ask(GenICam::INode& node, operation asked, Ask question)
-        -> answer<typename decltype(question())::value_type>;
+    template <class T, class Ask>
+    answer<T> ask(GenICam::INode& node, operation asked, Ask question);
 
     evaluation_guard& guard_;
 };

@@ -10,6 +10,8 @@
 namespace selvane_inspect {
 namespace {
 
+using GenICam::Representation;
+
 std::string byte_list(std::uint64_t number, int bytes, const char* format, char separator) {
     std::string text;
     for (int at = bytes; at-- > 0;) {
@@ -19,23 +21,22 @@ std::string byte_list(std::uint64_t number, int bytes, const char* format, char 
     return text;
 }
 
-std::string integer_text(std::int64_t number, number_style style) {
+std::string integer_text(std::int64_t number, Representation style) {
     const auto bits = static_cast<std::uint64_t>(number);
     switch (style) {
-        case number_style::hexadecimal:
+        case Representation::HexNumber:
             return fmt::format("0x{:X}", bits);
-        case number_style::ipv4:
+        case Representation::IPV4Address:
             return byte_list(bits, 4, "{}", '.');
-        case number_style::mac:
+        case Representation::MACAddress:
             return byte_list(bits, 6, "{:02X}", ':');
-        case number_style::plain:
-            break;
+        default:
+            return std::to_string(number);
     }
-    return std::to_string(number);
 }
 
 struct text_writer {
-    number_style style;
+    Representation style;
     std::size_t most_bytes;
 
     std::string operator()(std::monostate) const { return {}; }
@@ -71,20 +72,7 @@ constexpr std::string_view access_words[] = {"RW", "RO", "WO"};
 
 }  // namespace
 
-number_style style_of(GenICam::Representation representation) noexcept {
-    switch (representation) {
-        case GenICam::Representation::HexNumber:
-            return number_style::hexadecimal;
-        case GenICam::Representation::IPV4Address:
-            return number_style::ipv4;
-        case GenICam::Representation::MACAddress:
-            return number_style::mac;
-        default:
-            return number_style::plain;
-    }
-}
-
-std::string value_text(const feature_value& value, number_style style, std::size_t most_bytes) {
+std::string value_text(const feature_value& value, Representation style, std::size_t most_bytes) {
     return std::visit(text_writer{style, most_bytes}, value);
 }
 

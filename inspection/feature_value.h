@@ -25,17 +25,14 @@ struct entry_value {
 using feature_value =
     std::variant<std::monostate, std::int64_t, double, bool, std::string, entry_value, simcam::bytes>;
 
-/// How a number is to be written.
-enum class number_style { plain, hexadecimal, ipv4, mac };
-[[nodiscard]] number_style style_of(GenICam::Representation representation) noexcept;
-
 constexpr std::size_t all_bytes = std::numeric_limits<std::size_t>::max();
 /// As many as stand on a line beside other things.
 constexpr std::size_t some_bytes = 16;
 
 /// "12", "0xFF", "true", "\"text\"", "Fast (3)", "00 01"; empty for nothing. A block of more bytes than are
 /// wanted ends in "... (512 bytes)".
-[[nodiscard]] std::string value_text(const feature_value& value, number_style style = number_style::plain,
+[[nodiscard]] std::string value_text(const feature_value& value,
+                                     GenICam::Representation style = GenICam::Representation::PureNumber,
                                      std::size_t most_bytes = all_bytes);
 [[nodiscard]] std::string block_text(const simcam::bytes& block, std::size_t most_bytes);
 /// A number, a truth, a text; an entry by its name, bytes as hexadecimal text, infinities and NaN as text.

@@ -157,7 +157,7 @@ std::string register_text(const register_state& read) {
 
 std::string value_behind_name(const answer<feature_value>& value) {
     if (!value.value) return " (" + value.failure + ")";
-    const std::string text = value_text(*value.value, number_style::plain, some_bytes);
+    const std::string text = value_text(*value.value, GenICam::Representation::PureNumber, some_bytes);
     return text.empty() ? "" : " = " + text;
 }
 

@@ -26,8 +26,8 @@ TEST(FeatureValue, WritesEachKind) {
 
 TEST(FeatureValue, CutsBlocksOnRequest) {
     const simcam::bytes block = {1, 2, 3};
-    EXPECT_EQ(value_text(block, number_style::plain, 3), "01 02 03");
-    EXPECT_EQ(value_text(block, number_style::plain, 2), "01 02 ... (3 bytes)");
+    EXPECT_EQ(value_text(block, Representation::PureNumber, 3), "01 02 03");
+    EXPECT_EQ(value_text(block, Representation::PureNumber, 2), "01 02 ... (3 bytes)");
 }
 
 TEST(FeatureValue, PutsTextsOnOneLine) {
@@ -40,14 +40,13 @@ TEST(FeatureValue, PutsTextsOnOneLine) {
 }
 
 TEST(FeatureValue, WritesIntegersAsTheyAreRepresented) {
-    EXPECT_EQ(value_text(std::int64_t{255}, style_of(Representation::HexNumber)), "0xFF");
-    EXPECT_EQ(value_text(std::int64_t{-1}, style_of(Representation::HexNumber)), "0xFFFFFFFFFFFFFFFF");
-    EXPECT_EQ(value_text(std::int64_t{0xC0A80001}, style_of(Representation::IPV4Address)), "192.168.0.1");
-    EXPECT_EQ(value_text(std::int64_t{0x00112233AABB}, style_of(Representation::MACAddress)),
-              "00:11:22:33:AA:BB");
+    EXPECT_EQ(value_text(std::int64_t{255}, Representation::HexNumber), "0xFF");
+    EXPECT_EQ(value_text(std::int64_t{-1}, Representation::HexNumber), "0xFFFFFFFFFFFFFFFF");
+    EXPECT_EQ(value_text(std::int64_t{0xC0A80001}, Representation::IPV4Address), "192.168.0.1");
+    EXPECT_EQ(value_text(std::int64_t{0x00112233AABB}, Representation::MACAddress), "00:11:22:33:AA:BB");
     for (const Representation other : {Representation::Linear, Representation::Logarithmic,
                                        Representation::Boolean, Representation::PureNumber}) {
-        EXPECT_EQ(value_text(std::int64_t{16}, style_of(other)), "16");
+        EXPECT_EQ(value_text(std::int64_t{16}, other), "16");
     }
 }
 

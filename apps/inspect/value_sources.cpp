@@ -3,17 +3,19 @@
 #include "apps/inspect/formula_text.h"
 #include "apps/inspect/lint/formula_outline.h"
 #include "genicam/document/node_facts.h"
+#include "inspection/feature_reader.h"
 
-#include <algorithm>
 #include <exception>
-#include <iterator>
+#include <optional>
 #include <unordered_set>
+#include <utility>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 namespace selvane_inspect {
 namespace {
+
+using nlohmann::ordered_json;
 
 // Links that have no part in what a node answers.
 constexpr GenICam::name_list idle_roles =
@@ -35,7 +37,7 @@ std::string_view byte_order_word(pugi::xml_node element, std::size_t length) {
 }
 
 // The node's own access is the last one: those before it belong to its address.
-std::optional<register_state> probe_register(traced_port& port, GenICam::INode& node, pugi::xml_node xml) {
+std::optional<port_access> probe_register(traced_port& port, GenICam::INode& node) {
     constexpr std::uint32_t past_everything =
         GenICam::access_flags::bypass_cache | GenICam::access_flags::skip_access_check;
     const silence quiet;
@@ -45,11 +47,9 @@ std::optional<register_state> probe_register(traced_port& port, GenICam::INode& 
     } catch (const std::exception&) {
         return std::nullopt;  // a length that nobody reads, or no memory has room for
     }
-    const std::vector<port_access> accesses = port.take();
+    std::vector<port_access> accesses = port.take();
     if (accesses.empty()) return std::nullopt;
-    const simcam::bytes& data = accesses.back().data;
-    return register_state{accesses.back().address, data, mask_of(xml, data.size()),
-                          byte_order_word(xml, data.size())};
+    return std::move(accesses.back());
 }
 
 std::string port_defect(GenICam::IGenICamDoc& document, pugi::xml_node xml) {
@@ -61,18 +61,30 @@ std::string port_defect(GenICam::IGenICamDoc& document, pugi::xml_node xml) {
                                                           : "port " + name + ": nothing is behind it here";
 }
 
-class source_finder {
-public:
-    source_finder(description& in, evaluation_guard& guard)
-        : description_(in), guard_(guard), reader_(guard) {}
+std::string value_behind_name(const answer<feature_value>& value) {
+    if (!value.value) return " (" + value.failure + ")";
+    const std::string text = value_text(*value.value, GenICam::Representation::PureNumber, some_bytes);
+    return text.empty() ? "" : " = " + text;
+}
 
-    [[nodiscard]] value_source find(GenICam::INode& node, std::size_t depth);
+/// Tells of the nodes as it comes to them: each has lines of the text, and an object with those of the nodes
+/// behind it.
+class source_walk {
+public:
+    source_walk(description& in, evaluation_guard& guard) : description_(in), guard_(guard), reader_(guard) {}
+
+    /// Of a node that a link leads to; of the feature itself without one.
+    [[nodiscard]] ordered_json visit(GenICam::INode& node, const element_link& link, std::size_t depth);
+    [[nodiscard]] std::string& text() noexcept { return text_; }
 
 private:
-    void add_formulas(element_index element, value_source& source);
-    void add_variables(element_index element, value_source& source);
-    static void add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
-                             value_source& source);
+    void add_line(std::size_t depth, const std::string& line);
+    void add_register(element_index element, GenICam::INode& node, std::size_t depth, ordered_json& json);
+    void add_formulas(element_index element, std::size_t depth, ordered_json& json);
+    void add_variables(element_index element, std::size_t depth, ordered_json& json);
+    void add_variable(formula_binding& formulas, const char* name, const char* node, std::size_t depth,
+                      ordered_json& json);
+    void add_behind(element_index element, std::size_t depth, ordered_json& json);
 
     static constexpr std::size_t max_depth = 100;
 
@@ -80,166 +92,123 @@ private:
     evaluation_guard& guard_;
     feature_reader reader_;
     std::unordered_set<element_index> told_;
+    std::string text_;
 };
 
-value_source source_finder::find(GenICam::INode& node, std::size_t depth) {
-    value_source source;
-    source.name = node.get_name();
-    source.value = reader_.read_value(node);
-    const auto element = description_.tree().find(node);
-    if (!element) return source;
-    const pugi::xml_node xml = description_.tree().at(*element).xml;
-    source.element = xml.name();
-    source.is_cut = depth > max_depth;
-    source.is_known = !source.is_cut && !told_.insert(*element).second;
-    if (source.is_cut || source.is_known) return source;
-    if (formula_binding::has_formulas(description_.tree().at(*element))) add_formulas(*element, source);
-    if (register_elements.contains(xml.name())) {
-        if (guard_.find({*element, operation::value}) == nullptr)
-            source.state = probe_register(description_.port(), node, xml);
-        source.port = port_defect(*description_.document(), xml);
-    }
-    guard_.graph().for_each_link(*element, [&](const element_link& link) {
-        GenICam::INode* target = description_.document()->find_node(link.target);
-        if (idle_roles.contains(link.role) || target == nullptr) return;
-        value_source behind = find(*target, depth + 1);
-        behind.role = link.role;
-        behind.label = link.label;
-        source.behind.push_back(std::move(behind));
-    });
-    return source;
+void source_walk::add_line(std::size_t depth, const std::string& line) {
+    text_ += std::string((depth + 1) * 2, ' ') + visible_text(line) + '\n';
 }
 
-void source_finder::add_formulas(element_index element, value_source& source) {
+ordered_json source_walk::visit(GenICam::INode& node, const element_link& link, std::size_t depth) {
+    const element_index element = *description_.tree().find(node);
+    const char* const element_name = description_.tree().at(element).xml.name();
+    const answer<feature_value> value = reader_.read_value(node);
+    const bool is_cut = depth > max_depth;
+    const bool is_known = !is_cut && !told_.insert(element).second;
+    add_line(depth, fmt::format("{}{}{}{}{} {}{}{}{}", link.role, link.label.empty() ? "" : " ", link.label,
+                                link.role.empty() ? "" : ": ", element_name, node.get_name(),
+                                value_behind_name(value), is_known ? " (told above)" : "",
+                                is_cut ? " (too deep to go on)" : ""));
+    ordered_json json;
+    if (!link.role.empty()) json["role"] = link.role;
+    if (!link.label.empty()) json["label"] = link.label;
+    json["name"] = node.get_name();
+    json["element"] = element_name;
+    if (value.value) json["value"] = value_json(*value.value);
+    if (!value.value) json["error"] = value.failure;
+    if (is_known) json["told_above"] = true;
+    if (is_cut) json["too_deep"] = true;
+    if (is_known || is_cut) return json;
+    add_register(element, node, depth + 1, json);
+    add_formulas(element, depth + 1, json);
+    add_behind(element, depth + 1, json);
+    return json;
+}
+
+void source_walk::add_register(element_index element, GenICam::INode& node, std::size_t depth,
+                               ordered_json& json) {
+    const pugi::xml_node xml = description_.tree().at(element).xml;
+    if (!register_elements.contains(xml.name())) return;
+    const bool is_safe = guard_.find({element, operation::value}) == nullptr;
+    if (const auto read = is_safe ? probe_register(description_.port(), node) : std::nullopt) {
+        const std::size_t length = read->data.size();
+        const std::string_view byte_order = byte_order_word(xml, length);
+        const auto mask = mask_of(xml, length);
+        add_line(depth, fmt::format("register {}, {} {}{}{}: {}{}", address_text(read->address), length,
+                                    length == 1 ? "byte" : "bytes", byte_order.empty() ? "" : " ", byte_order,
+                                    block_text(read->data, some_bytes),
+                                    mask ? fmt::format(", mask 0x{:0{}X}", *mask, length * 2) : ""));
+        ordered_json& told = json["register"];
+        told = {{"address", address_text(read->address)}, {"bytes", bytes_text(read->data)}};
+        if (!byte_order.empty()) told["byte_order"] = byte_order;
+        if (mask) told["mask"] = fmt::format("0x{:X}", *mask);
+    }
+    const std::string defect = port_defect(*description_.document(), xml);
+    if (defect.empty()) return;
+    add_line(depth, defect);
+    json["port"] = defect;
+}
+
+void source_walk::add_formulas(element_index element, std::size_t depth, ordered_json& json) {
+    if (!formula_binding::has_formulas(description_.tree().at(element))) return;
     for (const bound_formula& formula : guard_.binding(element).formulas()) {
-        source.formulas.push_back({formula.xml.name(), formula.xml.attribute("Name").value(),
-                                   std::string(formula.text),
-                                   formula.program ? "" : refusal_text(formula.text, formula.tree.end)});
+        const std::string_view name = formula.xml.attribute("Name").value();
+        const std::string refusal = formula.program ? "" : refusal_text(formula.text, formula.tree.end);
+        add_line(depth, fmt::format("{}{}{}: {}", formula.xml.name(), name.empty() ? "" : " ", name,
+                                    on_one_line(formula.text)));
+        if (!refusal.empty()) add_line(depth + 1, on_one_line(refusal));
+        json["formulas"].push_back(
+            {{"element", formula.xml.name()}, {"name", name}, {"text", formula.text}, {"refusal", refusal}});
     }
-    add_variables(element, source);
+    add_variables(element, depth + 1, json);
 }
 
-void source_finder::add_variables(element_index element, value_source& source) {
+void source_walk::add_variables(element_index element, std::size_t depth, ordered_json& json) {
     formula_binding& formulas = guard_.binding(element);
     // What a division of its own is made of can be read like that of any other formula.
     const hazard* const found = guard_.find({element, operation::value});
     const bool is_own = found != nullptr && found->what == hazard::kind::division;
     if (found == nullptr || (is_own && found->path.front() == element)) formulas.refresh();
     const pugi::xml_node xml = description_.tree().at(element).xml;
-    if (formulas.is_converter()) add_variable(formulas, "FROM", xml.child_value("pValue"), source);
-    for (const pugi::xml_node one : xml.children("Constant")) {
-        add_variable(formulas, one.attribute("Name").value(), {}, source);
-    }
-    for (const pugi::xml_node one : xml.children("pVariable")) {
-        add_variable(formulas, one.attribute("Name").value(), one.child_value(), source);
-    }
-}
-
-void source_finder::add_variable(formula_binding& formulas, std::string_view name, std::string_view node,
-                                 value_source& source) {
-    const GenICam::resolved_name resolved = formulas.resolve(name);
-    shown_variable shown = {std::string(name), std::string(node), std::nullopt};
-    if (const auto* constant = std::get_if<GenICam::eval_value>(&resolved)) shown.value = *constant;
-    if (const auto* id = std::get_if<GenICam::identifier_id>(&resolved)) {
-        if (const GenICam::eval_value* present = formulas.value_of(*id)) shown.value = *present;
-    }
-    source.variables.push_back(std::move(shown));
-}
-
-std::string register_text(const register_state& read) {
-    std::string text =
-        fmt::format("register {}, {} {}{}{}: {}", address_text(read.address), read.bytes.size(),
-                    read.bytes.size() == 1 ? "byte" : "bytes", read.byte_order.empty() ? "" : " ",
-                    read.byte_order, block_text(read.bytes, some_bytes));
-    if (read.mask) text += fmt::format(", mask 0x{:0{}X}", *read.mask, read.bytes.size() * 2);
-    return text;
-}
-
-std::string value_behind_name(const answer<feature_value>& value) {
-    if (!value.value) return " (" + value.failure + ")";
-    const std::string text = value_text(*value.value, GenICam::Representation::PureNumber, some_bytes);
-    return text.empty() ? "" : " = " + text;
-}
-
-void append_lines(const value_source& source, std::size_t depth, std::string& text) {
-    const auto line = [&](std::size_t deeper, const std::string& what) {
-        text += std::string((depth + deeper) * 2, ' ') + visible_text(what) + '\n';
+    const auto add = [&](const char* name, const char* node) {
+        add_variable(formulas, name, node, depth, json["variables"]);
     };
-    const std::string role = source.role + (source.label.empty() ? "" : " " + source.label);
-    line(0, fmt::format("{}{}{} {}{}{}{}", role, role.empty() ? "" : ": ", source.element, source.name,
-                        value_behind_name(source.value), source.is_known ? " (told above)" : "",
-                        source.is_cut ? " (too deep to go on)" : ""));
-    if (source.state) line(1, register_text(*source.state));
-    if (!source.port.empty()) line(1, source.port);
-    for (const shown_formula& formula : source.formulas) {
-        line(1, fmt::format("{}{}{}: {}", formula.element, formula.name.empty() ? "" : " ", formula.name,
-                            on_one_line(formula.text)));
-        if (!formula.refusal.empty()) line(2, on_one_line(formula.refusal));
-    }
-    for (const shown_variable& variable : source.variables) {
-        line(2, fmt::format("{} = {}{}{}", variable.name,
-                            variable.value ? number_with_kind(*variable.value) : "unknown",
-                            variable.node.empty() ? "" : " from ", variable.node));
-    }
-    for (const value_source& behind : source.behind) append_lines(behind, depth + 1, text);
+    if (formulas.is_converter()) add("FROM", xml.child_value("pValue"));
+    for (const pugi::xml_node one : xml.children("Constant")) add(one.attribute("Name").value(), "");
+    for (const pugi::xml_node one : xml.children("pVariable"))
+        add(one.attribute("Name").value(), one.child_value());
 }
 
-nlohmann::ordered_json register_json(const register_state& read) {
-    nlohmann::ordered_json json = {{"address", address_text(read.address)},
-                                   {"bytes", bytes_text(read.bytes)}};
-    if (!read.byte_order.empty()) json["byte_order"] = read.byte_order;
-    if (read.mask) json["mask"] = fmt::format("0x{:X}", *read.mask);
-    return json;
+// A name in the formulas of a node and what it stands for now, where the engine knows such a name.
+void source_walk::add_variable(formula_binding& formulas, const char* name, const char* node,
+                               std::size_t depth, ordered_json& json) {
+    const GenICam::resolved_name resolved = formulas.resolve(name);
+    const auto* value = std::get_if<GenICam::eval_value>(&resolved);
+    if (const auto* id = std::get_if<GenICam::identifier_id>(&resolved)) value = formulas.value_of(*id);
+    add_line(depth, fmt::format("{} = {}{}{}", name, value != nullptr ? number_with_kind(*value) : "unknown",
+                                *node != 0 ? " from " : "", node));
+    json.push_back({{"name", name}, {"node", node}, {"value", nullptr}});
+    if (value == nullptr) return;
+    json.back()["value"] = number_json(*value);
+    json.back()["kind"] = number_kind_word(*value);
 }
 
-nlohmann::ordered_json to_json(const shown_variable& variable) {
-    nlohmann::ordered_json json = {{"name", variable.name}, {"node", variable.node}, {"value", nullptr}};
-    if (!variable.value) return json;
-    json["value"] = number_json(*variable.value);
-    json["kind"] = number_kind_word(*variable.value);
-    return json;
+void source_walk::add_behind(element_index element, std::size_t depth, ordered_json& json) {
+    guard_.graph().for_each_link(element, [&](const element_link& link) {
+        GenICam::INode* const target = description_.document()->find_node(link.target);
+        if (idle_roles.contains(link.role) || target == nullptr) return;
+        json["sources"].push_back(visit(*target, link, depth));
+    });
 }
 
 }  // namespace
 
-value_source find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature) {
-    return source_finder(in, guard).find(feature, 0);
-}
-
-bool has_sources(const value_source& source) {
-    return source.state || !source.port.empty() || !source.formulas.empty() || !source.behind.empty();
-}
-
-std::string sources_text(const value_source& source) {
-    std::string text;
-    append_lines(source, 1, text);
-    return text;
-}
-
-nlohmann::ordered_json sources_json(const value_source& source) {
-    nlohmann::ordered_json json;
-    if (!source.role.empty()) json["role"] = source.role;
-    if (!source.label.empty()) json["label"] = source.label;
-    json["name"] = source.name;
-    json["element"] = source.element;
-    if (source.value.value) {
-        json["value"] = value_json(*source.value.value);
-    } else {
-        json["error"] = source.value.failure;
-    }
-    if (source.state) json["register"] = register_json(*source.state);
-    if (!source.port.empty()) json["port"] = source.port;
-    for (const shown_formula& formula : source.formulas) {
-        json["formulas"].push_back({{"element", formula.element},
-                                    {"name", formula.name},
-                                    {"text", formula.text},
-                                    {"refusal", formula.refusal}});
-    }
-    for (const shown_variable& variable : source.variables) json["variables"].push_back(to_json(variable));
-    if (source.is_known) json["told_above"] = true;
-    if (source.is_cut) json["too_deep"] = true;
-    for (const value_source& behind : source.behind) json["sources"].push_back(sources_json(behind));
-    return json;
+told_part find_sources(description& in, evaluation_guard& guard, GenICam::INode& feature) {
+    source_walk walk(in, guard);
+    ordered_json json = walk.visit(feature, {}, 0);
+    const bool tells_more = json.contains("register") || json.contains("port") || json.contains("formulas") ||
+                            json.contains("sources");
+    return {tells_more ? std::move(walk.text()) : std::string(), std::move(json)};
 }
 
 }  // namespace selvane_inspect

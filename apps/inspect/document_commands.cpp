@@ -2,6 +2,7 @@
 #include "genicam/ieval.h"
 #include "inspection/description.h"
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 
@@ -11,37 +12,27 @@
 namespace selvane_inspect {
 namespace {
 
+using nlohmann::ordered_json;
+
 /// How many nodes of each class a description has.
 struct class_count {
     const GenICam::node_class* made = nullptr;
     std::uint64_t count = 0;
 };
 
-/// What a description consists of, by names in order; classes that do not occur among them with a count of 0.
-struct node_counts {
-    std::map<std::string_view, std::uint64_t> elements;
+// What a description consists of, by names in order; classes that do not occur with a count of 0.
+void put_counts(ordered_json& json, const description_tree& tree) {
+    std::map<std::string, std::uint64_t> elements;
     std::map<std::string_view, class_count> classes;
-    std::uint64_t nodes = 0;
-};
-
-node_counts count_nodes(const description_tree& tree) {
-    node_counts counts;
-    for (const GenICam::node_class& known : GenICam::all_node_classes())
-        counts.classes[known.name] = {&known, 0};
+    for (const GenICam::node_class& known : GenICam::all_node_classes()) classes[known.name].made = &known;
     for (const node_element& element : tree.elements()) {
         if (element.made == nullptr) continue;
-        ++counts.elements[element.xml.name()];
-        ++counts.classes[element.made->name].count;
-        ++counts.nodes;
+        ++elements[element.xml.name()];
+        ++classes[element.made->name].count;
     }
-    return counts;
-}
-
-void put_counts(nlohmann::ordered_json& json, const node_counts& counts) {
-    json["elements"] = nlohmann::ordered_json::object();
-    for (const auto& [name, count] : counts.elements) json["elements"][std::string(name)] = count;
-    json["classes"] = nlohmann::ordered_json::array();
-    for (const auto& [name, counted] : counts.classes) {
+    json["elements"] = elements;
+    json["classes"] = ordered_json::array();
+    for (const auto& [name, counted] : classes) {
         json["classes"].push_back({{"name", name},
                                    {"count", counted.count},
                                    {"size", counted.made->size},
@@ -64,9 +55,16 @@ std::string schema_of(pugi::xml_node root) {
                        root.attribute("SchemaSubMinorVersion").value());
 }
 
-nlohmann::ordered_json info_json(const description& opened, const node_counts& counts) {
+std::uint64_t count_nodes(const description_tree& tree) {
+    const auto& elements = tree.elements();
+    return static_cast<std::uint64_t>(
+        std::count_if(elements.begin(), elements.end(),
+                      [](const node_element& element) { return element.made != nullptr; }));
+}
+
+ordered_json info_json(const description& opened) {
     GenICam::IGenICamDoc& document = *opened.document();
-    nlohmann::ordered_json json;
+    ordered_json json;
     json["command"] = "info";
     json["file"] = opened.path();
     json["vendor"] = document.get_vendor_name();
@@ -76,23 +74,24 @@ nlohmann::ordered_json info_json(const description& opened, const node_counts& c
     json["schema"] = schema_of(opened.tree().root());
     json["standard"] = standard_words[static_cast<std::size_t>(document.get_standard_name_space())];
     json["bytes"] = opened.source().bytes().size();
-    json["nodes"] = counts.nodes;
+    json["nodes"] = count_nodes(opened.tree());
     json["memory"]["text"] = opened.source().bytes().size();
     json["memory"]["nodes"] = opened.tree().arena_bytes();
     json["load_microseconds"] = opened.load_time().count();
     json["load_messages"] = opened.load_messages().size();
-    put_counts(json, counts);
+    put_counts(json, opened.tree());
     return json;
 }
 
-void print_counts(std::ostream& out, const node_counts& counts) {
+void print_counts(std::ostream& out, const ordered_json& counts) {
     out << "\nelements" << fmt::format("{:>37}\n", "count");
-    for (const auto& [name, count] : counts.elements)
-        write_line(out, fmt::format("    {:<34} {:>6}", name, count));
+    for (const auto& [name, count] : counts["elements"].items())
+        write_line(out, fmt::format("    {:<34} {:>6}", name, count.get<std::uint64_t>()));
     out << "\nclasses" << fmt::format("{:>38} {:>14}\n", "count", "bytes each");
-    for (const auto& [name, counted] : counts.classes) {
-        if (counted.count == 0) continue;
-        out << fmt::format("    {:<34} {:>6} {:>14}\n", name, counted.count, counted.made->size);
+    for (const ordered_json& one : counts["classes"]) {
+        if (one["count"] == 0) continue;
+        out << fmt::format("    {:<34} {:>6} {:>14}\n", one["name"].get<std::string>(),
+                           one["count"].get<std::uint64_t>(), one["size"].get<std::uint64_t>());
     }
 }
 
@@ -104,31 +103,31 @@ constexpr info_line info_lines[] = {{"file", "file"},         {"vendor", "vendor
                                     {"tool tip", "tool_tip"}, {"version", "version"}, {"schema", "schema"},
                                     {"standard", "standard"}};
 
-void print_info(std::ostream& out, const nlohmann::ordered_json& info, const node_counts& counts) {
+void print_info(std::ostream& out, const ordered_json& info) {
     const auto line = [&](std::string_view what, const std::string& is) {
         write_line(out, fmt::format("{:<14}{}", what, is.empty() ? "-" : is));
     };
     for (const info_line& one : info_lines) line(one.title, info[one.key].get<std::string>());
+    const auto nodes = info["nodes"].get<std::uint64_t>();
     const auto arena = info["memory"]["nodes"].get<std::uint64_t>();
-    line("nodes", std::to_string(counts.nodes));
-    line("memory",
-         fmt::format("{} bytes of text, {} bytes of nodes ({} a node)", info["bytes"].get<std::uint64_t>(),
-                     arena, counts.nodes != 0 ? arena / counts.nodes : 0));
+    line("nodes", std::to_string(nodes));
+    line("memory", fmt::format("{} bytes of text, {} bytes of nodes ({} a node)",
+                               info["bytes"].get<std::uint64_t>(), arena, nodes != 0 ? arena / nodes : 0));
     line("load time", fmt::format("{:.3f} ms", info["load_microseconds"].get<double>() / 1000));
     line("messages", fmt::format("{} while loading", info["load_messages"].get<std::uint64_t>()));
-    print_counts(out, counts);
+    print_counts(out, info);
 }
 
 constexpr std::int32_t statistics_mode = 0;
 constexpr std::int32_t node_list_mode = 1;
 
-nlohmann::ordered_json dump_json(const description& opened, const std::string& what) {
-    nlohmann::ordered_json json = {{"command", "dump"}, {"file", opened.path()}, {"what", what}};
+ordered_json dump_json(const description& opened, const std::string& what) {
+    ordered_json json = {{"command", "dump"}, {"file", opened.path()}, {"what", what}};
     if (what != dump_nodes) {
-        put_counts(json, count_nodes(opened.tree()));
+        put_counts(json, opened.tree());
         return json;
     }
-    json["nodes"] = nlohmann::ordered_json::array();
+    json["nodes"] = ordered_json::array();
     opened.document()->for_each_node([&](GenICam::INode* node) {
         json["nodes"].push_back(
             {{"name", node->get_name()}, {"dependents", node->get_eval()->get_dependent_count()}});
@@ -157,12 +156,11 @@ void print_nodes(std::ostream& out, GenICam::IGenICamDoc& document) {
 
 int info(const info_options& options, const channels& to) {
     const auto opened = open_loaded(options.file);
-    const node_counts counts = count_nodes(opened->tree());
-    const nlohmann::ordered_json json = info_json(*opened, counts);
+    const ordered_json json = info_json(*opened);
     if (to.json) {
         write_json(to.out, json);
     } else {
-        print_info(to.out, json, counts);
+        print_info(to.out, json);
     }
     return exit_code::fine;
 }

@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -15,6 +18,7 @@ using GenICam::ICategory;
 using GenICam::INode;
 using GenICam::node_type;
 using GenICam::Visibility;
+using nlohmann::ordered_json;
 
 constexpr Visibility visibilities[] = {Visibility::Beginner, Visibility::Expert, Visibility::Guru,
                                        Visibility::Invisible};
@@ -24,131 +28,91 @@ Visibility parse_visibility(const std::string& word) {
                          [&](Visibility visibility) { return visibility_word(visibility) == word; });
 }
 
-/// A line of the list.
-struct listed_node {
-    INode* node;
-    std::size_t depth;
-    const char* left_out = "";  ///< why a category's features are not listed
-};
-
-/// The tree below a category, in the order of its lines.
-class tree_walk {
+/// Lists nodes, as text or as data. The data goes among that of the nodes beside them.
+class feature_list {
 public:
-    tree_walk(Visibility limit) : limit_(limit) {}
+    feature_list(description& in, Visibility limit, const channels& to)
+        : in_(in), guard_(in), reader_(guard_), limit_(limit), to_(to) {}
 
-    [[nodiscard]] std::vector<listed_node> walk(INode* root);
-    [[nodiscard]] bool has_met(INode* node) const { return met_.count(node) != 0; }
+    /// A node, and behind a category its features.
+    void add_tree(INode* node, ordered_json& among);
+    /// What the trees before do not hold.
+    void add_others(ordered_json& among);
 
 private:
-    struct level {
-        INode* category;
-        std::vector<INode*> features;
-        std::size_t next = 0;
-    };
-
-    void visit(INode* node);
     [[nodiscard]] const char* reason_to_stop(INode* category) const;
+    void add(INode& node, std::size_t depth, const char* left_out, ordered_json& among);
+    [[nodiscard]] std::string line_text(INode& node, const char* left_out);
 
     static constexpr std::size_t max_depth = 500;
     static constexpr std::size_t max_repeated_lines = 100000;
 
+    description& in_;
+    evaluation_guard guard_;
+    feature_reader reader_;
     Visibility limit_;
-    std::vector<level> path_;
+    const channels& to_;
+    std::vector<INode*> path_;
     std::unordered_set<INode*> met_;
     std::unordered_set<INode*> entered_;
-    std::vector<listed_node> lines_;
+    std::size_t lines_ = 0;
 };
 
-std::vector<listed_node> tree_walk::walk(INode* root) {
-    if (root != nullptr) visit(root);
-    while (!path_.empty()) {
-        level& top = path_.back();
-        if (top.next == top.features.size()) {
-            path_.pop_back();
-        } else {
-            visit(top.features[top.next++]);
-        }
-    }
-    return std::move(lines_);
-}
-
-void tree_walk::visit(INode* node) {
+void feature_list::add_tree(INode* node, ordered_json& among) {
     met_.insert(node);
     if (node->get_visibility() > limit_) return;
-    lines_.push_back({node, path_.size()});
-    if (node->get_node_type() != node_type::category) return;
-    lines_.back().left_out = reason_to_stop(node);
-    if (*lines_.back().left_out != 0) return;
-    entered_.insert(node);
-    path_.push_back({node, static_cast<ICategory*>(node)->get_features()});
+    ++lines_;
+    const bool is_category = node->get_node_type() == node_type::category;
+    const char* const left_out = is_category ? reason_to_stop(node) : "";
+    add(*node, path_.size(), left_out, among);
+    if (!is_category) return;
+    auto features = ordered_json::array();
+    if (*left_out == 0) {
+        entered_.insert(node);
+        path_.push_back(node);
+        for (INode* feature : static_cast<ICategory*>(node)->get_features()) add_tree(feature, features);
+        path_.pop_back();
+    }
+    if (to_.json) among.back()["features"] = std::move(features);
 }
 
 // A category is listed wherever others list it, which can be more often than anyone has paper for.
-const char* tree_walk::reason_to_stop(INode* category) const {
-    const auto is_above = [&](const level& open) { return open.category == category; };
-    if (std::any_of(path_.begin(), path_.end(), is_above)) return "lists itself: its features stand above";
+const char* feature_list::reason_to_stop(INode* category) const {
+    const bool is_in_itself = std::find(path_.begin(), path_.end(), category) != path_.end();
+    if (is_in_itself) return "lists itself: its features stand above";
     if (path_.size() >= max_depth) return "too deep to go on";
-    const bool is_repeated = lines_.size() > max_repeated_lines && entered_.count(category) != 0;
+    const bool is_repeated = lines_ > max_repeated_lines && entered_.count(category) != 0;
     return is_repeated ? "its features stand above" : "";
 }
 
-std::string line_text(const listed_node& line, feature_reader& reader) {
-    const std::string indent(line.depth * 2, ' ');
-    if (line.node->get_node_type() == node_type::category) {
-        const std::string note = *line.left_out != 0 ? fmt::format(" ({})", line.left_out) : "";
-        return fmt::format("{}{}{}", indent, line.node->get_name(), note);
+void feature_list::add_others(ordered_json& among) {
+    among = ordered_json::array();
+    std::vector<INode*> others;
+    in_.document()->for_each_node([&](INode* node) {
+        if (met_.count(node) == 0 && node->get_visibility() <= limit_) others.push_back(node);
+    });
+    if (!to_.json && !others.empty()) to_.out << (lines_ == 0 ? "" : "\n") << "outside the tree\n";
+    for (INode* node : others) add(*node, 1, "", among);
+}
+
+void feature_list::add(INode& node, std::size_t depth, const char* left_out, ordered_json& among) {
+    if (!to_.json) {
+        write_line(to_.out, std::string(depth * 2, ' ') + line_text(node, left_out));
+        return;
     }
-    const feature_state state = reader.read(*line.node);
+    ordered_json& json = among.emplace_back(to_json(reader_.read(node)));
+    json["visibility"] = visibility_word(node.get_visibility());
+    if (*left_out != 0) json["left_out"] = left_out;
+}
+
+std::string feature_list::line_text(INode& node, const char* left_out) {
+    if (node.get_node_type() == node_type::category)
+        return std::string(node.get_name()) + (*left_out != 0 ? fmt::format(" ({})", left_out) : "");
+    const feature_state state = reader_.read(node);
     const std::string range = range_text(state);
-    return fmt::format("{}{:<11} {} {}{}{}", indent, kind_word(state.kind), state.access,
+    return fmt::format("{:<11} {} {}{}{}", kind_word(state.kind), state.access,
                        is_absent(state) ? state.name : assignment_text(state, some_bytes),
                        range.empty() ? "" : " ", range);
-}
-
-std::vector<INode*> outside(description& opened, const tree_walk& met, Visibility limit) {
-    std::vector<INode*> nodes;
-    opened.document()->for_each_node([&](INode* node) {
-        if (!met.has_met(node) && node->get_visibility() <= limit) nodes.push_back(node);
-    });
-    return nodes;
-}
-
-nlohmann::ordered_json node_json(INode& node, feature_reader& reader) {
-    nlohmann::ordered_json json = to_json(reader.read(node));
-    json["visibility"] = visibility_word(node.get_visibility());
-    return json;
-}
-
-// The lines of a category's features stand behind it, one deeper.
-nlohmann::ordered_json tree_json(const std::vector<listed_node>& lines, std::size_t& at,
-                                 feature_reader& reader) {
-    const listed_node& line = lines[at++];
-    nlohmann::ordered_json json = node_json(*line.node, reader);
-    if (line.node->get_node_type() != node_type::category) return json;
-    if (*line.left_out != 0) json["left_out"] = line.left_out;
-    json["features"] = nlohmann::ordered_json::array();
-    while (at < lines.size() && lines[at].depth > line.depth)
-        json["features"].push_back(tree_json(lines, at, reader));
-    return json;
-}
-
-void print_json(const channels& to, const description& opened, const std::vector<listed_node>& lines,
-                const std::vector<INode*>& others, bool all, feature_reader& reader) {
-    nlohmann::ordered_json json;
-    json["command"] = "list";
-    json["file"] = opened.path();
-    std::size_t at = 0;
-    json["root"] = lines.empty() ? nlohmann::ordered_json() : tree_json(lines, at, reader);
-    if (all) json["outside"] = nlohmann::ordered_json::array();
-    for (INode* node : others) json["outside"].push_back(node_json(*node, reader));
-    write_json(to.out, json);
-}
-
-void print(const channels& to, const std::vector<listed_node>& lines, const std::vector<INode*>& others,
-           feature_reader& reader) {
-    for (const listed_node& line : lines) write_line(to.out, line_text(line, reader));
-    if (!others.empty()) to.out << (lines.empty() ? "" : "\n") << "outside the tree\n";
-    for (INode* node : others) write_line(to.out, line_text({node, 1}, reader));
 }
 
 }  // namespace
@@ -166,17 +130,13 @@ int list(const list_options& options, const channels& to) {
         write_error(to.err, opened->path() + " has no feature Root, where the tree begins" +
                                 (options.all ? "" : " (--all lists what there is)"));
     }
-    const Visibility limit = parse_visibility(options.visibility);
-    evaluation_guard guard(*opened);
-    feature_reader reader(guard);
-    tree_walk walk(limit);
-    const std::vector<listed_node> lines = walk.walk(root);
-    const std::vector<INode*> others = options.all ? outside(*opened, walk, limit) : std::vector<INode*>();
-    if (to.json) {
-        print_json(to, *opened, lines, others, options.all, reader);
-    } else {
-        print(to, lines, others, reader);
-    }
+    feature_list listed(*opened, parse_visibility(options.visibility), to);
+    ordered_json json = {{"command", "list"}, {"file", opened->path()}, {"root", nullptr}};
+    auto trees = ordered_json::array();
+    if (root != nullptr) listed.add_tree(root, trees);
+    if (!trees.empty()) json["root"] = std::move(trees.front());
+    if (options.all) listed.add_others(json["outside"]);
+    if (to.json) write_json(to.out, json);
     return exit_code::fine;
 }
 

@@ -128,13 +128,6 @@ std::vector<assignment> split(const std::vector<std::string>& texts) {
     return split_texts;
 }
 
-std::vector<std::string> names_of(const std::vector<assignment>& assignments) {
-    std::vector<std::string> names;
-    names.reserve(assignments.size());
-    for (const assignment& one : assignments) names.push_back(one.name);
-    return names;
-}
-
 /// A description to be read and written, and a twin of it in the same state in which every operation is
 /// rehearsed. So what is seen at the registers is what the engine does by itself, with caches that nobody
 /// else has filled.
@@ -153,8 +146,8 @@ public:
     /// Writes a value given as text. Throws `inspect_error` when it is none or refused.
     void write(const assignment& what, INode& feature);
 
-    /// What the last operation did at the registers.
-    [[nodiscard]] const std::vector<port_access>& accesses() const noexcept { return accesses_; }
+    /// What the last read or write did at the registers.
+    [[nodiscard]] std::vector<port_access> take_accesses() { return actual_->port().take(); }
 
 private:
     [[nodiscard]] INode& twin_of(INode& feature) const {
@@ -169,15 +162,13 @@ private:
     std::unique_ptr<description> twin_;
     evaluation_guard guard_;
     feature_reader reader_;
-    std::vector<port_access> accesses_;
 };
 
 feature_state value_session::read(INode& feature) {
     feature_state state = reader_.begin(feature);
     reader_.add_unit(feature, state);
-    static_cast<void>(actual_->port().take());
+    static_cast<void>(take_accesses());
     state.value = reader_.read_value(feature);
-    accesses_ = actual_->port().take();
     feature_reader::explain(twin_of(feature), state.value);
     return state;
 }
@@ -188,9 +179,8 @@ void value_session::write(const assignment& what, INode& feature) {
         require(guard_.find(twin, operation::store));
         const feature_write write = parse_write(twin, what.value);
         require(guard_.find_in_store(twin, [&] { static_cast<void>(write(twin)); }));
-        static_cast<void>(actual_->port().take());
+        static_cast<void>(take_accesses());
         const std::error_code failure = write(feature);
-        accesses_ = actual_->port().take();
         if (failure) throw refused(failure.message());
         if (shield_) shield_->forget();
     } catch (const inspect_error& failure) {
@@ -244,14 +234,15 @@ int get(const get_options& options, const channels& to) {
     int code = exit_code::fine;
     for (INode* feature : find_features(session.actual(), options.features)) {
         const feature_state state = session.read(*feature);
+        const std::vector<port_access> accesses = session.take_accesses();
         if (!state.value.value) {
             code = exit_code::findings;
             write_error(to.err, state.name + ": " + state.value.failure);
         }
-        add_answer(json, state, options.trace, session.accesses());
+        add_answer(json, state, options.trace, accesses);
         if (to.json) continue;
         if (state.value.value) write_line(to.out, assignment_text(state));
-        if (options.trace) to.out << trace_text(session.accesses());
+        if (options.trace) to.out << trace_text(accesses);
     }
     if (to.json) write_json(to.out, json);
     return code;
@@ -264,12 +255,14 @@ int set(const set_options& options, const channels& to) {
     value_session session(options.input);
     if (!options.save.empty() && session.actual().port().is_live())
         throw wrong_use("--save is for files: a camera keeps its registers");
-    const std::vector<INode*> features = find_features(session.actual(), names_of(assignments));
+    std::vector<INode*> features;
+    for (const assignment& one : assignments)
+        features.push_back(find_features(session.actual(), {one.name}).front());
     const camera_control control(options.input.file);
     nlohmann::ordered_json json = begin_answer("set", options.input);
     for (std::size_t at = 0; at < features.size(); ++at) {
         session.write(assignments[at], *features[at]);
-        const std::vector<port_access> accesses = session.accesses();
+        const std::vector<port_access> accesses = session.take_accesses();
         const feature_state state = session.read(*features[at]);
         add_answer(json, state, options.trace, accesses);
         if (to.json) continue;

@@ -93,6 +93,10 @@ void add_text(xml_node parent, int left, const PageRect& row, const char* anchor
         .set(drawable(control.text).c_str());
 }
 
+void draw_label(xml_node group, const drawn_control& control) {
+    add_text(group, control.rect.left, control.rect, "start", control);
+}
+
 void draw_slider(xml_node group, const drawn_control& control) {
     constexpr int margin = 8;
     constexpr int groove_height = 4;
@@ -103,12 +107,10 @@ void draw_slider(xml_node group, const drawn_control& control) {
     const int middle = rect.top + rect.height / 2;
     add_box(group, {rect.left + margin, middle - groove_height / 2, room, groove_height}, "#e7eaea",
             "#d6d6d6");
-    double share = 0;
-    if (control.position && control.highest_position &&
-        *control.highest_position > control.lowest_position.value_or(0)) {
-        const double low = control.lowest_position.value_or(0);
-        share = (*control.position - low) / (*control.highest_position - low);
-    }
+    const int low = control.lowest_position.value_or(0);
+    const int high = control.highest_position.value_or(low);
+    const double way = control.position.value_or(low) - static_cast<double>(low);
+    const double share = high > low ? way / (high - static_cast<double>(low)) : 0;
     const int thumb =
         rect.left + margin + static_cast<int>(std::clamp(share, 0.0, 1.0) * room) - thumb_width / 2;
     add_box(group, {thumb, middle - thumb_height / 2, thumb_width, thumb_height},
@@ -162,24 +164,10 @@ void draw_button(xml_node group, const drawn_control& control) {
     add_text(group, control.rect.left + control.rect.width / 2, control.rect, "middle", control);
 }
 
-void draw_kind(xml_node group, const drawn_control& control) {
-    switch (control.kind) {
-        case control_kind::label:
-            return add_text(group, control.rect.left, control.rect, "start", control);
-        case control_kind::slider:
-            return draw_slider(group, control);
-        case control_kind::edit:
-            return draw_edit(group, control);
-        case control_kind::spin_button:
-            return draw_spin_button(group, control);
-        case control_kind::combo:
-            return draw_combo(group, control);
-        case control_kind::check_box:
-            return draw_check_box(group, control);
-        case control_kind::button:
-            return draw_button(group, control);
-    }
-}
+using draw_function = void (*)(xml_node group, const drawn_control& control);
+// In the order of `control_kind`.
+constexpr draw_function draw_functions[] = {draw_label, draw_slider,    draw_edit,  draw_spin_button,
+                                            draw_combo, draw_check_box, draw_button};
 
 // The first rectangle of a control is the room that the layout gave it.
 void draw_control(xml_node picture, const drawn_control& control) {
@@ -194,7 +182,7 @@ void draw_control(xml_node picture, const drawn_control& control) {
                  {"width", control.rect.width},
                  {"height", control.rect.height},
                  {"fill", "none"}});
-    draw_kind(group, control);
+    draw_functions[static_cast<std::size_t>(control.kind)](group, control);
 }
 
 xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {

@@ -29,14 +29,13 @@ std::string control_text(const drawn_control& control) {
             return control.text;
         case control_kind::slider:
             return word + " " + range_text(control);
-        case control_kind::edit:
-            return word + " " + quoted_text(control.text);
         case control_kind::spin_button:
             return word;
         case control_kind::combo:
             return word + " " + quoted_text(control.text) + " of " + strings_text(control);
         case control_kind::check_box:
             return word + (control.checked ? " [x] " : " [ ] ") + control.text;
+        case control_kind::edit:
         case control_kind::button:
             break;
     }
@@ -66,12 +65,10 @@ std::string row_text(const drawn_row& row) {
     return visible_text(text) + (cut_off ? " -- beyond the edge of the page\n" : "\n");
 }
 
-std::string joined_groups(ZELPropUI::PageName page) {
-    std::string text;
-    for (const std::wstring& group : ZELPropUI::GroupsOf(page)) {
-        text += (text.empty() ? "" : ", ") + platform::narrow(group);
-    }
-    return text;
+std::vector<std::string> groups_of(ZELPropUI::PageName page) {
+    std::vector<std::string> groups;
+    for (const std::wstring& group : ZELPropUI::GroupsOf(page)) groups.push_back(platform::narrow(group));
+    return groups;
 }
 
 nlohmann::ordered_json control_json(const drawn_control& control) {
@@ -99,20 +96,21 @@ nlohmann::ordered_json control_json(const drawn_control& control) {
 }  // namespace
 
 std::string page_text(const drawn_page& page) {
-    std::string text = fmt::format("{} (groups {})\n", TitleOf(page.name), joined_groups(page.name));
+    std::string text =
+        fmt::format("{} (groups {})\n", TitleOf(page.name), fmt::join(groups_of(page.name), ", "));
     if (!page.offered) return text + "  nothing to show: the page does not appear\n";
     for (const drawn_row& row : rows_of(page)) text += row_text(row);
     return text;
 }
 
 nlohmann::ordered_json page_json(const drawn_page& page) {
-    nlohmann::ordered_json json = {{"page", page_word(page.name)}, {"title", TitleOf(page.name)}};
-    for (const std::wstring& group : ZELPropUI::GroupsOf(page.name))
-        json["groups"].push_back(platform::narrow(group));
-    json["offered"] = page.offered;
-    json["width"] = page_width;
-    json["height"] = page_height;
-    json["controls"] = nlohmann::ordered_json::array();
+    nlohmann::ordered_json json = {{"page", page_word(page.name)},
+                                   {"title", TitleOf(page.name)},
+                                   {"groups", groups_of(page.name)},
+                                   {"offered", page.offered},
+                                   {"width", page_width},
+                                   {"height", page_height},
+                                   {"controls", nlohmann::ordered_json::array()}};
     for (const drawn_control& control : page.controls) json["controls"].push_back(control_json(control));
     return json;
 }

@@ -3,7 +3,6 @@
 #include "platform/utf8.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <utility>
 
 #include <fmt/format.h>
@@ -14,14 +13,6 @@ namespace {
 
 using pugi::xml_node;
 using ZELPropUI::PageRect;
-
-/// An attribute of an element; a number counts pixels.
-struct svg_attribute {
-    svg_attribute(const char* its_name, std::string text) : name(its_name), value(std::move(text)) {}
-    svg_attribute(const char* its_name, int pixels) : name(its_name), value(std::to_string(pixels)) {}
-    const char* name;
-    std::string value;
-};
 
 constexpr int closed_combo_height = 21;
 
@@ -47,30 +38,25 @@ std::string drawable(std::string_view text) {
     return safe;
 }
 
-// The middle of a pixel, where a line of one pixel is sharp.
-std::string half_pixel(int pixel) { return std::to_string(pixel) + ".5"; }
-
 const char* ink(const drawn_control& control) { return control.enabled ? "#000000" : "#8c8c8c"; }
 
-xml_node add_element(xml_node parent, const char* element, std::initializer_list<svg_attribute> attributes) {
-    xml_node added = parent.append_child(element);
-    for (const svg_attribute& one : attributes) added.append_attribute(one.name).set_value(one.value.c_str());
-    return added;
+// Whatever a description says is no part of the markup: it is set afterwards.
+template <class... Parts>
+xml_node add_element(xml_node parent, fmt::format_string<const Parts&...> markup, const Parts&... parts) {
+    const std::string element = fmt::format(markup, parts...);
+    parent.append_buffer(element.data(), element.size(), pugi::parse_default, pugi::encoding_utf8);
+    return parent.last_child();
 }
 
+// Around the middle of its pixels, where a line of one pixel is sharp.
 void add_box(xml_node parent, const PageRect& rect, const char* fill, const char* stroke) {
-    add_element(parent, "rect",
-                {{"x", half_pixel(rect.left)},
-                 {"y", half_pixel(rect.top)},
-                 {"width", std::max(rect.width - 1, 0)},
-                 {"height", std::max(rect.height - 1, 0)},
-                 {"fill", fill},
-                 {"stroke", stroke}});
+    add_element(parent, R"(<rect x="{}.5" y="{}.5" width="{}" height="{}" fill="{}" stroke="{}"/>)",
+                rect.left, rect.top, std::max(rect.width - 1, 0), std::max(rect.height - 1, 0), fill, stroke);
 }
 
 // A filled shape that begins at a point and goes on as `way` says.
 void add_shape(xml_node parent, int left, int top, const char* way, const char* fill) {
-    add_element(parent, "path", {{"d", fmt::format("M{} {}{}", left, top, way)}, {"fill", fill}});
+    add_element(parent, R"(<path d="M{} {}{}" fill="{}"/>)", left, top, way, fill);
 }
 
 // Cut off at the edges of its control, as windows do. Whatever font a viewer has, it is told the width that
@@ -80,15 +66,12 @@ void add_text(xml_node parent, int left, const PageRect& row, const char* anchor
     constexpr int baseline = 4;  // below the middle of the row
     const int width = dialog_text_width(platform::widen(control.text));
     if (width == 0) return;
-    const xml_node clip = add_element(
-        parent, "svg", {{"x", row.left}, {"y", row.top}, {"width", row.width}, {"height", row.height}});
-    add_element(clip, "text",
-                {{"x", left - row.left},
-                 {"y", row.height / 2 + baseline},
-                 {"textLength", width},
-                 {"lengthAdjust", "spacingAndGlyphs"},
-                 {"text-anchor", anchor},
-                 {"fill", ink(control)}})
+    const xml_node clip = add_element(parent, R"(<svg x="{}" y="{}" width="{}" height="{}"/>)", row.left,
+                                      row.top, row.width, row.height);
+    add_element(clip,
+                R"(<text x="{}" y="{}" textLength="{}" lengthAdjust="spacingAndGlyphs" )"
+                R"(text-anchor="{}" fill="{}"/>)",
+                left - row.left, row.height / 2 + baseline, width, anchor, ink(control))
         .text()
         .set(drawable(control.text).c_str());
 }
@@ -150,11 +133,8 @@ void draw_check_box(xml_node group, const drawn_control& control) {
     const PageRect square = {rect.left, rect.top + (rect.height - size) / 2, size, size};
     add_box(group, square, "#ffffff", ink(control));
     if (control.checked) {
-        add_element(group, "path",
-                    {{"d", fmt::format("M{} {}l3 3l5 -6", square.left + 3, square.top + size / 2)},
-                     {"fill", "none"},
-                     {"stroke", ink(control)},
-                     {"stroke-width", "2"}});
+        add_element(group, R"(<path d="M{} {}l3 3l5 -6" fill="none" stroke="{}" stroke-width="2"/>)",
+                    square.left + 3, square.top + size / 2, ink(control));
     }
     add_text(group, rect.left + size + gap, rect, "start", control);
 }
@@ -173,15 +153,11 @@ constexpr draw_function draw_functions[] = {draw_label, draw_slider,    draw_edi
 void draw_control(xml_node picture, const drawn_control& control) {
     std::string kind(control_word(control.kind));
     std::replace(kind.begin(), kind.end(), ' ', '-');
-    const xml_node group =
-        add_element(picture, "g", {{"class", kind}, {"data-feature", drawable(control.feature)}});
-    add_element(group, "rect",
-                {{"class", "place"},
-                 {"x", control.rect.left},
-                 {"y", control.rect.top},
-                 {"width", control.rect.width},
-                 {"height", control.rect.height},
-                 {"fill", "none"}});
+    const xml_node group = add_element(picture, R"(<g class="{}" data-feature=""/>)", kind);
+    group.attribute("data-feature").set_value(drawable(control.feature).c_str());
+    const PageRect& rect = control.rect;
+    add_element(group, R"(<rect class="place" x="{}" y="{}" width="{}" height="{}" fill="none"/>)", rect.left,
+                rect.top, rect.width, rect.height);
     draw_functions[static_cast<std::size_t>(control.kind)](group, control);
 }
 
@@ -193,20 +169,14 @@ xml_node open_picture(pugi::xml_document& document, const drawn_page& page) {
         right = std::max(right, control.rect.left + control.rect.width);
         bottom = std::max(bottom, control.rect.top + (is_combo ? closed_combo_height : control.rect.height));
     }
-    const std::string width = std::to_string(right);
-    const std::string height = std::to_string(bottom);
-    const xml_node picture =
-        add_element(document, "svg",
-                    {{"xmlns", "http://www.w3.org/2000/svg"},
-                     {"width", width},
-                     {"height", height},
-                     {"viewBox", "0 0 " + width + " " + height},
-                     {"font-family", "Tahoma, 'DejaVu Sans Condensed', 'Noto Sans', sans-serif"},
-                     {"font-size", "11"}});
-    add_element(picture, "title", {}).text().set(drawable(TitleOf(page.name)).c_str());
-    add_element(picture, "rect", {{"width", width}, {"height", height}, {"fill", "#d0d0d0"}});
-    add_element(picture, "rect",
-                {{"class", "page"}, {"width", page_width}, {"height", page_height}, {"fill", "#f0f0f0"}});
+    const xml_node picture = add_element(
+        document,
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="{0}" height="{1}" viewBox="0 0 {0} {1}" )"
+        R"(font-family="Tahoma, 'DejaVu Sans Condensed', 'Noto Sans', sans-serif" font-size="11"><title/>)"
+        R"(<rect width="{0}" height="{1}" fill="#d0d0d0"/>)"
+        R"(<rect class="page" width="{2}" height="{3}" fill="#f0f0f0"/></svg>)",
+        right, bottom, page_width, page_height);
+    picture.child("title").text().set(drawable(TitleOf(page.name)).c_str());
     return picture;
 }
 

@@ -154,7 +154,7 @@ void feature_teller::tell_state(const feature_state& state) {
     if (state.default_value) add_line("default", value_text(*state.default_value, state.style));
 }
 
-// Those inside the feature's element; then the frame that it shares with others, without the others.
+// Those inside the feature's element; then the structure that it shares with others, without the others.
 void feature_teller::tell_elements() {
     constexpr GenICam::name_list sharers = "StructEntry Group";
     out_ << "  elements\n";

@@ -1,8 +1,10 @@
 #include "apps/inspect/lint/formula_outline.h"
 
+#include "genicam/document/node_facts.h"
 #include "platform/ascii.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -16,38 +18,25 @@ using GenICam::token_kind;
 using platform::trimmed;
 using node_index = formula_tree::index;
 
-struct expected_order {
-    token_kind kind;
-    int binds;  // the higher the tighter
+// What people expect who have learnt mathematics and one of the common languages: what binds tightest first.
+constexpr GenICam::name_list expected_levels[] = {
+    "**", "* / %", "+ -", "<< >>", "&", "^", "|", "> >= < <= = <>", "&&", "||",
 };
 
-// What people expect who have learnt mathematics and one of the common languages.
-constexpr int power_binds = 10;
-constexpr expected_order expected_orders[] = {
-    {token_kind::power, power_binds}, {token_kind::multiply, 9},    {token_kind::divide, 9},
-    {token_kind::remainder, 9},       {token_kind::plus, 8},        {token_kind::minus, 8},
-    {token_kind::shift_left, 7},      {token_kind::shift_right, 7}, {token_kind::bit_and, 6},
-    {token_kind::bit_xor, 5},         {token_kind::bit_or, 4},      {token_kind::greater, 3},
-    {token_kind::greater_equal, 3},   {token_kind::less, 3},        {token_kind::less_equal, 3},
-    {token_kind::equal, 3},           {token_kind::not_equal, 3},   {token_kind::logical_and, 2},
-    {token_kind::logical_or, 1},
-};
-
-int expected_binding(token_kind kind) {
-    const auto* found = std::find_if(std::begin(expected_orders), std::end(expected_orders),
-                                     [&](const expected_order& order) { return order.kind == kind; });
-    return found != std::end(expected_orders) ? found->binds : 0;
+std::ptrdiff_t expected_level(token_kind kind) {
+    const std::string_view sign = GenICam::operation_of(kind)->text;
+    return std::find_if(std::begin(expected_levels), std::end(expected_levels),
+                        [&](const GenICam::name_list& level) { return level.contains(sign); }) -
+           std::begin(expected_levels);
 }
-
-int actual_binding(token_kind kind) { return static_cast<int>(GenICam::operation_of(kind)->level); }
 
 bool expects_left_first(token_kind left, token_kind right) {
     if (left == token_kind::power && right == token_kind::power) return false;
-    return expected_binding(left) >= expected_binding(right);
+    return expected_level(left) <= expected_level(right);
 }
 
 bool computes_left_first(token_kind left, token_kind right) {
-    return actual_binding(left) >= actual_binding(right);
+    return GenICam::operation_of(left)->level >= GenICam::operation_of(right)->level;
 }
 
 std::string shortened(std::string_view text) {

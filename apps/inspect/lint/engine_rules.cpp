@@ -1,7 +1,8 @@
 #include "apps/inspect/lint/lint_context.h"
 
 #include <map>
-#include <set>
+#include <optional>
+#include <vector>
 
 namespace selvane_inspect {
 namespace {
@@ -18,13 +19,16 @@ void add_hazards(lint_context& context, hazard::kind what) {
     }
 }
 
+template <hazard::kind... kinds>
+void check_hazards(lint_context& context) {
+    (add_hazards(context, kinds), ...);
+}
+
 // The first node of that name.
 pugi::xml_node element_named(const description_tree& tree, std::string_view name) {
     const std::vector<element_index>& found = tree.find(name);
     return found.empty() ? pugi::xml_node() : tree.at(found.front()).xml;
 }
-
-bool is_element(pugi::xml_node element, std::string_view name) { return element.name() == name; }
 
 // The one way to get there: the name of a variable over an enumeration ends where that of an entry should
 // begin.
@@ -68,38 +72,38 @@ private:
     lint_context& context_;
     const description_tree& tree_;
     std::vector<open_category> path_;
-    std::map<pugi::xml_node, std::size_t> open_;  // where they stand on the path
-    std::set<pugi::xml_node> entered_;
+    // Where each that was entered stands on the path; not set for those that were left.
+    std::map<pugi::xml_node, std::optional<std::size_t>> entered_;
 };
 
 void category_walk::enter(pugi::xml_node category) {
-    if (!entered_.insert(category).second) return;
-    open_.emplace(category, path_.size());
+    entered_[category] = path_.size();
     path_.push_back({category, category.child("pFeature")});
 }
 
 void category_walk::start(pugi::xml_node category) {
+    if (entered_.count(category) != 0) return;
     enter(category);
     while (!path_.empty()) {
         const pugi::xml_node entry = path_.back().next;
-        if (!entry) {
-            open_.erase(path_.back().category);
+        if (entry) {
+            path_.back().next = entry.next_sibling("pFeature");
+            look_at(entry);
+        } else {
+            entered_[path_.back().category].reset();
             path_.pop_back();
-            continue;
         }
-        path_.back().next = entry.next_sibling("pFeature");
-        look_at(entry);
     }
 }
 
 void category_walk::look_at(pugi::xml_node entry) {
     const pugi::xml_node listed = element_named(tree_, entry.child_value());
     if (!is_element(listed, "Category")) return;
-    const auto open = open_.find(listed);
-    if (open != open_.end()) {
-        add_circle(open->second, entry);
-    } else {
+    const auto known = entered_.find(listed);
+    if (known == entered_.end()) {
         enter(listed);
+    } else if (known->second) {
+        add_circle(*known->second, entry);
     }
 }
 
@@ -115,45 +119,40 @@ void check_category_circles(lint_context& context) {
     }
 }
 
+constexpr lint_rule engine_table[] = {
+    {"load-message", severity::warning,
+     "The engine says so while it loads, and leaves out what it speaks of.",
+     "Mend the element that it names.",
+     [](lint_context& context) { add_all(context, context.subject().load_messages()); }},
+    {"ask-message", severity::warning, "The engine says so when it is asked for what the description states.",
+     "Mend the element that it names.",
+     [](lint_context& context) { add_all(context, context.ask_messages()); }},
+    {"read-message", severity::note,
+     "The engine says so when it reads values, limits and states over the registers as they are.",
+     "Look whether a real camera would have other registers (give them with --memory or --register), and "
+     "whether the port is the one named Device: pages reach no other.",
+     [](lint_context& context) { add_all(context, context.read_messages()); }},
+    {"load-exception", severity::error, "An exception leaves the load, and the page goes down with it.",
+     "Write the name of an entry behind \".Entry.\".", check_load_exception},
+    {"circle", severity::error, "The engine follows links without end, until its stack is used up.",
+     "Let one of the nodes hold its value, or read it from somewhere else.",
+     check_hazards<hazard::kind::circle>},
+    {"category-circle", severity::warning,
+     "A walk over the categories comes round again; what walks without looking back never ends.",
+     "Take one of the entries out.", check_category_circles},
+    {"deep-chain", severity::warning,
+     "Every node on the way costs room on the stack of the host, and time: it is computed anew for everyone "
+     "who asks.",
+     "Let nodes read from closer to the registers.",
+     check_hazards<hazard::kind::depth, hazard::kind::effort>},
+    {"division-by-zero", severity::warning,
+     "An integer division without a result ends the process, and these registers lead to one.",
+     "Add something to the divisor that is never zero, such as (X=0); a ternary does not help.",
+     check_hazards<hazard::kind::division>},
+};
+
 }  // namespace
 
-gsl::span<const lint_rule> engine_rules() noexcept {
-    static constexpr lint_rule rules[] = {
-        {"load-message", severity::warning,
-         "The engine says so while it loads, and leaves out what it speaks of.",
-         "Mend the element that it names.",
-         [](lint_context& context) { add_all(context, context.subject().load_messages()); }},
-        {"ask-message", severity::warning,
-         "The engine says so when it is asked for what the description states.",
-         "Mend the element that it names.",
-         [](lint_context& context) { add_all(context, context.ask_messages()); }},
-        {"read-message", severity::note,
-         "The engine says so when it reads values, limits and states over the registers as they are.",
-         "Look whether a real camera would have other registers (give them with --memory or --register), and "
-         "whether the port is the one named Device: pages reach no other.",
-         [](lint_context& context) { add_all(context, context.read_messages()); }},
-        {"load-exception", severity::error, "An exception leaves the load, and the page goes down with it.",
-         "Write the name of an entry behind \".Entry.\".", check_load_exception},
-        {"circle", severity::error, "The engine follows links without end, until its stack is used up.",
-         "Let one of the nodes hold its value, or read it from somewhere else.",
-         [](lint_context& context) { add_hazards(context, hazard::kind::circle); }},
-        {"category-circle", severity::warning,
-         "A walk over the categories comes round again; what walks without looking back never ends.",
-         "Take one of the entries out.", check_category_circles},
-        {"deep-chain", severity::warning,
-         "Every node on the way costs room on the stack of the host, and time: it is computed anew for "
-         "everyone who asks.",
-         "Let nodes read from closer to the registers.",
-         [](lint_context& context) {
-             add_hazards(context, hazard::kind::depth);
-             add_hazards(context, hazard::kind::effort);
-         }},
-        {"division-by-zero", severity::warning,
-         "An integer division without a result ends the process, and these registers lead to one.",
-         "Add something to the divisor that is never zero, such as (X=0); a ternary does not help.",
-         [](lint_context& context) { add_hazards(context, hazard::kind::division); }},
-    };
-    return rules;
-}
+gsl::span<const lint_rule> engine_rules() noexcept { return engine_table; }
 
 }  // namespace selvane_inspect

@@ -38,49 +38,41 @@ std::string visited_formula::title() const {
                        context.tree().at(node).name);
 }
 
-template <class Visit>
-void for_each_formula(lint_context& context, Visit visit) {
+/// A look at every formula.
+template <void (*look_at)(const visited_formula&)>
+void check_formulas(lint_context& context) {
     if (!context.is_loaded()) return;
     for (element_index node = 0; node < context.tree().elements().size(); ++node) {
         if (!formula_binding::has_formulas(context.tree().at(node))) continue;
         const formula_binding& formulas = context.guard().binding(node);
-        for (const bound_formula& formula : formulas.formulas())
-            visit(visited_formula{context, node, formulas, formula});
+        for (const bound_formula& formula : formulas.formulas()) look_at({context, node, formulas, formula});
     }
 }
 
-void check_refused_formulas(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        if (at.formula.program || !outline_formula(at.tree()).short_rounds.empty()) return;
-        at.add(at.formula.text.size() - at.tree().end.rest.size(),
-               " is " + refusal_text(at.formula.text, at.tree().end));
-    });
+void check_refusal(const visited_formula& at) {
+    if (at.formula.program || !outline_formula(at.tree()).short_rounds.empty()) return;
+    at.add(at.formula.text.size() - at.tree().end.rest.size(),
+           " is " + refusal_text(at.formula.text, at.tree().end));
 }
 
-void check_short_rounds(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        for (const formula_remark& round : outline_formula(at.tree()).short_rounds)
-            at.add(round.offset, ": " + round.text + " has one argument");
-    });
+void check_short_rounds(const visited_formula& at) {
+    for (const formula_remark& round : outline_formula(at.tree()).short_rounds)
+        at.add(round.offset, ": " + round.text + " has one argument");
 }
 
 template <std::vector<formula_remark> formula_outline::*remarks>
-void check_remarks(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        if (!at.formula.program) return;
-        const formula_outline outline = outline_formula(at.tree());
-        for (const formula_remark& remark : outline.*remarks) at.add(remark.offset, ": " + remark.text);
-    });
+void check_remarks(const visited_formula& at) {
+    if (!at.formula.program) return;
+    const formula_outline outline = outline_formula(at.tree());
+    for (const formula_remark& remark : outline.*remarks) at.add(remark.offset, ": " + remark.text);
 }
 
-void check_ignored_text(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        const std::string_view ignored =
-            at.formula.program ? ignored_text(at.tree().end) : std::string_view();
-        if (ignored.empty()) return;
-        at.add(static_cast<std::size_t>(ignored.data() - at.formula.text.data()),
-               fmt::format(" ends before \"{}\"", ignored));
-    });
+void check_ignored_text(const visited_formula& at) {
+    if (!at.formula.program) return;
+    const std::string_view ignored = ignored_text(at.tree().end);
+    if (ignored.empty()) return;
+    at.add(static_cast<std::size_t>(ignored.data() - at.formula.text.data()),
+           fmt::format(" ends before \"{}\"", ignored));
 }
 
 // An entry with a number of its own gives a float.
@@ -148,17 +140,9 @@ bool is_exact(const analysed_formula& formula, node_index division) {
     return formula.numbers[division].is_constant && to_int(dividend.value()) % to_int(divisor.value()) == 0;
 }
 
-std::set<identifier_id> variables_below(const GenICam::formula_tree& tree, node_index node) {
-    std::set<identifier_id> found;
-    for (node_index at = tree[node].first; at <= node; ++at) {
-        const GenICam::formula_instruction& instruction = tree[at].instruction;
-        if (instruction.code == GenICam::op_code::op_variable) found.insert(instruction.variable);
-    }
-    return found;
-}
-
-bool share_one(const std::set<identifier_id>& left, const std::set<identifier_id>& right) {
-    return std::any_of(left.begin(), left.end(), [&](identifier_id id) { return right.count(id) != 0; });
+bool share_one(const kinds_of_variables& left, const kinds_of_variables& right) {
+    return std::any_of(left.begin(), left.end(),
+                       [&](const auto& one) { return right.count(one.first) != 0; });
 }
 
 // The divisions inside the branches of a ternary whose condition looks at what they divide by.
@@ -168,11 +152,11 @@ std::set<node_index> guarded_divisions(const analysed_formula& formula) {
     for (node_index select = 0; select < tree.size(); ++select) {
         if (tree[select].instruction.code != GenICam::op_code::op_select) continue;
         const node_index condition = tree.operands(select).front();
-        const std::set<identifier_id> tested = variables_below(tree, condition);
+        const kinds_of_variables tested = variables_of(formula, condition);
         for (node_index at = condition + 1; at < select; ++at) {
-            if (!may_divide_integers(formula, at)) continue;
             const node_index divisor = GenICam::formula_tree::last_operand(at);
-            if (share_one(tested, variables_below(tree, divisor)) && can_be_zero(formula, divisor))
+            if (may_divide_integers(formula, at) && share_one(tested, variables_of(formula, divisor)) &&
+                can_be_zero(formula, divisor))
                 found.insert(at);
         }
     }
@@ -184,54 +168,49 @@ void add_division(const visited_formula& at, node_index division, const char* wh
     at.context.add(at.formula.xml, "{}: {} {}", at.title(), part_text(at.tree(), division, names), what);
 }
 
-void check_integer_divisions(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        if (at.node_formulas.is_integer()) return;
-        const std::optional<analysed_formula> analysed = analyse_bound(at);
-        for (node_index node = 0; analysed && node < at.tree().size(); ++node) {
-            if (!divides_integers(*analysed, node) || is_exact(*analysed, node)) continue;
-            add_division(at, node, "divides integers and drops the fraction");
-        }
-    });
+void check_integer_divisions(const visited_formula& at) {
+    if (at.node_formulas.is_integer()) return;
+    const std::optional<analysed_formula> analysed = analyse_bound(at);
+    for (node_index node = 0; analysed && node < at.tree().size(); ++node) {
+        if (!divides_integers(*analysed, node) || is_exact(*analysed, node)) continue;
+        add_division(at, node, "divides integers and drops the fraction");
+    }
 }
 
-void check_guarded_divisions(lint_context& context) {
-    for_each_formula(context, [](const visited_formula& at) {
-        const std::optional<analysed_formula> analysed = analyse_bound(at);
-        if (!analysed) return;
-        for (const node_index node : guarded_divisions(*analysed))
-            add_division(at, node, "is computed whatever the condition says");
-    });
+void check_guarded_divisions(const visited_formula& at) {
+    const std::optional<analysed_formula> analysed = analyse_bound(at);
+    if (!analysed) return;
+    for (const node_index node : guarded_divisions(*analysed))
+        add_division(at, node, "is computed whatever the condition says");
 }
+
+constexpr lint_rule formula_table[] = {
+    {"formula-refused", severity::error, "The node has no program: every read and write of it fails.",
+     "Write what the language takes; see what stands before the place.", check_formulas<check_refusal>},
+    {"round-one-argument", severity::error, "ROUND takes two arguments; the formula is refused.",
+     "Say how many digits to keep: ROUND(x, 0).", check_formulas<check_short_rounds>},
+    {"formula-breaks-off", severity::warning,
+     "The text ends where something is missing, and what was read so far is the formula.",
+     "Complete the formula.", check_formulas<check_remarks<&formula_outline::breaks>>},
+    {"formula-text-ignored", severity::warning,
+     "The formula is complete before its text ends, and what follows is never read.",
+     "Take the rest away, or write the operator that is missing.", check_formulas<check_ignored_text>},
+    {"operator-order", severity::warning,
+     "The language has five levels of operators: ** binds like *, and & | ^ << >> share a level as "
+     "comparisons and logic do.",
+     "Write the parentheses that say what is meant.",
+     check_formulas<check_remarks<&formula_outline::surprises>>},
+    {"integer-division", severity::warning,
+     "FROM comes as an integer from an integer node, and a division of integers drops the fraction.",
+     "Write one of the numbers with a point, as in FROM/10.0.", check_formulas<check_integer_divisions>},
+    {"guarded-division", severity::warning,
+     "Both branches of a ternary are computed before it chooses: an integer division by zero ends the "
+     "process.",
+     "Make the divisor itself harmless, as in A/(B+(B=0)).", check_formulas<check_guarded_divisions>},
+};
 
 }  // namespace
 
-gsl::span<const lint_rule> formula_rules() noexcept {
-    static constexpr lint_rule rules[] = {
-        {"formula-refused", severity::error, "The node has no program: every read and write of it fails.",
-         "Write what the language takes; see what stands before the place.", check_refused_formulas},
-        {"round-one-argument", severity::error, "ROUND takes two arguments; the formula is refused.",
-         "Say how many digits to keep: ROUND(x, 0).", check_short_rounds},
-        {"formula-breaks-off", severity::warning,
-         "The text ends where something is missing, and what was read so far is the formula.",
-         "Complete the formula.", check_remarks<&formula_outline::breaks>},
-        {"formula-text-ignored", severity::warning,
-         "The formula is complete before its text ends, and what follows is never read.",
-         "Take the rest away, or write the operator that is missing.", check_ignored_text},
-        {"operator-order", severity::warning,
-         "The language has five levels of operators: ** binds like *, and & | ^ << >> share a level as "
-         "comparisons and "
-         "logic do.",
-         "Write the parentheses that say what is meant.", check_remarks<&formula_outline::surprises>},
-        {"integer-division", severity::warning,
-         "FROM comes as an integer from an integer node, and a division of integers drops the fraction.",
-         "Write one of the numbers with a point, as in FROM/10.0.", check_integer_divisions},
-        {"guarded-division", severity::warning,
-         "Both branches of a ternary are computed before it chooses: an integer division by zero ends the "
-         "process.",
-         "Make the divisor itself harmless, as in A/(B+(B=0)).", check_guarded_divisions},
-    };
-    return rules;
-}
+gsl::span<const lint_rule> formula_rules() noexcept { return formula_table; }
 
 }  // namespace selvane_inspect

@@ -17,10 +17,10 @@ using node_index = GenICam::formula_tree::index;
 constexpr std::size_t max_runs = 10000;
 
 struct tried_variable {
-    identifier_id id;
     bool is_float;
     std::size_t at = 0;  // in the list of numbers
 };
+using tried_variables = std::map<identifier_id, tried_variable>;
 
 // The likely ones first: with many variables only those are tried.
 std::vector<std::int64_t> numbers_to_try(const analysed_formula& formula) {
@@ -39,19 +39,6 @@ std::vector<std::int64_t> numbers_to_try(const analysed_formula& formula) {
     for (std::int64_t number = 2; number <= small; ++number) add(number);
     for (std::int64_t power = 1; power < largest; power *= 2) add(power);
     return numbers;
-}
-
-std::vector<tried_variable> variables_of(const analysed_formula& formula, node_index node) {
-    std::vector<tried_variable> variables;
-    for (node_index at = (*formula.tree)[node].first; at <= node; ++at) {
-        const GenICam::formula_instruction& instruction = (*formula.tree)[at].instruction;
-        if (instruction.code != GenICam::op_code::op_variable) continue;
-        const identifier_id id = instruction.variable;
-        const bool is_known = std::any_of(variables.begin(), variables.end(),
-                                          [&](const tried_variable& known) { return known.id == id; });
-        if (!is_known) variables.push_back({id, formula.numbers[at].kind == GenICam::known_kind::floating});
-    }
-    return variables;
 }
 
 std::pair<GenICam::known_kind, GenICam::known_kind> kinds_of_operands(const analysed_formula& formula,
@@ -73,8 +60,8 @@ std::size_t numbers_each(std::size_t variables, std::size_t available) {
 }
 
 // False when all have been tried.
-bool step(std::vector<tried_variable>& variables, std::size_t numbers) {
-    for (tried_variable& one : variables) {
+bool step(tried_variables& variables, std::size_t numbers) {
+    for (auto& [id, one] : variables) {
         if (++one.at < numbers) return true;
         one.at = 0;
     }
@@ -87,6 +74,16 @@ std::optional<analysed_formula> analyse(const GenICam::formula_tree& tree, GenIC
     constexpr std::size_t longest = 4096;
     if (!tree.is_accepted() || tree.lacks_operands() || tree.size() > longest) return std::nullopt;
     return analysed_formula{&tree, {tree, kinds}};
+}
+
+kinds_of_variables variables_of(const analysed_formula& formula, node_index node) {
+    kinds_of_variables variables;
+    for (node_index at = (*formula.tree)[node].first; at <= node; ++at) {
+        const GenICam::formula_instruction& instruction = (*formula.tree)[at].instruction;
+        if (instruction.code == GenICam::op_code::op_variable)
+            variables.emplace(instruction.variable, formula.numbers[at].kind);
+    }
+    return variables;
 }
 
 bool may_divide_integers(const analysed_formula& formula, node_index node) {
@@ -112,13 +109,14 @@ bool can_be_zero(const analysed_formula& formula, node_index node) {
     for (node_index at = (*formula.tree)[node].first; at <= node; ++at)
         part.instructions.push_back((*formula.tree)[at].instruction);
     const std::vector<std::int64_t> numbers = numbers_to_try(formula);
-    std::vector<tried_variable> variables = variables_of(formula, node);
+    tried_variables variables;
+    for (const auto& [id, kind] : variables_of(formula, node))
+        variables.emplace(id, tried_variable{kind == GenICam::known_kind::floating});
     const std::size_t each = numbers_each(variables.size(), numbers.size());
     const auto lookup = [&](identifier_id id) -> std::optional<eval_value> {
-        const auto one = std::find_if(variables.begin(), variables.end(),
-                                      [id](const tried_variable& known) { return known.id == id; });
-        const std::int64_t number = numbers[one->at];
-        return one->is_float ? eval_value::of(static_cast<double>(number)) : eval_value::of(number);
+        const tried_variable& one = variables.at(id);
+        const std::int64_t number = numbers[one.at];
+        return one.is_float ? eval_value::of(static_cast<double>(number)) : eval_value::of(number);
     };
     do {
         const guarded_result tried = run_guarded(part, lookup);

@@ -3,6 +3,7 @@
 #include "formula/formula_tree.h"
 #include "formula/known_numbers.h"
 
+#include <map>
 #include <optional>
 
 namespace selvane_inspect {
@@ -16,6 +17,11 @@ struct analysed_formula {
 /// Nothing for a formula that fails, and for one of more than 4096 instructions. The tree must outlive it.
 [[nodiscard]] std::optional<analysed_formula> analyse(const GenICam::formula_tree& tree,
                                                       GenICam::variable_kinds kinds);
+
+using kinds_of_variables = std::map<GenICam::identifier_id, GenICam::known_kind>;
+/// The variables of a part of a formula.
+[[nodiscard]] kinds_of_variables variables_of(const analysed_formula& formula,
+                                              GenICam::formula_tree::index node);
 
 /// Whether a node may turn out to be a division or a remainder of integers.
 [[nodiscard]] bool may_divide_integers(const analysed_formula& formula, GenICam::formula_tree::index node);

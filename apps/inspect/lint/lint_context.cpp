@@ -143,6 +143,10 @@ void lint_context::for_each_node(const std::function<void(INode&)>& visit) const
     if (is_loaded()) description_.document()->for_each_node([&](INode* node) { visit(*node); });
 }
 
+INode* lint_context::node_of(const node_element& element) const {
+    return description_.node_of(tree().find(element.xml).value());
+}
+
 text_position lint_context::position_of(element_index element) const {
     return tree().position_of(tree().at(element).xml);
 }

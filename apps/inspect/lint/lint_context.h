@@ -49,6 +49,8 @@ public:
     [[nodiscard]] std::vector<pugi::xml_node> elements_for_nodes() const;
     /// Visits every node; none when nothing was loaded.
     void for_each_node(const std::function<void(GenICam::INode&)>& visit) const;
+    /// The node of an element; null for an entry, and when nothing was loaded.
+    [[nodiscard]] GenICam::INode* node_of(const node_element& element) const;
     /// The position of a character in the text of an element, such as a formula.
     [[nodiscard]] text_position position_in_text(pugi::xml_node element, std::size_t offset) const;
 
@@ -93,6 +95,22 @@ private:
     std::vector<finding> findings_;
     std::map<finding_key, std::size_t> known_;
 };
+
+// Checks of a description that look at one thing after the other.
+
+/// A look at every node.
+template <void (*look_at)(lint_context&, GenICam::INode&)>
+void check_nodes(lint_context& context) {
+    context.for_each_node([&](GenICam::INode& node) { look_at(context, node); });
+}
+
+/// A look at every element that becomes a node, and at every entry of an enumeration.
+template <void (*look_at)(lint_context&, const node_element&)>
+void check_elements(lint_context& context) {
+    for (const node_element& element : context.tree().elements()) look_at(context, element);
+}
+
+[[nodiscard]] inline bool is_element(pugi::xml_node xml, std::string_view name) { return xml.name() == name; }
 
 /// "Integer Gain", or "StructReg" of one without a name.
 [[nodiscard]] std::string title_of(pugi::xml_node element);

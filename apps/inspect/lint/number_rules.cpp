@@ -22,29 +22,17 @@ bool is_default_minimum(const feature_value& minimum) {
                                  *number == static_cast<double>(std::numeric_limits<float>::min()));
 }
 
-void check_floats_without_min(lint_context& context) {
+void check_stated_minimum(lint_context& context, const node_element& element) {
+    GenICam::INode* const made = context.node_of(element);
+    if (!is_element(element.xml, "Float") || made == nullptr || states_minimum(context.tree(), element.xml))
+        return;
     feature_reader reader(context.guard());
-    const description_tree& tree = context.tree();
-    for (element_index at = 0; at < tree.elements().size(); ++at) {
-        const node_element& element = tree.at(at);
-        GenICam::INode* const made = context.subject().node_of(at);
-        if (std::string_view(element.xml.name()) != "Float" || made == nullptr ||
-            states_minimum(tree, element.xml))
-            continue;
-        if (reader.read_access(*made).value == GenICam::AccessMode::RO) continue;
-        const auto minimum = reader.read_limit(*made, operation::minimum);
-        if (!minimum || !is_default_minimum(*minimum)) continue;
-        context.add(element.xml, "{} states no Min, so that its minimum is {}", element.name,
-                    value_text(*minimum));
-    }
+    if (reader.read_access(*made).value == GenICam::AccessMode::RO) return;
+    const auto minimum = reader.read_limit(*made, operation::minimum);
+    if (!minimum || !is_default_minimum(*minimum)) return;
+    context.add(element.xml, "{} states no Min, so that its minimum is {}", element.name,
+                value_text(*minimum));
 }
-
-struct limit_name {
-    const char* number;
-    const char* link;
-};
-
-constexpr limit_name float_limits[] = {{"Min", "pMin"}, {"Max", "pMax"}, {"Inc", "pInc"}};
 
 // The number that somebody has in mind who writes the text: all of it counts, and a comma is a point. Not set
 // where that makes no number.
@@ -71,33 +59,29 @@ void check_float_limit(lint_context& context, pugi::xml_node limit) {
                 read ? number_text(*read) : "no number");
 }
 
-void check_float_limits(lint_context& context) {
-    for (const node_element& element : context.tree().elements()) {
-        if (element.made == nullptr || std::string_view(element.xml.name()) != "Float") continue;
-        for (const limit_name& limit : float_limits) {
-            const pugi::xml_node number = element.xml.child(limit.number);
-            if (number && *element.xml.child_value(limit.link) == 0) check_float_limit(context, number);
-        }
+void check_float_limits(lint_context& context, const node_element& element) {
+    if (element.made == nullptr || !is_element(element.xml, "Float")) return;
+    for (const std::string limit : {"Min", "Max", "Inc"}) {
+        const pugi::xml_node number = element.xml.child(limit.c_str());
+        if (number && *element.xml.child_value(("p" + limit).c_str()) == 0)
+            check_float_limit(context, number);
     }
 }
 
+constexpr lint_rule number_table[] = {
+    {"float-without-min", severity::warning,
+     "The default minimum is the smallest positive number: negative values are refused, and sliders begin "
+     "there.",
+     "State a Min or pMin.", check_elements<check_stated_minimum>},
+    {"float-limit", severity::warning,
+     "The engine wants digits before a point, takes no comma for one, and keeps integers to 64 bits: the "
+     "limit is lost or is another number.",
+     "Write 0.5 for .5 and 0,5, and a great number with a point or an exponent, as in 1e20.",
+     check_elements<check_float_limits>},
+};
+
 }  // namespace
 
-gsl::span<const lint_rule> number_rules() noexcept {
-    static constexpr lint_rule rules[] = {
-        {"float-without-min", severity::warning,
-         "The default minimum is the smallest positive number: negative values are refused, and sliders "
-         "begin "
-         "there.",
-         "State a Min or pMin.", check_floats_without_min},
-        {"float-limit", severity::warning,
-         "The engine wants digits before a point, takes no comma for one, and keeps integers to 64 bits: the "
-         "limit "
-         "is lost or is another number.",
-         "Write 0.5 for .5 and 0,5, and a great number with a point or an exponent, as in 1e20.",
-         check_float_limits},
-    };
-    return rules;
-}
+gsl::span<const lint_rule> number_rules() noexcept { return number_table; }
 
 }  // namespace selvane_inspect

@@ -1,6 +1,6 @@
 // The command around the rules: what it prints, what it leaves out, and how it ends.
 
-#include "apps/inspect/lint/lint_rule.h"
+#include "apps/inspect/lint/lint_context.h"
 #include "data_paths.h"
 #include "inspection/description.h"
 #include "tests/inspect/lint_fixture.h"

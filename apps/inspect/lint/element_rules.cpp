@@ -121,10 +121,8 @@ void check_entry_names(lint_context& context, const node_element& enumeration) {
 
 void check_duplicate_names(lint_context& context, const node_element& element) {
     if (is_element(element.xml, "Enumeration")) check_entry_names(context, element);
-    const std::vector<element_index>& namesakes = context.tree().find(element.name);
-    if (element.made == nullptr || namesakes.empty()) return;
-    const pugi::xml_node first = context.tree().at(namesakes.front()).xml;
-    if (first == element.xml) return;
+    const pugi::xml_node first = context.element_named(element.name);
+    if (element.made == nullptr || !first || first == element.xml) return;
     context.add(element.xml, "{} {} bears the name of the {} in line {}", element.xml.name(), element.name,
                 first.name(), context.tree().position_of(first).line);
 }
@@ -145,12 +143,6 @@ bool has_number(node_type kind) {
            kind == node_type::boolean;
 }
 
-// Null for a name that no node bears.
-INode* node_named(const lint_context& context, std::string_view name) {
-    const std::vector<element_index>& found = context.tree().find(name);
-    return !found.empty() ? context.subject().node_of(found.front()) : nullptr;
-}
-
 std::string owner_text(pugi::xml_node element) {
     return fmt::format("{} of {}", element.name(), title_of(element.parent()));
 }
@@ -160,7 +152,7 @@ void check_links_of(lint_context& context, const parent_element& parent) {
         if (parent.use_of(link.name) != element_use::read) continue;
         for (const pugi::xml_node child : parent.xml.children(link.name.data())) {
             const std::string_view name = child.child_value();
-            INode* const node = node_named(context, name);
+            INode* const node = context.node_of(context.element_named(name));
             if (name.empty() || (node != nullptr && !link.is_condition)) continue;
             if (node != nullptr && has_number(node->get_node_type())) continue;
             context.add(child, "{} names {} {}", owner_text(child),

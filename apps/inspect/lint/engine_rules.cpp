@@ -14,8 +14,7 @@ void add_all(lint_context& context, const std::vector<engine_message>& messages)
 void add_hazards(lint_context& context, hazard::kind what) {
     for (const hazard* found : context.guard().all()) {
         if (found->what != what) continue;
-        const pugi::xml_node first = context.tree().at(found->path.front()).xml;
-        context.add(context.tree().position_of(first), context.guard().describe(*found));
+        context.add(context.tree().at(found->path.front()).xml, "{}", context.guard().describe(*found));
     }
 }
 
@@ -24,20 +23,14 @@ void check_hazards(lint_context& context) {
     (add_hazards(context, kinds), ...);
 }
 
-// The first node of that name.
-pugi::xml_node element_named(const description_tree& tree, std::string_view name) {
-    const std::vector<element_index>& found = tree.find(name);
-    return found.empty() ? pugi::xml_node() : tree.at(found.front()).xml;
-}
-
 // The one way to get there: the name of a variable over an enumeration ends where that of an entry should
 // begin.
-bool breaks_load(const description_tree& tree, pugi::xml_node variable) {
+bool breaks_load(const lint_context& context, pugi::xml_node variable) {
     constexpr std::string_view specifier = ".Entry";
     const std::string_view name = variable.attribute("Name").value();
     const std::size_t found = name.find(specifier);
     return found != std::string_view::npos && found + specifier.size() == name.size() &&
-           is_element(element_named(tree, variable.child_value()), "Enumeration");
+           is_element(context.element_named(variable.child_value()), "Enumeration");
 }
 
 void check_load_exception(lint_context& context) {
@@ -45,77 +38,56 @@ void check_load_exception(lint_context& context) {
     text_position first;
     for (const node_element& element : context.tree().elements()) {
         for (const pugi::xml_node variable : element.xml.children("pVariable")) {
-            if (first.line == 0 && breaks_load(context.tree(), variable))
+            if (first.line == 0 && breaks_load(context, variable))
                 first = context.tree().position_of(variable);
         }
     }
     context.add(first, "an exception leaves the load: " + context.subject().load_failure());
 }
 
-/// A walk over the categories in depth that does not go round.
-class category_walk {
-public:
-    explicit category_walk(lint_context& context) : context_(context), tree_(context.tree()) {}
-
-    void start(pugi::xml_node category);
-
-private:
-    struct open_category {
-        pugi::xml_node category;
-        pugi::xml_node next;  // the entry to look at
-    };
-
-    void enter(pugi::xml_node category);
-    void look_at(pugi::xml_node entry);
-    void add_circle(std::size_t first, pugi::xml_node entry);
-
-    lint_context& context_;
-    const description_tree& tree_;
-    std::vector<open_category> path_;
-    // Where each that was entered stands on the path; not set for those that were left.
-    std::map<pugi::xml_node, std::optional<std::size_t>> entered_;
+/// A category on the way down, and the next of its entries to look at.
+struct open_category {
+    pugi::xml_node category;
+    pugi::xml_node next;
 };
 
-void category_walk::enter(pugi::xml_node category) {
-    entered_[category] = path_.size();
-    path_.push_back({category, category.child("pFeature")});
+// Where each category that was entered stands on the way down; not set for those that were left.
+using entered_categories = std::map<pugi::xml_node, std::optional<std::size_t>>;
+
+std::string category_circle(const std::vector<open_category>& path, std::size_t first) {
+    const auto name_at = [&](std::size_t at) { return path[first + at].category.attribute("Name").value(); };
+    return circle_text(path.size() - first, "lists", name_at);
 }
 
-void category_walk::start(pugi::xml_node category) {
-    if (entered_.count(category) != 0) return;
-    enter(category);
-    while (!path_.empty()) {
-        const pugi::xml_node entry = path_.back().next;
-        if (entry) {
-            path_.back().next = entry.next_sibling("pFeature");
-            look_at(entry);
-        } else {
-            entered_[path_.back().category].reset();
-            path_.pop_back();
+// Goes down from a category, and into none for the second time.
+void walk_down(lint_context& context, pugi::xml_node start, entered_categories& entered) {
+    std::vector<open_category> path;
+    const auto meet = [&](pugi::xml_node category, pugi::xml_node entry) {
+        const auto [known, is_new] = entered.emplace(category, path.size());
+        if (is_new) {
+            path.push_back({category, category.child("pFeature")});
+        } else if (known->second) {
+            context.add(entry, "{}", category_circle(path, *known->second));
         }
+    };
+    meet(start, {});
+    while (!path.empty()) {
+        const pugi::xml_node entry = path.back().next;
+        if (!entry) {
+            entered[path.back().category].reset();
+            path.pop_back();
+            continue;
+        }
+        path.back().next = entry.next_sibling("pFeature");
+        const pugi::xml_node listed = context.element_named(entry.child_value());
+        if (is_element(listed, "Category")) meet(listed, entry);
     }
-}
-
-void category_walk::look_at(pugi::xml_node entry) {
-    const pugi::xml_node listed = element_named(tree_, entry.child_value());
-    if (!is_element(listed, "Category")) return;
-    const auto known = entered_.find(listed);
-    if (known == entered_.end()) {
-        enter(listed);
-    } else if (known->second) {
-        add_circle(*known->second, entry);
-    }
-}
-
-void category_walk::add_circle(std::size_t first, pugi::xml_node entry) {
-    const auto name_at = [&](std::size_t at) { return path_[first + at].category.attribute("Name").value(); };
-    context_.add(tree_.position_of(entry), circle_text(path_.size() - first, "lists", name_at));
 }
 
 void check_category_circles(lint_context& context) {
-    category_walk walk(context);
+    entered_categories entered;
     for (const node_element& element : context.tree().elements()) {
-        if (is_element(element.xml, "Category")) walk.start(element.xml);
+        if (is_element(element.xml, "Category")) walk_down(context, element.xml, entered);
     }
 }
 

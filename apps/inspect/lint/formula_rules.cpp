@@ -25,18 +25,14 @@ struct visited_formula {
 
     [[nodiscard]] const GenICam::formula_tree& tree() const { return formula.tree; }
     /// "FormulaFrom of GainConverter", "Expression HALF of GainConverter"
-    [[nodiscard]] std::string title() const;
+    [[nodiscard]] std::string title() const {
+        return fmt::format("{} of {}", title_of(formula.xml), context.tree().at(node).name);
+    }
     /// Adds a finding at a character of the text, behind the title.
     void add(std::size_t offset, const std::string& message) const {
         context.add(context.position_in_text(formula.xml, offset), title() + message);
     }
 };
-
-std::string visited_formula::title() const {
-    const std::string_view name = formula.xml.attribute("Name").value();
-    return fmt::format("{}{}{} of {}", formula.xml.name(), name.empty() ? "" : " ", name,
-                       context.tree().at(node).name);
-}
 
 /// A look at every formula.
 template <void (*look_at)(const visited_formula&)>

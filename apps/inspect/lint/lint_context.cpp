@@ -17,36 +17,26 @@ bool is_container(pugi::xml_node element) {
     return name == "Group" || name == "StructReg";
 }
 
-void ask(IInteger& node) {
-    static_cast<void>(node.get_representation());
-    static_cast<void>(node.get_unit());
-    static_cast<void>(node.get_selected());
-}
+/// Takes answers in the order in which they stand. Nobody wants them: what the engine says meanwhile counts.
+struct asked {
+    template <class... Answers>
+    explicit asked(const Answers&...) {}
+};
+
+void ask(IInteger& node) { asked{node.get_representation(), node.get_unit(), node.get_selected()}; }
 
 void ask(IFloat& node) {
-    static_cast<void>(node.get_representation());
-    static_cast<void>(node.get_unit());
-    static_cast<void>(node.get_display_notation());
-    static_cast<void>(node.get_display_precision());
+    asked{node.get_representation(), node.get_unit(), node.get_display_notation(),
+          node.get_display_precision()};
 }
 
-void ask(IEnumeration& node) {
-    static_cast<void>(node.get_polling_time());
-    static_cast<void>(node.get_selected());
-}
+void ask(IEnumeration& node) { asked{node.get_polling_time(), node.get_selected()}; }
 
-void ask_common(INode& node) {
-    static_cast<void>(node.get_visibility());
-    static_cast<void>(node.is_deprecated());
-    static_cast<void>(node.get_streamable());
-    static_cast<void>(node.get_event_id());
-    static_cast<void>(node.get_alias());
-    static_cast<void>(node.get_cast_alias());
-    static_cast<void>(node.get_block_polling());
-}
+void ask(IBoolean& node) { asked{node.get_selected()}; }
 
 void ask(INode& node) {
-    ask_common(node);
+    asked{node.get_visibility(), node.is_deprecated(),  node.get_streamable(),   node.get_event_id(),
+          node.get_alias(),      node.get_cast_alias(), node.get_block_polling()};
     switch (node.get_node_type()) {
         case node_type::integer:
             return ask(static_cast<IInteger&>(node));
@@ -55,8 +45,7 @@ void ask(INode& node) {
         case node_type::enumeration:
             return ask(static_cast<IEnumeration&>(node));
         case node_type::boolean:
-            static_cast<void>(static_cast<IBoolean&>(node).get_selected());
-            return;
+            return ask(static_cast<IBoolean&>(node));
         default:
             return;
     }
@@ -64,12 +53,9 @@ void ask(INode& node) {
 
 // What a feature list does not ask for.
 void read_rest(INode& node) {
-    if (node.get_node_type() == node_type::command) {
-        static_cast<void>(static_cast<ICommand&>(node).is_done(access_flags::none));
-    }
-    if (node.get_node_type() == node_type::port) {
-        static_cast<void>(static_cast<IPort&>(node).get_chunk_id(access_flags::none));
-    }
+    const node_type kind = node.get_node_type();
+    if (kind == node_type::command) asked{static_cast<ICommand&>(node).is_done(access_flags::none)};
+    if (kind == node_type::port) asked{static_cast<IPort&>(node).get_chunk_id(access_flags::none)};
 }
 
 }  // namespace
@@ -143,8 +129,14 @@ void lint_context::for_each_node(const std::function<void(INode&)>& visit) const
     if (is_loaded()) description_.document()->for_each_node([&](INode* node) { visit(*node); });
 }
 
-INode* lint_context::node_of(const node_element& element) const {
-    return description_.node_of(tree().find(element.xml).value());
+pugi::xml_node lint_context::element_named(std::string_view name) const {
+    const std::vector<element_index>& found = tree().find(name);
+    return found.empty() ? pugi::xml_node() : tree().at(found.front()).xml;
+}
+
+INode* lint_context::node_of(pugi::xml_node element) const {
+    const std::optional<element_index> made = tree().find(element);
+    return made ? description_.node_of(*made) : nullptr;
 }
 
 text_position lint_context::position_of(element_index element) const {

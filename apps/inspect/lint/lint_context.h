@@ -1,19 +1,50 @@
 #pragma once
 
-#include "apps/inspect/lint/lint_rule.h"
 #include "inspection/description.h"
 #include "inspection/evaluation_guard.h"
+#include "inspection/severity.h"
 
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
+#include <gsl/span>
 
 namespace selvane_inspect {
+
+class lint_context;
+
+/// One thing that is looked for in descriptions. Names are stable: people write them into scripts.
+struct lint_rule {
+    std::string_view name;
+    severity level;
+    std::string_view why;  ///< why it matters
+    std::string_view what_to_do;
+    void (*check)(lint_context& context);
+};
+
+/// In the order in which they are listed.
+[[nodiscard]] const std::vector<lint_rule>& all_lint_rules();
+
+// The rules by what they look at, each group beside its checks.
+
+/// What the engine itself says of a description, or what would become of it.
+[[nodiscard]] gsl::span<const lint_rule> engine_rules() noexcept;
+/// What an author would regret in formulas.
+[[nodiscard]] gsl::span<const lint_rule> formula_rules() noexcept;
+/// The same in elements, their names and their links.
+[[nodiscard]] gsl::span<const lint_rule> element_rules() noexcept;
+/// The same in the limits of floats.
+[[nodiscard]] gsl::span<const lint_rule> number_rules() noexcept;
+/// The same in the marks for the property pages.
+[[nodiscard]] gsl::span<const lint_rule> mark_rules() noexcept;
+/// The same in how the pages show what is marked.
+[[nodiscard]] gsl::span<const lint_rule> page_rules() noexcept;
 
 struct finding {
     const lint_rule* rule;
@@ -49,8 +80,10 @@ public:
     [[nodiscard]] std::vector<pugi::xml_node> elements_for_nodes() const;
     /// Visits every node; none when nothing was loaded.
     void for_each_node(const std::function<void(GenICam::INode&)>& visit) const;
-    /// The node of an element; null for an entry, and when nothing was loaded.
-    [[nodiscard]] GenICam::INode* node_of(const node_element& element) const;
+    /// The element of the first node of a name; null for a name that no node bears.
+    [[nodiscard]] pugi::xml_node element_named(std::string_view name) const;
+    /// The node of an element; null for an element without one, and when nothing was loaded.
+    [[nodiscard]] GenICam::INode* node_of(pugi::xml_node element) const;
     /// The position of a character in the text of an element, such as a formula.
     [[nodiscard]] text_position position_in_text(pugi::xml_node element, std::size_t offset) const;
 

@@ -11,8 +11,8 @@
 namespace selvane_inspect {
 namespace {
 
-bool states_minimum(const description_tree& tree, pugi::xml_node element) {
-    return *element.child_value("Min") != 0 || !tree.find(element.child_value("pMin")).empty();
+bool states_minimum(const lint_context& context, pugi::xml_node element) {
+    return *element.child_value("Min") != 0 || context.element_named(element.child_value("pMin"));
 }
 
 // The smallest positive numbers of both widths, which are what floats have for a minimum by default.
@@ -23,9 +23,8 @@ bool is_default_minimum(const feature_value& minimum) {
 }
 
 void check_stated_minimum(lint_context& context, const node_element& element) {
-    GenICam::INode* const made = context.node_of(element);
-    if (!is_element(element.xml, "Float") || made == nullptr || states_minimum(context.tree(), element.xml))
-        return;
+    GenICam::INode* const made = context.node_of(element.xml);
+    if (!is_element(element.xml, "Float") || made == nullptr || states_minimum(context, element.xml)) return;
     feature_reader reader(context.guard());
     if (reader.read_access(*made).value == GenICam::AccessMode::RO) return;
     const auto minimum = reader.read_limit(*made, operation::minimum);

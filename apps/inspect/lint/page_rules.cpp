@@ -94,21 +94,6 @@ void check_room_for_unit(lint_context& context, INode& node) {
     }
 }
 
-// The first item of each name.
-using items_by_name = std::unordered_map<std::string_view, INode*>;
-
-items_by_name named_items(const std::vector<genicam_adapter::item_candidate>& items) {
-    items_by_name named;
-    for (GenICam::ICategory* item : categories_of(items)) named.emplace(item->get_display_name(), item);
-    return named;
-}
-
-// A row that holds nothing but the name of its item tells no feature.
-INode* item_of_label(const items_by_name& items, const drawn_row& row) {
-    const auto found = items.find(row.front()->text);
-    return found != items.end() ? found->second : nullptr;
-}
-
 // One that lies beyond the edge, or else the first.
 INode* feature_of(const lint_context& context, const drawn_row& row) {
     const drawn_control* found = nullptr;
@@ -119,19 +104,24 @@ INode* feature_of(const lint_context& context, const drawn_row& row) {
     return found != nullptr ? context.subject().document()->find_node(found->feature) : nullptr;
 }
 
+// The first item of each name.
+using items_by_name = std::unordered_map<std::string_view, INode*>;
+
+// A row that holds nothing but the name of its item tells no feature.
 void tell_row(lint_context& context, const drawn_page& page, const drawn_row& row,
               const items_by_name& items) {
     INode* const feature = feature_of(context, row);
-    INode* const told = feature != nullptr ? feature : item_of_label(items, row);
-    if (told == nullptr) return;
-    context.add(mark_element_of(*told, feature != nullptr ? element_mark : item_mark),
-                "{} lies beyond the edge of the page {}", told->get_name(), TitleOf(page.name));
+    const auto item = items.find(row.front()->text);
+    if (feature == nullptr && item == items.end()) return;
+    INode& told = feature != nullptr ? *feature : *item->second;
+    context.add(mark_element_of(told, feature != nullptr ? element_mark : item_mark),
+                "{} lies beyond the edge of the page {}", told.get_name(), TitleOf(page.name));
 }
 
 void check_page_edges(lint_context& context) {
     description& subject = context.subject();
-    if (!context.is_loaded()) return;
-    const items_by_name items = named_items(find_items(subject));
+    items_by_name items;
+    for (INode* item : categories_of(find_items(subject))) items.emplace(item->get_display_name(), item);
     if (items.empty() || find_page_hazard(subject)) return;
     const auto is_beyond = [](const drawn_control* control) { return is_beyond_edge(*control); };
     for (const drawn_page& page : preview_pages(subject, access_path::registers)) {

@@ -97,20 +97,16 @@ void outline_writer::add_breaks() {
         outline_.breaks.push_back(
             {*tree_.dropped, "ends behind \"" + piece(*tree_.dropped, end) + "\", which is dropped"});
     }
-    bool is_told = false;  // one colon is missing for all that are missing between the same parentheses
-    for (auto part = tree_.unfinished.begin(); part != tree_.unfinished.end(); ++part) {
-        const bool is_call = part->symbol == token_kind::function;
-        if (is_call) {
-            outline_.breaks.push_back({part->offset, piece(part->offset, end) + " is not closed"});
-        } else if (!is_told) {
-            const auto around = std::find_if(
-                part, tree_.unfinished.end(),
-                [](const GenICam::unfinished_part& outer) { return outer.symbol == token_kind::function; });
-            outline_.breaks.push_back(
-                {around != tree_.unfinished.end() ? around->offset : 0, "a ? has no :"});
-        }
-        is_told = !is_call;
+    // One colon is missing for all that are missing between the same parentheses.
+    constexpr const char* no_colon = "a ? has no :";
+    bool lacks_colon = false;
+    for (const GenICam::unfinished_part& part : tree_.unfinished) {
+        const bool is_call = part.symbol == token_kind::function;
+        if (is_call && lacks_colon) outline_.breaks.push_back({part.offset, no_colon});
+        if (is_call) outline_.breaks.push_back({part.offset, piece(part.offset, end) + " is not closed"});
+        lacks_colon = !is_call;
     }
+    if (lacks_colon) outline_.breaks.push_back({0, no_colon});
 }
 
 void outline_writer::add_short_rounds() {

@@ -16,30 +16,6 @@ constexpr name_list foreign_children =
 constexpr name_list foreign_node_elements =
     "Node ConfRom TextDesc IntKey AdvFeatureLock SmartFeature DcamLock";
 
-std::vector<std::string_view> collect_children() {
-    std::vector<std::string_view> names;
-    const auto add = [&](std::string_view name) {
-        if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-    };
-    const auto add_all = [&](const node_facts& facts) {
-        for (const name_list& list : facts.children) list.for_each(add);
-    };
-    for (const node_facts& facts : GenICam::all_node_facts()) add_all(facts);
-    add_all(GenICam::enum_entry_facts);
-    add_all(GenICam::struct_reg_facts);
-    return names;
-}
-
-std::vector<std::string_view> collect_elements() {
-    std::vector<std::string_view> names;
-    for (const node_facts& facts : GenICam::all_node_facts()) {
-        if (names.empty() || names.back() != facts.element) names.push_back(facts.element);
-    }
-    names.push_back(GenICam::struct_reg_facts.element);
-    names.emplace_back("Group");
-    return names;
-}
-
 bool contains(const std::vector<std::string_view>& names, std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
@@ -68,12 +44,32 @@ element_use use_among_nodes(std::string_view element) {
 }
 
 const std::vector<std::string_view>& names_in_nodes() {
-    static const std::vector<std::string_view> names = collect_children();
+    static const std::vector<std::string_view> names = [] {
+        std::vector<std::string_view> found;
+        const auto add_children = [&](const node_facts& facts) {
+            for (const name_list& list : facts.children) {
+                list.for_each([&](std::string_view name) {
+                    if (!contains(found, name)) found.push_back(name);
+                });
+            }
+        };
+        for (const node_facts& facts : GenICam::all_node_facts()) add_children(facts);
+        add_children(GenICam::enum_entry_facts);
+        add_children(GenICam::struct_reg_facts);
+        return found;
+    }();
     return names;
 }
 
 const std::vector<std::string_view>& names_among_nodes() {
-    static const std::vector<std::string_view> names = collect_elements();
+    static const std::vector<std::string_view> names = [] {
+        std::vector<std::string_view> found;
+        for (const node_facts& facts : GenICam::all_node_facts()) {
+            if (!contains(found, facts.element)) found.push_back(facts.element);
+        }
+        found.insert(found.end(), {GenICam::struct_reg_facts.element, "Group"});
+        return found;
+    }();
     return names;
 }
 

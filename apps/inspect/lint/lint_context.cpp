@@ -12,11 +12,6 @@ namespace {
 
 using namespace GenICam;
 
-bool is_container(pugi::xml_node element) {
-    const std::string_view name = element.name();
-    return name == "Group" || name == "StructReg";
-}
-
 /// Takes answers in the order in which they stand. Nobody wants them: what the engine says meanwhile counts.
 struct asked {
     template <class... Answers>
@@ -69,9 +64,8 @@ lint_context::lint_context(description& of) : description_(of), guard_(of) {
 
 void lint_context::look_at_everything() {
     for (element_index element = 0; element < tree().elements().size(); ++element) {
-        for (std::size_t asked = 0; asked < operation_count; ++asked) {
-            static_cast<void>(guard_.find({element, static_cast<operation>(asked)}));
-        }
+        for (std::size_t which = 0; which < operation_count; ++which)
+            static_cast<void>(guard_.find({element, static_cast<operation>(which)}));
     }
 }
 
@@ -196,7 +190,7 @@ const std::vector<lint_rule>& all_lint_rules() {
     static const std::vector<lint_rule> all = [] {
         std::vector<lint_rule> rules;
         for (const auto group :
-             {engine_rules(), formula_rules(), element_rules(), number_rules(), mark_rules(), page_rules()})
+             {engine_rules(), formula_rules(), element_rules(), mark_rules(), page_rules()})
             rules.insert(rules.end(), group.begin(), group.end());
         return rules;
     }();

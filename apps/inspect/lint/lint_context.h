@@ -37,10 +37,8 @@ struct lint_rule {
 [[nodiscard]] gsl::span<const lint_rule> engine_rules() noexcept;
 /// What an author would regret in formulas.
 [[nodiscard]] gsl::span<const lint_rule> formula_rules() noexcept;
-/// The same in elements, their names and their links.
+/// The same in elements, their names and their links, and in the limits of floats.
 [[nodiscard]] gsl::span<const lint_rule> element_rules() noexcept;
-/// The same in the limits of floats.
-[[nodiscard]] gsl::span<const lint_rule> number_rules() noexcept;
 /// The same in the marks for the property pages.
 [[nodiscard]] gsl::span<const lint_rule> mark_rules() noexcept;
 /// The same in how the pages show what is marked.
@@ -144,6 +142,10 @@ void check_elements(lint_context& context) {
 }
 
 [[nodiscard]] inline bool is_element(pugi::xml_node xml, std::string_view name) { return xml.name() == name; }
+/// Whether nodes stand inside it, and it is none itself.
+[[nodiscard]] inline bool is_container(pugi::xml_node xml) {
+    return is_element(xml, "Group") || is_element(xml, "StructReg");
+}
 
 /// "Integer Gain", or "StructReg" of one without a name.
 [[nodiscard]] std::string title_of(pugi::xml_node element);

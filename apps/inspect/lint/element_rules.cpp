@@ -3,6 +3,7 @@
 #include "apps/inspect/lint/known_elements.h"
 #include "apps/inspect/similar_name.h"
 #include "genicam/core/number_parser.h"
+#include "genicam/document/node_facts.h"
 #include "inspection/feature_reader.h"
 #include "platform/text.h"
 
@@ -132,16 +133,9 @@ void check_duplicate_names(lint_context& context, const node_element& element) {
                 first.name(), context.tree().position_of(first).line);
 }
 
-/// A child that links to a node without a word where there is none.
-struct silent_link {
-    std::string_view name;
-    bool is_condition;  // asks for a node that has a number
-};
-
-constexpr silent_link silent_links[] = {
-    {"pIsImplemented", true}, {"pIsAvailable", true},   {"pIsLocked", true},
-    {"pVariable", false},     {"pValueDefault", false},
-};
+// Children that link to a node without a word where there is none. Conditions want one that has a number.
+constexpr GenICam::name_list conditions = "pIsImplemented pIsAvailable pIsLocked";
+constexpr GenICam::name_list other_links = "pVariable pValueDefault";
 
 bool has_number(node_type kind) {
     return kind == node_type::integer || kind == node_type::floating || kind == node_type::enumeration ||
@@ -152,17 +146,15 @@ std::string owner_text(pugi::xml_node element) {
     return fmt::format("{} of {}", element.name(), title_of(element.parent()));
 }
 
-void check_links_of(lint_context& context, const parent_element& parent) {
-    for (const silent_link& link : silent_links) {
-        if (parent.use_of(link.name) != element_use::read) continue;
-        for (const pugi::xml_node child : parent.xml.children(link.name.data())) {
-            const std::string_view name = child.child_value();
-            INode* const node = context.node_of(context.element_named(name));
-            if (name.empty() || (node != nullptr && !link.is_condition)) continue;
-            if (node != nullptr && has_number(node->get_node_type())) continue;
-            context.add(child, "{} names {} {}", owner_text(child),
-                        node == nullptr ? "no node:" : "a node that has no number:", name);
-        }
+void check_link(lint_context& context, pugi::xml_node child) {
+    const bool is_condition = conditions.contains(child.name());
+    const std::string_view name = child.child_value();
+    if (name.empty() || (!is_condition && !other_links.contains(child.name()))) return;
+    INode* const node = context.node_of(context.element_named(name));
+    if (node == nullptr) {
+        context.add(child, "{} names no node: {}", owner_text(child), name);
+    } else if (is_condition && !has_number(node->get_node_type())) {
+        context.add(child, "{} names a node that has no number: {}", owner_text(child), name);
     }
 }
 
@@ -181,8 +173,8 @@ void check_port_of(lint_context& context, pugi::xml_node element) {
 
 void check_silent_links(lint_context& context) {
     if (!context.is_loaded()) return;
+    for_each_child(context, element_use::read, [&](pugi::xml_node child) { check_link(context, child); });
     for (const parent_element& parent : find_parents(context)) {
-        check_links_of(context, parent);
         if (parent.use_of("pPort") == element_use::read) check_port_of(context, parent.xml);
     }
 }

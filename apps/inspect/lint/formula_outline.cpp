@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <numeric>
 #include <utility>
 
 #include <fmt/format.h>
@@ -55,12 +56,16 @@ private:
     void add_breaks();
     void add_short_rounds();
     void add_surprises();
-    void join_chains();
-    [[nodiscard]] bool is_operator(node_index node) const;
+    [[nodiscard]] std::vector<std::vector<node_index>> join_chains();
     [[nodiscard]] bool stand_together(std::size_t end, std::size_t start) const;
     [[nodiscard]] bool is_negated(node_index operand) const;
     void judge_order(const std::vector<node_index>& chain, std::size_t first);
     void judge_base(const std::vector<node_index>& chain, std::size_t power);
+
+    [[nodiscard]] bool is_operator(node_index node) const {
+        return tree_[node].instruction.code == GenICam::op_code::op_binary &&
+               GenICam::operation_of(tree_[node].symbol) != nullptr;
+    }
 
     // Of operators between two operands.
     [[nodiscard]] token_kind kind(node_index node) const { return tree_[node].symbol; }
@@ -120,22 +125,20 @@ void outline_writer::add_short_rounds() {
     }
 }
 
-bool outline_writer::is_operator(node_index node) const {
-    const GenICam::formula_operation* operation = GenICam::operation_of(tree_[node].symbol);
-    return operation != nullptr && operation->binary != nullptr &&
-           tree_[node].instruction.code == GenICam::op_code::op_binary;
-}
-
 // Where a text breaks off, operators may have got operands that do not stand beside them.
 bool outline_writer::stand_together(std::size_t end, std::size_t start) const {
     return end <= start && trimmed(tree_.text().substr(end, start - end)).empty();
 }
 
-void outline_writer::join_chains() {
-    for (node_index node = 0; node < tree_.size(); ++node) chain_of_[node] = node;
+// The operators of each chain in the order of the text. From the last one on, so that a chain is known before
+// its parts.
+std::vector<std::vector<node_index>> outline_writer::join_chains() {
+    std::vector<std::vector<node_index>> chains(tree_.size());
+    std::iota(chain_of_.begin(), chain_of_.end(), node_index{0});
     for (node_index node = tree_.size(); node-- > 0;) {
         const std::vector<node_index> operands = tree_.operands(node);
         if (!is_operator(node) || operands.size() != 2) continue;
+        chains[chain_of_[node]].push_back(node);
         const auto join = [&](node_index operand, bool is_beside) {
             if (is_beside && is_operator(operand) && !tree_[operand].is_enclosed)
                 chain_of_[operand] = chain_of_[node];
@@ -143,17 +146,15 @@ void outline_writer::join_chains() {
         join(operands[0], stand_together(tree_[operands[0]].end, start(node)));
         join(operands[1], stand_together(end(node), tree_[operands[1]].start));
     }
-}
-
-void outline_writer::add_surprises() {
-    join_chains();
-    std::vector<std::vector<node_index>> chains(tree_.size());
-    for (node_index node = 0; node < tree_.size(); ++node) {
-        if (is_operator(node) && tree_.operands(node).size() == 2) chains[chain_of_[node]].push_back(node);
-    }
     for (std::vector<node_index>& chain : chains) {
         std::sort(chain.begin(), chain.end(),
                   [this](node_index left, node_index right) { return start(left) < start(right); });
+    }
+    return chains;
+}
+
+void outline_writer::add_surprises() {
+    for (const std::vector<node_index>& chain : join_chains()) {
         for (std::size_t at = 0; at < chain.size(); ++at) judge_order(chain, at);
         for (std::size_t at = 0; at < chain.size(); ++at) judge_base(chain, at);
     }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 namespace selvane_inspect {
@@ -39,12 +38,6 @@ std::vector<std::int64_t> numbers_to_try(const analysed_formula& formula) {
     for (std::int64_t number = 2; number <= small; ++number) add(number);
     for (std::int64_t power = 1; power < largest; power *= 2) add(power);
     return numbers;
-}
-
-std::pair<GenICam::known_kind, GenICam::known_kind> kinds_of_operands(const analysed_formula& formula,
-                                                                      node_index node) {
-    const node_index right = GenICam::formula_tree::last_operand(node);
-    return {formula.numbers[formula.tree->operand_before(right)].kind, formula.numbers[right].kind};
 }
 
 // How many numbers every variable can try without more runs than anyone waits for.
@@ -88,20 +81,15 @@ kinds_of_variables variables_of(const analysed_formula& formula, node_index node
 
 bool may_divide_integers(const analysed_formula& formula, node_index node) {
     const GenICam::formula_instruction& instruction = (*formula.tree)[node].instruction;
-    if (instruction.code != GenICam::op_code::op_binary) return false;
-    const auto [left, right] = kinds_of_operands(formula, node);
-    const bool surely_float = left == GenICam::known_kind::floating || right == GenICam::known_kind::floating;
-    return surely_float ? instruction.function->otherwise.can_fault
-                        : instruction.function->for_integers.can_fault;
+    return instruction.code == GenICam::op_code::op_binary && instruction.function->for_integers.can_fault &&
+           formula.numbers[node].kind != GenICam::known_kind::floating;
 }
 
 bool divides_integers(const analysed_formula& formula, node_index node) {
     const GenICam::formula_instruction& instruction = (*formula.tree)[node].instruction;
-    const bool is_division =
-        instruction.code == GenICam::op_code::op_binary &&
-        instruction.function == GenICam::operation_of(GenICam::token_kind::divide)->binary;
-    return is_division && kinds_of_operands(formula, node) ==
-                              std::pair(GenICam::known_kind::integer, GenICam::known_kind::integer);
+    return instruction.code == GenICam::op_code::op_binary &&
+           instruction.function == GenICam::operation_of(GenICam::token_kind::divide)->binary &&
+           formula.numbers[node].kind == GenICam::known_kind::integer;
 }
 
 bool can_be_zero(const analysed_formula& formula, node_index node) {

@@ -3,6 +3,7 @@
 #include "inspection/feature_reader.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <unordered_set>
 #include <utility>

@@ -157,7 +157,7 @@ TEST_P(FaultSweep, SurvivesAFailureOfAnyCall) {
             FaultyCamera camera(GetParam());
             camera.filter.FailCall(n, hr);
             const Life life = Live(camera);
-            const DriverRequest& request = camera.filter.Calls()[n - 1].request;
+            const DriverRequest request = test_support::RequestOf(camera.filter.Calls().at(n - 1));
             const std::uint32_t only_path = GetParam() == AccessPath::Named       ? 4
                                             : GetParam() == AccessPath::Registers ? 3
                                                                                   : 0;

@@ -1,6 +1,7 @@
 #include "tests/support/scripted_property_set.h"
 
 #include "platform/text.h"
+#include "simcam/call_reading.h"
 
 #include <gtest/gtest.h>
 
@@ -12,31 +13,6 @@ namespace test_support {
 namespace {
 
 using Kind = DriverRequest::Kind;
-
-Bytes CopyOf(const void* memory, std::uint32_t size) {
-    if (memory == nullptr) {
-        return {};
-    }
-    const auto* first = static_cast<const std::uint8_t*>(memory);
-    return Bytes(first, first + size);
-}
-
-DriverRequest PropertyRequest(Kind kind, REFGUID set, DWORD id) {
-    DriverRequest request;
-    request.kind = kind;
-    request.set = set;
-    request.id = static_cast<std::uint32_t>(id);
-    return request;
-}
-
-DriverRequest ControlRequest(Kind kind, LONG property, LONG value = 0, LONG flags = 0) {
-    DriverRequest request;
-    request.kind = kind;
-    request.id = static_cast<std::uint32_t>(property);
-    request.value = static_cast<std::int32_t>(value);
-    request.flags = static_cast<std::int32_t>(flags);
-    return request;
-}
 
 // In the order of `call_kind`.
 constexpr const char* kind_names[] = {"QuerySupported", "Get",       "Set",
@@ -54,12 +30,13 @@ void PrintBytes(const char* name, const Bytes& bytes, std::ostream& out) {
     }
 }
 
-HRESULT AnswerFrom(const Bytes& bytes, GetArguments& arguments) {
-    arguments.returned = std::min(arguments.size, static_cast<std::uint32_t>(bytes.size()));
-    if (arguments.returned != 0) {
-        std::memcpy(arguments.data, bytes.data(), arguments.returned);
-    }
-    return S_OK;
+HRESULT AnswerGet(const ScriptedProperty* property, GetArguments& arguments) {
+    if (property == nullptr) return property_unknown;
+    if (property->get) return property->get(arguments);
+    if (FAILED(property->get_result)) return property->get_result;
+    arguments.returned = std::min(arguments.size, static_cast<std::uint32_t>(property->bytes.size()));
+    if (arguments.returned != 0) std::memcpy(arguments.data, property->bytes.data(), arguments.returned);
+    return property->get_result;
 }
 
 void StoreInto(Bytes& bytes, const Bytes& data) {
@@ -89,6 +66,39 @@ void PrintTo(const DriverRequest& request, std::ostream* out) {
     }
 }
 
+DriverRequest RequestOf(const simcam::driver_call& call) {
+    DriverRequest request;
+    request.kind = call.kind;
+    request.set = call.set;
+    request.id = static_cast<std::uint32_t>(call.id);
+    request.instance = call.instance;
+    request.data = call.data;
+    request.shared_memory = call.one_buffer;
+    if (call.kind == Kind::camera_set || call.kind == Kind::amp_set) {
+        request.value = static_cast<std::int32_t>(call.numbers.at(0));
+        request.flags = static_cast<std::int32_t>(call.numbers.at(1));
+    }
+    return request;
+}
+
+simcam::driver_call ScriptedFilter::OpenCall(Kind kind, std::uint32_t id) {
+    simcam::driver_call call;
+    call.kind = kind;
+    call.id = id;
+    return call;
+}
+
+template <class Work>
+HRESULT ScriptedFilter::Answer(simcam::driver_call& call, Work work) {
+    if (before_call) before_call(RequestOf(call));
+    call.number = book_.open();
+    const std::optional<simcam::fault> struck = book_.strike(call);
+    const HRESULT result = struck ? struck->result.value_or(S_OK) : work();
+    call.result = result;
+    book_.close(std::move(call));
+    return result;
+}
+
 ScriptedControl* ScriptedFilter::FindControl(Kind kind, LONG property) {
     std::optional<ScriptedControls>& controls = kind < Kind::amp_range ? camera_ : amp_;
     if (!controls) return nullptr;
@@ -96,46 +106,41 @@ ScriptedControl* ScriptedFilter::FindControl(Kind kind, LONG property) {
     return found == controls->end() ? nullptr : &found->second;
 }
 
-DriverCall& ScriptedFilter::RecordControl(Kind kind, LONG property, HRESULT ScriptedControl::*scripted,
-                                          LONG value, LONG flags) {
-    DriverCall& call = Record(ControlRequest(kind, property, value, flags));
-    if (SUCCEEDED(call.result)) {
-        const ScriptedControl* control = FindControl(kind, property);
-        call.result = control == nullptr ? property_unknown : control->*scripted;
-    }
-    return call;
+template <class Work>
+HRESULT ScriptedFilter::AnswerControl(simcam::driver_call call, HRESULT ScriptedControl::*scripted,
+                                      Work work) {
+    return Answer(call, [&] {
+        ScriptedControl* const control = FindControl(call.kind, static_cast<LONG>(call.id));
+        if (control == nullptr) return property_unknown;
+        if (SUCCEEDED(control->*scripted)) work(*control);
+        return control->*scripted;
+    });
 }
 
 HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const simcam::range_outputs& out) {
-    const HRESULT result = filter.RecordControl(kind, property, &ScriptedControl::range_result).result;
-    if (SUCCEEDED(result)) {
-        const ScriptedControl& control = *filter.FindControl(kind, property);
-        const std::int32_t told[] = {control.min, control.max, control.step, control.default_value,
-                                     control.capabilities};
-        for (std::size_t at = 0; at < out.size(); ++at) *out[at] = told[at];
-    }
-    return result;
+    return filter.AnswerControl(filter.OpenCall(kind, static_cast<std::uint32_t>(property)),
+                                &ScriptedControl::range_result, [&](const ScriptedControl& control) {
+                                    const std::int32_t told[] = {control.min, control.max, control.step,
+                                                                 control.default_value, control.capabilities};
+                                    for (std::size_t at = 0; at < out.size(); ++at) *out[at] = told[at];
+                                });
 }
 
 HRESULT ScriptedFilter::Driver::control_get(Kind kind, LONG property, LONG* value, LONG* flags) {
-    const HRESULT result = filter.RecordControl(kind, property, &ScriptedControl::get_result).result;
-    if (SUCCEEDED(result)) {
-        const ScriptedControl& control = *filter.FindControl(kind, property);
-        *value = control.value;
-        *flags = control.flags;
-    }
-    return result;
+    return filter.AnswerControl(filter.OpenCall(kind, static_cast<std::uint32_t>(property)),
+                                &ScriptedControl::get_result, [&](const ScriptedControl& control) {
+                                    *value = control.value;
+                                    *flags = control.flags;
+                                });
 }
 
 HRESULT ScriptedFilter::Driver::control_set(Kind kind, LONG property, LONG value, LONG flags) {
-    const HRESULT result =
-        filter.RecordControl(kind, property, &ScriptedControl::set_result, value, flags).result;
-    if (SUCCEEDED(result)) {
-        ScriptedControl& control = *filter.FindControl(kind, property);
+    simcam::driver_call call = filter.OpenCall(kind, static_cast<std::uint32_t>(property));
+    call.numbers = {value, flags};
+    return filter.AnswerControl(std::move(call), &ScriptedControl::set_result, [&](ScriptedControl& control) {
         control.value = static_cast<std::int32_t>(value);
         control.flags = static_cast<std::int32_t>(flags);
-    }
-    return result;
+    });
 }
 
 ScriptedFilter::ScriptedFilter() = default;
@@ -165,26 +170,14 @@ ScriptedControls& ScriptedFilter::VideoProcAmp() {
 }
 
 void ScriptedFilter::FailCall(std::size_t n, HRESULT result) {
-    failing_call_ = n == 0 ? 0 : calls_.size() + n;
-    failure_ = result;
+    book_.clear_faults();
+    if (n != 0) book_.add_fault(simcam::fail_nth(n, result));
 }
 
 std::vector<DriverRequest> ScriptedFilter::TakeRequests() {
     std::vector<DriverRequest> requests;
-    for (; taken_ < calls_.size(); ++taken_) {
-        requests.push_back(calls_[taken_].request);
-    }
+    for (; taken_ < Calls().size(); ++taken_) requests.push_back(RequestOf(Calls()[taken_]));
     return requests;
-}
-
-DriverCall& ScriptedFilter::Record(DriverRequest request) {
-    if (before_call) {
-        before_call(request);
-    }
-    DriverCall& call = calls_.emplace_back();
-    call.request = std::move(request);
-    call.result = calls_.size() == failing_call_ ? failure_ : S_OK;
-    return call;
 }
 
 ScriptedProperty* ScriptedFilter::Find(REFGUID set, std::uint32_t id) {
@@ -215,76 +208,45 @@ ULONG STDMETHODCALLTYPE ScriptedFilter::Release() { return static_cast<ULONG>(--
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::Set(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size,
                                               LPVOID data, DWORD data_size) {
-    DriverRequest request = PropertyRequest(Kind::set, set, id);
-    request.instance = CopyOf(instance, static_cast<std::uint32_t>(instance_size));
-    request.data = CopyOf(data, static_cast<std::uint32_t>(data_size));
-    request.shared_memory = instance != nullptr && instance == data;
-    const Bytes sent_instance = request.instance;
-    const Bytes sent = request.data;
-    DriverCall& call = Record(std::move(request));
-    ScriptedProperty* property = Find(set, static_cast<std::uint32_t>(id));
-    if (FAILED(call.result)) {
-        return call.result;
-    }
-    if (property == nullptr) {
-        call.result = property_unknown;
-    } else if (property->set) {
-        call.result = property->set(sent_instance, sent);
-    } else {
-        call.result = property->set_result;
-        if (SUCCEEDED(call.result)) {
-            StoreInto(property->bytes, sent);
-        }
-    }
-    return call.result;
+    simcam::driver_call call = OpenCall(Kind::set, static_cast<std::uint32_t>(id));
+    call.set = set;
+    call.instance = simcam::copy_of(instance, instance_size);
+    call.data = simcam::copy_of(data, data_size);
+    call.one_buffer = instance != nullptr && instance == data;
+    return Answer(call, [&] {
+        ScriptedProperty* const property = Find(call.set, static_cast<std::uint32_t>(id));
+        if (property == nullptr) return property_unknown;
+        if (property->set) return property->set(call.instance, call.data);
+        if (SUCCEEDED(property->set_result)) StoreInto(property->bytes, call.data);
+        return property->set_result;
+    });
 }
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::Get(REFGUID set, DWORD id, LPVOID instance, DWORD instance_size,
                                               LPVOID data, DWORD data_size, DWORD* returned) {
-    DriverRequest request = PropertyRequest(Kind::get, set, id);
-    request.instance = CopyOf(instance, static_cast<std::uint32_t>(instance_size));
-    request.data = CopyOf(data, static_cast<std::uint32_t>(data_size));
-    request.shared_memory = instance != nullptr && instance == data;
-    const Bytes sent_instance = request.instance;
-    DriverCall& call = Record(std::move(request));
-    const ScriptedProperty* property = Find(set, static_cast<std::uint32_t>(id));
-    if (FAILED(call.result)) {
-        return call.result;
-    }
-    GetArguments arguments{sent_instance, static_cast<std::uint8_t*>(data),
-                           static_cast<std::uint32_t>(data_size), 0};
-    if (property == nullptr) {
-        call.result = property_unknown;
-    } else if (property->get) {
-        call.result = property->get(arguments);
-    } else {
-        call.result = property->get_result;
-        if (SUCCEEDED(call.result)) {
-            (void)AnswerFrom(property->bytes, arguments);
-        }
-    }
-    call.returned = arguments.returned;
-    call.answer = CopyOf(data, static_cast<std::uint32_t>(data_size));
-    if (returned != nullptr) {
-        *returned = arguments.returned;
-    }
-    return call.result;
+    simcam::driver_call call = OpenCall(Kind::get, static_cast<std::uint32_t>(id));
+    call.set = set;
+    call.instance = simcam::copy_of(instance, instance_size);
+    call.data = simcam::copy_of(data, data_size);
+    call.one_buffer = instance != nullptr && instance == data;
+    return Answer(call, [&] {
+        GetArguments arguments{call.instance, static_cast<std::uint8_t*>(data),
+                               static_cast<std::uint32_t>(data_size), 0};
+        const HRESULT result = AnswerGet(Find(call.set, static_cast<std::uint32_t>(id)), arguments);
+        if (returned != nullptr) *returned = arguments.returned;
+        return result;
+    });
 }
 
 HRESULT STDMETHODCALLTYPE ScriptedFilter::QuerySupported(REFGUID set, DWORD id, DWORD* support) {
-    DriverCall& call = Record(PropertyRequest(Kind::query_supported, set, id));
-    const ScriptedProperty* property = Find(set, static_cast<std::uint32_t>(id));
-    if (FAILED(call.result)) {
-        return call.result;
-    }
-    if (property == nullptr) {
-        call.result = property_unknown;
-        return call.result;
-    }
-    call.result = property->support_result;
-    call.support = property->support;
-    *support = property->support;
-    return call.result;
+    simcam::driver_call call = OpenCall(Kind::query_supported, static_cast<std::uint32_t>(id));
+    call.set = set;
+    return Answer(call, [&] {
+        const ScriptedProperty* const property = Find(call.set, static_cast<std::uint32_t>(id));
+        if (property == nullptr) return property_unknown;
+        *support = property->support;
+        return property->support_result;
+    });
 }
 
 }  // namespace test_support

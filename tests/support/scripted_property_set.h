@@ -1,10 +1,10 @@
 #pragma once
 
+#include "simcam/call_book.h"
 #include "simcam/driver_faces.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <iosfwd>
 #include <map>
@@ -34,16 +34,8 @@ struct DriverRequest {
 
     bool operator==(const DriverRequest& other) const;
 };
+[[nodiscard]] DriverRequest RequestOf(const simcam::driver_call& call);
 void PrintTo(const DriverRequest& request, std::ostream* out);
-
-/// A request with what came of it.
-struct DriverCall {
-    DriverRequest request;
-    HRESULT result = S_OK;
-    Bytes answer;                ///< the data block after a Get
-    std::uint32_t returned = 0;  ///< of a Get
-    std::uint32_t support = 0;   ///< of QuerySupported
-};
 
 /// What a Get offers to the handler of its property.
 struct GetArguments {
@@ -94,8 +86,9 @@ struct ScriptedControl {
 
 using ScriptedControls = std::map<std::int32_t, ScriptedControl>;
 
-/// A filter that answers as scripted and keeps every call. Lives where the test puts it, on the stack too:
-/// its last Release deletes nothing; its destructor reports references that were not given back.
+/// A filter that answers as scripted, behind the interfaces of a simulated camera and with its transcript and
+/// faults. Lives where the test puts it, on the stack too: its last Release deletes nothing; its destructor
+/// reports references that were not given back.
 class ScriptedFilter final : public IKsPropertySet {
 public:
     ScriptedFilter();
@@ -116,7 +109,7 @@ public:
     /// Runs before each call, counted or not; may throw.
     std::function<void(const DriverRequest&)> before_call;
 
-    [[nodiscard]] const std::deque<DriverCall>& Calls() const { return calls_; }
+    [[nodiscard]] const std::vector<simcam::driver_call>& Calls() const { return book_.calls(); }
     /// The requests since the last time.
     [[nodiscard]] std::vector<DriverRequest> TakeRequests();
     /// References beyond the test's own.
@@ -158,22 +151,22 @@ private:
                         const std::pair<GUID, std::uint32_t>& right) const;
     };
 
-    DriverCall& Record(DriverRequest request);
+    [[nodiscard]] simcam::driver_call OpenCall(DriverRequest::Kind kind, std::uint32_t id);
+    /// Enters the call in the book with what `work` answers, or with the failure that strikes it.
+    template <class Work>
+    HRESULT Answer(simcam::driver_call& call, Work work);
     [[nodiscard]] ScriptedProperty* Find(REFGUID set, std::uint32_t id);
     [[nodiscard]] ScriptedControl* FindControl(simcam::call_kind kind, LONG property);
-    [[nodiscard]] DriverCall& RecordControl(simcam::call_kind kind, LONG property,
-                                            HRESULT ScriptedControl::*scripted, LONG value = 0,
-                                            LONG flags = 0);
+    template <class Work>
+    HRESULT AnswerControl(simcam::driver_call call, HRESULT ScriptedControl::*scripted, Work work);
 
     std::map<std::pair<GUID, std::uint32_t>, ScriptedProperty, GuidLess> properties_;
     std::optional<ScriptedControls> camera_;
     std::optional<ScriptedControls> amp_;
     Driver driver_{*this};
     simcam::driver_faces<Driver> faces_{*this, driver_};
-    std::deque<DriverCall> calls_;  // a handler may call again while its own entry is open
+    simcam::call_book book_{true};
     std::size_t taken_ = 0;
-    std::size_t failing_call_ = 0;
-    HRESULT failure_ = S_OK;
     std::int32_t references_ = 1;
 };
 

@@ -256,6 +256,7 @@ int set(const set_options& options, const channels& to) {
     if (!options.save.empty() && session.actual().port().is_live())
         throw wrong_use("--save is for files: a camera keeps its registers");
     std::vector<INode*> features;
+    features.reserve(assignments.size());
     for (const assignment& one : assignments)
         features.push_back(find_features(session.actual(), {one.name}).front());
     const camera_control control(options.input.file);

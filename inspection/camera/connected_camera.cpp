@@ -20,7 +20,7 @@ const connected_camera* connected_camera::behind(const std::string& file) {
     return connected != nullptr && connected->file_ == file ? connected : nullptr;
 }
 
-camera_control::camera_control(const std::string& file) : camera_(nullptr) {
+camera_control::camera_control(const std::string& file) {
     const connected_camera* const behind = connected_camera::behind(file);
     if (behind == nullptr) return;
     behind->camera().take_control();

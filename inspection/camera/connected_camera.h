@@ -39,7 +39,7 @@ public:
     ~camera_control();
 
 private:
-    live_camera* camera_;
+    live_camera* camera_ = nullptr;
 };
 
 }  // namespace selvane_inspect

@@ -19,6 +19,13 @@ constexpr const char* kind_names[] = {"QuerySupported", "Get",       "Set",
                                       "CameraGetRange", "CameraGet", "CameraSet",
                                       "AmpGetRange",    "AmpGet",    "AmpSet"};
 
+simcam::driver_call OpenCall(Kind kind, std::uint32_t id) {
+    simcam::driver_call call;
+    call.kind = kind;
+    call.id = id;
+    return call;
+}
+
 void PrintBytes(const char* name, const Bytes& bytes, std::ostream& out) {
     static constexpr char digits[] = "0123456789ABCDEF";
     out << ' ' << name << '[' << bytes.size() << "]=";
@@ -81,13 +88,6 @@ DriverRequest RequestOf(const simcam::driver_call& call) {
     return request;
 }
 
-simcam::driver_call ScriptedFilter::OpenCall(Kind kind, std::uint32_t id) {
-    simcam::driver_call call;
-    call.kind = kind;
-    call.id = id;
-    return call;
-}
-
 template <class Work>
 HRESULT ScriptedFilter::Answer(simcam::driver_call& call, Work work) {
     if (before_call) before_call(RequestOf(call));
@@ -118,7 +118,7 @@ HRESULT ScriptedFilter::AnswerControl(simcam::driver_call call, HRESULT Scripted
 }
 
 HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const simcam::range_outputs& out) {
-    return filter.AnswerControl(filter.OpenCall(kind, static_cast<std::uint32_t>(property)),
+    return filter.AnswerControl(OpenCall(kind, static_cast<std::uint32_t>(property)),
                                 &ScriptedControl::range_result, [&](const ScriptedControl& control) {
                                     const std::int32_t told[] = {control.min, control.max, control.step,
                                                                  control.default_value, control.capabilities};
@@ -127,7 +127,7 @@ HRESULT ScriptedFilter::Driver::control_range(Kind kind, LONG property, const si
 }
 
 HRESULT ScriptedFilter::Driver::control_get(Kind kind, LONG property, LONG* value, LONG* flags) {
-    return filter.AnswerControl(filter.OpenCall(kind, static_cast<std::uint32_t>(property)),
+    return filter.AnswerControl(OpenCall(kind, static_cast<std::uint32_t>(property)),
                                 &ScriptedControl::get_result, [&](const ScriptedControl& control) {
                                     *value = control.value;
                                     *flags = control.flags;
@@ -135,7 +135,7 @@ HRESULT ScriptedFilter::Driver::control_get(Kind kind, LONG property, LONG* valu
 }
 
 HRESULT ScriptedFilter::Driver::control_set(Kind kind, LONG property, LONG value, LONG flags) {
-    simcam::driver_call call = filter.OpenCall(kind, static_cast<std::uint32_t>(property));
+    simcam::driver_call call = OpenCall(kind, static_cast<std::uint32_t>(property));
     call.numbers = {value, flags};
     return filter.AnswerControl(std::move(call), &ScriptedControl::set_result, [&](ScriptedControl& control) {
         control.value = static_cast<std::int32_t>(value);

@@ -151,7 +151,6 @@ private:
                         const std::pair<GUID, std::uint32_t>& right) const;
     };
 
-    [[nodiscard]] simcam::driver_call OpenCall(DriverRequest::Kind kind, std::uint32_t id);
     /// Enters the call in the book with what `work` answers, or with the failure that strikes it.
     template <class Work>
     HRESULT Answer(simcam::driver_call& call, Work work);

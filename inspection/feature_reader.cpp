@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -4,12 +4,9 @@
 #include "inspection/evaluation_guard.h"
 #include "inspection/feature_value.h"
 
-#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace selvane_inspect {

@@ -4,8 +4,6 @@
 #include "genicam/document/node_facts.h"
 #include "genicam/nodes/formula_names.h"
 
-#include <utility>
-
 namespace selvane_inspect {
 
 bool formula_binding::has_formulas(const node_element& element) {

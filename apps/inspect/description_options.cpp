@@ -43,19 +43,19 @@ void prepare(description& loaded, const memory_options& options) {
     }
 }
 
+INode* find_feature(const description& in, const std::string& name) {
+    if (INode* const node = in.document()->find_node(name)) return node;
+    std::vector<std::string_view> known;
+    for (const node_element& element : in.tree().elements()) {
+        if (element.made != nullptr) known.push_back(element.name);
+    }
+    throw wrong_use(in.path() + " has no feature " + name + did_you_mean(name, known));
+}
+
 std::vector<INode*> find_features(const description& in, const std::vector<std::string>& names) {
     std::vector<INode*> found;
-    for (const std::string& name : names) {
-        INode* node = in.document()->find_node(name);
-        if (node == nullptr) {
-            std::vector<std::string_view> known;
-            for (const node_element& element : in.tree().elements()) {
-                if (element.made != nullptr) known.push_back(element.name);
-            }
-            throw wrong_use(in.path() + " has no feature " + name + did_you_mean(name, known));
-        }
-        found.push_back(node);
-    }
+    found.reserve(names.size());
+    for (const std::string& name : names) found.push_back(find_feature(in, name));
     return found;
 }
 

@@ -22,8 +22,9 @@ struct description_options {
 /// camera does when it is switched on, but not where the engine would not survive it.
 void prepare(description& loaded, const memory_options& options);
 
-/// The nodes of these names. Throws `inspect_error` for an unknown one, with the name that may have been
-/// meant.
+/// The node of that name. Throws `inspect_error` for an unknown one, with the name that may have been meant.
+[[nodiscard]] GenICam::INode* find_feature(const description& in, const std::string& name);
+/// The same for several.
 [[nodiscard]] std::vector<GenICam::INode*> find_features(const description& in,
                                                          const std::vector<std::string>& names);
 

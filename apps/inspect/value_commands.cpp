@@ -257,8 +257,7 @@ int set(const set_options& options, const channels& to) {
         throw wrong_use("--save is for files: a camera keeps its registers");
     std::vector<INode*> features;
     features.reserve(assignments.size());
-    for (const assignment& one : assignments)
-        features.push_back(find_features(session.actual(), {one.name}).front());
+    for (const assignment& one : assignments) features.push_back(find_feature(session.actual(), one.name));
     const camera_control control(options.input.file);
     nlohmann::ordered_json json = begin_answer("set", options.input);
     for (std::size_t at = 0; at < features.size(); ++at) {

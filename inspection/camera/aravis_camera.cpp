@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <utility>
 
 #include <arv.h>
 #include <dlfcn.h>

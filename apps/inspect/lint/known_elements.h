@@ -3,8 +3,6 @@
 #include <string_view>
 #include <vector>
 
-#include <pugixml.hpp>
-
 namespace selvane_inspect {
 
 /// What is known of an element that stands inside another one.
